@@ -1,0 +1,63 @@
+# The plug-in: one static library of everything but the entry point, which tests link too, and the module FileMaker
+# loads. A test replaces a platform seam by defining its functions; the linker then leaves the library's unit out.
+
+add_library(varnix STATIC
+  bridge/BridgeState.cpp
+  bridge/IdleLoop.cpp
+  core/FunctionTable.cpp
+  core/HostText.cpp
+  core/VarnixPlugin.cpp
+  host/FileIO.cpp
+  net/Base64.cpp
+  net/Json.cpp
+  schema/ContextDebug.cpp
+  schema/OpenFiles.cpp
+  schema/SchemaBuilder.cpp)
+if(APPLE)
+  target_sources(varnix PRIVATE core/Prefs_mac.mm)
+else()
+  target_sources(varnix PRIVATE core/Prefs_linux.cpp)
+endif()
+target_include_directories(varnix PUBLIC ${PROJECT_SOURCE_DIR})
+
+# The description texts name the guide page as people type it, without its scheme.
+string(REGEX REPLACE "^[a-z]+://" "" VARNIX_GUIDE_ADDRESS "${VARNIX_GUIDE_URL}")
+target_compile_definitions(varnix PUBLIC
+  VARNIX_VERSION="${PROJECT_VERSION}"
+  VARNIX_DEFAULT_BASE_URL="${VARNIX_DEFAULT_BASE_URL}"
+  VARNIX_GUIDE_URL="${VARNIX_GUIDE_URL}"
+  VARNIX_GUIDE_ADDRESS="${VARNIX_GUIDE_ADDRESS}")
+
+if(NOT FMWRAPPER_SDK)
+  target_include_directories(varnix PUBLIC ${PROJECT_SOURCE_DIR}/sdk)
+elseif(APPLE)
+  target_compile_options(varnix PUBLIC "-F${FMWRAPPER_SDK}")
+else()
+  target_include_directories(varnix SYSTEM PUBLIC ${FMWRAPPER_SDK})
+endif()
+
+add_library(plugin MODULE core/EntryPoint.cpp)
+target_link_libraries(plugin PRIVATE varnix)
+set_target_properties(plugin PROPERTIES PREFIX "" OUTPUT_NAME Varnix)
+if(APPLE)
+  set_target_properties(plugin PROPERTIES BUNDLE ON BUNDLE_EXTENSION fmplugin)
+  target_link_libraries(plugin PRIVATE "-framework Foundation")
+  target_link_options(plugin PRIVATE "LINKER:-exported_symbols_list,${PROJECT_SOURCE_DIR}/cmake/exports.txt")
+  if(FMWRAPPER_SDK)
+    target_link_libraries(plugin PRIVATE "-F${FMWRAPPER_SDK}" "-framework FMWrapper")
+  else()
+    target_link_options(plugin PRIVATE "LINKER:-undefined,dynamic_lookup")
+  endif()
+else()
+  # The host provides libFMWrapper.so. Linking an empty library of that name records the need for it without tying the
+  # plug-in to any one host's build.
+  file(WRITE ${CMAKE_BINARY_DIR}/empty.cpp "")
+  add_library(host_placeholder SHARED ${CMAKE_BINARY_DIR}/empty.cpp)
+  set_target_properties(host_placeholder PROPERTIES OUTPUT_NAME FMWrapper
+    LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/placeholder)
+  set_target_properties(plugin PROPERTIES SUFFIX .fmx SKIP_BUILD_RPATH ON
+    LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map)
+  target_link_libraries(plugin PRIVATE host_placeholder)
+  target_link_options(plugin PRIVATE "LINKER:--no-as-needed" "LINKER:-Bsymbolic"
+    "LINKER:--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map")
+endif()

@@ -1,0 +1,23 @@
+// The only crossings between FileMaker's UTF-16 values and the plug-in's UTF-8 strings. FileMaker's main thread only.
+// A text ends at its first zero byte at every crossing. An exception status of the host is raised as std::bad_alloc or
+// std::exception and passes through.
+#pragma once
+
+#include <FMWrapper/FMXCalcEngine.h>
+#include <FMWrapper/FMXData.h>
+#include <FMWrapper/FMXText.h>
+
+#include <string>
+
+/// Argument `index` (from 0); "" when there is no such argument or it is empty.
+std::string GetTextArg(const fmx::DataVect& args, unsigned int index);
+
+/// Makes `result` a text value; it keeps its locale.
+void SetTextResult(const std::string& utf8, fmx::Data& result);
+
+/// The text of the FileMaker calculation `expression` (UTF-8), evaluated in `env`; "" on any failure, a null `env`
+/// included.
+std::string EvalCalc(fmx::ExprEnv* env, const char* expression);
+
+/// Copies `utf8` into `out`, a buffer of `capacity` UTF-16 units (at least 1); cut to fit, always zero-terminated.
+void CopyUTF8ToUnichar16(const char* utf8, unsigned int capacity, unsigned short* out);

@@ -1,0 +1,21 @@
+// The two settings that outlive a run of FileMaker. Per user, plain text, written through at once. FileMaker's main
+// thread only. Saving cannot fail visibly: either the new value is stored or the old one stays whole.
+#pragma once
+
+#include <string>
+
+namespace Prefs {
+
+inline constexpr char kBaseUrlKey[] = "com.varnix.plugin.baseUrl";
+inline constexpr char kLicenseKeyKey[] = "com.varnix.plugin.licenseKey";
+
+/// Origin of the service; an empty text is stored as such.
+void SaveBaseUrl(const std::string& url);
+/// The account key; an empty text means signed out.
+void SaveLicenseKey(const std::string& key);
+
+/// The stored text (UTF-8), or "" when nothing usable is stored.
+std::string LoadBaseUrl();
+std::string LoadLicenseKey();
+
+}  // namespace Prefs

@@ -1,0 +1,22 @@
+// The exception status that every host call reports through its last argument.
+#pragma once
+
+#include <exception>
+#include <new>
+
+namespace fmx {
+
+struct _fmxcpt {
+  enum { kNone = 0, kBadAlloc = 1, kOther = 2 };
+
+  int m_vers = 1;
+  int m_code = kNone;
+
+  /// Raises what the host reported; call it after every host call.
+  void Check() const {
+    if (m_code == kBadAlloc) throw std::bad_alloc();
+    if (m_code == kOther) throw std::exception();
+  }
+};
+
+}  // namespace fmx

@@ -1,0 +1,131 @@
+// Host text: UTF-16 units of any length.
+#pragma once
+
+#include <FMWrapper/FMXExtern.h>
+
+#include <memory>
+
+namespace fmx {
+
+class Text;
+
+extern "C" {
+Text* FM_Text_Constructor1(_fmxcpt& x);
+void FM_Text_Delete(void* self, _fmxcpt& x);
+uint32 FM_Text_GetSize(const void* self, _fmxcpt& x);
+void FM_Text_Assign(void* self, const char* bytes, int32 encoding, _fmxcpt& x);
+void FM_Text_AssignWithLength(void* self, const char* bytes, uint32 length, int32 encoding, _fmxcpt& x);
+void FM_Text_AssignUnicode(void* self, const uint16* units, _fmxcpt& x);
+void FM_Text_AssignUnicodeWithLength(void* self, const uint16* units, uint32 length, _fmxcpt& x);
+void FM_Text_AssignWide(void* self, const wchar_t* text, _fmxcpt& x);
+void FM_Text_AssignWideWithLength(void* self, const wchar_t* text, uint32 length, _fmxcpt& x);
+void FM_Text_GetBytes(const void* self, char* buffer, uint32 bufferBytes, uint32 position, uint32 units,
+                      int32 encoding, _fmxcpt& x);
+uint32 FM_Text_GetBytesEx(const void* self, char* buffer, uint32 bufferBytes, uint32 position, uint32 units,
+                          int32 encoding, _fmxcpt& x);
+void FM_Text_GetUnicode(const void* self, uint16* buffer, uint32 position, uint32 units, _fmxcpt& x);
+void FM_Text_SetText(void* self, const Text& other, uint32 position, uint32 size, _fmxcpt& x);
+void FM_Text_AppendText(void* self, const Text& other, uint32 position, uint32 size, _fmxcpt& x);
+void FM_Text_InsertText(void* self, const Text& other, uint32 position, _fmxcpt& x);
+void FM_Text_DeleteText(void* self, uint32 position, uint32 size, _fmxcpt& x);
+uint32 FM_Text_Find(const void* self, const Text& other, uint32 position, _fmxcpt& x);
+uint32 FM_Text_FindPrev(const void* self, const Text& other, uint32 position, _fmxcpt& x);
+uint32 FM_Text_FindIgnoringCase(const void* self, const Text& other, uint32 position, _fmxcpt& x);
+uint32 FM_Text_FindPrevIgnoringCase(const void* self, const Text& other, uint32 position, _fmxcpt& x);
+void FM_Text_Uppercase(const void* self, _fmxcpt& x);
+void FM_Text_Lowercase(const void* self, _fmxcpt& x);
+bool FM_Text_operatorEQ(const void* self, const Text& other, _fmxcpt& x);
+bool FM_Text_operatorNE(const void* self, const Text& other, _fmxcpt& x);
+bool FM_Text_operatorLT(const void* self, const Text& other, _fmxcpt& x);
+bool FM_Text_operatorLE(const void* self, const Text& other, _fmxcpt& x);
+bool FM_Text_operatorGT(const void* self, const Text& other, _fmxcpt& x);
+bool FM_Text_operatorGE(const void* self, const Text& other, _fmxcpt& x);
+}
+
+class Text {
+ public:
+  enum Encoding { kEncoding_Native = 0, kEncoding_UTF8 = 1 };
+  static constexpr uint32 kSize_End = 0xFFFFFFFF;
+  static constexpr uint32 kSize_Invalid = 0xFFFFFFFF;
+
+  /// Length in UTF-16 units.
+  uint32 GetSize() const {
+    _fmxcpt x;
+    const uint32 result = FM_Text_GetSize(this, x);
+    x.Check();
+    return result;
+  }
+
+  /// `bytes` ends with a zero byte.
+  void Assign(const char* bytes, Encoding encoding) {
+    _fmxcpt x;
+    FM_Text_Assign(this, bytes, encoding, x);
+    x.Check();
+  }
+  void AssignWithLength(const char* bytes, uint32 length, Encoding encoding) {
+    _fmxcpt x;
+    FM_Text_AssignWithLength(this, bytes, length, encoding, x);
+    x.Check();
+  }
+  void AssignUnicode(const uint16* units) {
+    _fmxcpt x;
+    FM_Text_AssignUnicode(this, units, x);
+    x.Check();
+  }
+  void AssignUnicodeWithLength(const uint16* units, uint32 length) {
+    _fmxcpt x;
+    FM_Text_AssignUnicodeWithLength(this, units, length, x);
+    x.Check();
+  }
+
+  /// Converts `units` units from `position` on; what does not fit is left out. Ends the buffer with a zero byte.
+  void GetBytes(char* buffer, uint32 bufferBytes, uint32 position, uint32 units, Encoding encoding) const {
+    _fmxcpt x;
+    FM_Text_GetBytes(this, buffer, bufferBytes, position, units, encoding, x);
+    x.Check();
+  }
+  /// The same without a zero byte; returns the bytes written.
+  uint32 GetBytesEx(char* buffer, uint32 bufferBytes, uint32 position, uint32 units, Encoding encoding) const {
+    _fmxcpt x;
+    const uint32 result = FM_Text_GetBytesEx(this, buffer, bufferBytes, position, units, encoding, x);
+    x.Check();
+    return result;
+  }
+  /// Copies units, without a terminator.
+  void GetUnicode(uint16* buffer, uint32 position, uint32 units) const {
+    _fmxcpt x;
+    FM_Text_GetUnicode(this, buffer, position, units, x);
+    x.Check();
+  }
+
+  void SetText(const Text& other, uint32 position = 0, uint32 size = kSize_End) {
+    _fmxcpt x;
+    FM_Text_SetText(this, other, position, size, x);
+    x.Check();
+  }
+  void AppendText(const Text& other, uint32 position = 0, uint32 size = kSize_End) {
+    _fmxcpt x;
+    FM_Text_AppendText(this, other, position, size, x);
+    x.Check();
+  }
+
+  void operator delete(void* self) {
+    _fmxcpt x;
+    FM_Text_Delete(self, x);
+  }
+
+ private:
+  Text();
+  Text(const Text&);
+};
+
+class TextUniquePtr : public std::unique_ptr<Text> {
+ public:
+  TextUniquePtr() {
+    _fmxcpt x;
+    reset(FM_Text_Constructor1(x));
+    x.Check();
+  }
+};
+
+}  // namespace fmx

@@ -1,0 +1,54 @@
+// What surrounds a calculation: the file it runs in, its variables, and the functions others bring.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "sim/calc/Value.h"
+
+namespace calc {
+
+/// A function that the application or a plug-in adds to the engine's own. Names compare without regard to case.
+struct HostFunction {
+  std::u16string name;
+  int minArguments = 0;
+  int maxArguments = 0;  ///< -1: any number
+  std::function<Value(std::span<const Value> arguments)> call;
+};
+
+/// A custom function of a file: parameters by name, and a formula over them.
+struct CustomFunction {
+  std::u16string name;
+  std::vector<std::u16string> parameters;
+  std::u16string formula;
+};
+
+/// `$local` or `$$global` variables. A name is kept folded to lower case and without its dollar signs; a repetition
+/// counts from 1.
+using Variables = std::map<std::pair<std::u16string, int>, Value>;
+
+/// Implemented by the simulated application, and by tests. All texts are UTF-16.
+class Environment {
+ public:
+  virtual ~Environment() = default;
+
+  /// Get ( parameter ); nullopt when there is no such parameter (error 1215). `parameter` as it was written.
+  virtual std::optional<Value> Get(std::u16string_view parameter) = 0;
+
+  /// The value of a field; nullopt when there is none (error 102). `occurrence` is empty for a bare name.
+  virtual std::optional<Value> Field(std::u16string_view occurrence, std::u16string_view field, int repetition) = 0;
+
+  /// nullptr when unknown. The result stays valid until the calculation ends.
+  virtual const HostFunction* FindHostFunction(std::u16string_view name) = 0;
+  virtual const CustomFunction* FindCustomFunction(std::u16string_view name) = 0;
+
+  virtual Variables& Locals() = 0;
+  virtual Variables& Globals() = 0;
+};
+
+}  // namespace calc

@@ -1,0 +1,17 @@
+// UTF-8 at the edges, UTF-16 inside, and the comparisons that FileMaker makes. Over ICU.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace calc {
+
+/// Bytes or units that are not valid become U+FFFD.
+std::u16string ToUtf16(std::string_view utf8);
+std::string ToUtf8(std::u16string_view utf16);
+
+/// Simple case folding that keeps the number of units, for names and case-insensitive searches.
+std::u16string FoldCase(std::u16string_view text);
+bool EqualIgnoringCase(std::u16string_view a, std::u16string_view b);
+
+}  // namespace calc

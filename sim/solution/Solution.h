@@ -1,0 +1,115 @@
+// The design of one FileMaker file, as far as the simulated host needs it. Plain data; the reader fills it.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "sim/calc/Environment.h"
+
+namespace sim {
+
+enum class FieldClass { kNormal, kCalculated, kSummary };
+enum class DataType { kText, kNumber, kDate, kTime, kTimestamp, kContainer };
+
+struct Field {
+  int id = 0;
+  std::u16string name;
+  FieldClass fieldClass = FieldClass::kNormal;
+  DataType dataType = DataType::kText;
+  bool global = false;
+  bool stored = true;   ///< false for an unstored calculation
+  bool indexed = false;
+  int repetitions = 1;
+  std::optional<long long> maximumLength;  ///< characters, of a validated text field
+  std::u16string formula;                  ///< of a calculation field
+};
+
+struct BaseTable {
+  int id = 0;
+  std::u16string name;
+  std::vector<Field> fields;
+};
+
+struct TableOccurrence {
+  int id = 0;
+  std::u16string name;
+  std::optional<int> baseTableId;  ///< absent for an occurrence of another file's table
+};
+
+/// Scripts and layouts share one form of list: items, folders and their ends, separators.
+enum class ListItem { kItem, kFolder, kFolderEnd, kSeparator };
+
+struct Layout {
+  int id = 0;
+  std::u16string name;
+  ListItem kind = ListItem::kItem;
+  std::optional<int> occurrenceId;
+};
+
+/// One step. `id` is the only reliable key: names are in the language of the client that saved the export.
+struct ScriptStep {
+  int id = 0;
+  std::u16string name;
+  bool enabled = true;
+  std::u16string text;         ///< of a comment; the variable's name of Set Variable
+  std::u16string calculation;  ///< the condition, value, result, duration, window or message
+  std::u16string repetition;   ///< of Set Variable
+  std::u16string title;        ///< formula, of Show Custom Dialog
+  std::vector<std::u16string> destinations;  ///< of Save a Copy as XML, as written: paths or variable names
+};
+
+struct Script {
+  int id = 0;
+  std::u16string name;
+  ListItem kind = ListItem::kItem;
+  bool runWithFullAccess = false;
+  std::vector<ScriptStep> steps;
+};
+
+struct ValueList {
+  int id = 0;
+  std::u16string name;
+  std::u16string customValues;  ///< separated by carriage returns; empty for a list from a field
+};
+
+struct PrivilegeSet {
+  int id = 0;  ///< 1 is full access, whatever its (localised) name
+  std::u16string name;
+  std::vector<std::u16string> extendedPrivileges;  ///< keywords such as "fmplugin"
+};
+
+struct Account {
+  int id = 0;
+  std::u16string name;
+  bool enabled = true;
+  int privilegeSetId = 0;
+};
+
+struct Solution {
+  std::string path;          ///< of the export, UTF-8
+  std::u16string fileName;   ///< with extension, as the export names it: "Sales.fmp12"
+  std::u16string name;       ///< without extension: "Sales"
+  std::u16string formatVersion;
+  std::u16string savedBy;    ///< the application version that saved it
+  std::vector<BaseTable> baseTables;
+  std::vector<TableOccurrence> occurrences;
+  std::vector<Layout> layouts;
+  std::vector<Script> scripts;
+  std::vector<ValueList> valueLists;
+  std::vector<calc::CustomFunction> customFunctions;
+  std::vector<Account> accounts;
+  std::vector<PrivilegeSet> privilegeSets;
+  std::u16string autoLoginAccount;  ///< empty when the file asks at opening
+  std::optional<int> startLayoutId;
+
+  const BaseTable* FindBaseTable(int id) const;
+  /// Names compare without regard to case, as in FileMaker.
+  const TableOccurrence* FindOccurrence(std::u16string_view name) const;
+  const Layout* FindLayout(std::u16string_view name) const;
+  const Script* FindScript(std::u16string_view name) const;
+  const PrivilegeSet* FindPrivilegeSet(int id) const;
+  const Account* FindAccount(std::u16string_view name) const;
+};
+
+}  // namespace sim

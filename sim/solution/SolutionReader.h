@@ -1,0 +1,14 @@
+// Reads a "Save a Copy as XML" export into a Solution.
+#pragma once
+
+#include <string>
+
+#include "sim/solution/Solution.h"
+
+namespace sim {
+
+/// Reads the export at `path` (UTF-8). On failure returns false and `error` holds one line that names the file, the
+/// reason and, for malformed XML, the line; `solution` is then untouched.
+bool ReadSolution(const std::string& path, Solution& solution, std::string& error);
+
+}  // namespace sim
