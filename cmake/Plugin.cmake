@@ -6,7 +6,7 @@ add_library(varnix STATIC
   bridge/IdleLoop.cpp
   core/FunctionTable.cpp
   core/HostText.cpp
-  core/VarnixPlugin.cpp
+  core/Lines.cpp
   host/FileIO.cpp
   net/Base64.cpp
   net/Json.cpp
@@ -36,7 +36,7 @@ else()
   target_include_directories(varnix SYSTEM PUBLIC ${FMWRAPPER_SDK})
 endif()
 
-add_library(plugin MODULE core/EntryPoint.cpp)
+add_library(plugin MODULE core/VarnixPlugin.cpp)
 target_link_libraries(plugin PRIVATE varnix)
 set_target_properties(plugin PROPERTIES PREFIX "" OUTPUT_NAME Varnix)
 if(APPLE)

@@ -36,9 +36,9 @@ errcode FM_ExprEnv_EvaluateGetFunction(const void* self, short function, Data& r
 errcode FM_ExprEnv_ExecuteFileSQLTextResult(const void* self, const Text& sql, const Text& file,
                                             const DataVect& parameters, Data& result, uint16 columnSeparator,
                                             uint16 rowSeparator, _fmxcpt& x);
-errcode FM_ExprEnv_RegisterExternalFunctionEx(const QuadChar& plugin, short id, const Text& name,
-                                              const Text& prototype, const Text& description, short minArguments,
-                                              short maxArguments, uint32 flags, ExtPluginType function, _fmxcpt& x);
+errcode FM_ExprEnv_RegisterExternalFunctionEx(const QuadChar& plugin, short id, const Text& name, const Text& prototype,
+                                              const Text& description, short minArguments, short maxArguments,
+                                              uint32 flags, ExtPluginType function, _fmxcpt& x);
 errcode FM_ExprEnv_RegisterExternalFunction(const QuadChar& plugin, short id, const Text& name, const Text& prototype,
                                             short minArguments, short maxArguments, uint32 flags,
                                             ExtPluginType function, _fmxcpt& x);

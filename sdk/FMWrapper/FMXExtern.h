@@ -73,17 +73,17 @@ using FMX_CurrentEnvCall = FMX_ErrorCode (*)(FMX_ExprEnv* env);
 
 /// One message of the host to a plug-in.
 struct FMX_ExternCallStruct {
-  FMX_Int16 extnVersion;           ///< the host extension version
-  fmx::unusedid unusedID;          ///< -1
-  FMX_ExternCallProc entryPoint;   ///< the plug-in's own entry point
+  FMX_Int16 extnVersion;          ///< the host extension version
+  fmx::unusedid unusedID;         ///< -1
+  FMX_ExternCallProc entryPoint;  ///< the plug-in's own entry point
   FMX_Boolean unusedFlag;
   FMX_ExternCallSwitch whichCall;  ///< the message
   FMX_Boolean unsafeCalls;         ///< true when not on the main thread
   FMX_UChar parm1;                 ///< depends on the message, like the next two
   FMX_PtrType parm2;
   FMX_PtrType parm3;
-  FMX_PtrType instanceID;          ///< macOS: the bundle reference
-  FMX_PtrType result;              ///< the answer, or the address of its buffer
+  FMX_PtrType instanceID;  ///< macOS: the bundle reference
+  FMX_PtrType result;      ///< the answer, or the address of its buffer
   FMX_PtrType unused;
   FMX_StartScriptCall cStartScript;
   FMX_CurrentEnvCall cCurrentEnv;

@@ -19,8 +19,8 @@ void FM_Text_AssignUnicode(void* self, const uint16* units, _fmxcpt& x);
 void FM_Text_AssignUnicodeWithLength(void* self, const uint16* units, uint32 length, _fmxcpt& x);
 void FM_Text_AssignWide(void* self, const wchar_t* text, _fmxcpt& x);
 void FM_Text_AssignWideWithLength(void* self, const wchar_t* text, uint32 length, _fmxcpt& x);
-void FM_Text_GetBytes(const void* self, char* buffer, uint32 bufferBytes, uint32 position, uint32 units,
-                      int32 encoding, _fmxcpt& x);
+void FM_Text_GetBytes(const void* self, char* buffer, uint32 bufferBytes, uint32 position, uint32 units, int32 encoding,
+                      _fmxcpt& x);
 uint32 FM_Text_GetBytesEx(const void* self, char* buffer, uint32 bufferBytes, uint32 position, uint32 units,
                           int32 encoding, _fmxcpt& x);
 void FM_Text_GetUnicode(const void* self, uint16* buffer, uint32 position, uint32 units, _fmxcpt& x);

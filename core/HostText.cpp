@@ -1,0 +1,47 @@
+#include "core/HostText.h"
+
+#include <algorithm>
+
+namespace {
+
+// One allocation: four bytes per UTF-16 unit cover every UTF-8 form, and the unused tail is cut at its first zero byte.
+std::string Utf8FromText(const fmx::Text& text) {
+  const fmx::uint32 units = text.GetSize();
+  if (units == 0) return {};
+  std::string utf8(static_cast<std::size_t>(units) * 4 + 1, '\0');
+  text.GetBytes(utf8.data(), static_cast<fmx::uint32>(utf8.size()), 0, units, fmx::Text::kEncoding_UTF8);
+  utf8.resize(std::min(utf8.find('\0'), utf8.size()));
+  utf8.shrink_to_fit();
+  return utf8;
+}
+
+}  // namespace
+
+std::string GetTextArg(const fmx::DataVect& args, unsigned int index) {
+  if (index >= args.Size()) return {};
+  return Utf8FromText(args.At(index).GetAsText());
+}
+
+void SetTextResult(const std::string& utf8, fmx::Data& result) {
+  const fmx::TextUniquePtr text;
+  text->Assign(utf8.c_str(), fmx::Text::kEncoding_UTF8);
+  result.SetAsText(*text, result.GetLocale());
+}
+
+std::string EvalCalc(fmx::ExprEnv* env, const char* expression) {
+  if (env == nullptr) return {};
+  const fmx::TextUniquePtr text;
+  text->Assign(expression, fmx::Text::kEncoding_UTF8);
+  const fmx::DataUniquePtr data;
+  if (env->Evaluate(*text, *data) != 0) return {};
+  return Utf8FromText(data->GetAsText());
+}
+
+void CopyUTF8ToUnichar16(const char* utf8, unsigned int capacity, unsigned short* out) {
+  const fmx::TextUniquePtr text;
+  text->Assign(utf8, fmx::Text::kEncoding_UTF8);
+  const unsigned int units = text->GetSize();
+  const unsigned int count = capacity > units ? units : capacity - 1;
+  text->GetUnicode(out, 0, count);
+  out[count] = 0;
+}

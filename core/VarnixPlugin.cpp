@@ -1,0 +1,85 @@
+// The one entry point, through which FileMaker sends every message.
+#include "core/VarnixPlugin.h"
+
+// Everything else is compiled hidden; these two names are what FileMaker looks for.
+#pragma GCC visibility push(default)
+#include <FMWrapper/FMXExtern.h>
+#pragma GCC visibility pop
+
+#include <string>
+
+#include "bridge/BridgeState.h"
+#include "bridge/IdleLoop.h"
+#include "core/FunctionTable.h"
+#include "core/HostText.h"
+#include "core/Prefs.h"
+#include "core/Product.h"
+
+FMX_ExternCallPtr gFMX_ExternCallPtr = nullptr;
+
+namespace {
+
+constexpr short kMinimumHostVersion = 56;  // FileMaker 15, the first with described functions
+constexpr short kEnabled = 76;
+
+// Identifier, then flags by position: no preferences dialog (6), idle messages wanted (8).
+constexpr char16_t kOptions[] = u"Vrnx1nnYYnn";
+
+void RestoreSignIn() {
+  const std::string key = Prefs::LoadLicenseKey();
+  const std::string url = Prefs::LoadBaseUrl();
+  if (key.empty()) return;
+  g_licenseKey = key;
+  g_baseUrl = url.empty() ? kDefaultBaseUrl : url;
+  g_registered = true;
+}
+
+void Shutdown(short hostExtensionVersion) {
+  g_registered = false;
+  if (hostExtensionVersion >= kMinimumHostVersion) UnregisterExternalFunctions();
+}
+
+void GetString(int which, unsigned int capacity, fmx::unichar16* out) {
+  switch (which) {
+    case kFMXT_NameStr:
+      return CopyUTF8ToUnichar16("Varnix", capacity, out);
+    case kFMXT_AppConfigStr:
+      return CopyUTF8ToUnichar16("Varnix background bridge for FileMaker", capacity, out);
+    case kFMXT_OptionsStr:
+      // A fixed block that FileMaker always has room for, whatever capacity it states.
+      for (const char16_t unit : kOptions) *out++ = unit;
+      return;
+    case kFMXT_HelpURLStr:
+      return CopyUTF8ToUnichar16(kGuideUrl, capacity, out);
+    default:
+      out[0] = 0;
+  }
+}
+
+}  // namespace
+
+short Do_PluginInit(short hostExtensionVersion) {
+  RestoreSignIn();
+  if (hostExtensionVersion < kMinimumHostVersion) return kDoNotEnable;
+  return RegisterExternalFunctions() == 0 ? kEnabled : static_cast<short>(kDoNotEnable);
+}
+
+void FMExternCallProc(FMX_ExternCallPtr call) {
+  gFMX_ExternCallPtr = call;
+  switch (call->whichCall) {
+    case kFMXT_Init:
+      call->result = static_cast<FMX_PtrType>(Do_PluginInit(call->extnVersion));
+      break;
+    case kFMXT_Idle:
+      Do_PluginIdle(call);
+      break;
+    case kFMXT_Shutdown:
+      Shutdown(call->extnVersion);
+      break;
+    case kFMXT_GetString:
+      GetString(call->parm1, static_cast<unsigned int>(call->parm3), reinterpret_cast<fmx::unichar16*>(call->result));
+      break;
+    default:
+      break;
+  }
+}

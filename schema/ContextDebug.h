@@ -1,0 +1,13 @@
+// A diagnostic report of what the plug-in sees from a calculation context. FileMaker's main thread only.
+#pragma once
+
+#include <FMWrapper/FMXCalcEngine.h>
+
+#include <string>
+
+/// One line of JSON: version, bridge state, current file, windows, account, open files, and the scripts of the target
+/// file with the number of live-push scripts among them. `targetFileName` (UTF-8, a file name or a window title) empty
+/// means the current file. Never fails; what cannot be evaluated is left empty. `env` may be null.
+std::string BuildContextDebug(fmx::ExprEnv* env, const std::string& targetFileName);
+
+fmx::errcode Do_DebugContext(short funcId, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result);

@@ -1,0 +1,139 @@
+#include "schema/SchemaBuilder.h"
+
+#include <map>
+#include <string_view>
+#include <vector>
+
+#include "core/HostText.h"
+#include "core/Lines.h"
+#include "net/Json.h"
+
+namespace {
+
+constexpr char kFieldQuery[] =
+    "ExecuteSQL(\"SELECT TableName, FieldName, FieldType, FieldClass FROM FileMaker_Fields "
+    "WHERE TableName NOT LIKE ''Sys%'' ORDER BY TableName, FieldName\"; \"||\"; Char(13))";
+constexpr std::string_view kColumnSeparator = "||";
+constexpr char kCurrentFile[] = "Get(FileName)";
+
+struct FieldInfo {
+  std::string name;
+  std::string type;
+  std::string fieldClass;
+};
+
+struct Tables {
+  std::vector<std::string> order;
+  std::map<std::string, std::vector<FieldInfo>, std::less<>> fields;
+};
+
+// A design function addresses the file by a name between quotes, as it stands: a name that holds a quote gives an
+// expression that FileMaker refuses, and so an empty answer.
+std::string Quoted(std::string_view name) { return '"' + std::string(name) + '"'; }
+
+std::string Eval(fmx::ExprEnv* env, const std::string& expression) { return EvalCalc(env, expression.c_str()); }
+
+void AddQueryRows(const std::string& rows, Tables& tables) {
+  std::vector<FieldInfo>* fields = nullptr;
+  std::string_view fieldsOf;
+  for (const auto row : NonEmptyLines(rows)) {
+    const std::size_t afterTable = row.find(kColumnSeparator);
+    if (afterTable == row.npos) continue;
+    const std::size_t name = afterTable + kColumnSeparator.size();
+    const std::size_t afterName = row.find(kColumnSeparator, name);
+    if (afterName == row.npos) continue;
+    const std::size_t type = afterName + kColumnSeparator.size();
+    const std::size_t afterType = row.find(kColumnSeparator, type);
+
+    const auto table = row.substr(0, afterTable);
+    if (fields == nullptr || table != fieldsOf) {  // rows of one table mostly follow each other
+      auto [entry, isNew] = tables.fields.try_emplace(std::string(table));
+      if (isNew) tables.order.emplace_back(table);
+      fields = &entry->second;
+      fieldsOf = table;
+    }
+    fields->push_back({std::string(row.substr(name, afterName - name)), std::string(row.substr(type, afterType - type)),
+                       afterType == row.npos ? "" : std::string(row.substr(afterType + kColumnSeparator.size()))});
+  }
+}
+
+void AddNamedTables(fmx::ExprEnv* env, const std::string& fileArgument, Tables& tables) {
+  const std::string names = Eval(env, "TableNames(" + fileArgument + ")");
+  for (const auto table : NonEmptyLines(names)) {
+    tables.order.emplace_back(table);
+    auto& fields = tables.fields[tables.order.back()];
+    const std::string fieldNames = Eval(env, "FieldNames(" + fileArgument + "; " + Quoted(table) + ")");
+    for (const auto field : NonEmptyLines(fieldNames)) fields.push_back({std::string(field), "", ""});
+  }
+}
+
+void AppendMember(std::string& json, const char* opening, const std::string& value) {
+  json += opening;
+  json += JsonEscape(value);
+  json += '"';
+}
+
+void AppendTables(std::string& json, const Tables& tables) {
+  json += ",\"tables\":[";
+  const char* beforeTable = "{\"name\":\"";
+  for (const auto& table : tables.order) {
+    AppendMember(json, beforeTable, table);
+    beforeTable = ",{\"name\":\"";
+    json += ",\"fields\":[";
+    const char* beforeField = "{\"name\":\"";
+    for (const auto& field : tables.fields.at(table)) {
+      AppendMember(json, beforeField, field.name);
+      AppendMember(json, ",\"type\":\"", field.type);
+      AppendMember(json, ",\"class\":\"", field.fieldClass);
+      json += '}';
+      beforeField = ",{\"name\":\"";
+    }
+    json += "]}";
+  }
+  json += ']';
+}
+
+std::string CustomFunctionNames(fmx::ExprEnv* env, const std::string& quotedTarget) {
+  std::string names = Eval(env, "CustomFunctionNames(" + quotedTarget + ")");
+  if (names.empty() || names == "?") names = Eval(env, "CustomFunctionNames()");
+  return names;
+}
+
+}  // namespace
+
+std::string BuildSchema(fmx::ExprEnv* env, const std::string& fileName) {
+  const std::string currentFile = Eval(env, kCurrentFile);
+  const std::string& target = fileName.empty() ? currentFile : fileName;
+  const std::string quotedTarget = Quoted(target);
+  const std::string account = Eval(env, "Get(AccountName)");
+  Eval(env, "Get(PrivilegeSetName)");  // part of the fixed sequence of evaluations; the document does not hold it
+
+  const bool ofCurrentFile = fileName.empty() || fileName == currentFile;
+  const std::string fileArgument = ofCurrentFile ? kCurrentFile : quotedTarget;
+  Tables tables;
+  if (ofCurrentFile) AddQueryRows(Eval(env, kFieldQuery), tables);
+  if (tables.order.empty()) AddNamedTables(env, fileArgument, tables);
+  if (tables.order.empty()) return "{}";
+
+  const std::string scripts = Eval(env, "ScriptNames(" + fileArgument + ")");
+  const std::string layouts = Eval(env, "LayoutNames(" + fileArgument + ")");
+  const std::string valueLists = Eval(env, "ValueListNames(" + fileArgument + ")");
+  const std::string privilegeSets = Eval(env, "PrivilegeSetNames(" + fileArgument + ")");
+  const std::string customFunctions = CustomFunctionNames(env, quotedTarget);
+
+  std::string json;
+  AppendMember(json, "{\"file\":\"", target);
+  AppendMember(json, ",\"account\":\"", account);
+  AppendTables(json, tables);
+  json += ",\"scripts\":" + NlToJsonArray(scripts);
+  json += ",\"layouts\":" + NlToJsonArray(layouts);
+  json += ",\"valueLists\":" + NlToJsonArray(valueLists);
+  json += ",\"privilegeSets\":" + NlToJsonArray(privilegeSets);
+  json += ",\"customFunctions\":" + NlToJsonArray(customFunctions) + '}';
+  return json;
+}
+
+fmx::errcode Do_GetSchema(short, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result) {
+  SetTextResult(BuildSchema(const_cast<fmx::ExprEnv*>(&env), GetTextArg(args, 0)), result);
+  return 0;
+}
