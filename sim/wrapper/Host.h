@@ -1,0 +1,90 @@
+// The host's side of libFMWrapper: what a program that loads plug-ins (the simulated FileMaker, the tests) uses to
+// answer their calls, to call their functions, and to watch over the objects they hold. One thread at a time.
+#pragma once
+
+#include <FMWrapper/FMXCalcEngine.h>
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "sim/calc/Value.h"
+
+#define FMHOST_API __attribute__((visibility("default")))
+
+namespace fmhost {
+
+/// Answers what plug-ins ask of a calculation context. A file id is the host's own number of an open file, 0 for none.
+class FMHOST_API Host {
+ public:
+  virtual ~Host() = default;
+  /// 0 and the value, or a FileMaker error.
+  virtual short Evaluate(std::uint64_t file, std::u16string_view expression, calc::Value& result) = 0;
+  /// `fileName` empty: the file of the context. An error of the query itself is the text "?".
+  virtual short ExecuteSql(std::uint64_t file, std::u16string_view fileName, std::u16string_view sql,
+                           std::span<const calc::Value> arguments, char16_t columnSeparator, char16_t rowSeparator,
+                           calc::Value& result);
+};
+
+/// `host` must outlive its time in force; nullptr: every evaluation fails with error 1200.
+FMHOST_API void SetHost(Host* host);
+
+/// Contents of host objects.
+FMHOST_API std::u16string TextOf(const fmx::Text& text);
+FMHOST_API calc::Value ValueOf(const fmx::Data& data);
+FMHOST_API void SetValue(fmx::Data& data, const calc::Value& value);
+/// Makes `environment` evaluate in `file`.
+FMHOST_API void Bind(fmx::ExprEnv& environment, std::uint64_t file);
+
+/// A function or script step that a plug-in registered.
+struct Registration {
+  std::string owner;   ///< the plug-in, as its Scope named it
+  std::string plugin;  ///< its four-character identifier
+  short id = 0;
+  std::u16string name;
+  std::u16string prototype;
+  std::u16string description;
+  short minArguments = 0;
+  short maxArguments = 0;  ///< -1: any number
+  unsigned flags = 0;
+  fmx::ExtPluginType function = nullptr;
+};
+
+/// In order of registration; good until the next registration or removal.
+FMHOST_API const std::vector<Registration>& Functions();
+FMHOST_API const std::vector<Registration>& ScriptSteps();
+/// nullptr when there is none; names compare without regard to case.
+FMHOST_API const Registration* FindFunction(std::u16string_view name);
+/// Calls a plug-in's function in the context of `file`. 0 and the value, 1201/1202 for a wrong number of arguments, or
+/// the error the function returned.
+FMHOST_API short Call(const Registration& function, std::uint64_t file, std::span<const calc::Value> arguments,
+                      calc::Value& result);
+/// Forgets what `owner` left registered, and returns the names.
+FMHOST_API std::vector<std::u16string> DropRegistrations(const std::string& owner);
+
+/// While a Scope lives, objects that are made and mistakes that happen belong to the plug-in it names.
+class FMHOST_API Scope {
+ public:
+  explicit Scope(std::string owner);
+  ~Scope();
+  Scope(const Scope&) = delete;
+  Scope& operator=(const Scope&) = delete;
+
+ private:
+  std::string previous_;
+};
+
+/// One line per plug-in and kind of object that is still alive: "Leaky.fmx: 2 Text objects never deleted".
+FMHOST_API std::vector<std::string> LiveObjects();
+/// Mistakes so far, one line each: objects deleted twice, used after deletion, deleted though the host owns them.
+FMHOST_API std::vector<std::string> Violations();
+/// Forgets all objects' histories and mistakes; for tests that make mistakes on purpose.
+FMHOST_API void ForgetViolations();
+
+/// Lets the call `afterCalls` calls of the C function `function` ("FM_Text_Assign") from now report exception status
+/// `code` (1 or 2) instead of doing its work, once.
+FMHOST_API void InjectException(const std::string& function, int code, int afterCalls = 0);
+
+}  // namespace fmhost

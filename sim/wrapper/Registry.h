@@ -1,0 +1,28 @@
+// What plug-ins have registered.
+#pragma once
+
+#include <vector>
+
+#include "sim/wrapper/Host.h"
+
+namespace fmhost {
+
+class Registry {
+ public:
+  /// 0, or FileMaker's error: 1210 when the id or the name is taken, 1200 when the registration makes no sense.
+  short Add(Registration registration);
+  /// 0, or 1224 when `plugin` has registered nothing under `id`.
+  short Remove(const std::string& plugin, short id);
+  /// Forgets what `owner` left, and appends the names to `names`.
+  void Drop(const std::string& owner, std::vector<std::u16string>& names);
+
+  const std::vector<Registration>& entries() const { return entries_; }
+
+ private:
+  std::vector<Registration> entries_;
+};
+
+Registry& FunctionRegistry();
+Registry& StepRegistry();
+
+}  // namespace fmhost
