@@ -10,30 +10,42 @@
 
 namespace calc {
 
+/// Digits after the point that a division keeps unless told otherwise.
+inline constexpr int kDivisionPlaces = 16;
+
 /// An exact decimal: an integer of any length times a power of ten. Addition, subtraction and multiplication are exact
-/// up to FileMaker's 400 significant digits; division and the irrational functions are rounded.
+/// up to FileMaker's 400 significant digits; division and the irrational functions are rounded. FileMaker's numbers lie
+/// between 10^-400, below which they are zero, and 10^400, from which on they are no longer in range.
 class Number {
  public:
   Number() = default;
   Number(long long value);  // NOLINT: integers are numbers
+  /// The shortest decimal that reads back as `value`; zero for what is no number.
   static Number FromDouble(double value);
+  /// The result of an irrational function: 16 digits after the point, more only if it takes more to have 16 digits.
+  static Number FromReal(long double value);
 
   /// Reads a literal as formulas write it ("12", ".5", "1e3"); nothing else may stand around it. nullopt if it is none.
   static std::optional<Number> Parse(std::u16string_view literal);
 
-  /// FileMaker's text form: ".25", "-.5", "0", no trailing zeros, no separators.
+  /// FileMaker's text form: ".25", "-.5", "0", no trailing zeros, no separators. Never an exponent.
   std::u16string ToText() const;
-  double ToDouble() const;
+  double ToDouble() const { return static_cast<double>(ToReal()); }
+  long double ToReal() const;
   /// Truncates toward zero; values out of range give the nearest limit.
   long long ToInteger() const;
 
-  int Sign() const;
+  int Sign() const { return sgn(digits_); }
+  bool IsInteger() const { return scale_ <= 0; }
+  bool InRange() const;
   Number operator-() const;
   Number operator+(const Number& other) const;
   Number operator-(const Number& other) const;
   Number operator*(const Number& other) const;
-  /// nullopt when `divisor` is zero.
-  std::optional<Number> DividedBy(const Number& divisor) const;
+  /// Rounded to `places` after the point. nullopt when `divisor` is zero.
+  std::optional<Number> DividedBy(const Number& divisor, int places = kDivisionPlaces) const;
+  /// The next lower integer of the exact quotient. nullopt when `divisor` is zero.
+  std::optional<Number> FloorDividedBy(const Number& divisor) const;
   /// nullopt when the power does not exist (zero to a negative power, a root of a negative number) or is too large.
   std::optional<Number> Power(const Number& exponent) const;
 
@@ -47,9 +59,14 @@ class Number {
   bool operator==(const Number& other) const;
 
  private:
-  Number(mpz_class digits, int scale);
+  /// Every number passes through here: drops zeros at the end, rounds to the digits there are, and keeps the scale
+  /// small.
+  Number(mpz_class digits, long long scale);
 
-  mpz_class digits_;  // the value is digits_ * 10^-scale_
+  Number RoundedToSignificant(int count) const;
+  std::optional<Number> IntegerPower(const Number& exponent) const;
+
+  mpz_class digits_;  // the value is digits_ * 10^-scale_; no zero at the end
   int scale_ = 0;
 };
 

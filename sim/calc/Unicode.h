@@ -14,4 +14,9 @@ std::string ToUtf8(std::u16string_view utf16);
 std::u16string FoldCase(std::u16string_view text);
 bool EqualIgnoringCase(std::u16string_view a, std::u16string_view b);
 
+/// Equal keys are what FileMaker calls equal texts: case and the way accents are composed do not count.
+std::u16string EqualityKey(std::u16string_view text);
+/// Negative, zero or positive: the order of a dictionary. Zero only for texts with equal keys.
+int CompareTexts(std::u16string_view a, std::u16string_view b);
+
 }  // namespace calc

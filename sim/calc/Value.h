@@ -1,15 +1,31 @@
 // What a calculation works on: a typed FileMaker value, or the error value that prints as "?".
 #pragma once
 
+#include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "sim/calc/Number.h"
 
 namespace calc {
 
 /// The numbers are those of the host interface's native types.
-enum class Type { kInvalid = 0, kText = 1, kNumber = 2, kDate = 3, kTime = 4, kTimestamp = 5, kContainer = 6, kBoolean = 7 };
+enum class Type {
+  kInvalid = 0,
+  kText = 1,
+  kNumber = 2,
+  kDate = 3,
+  kTime = 4,
+  kTimestamp = 5,
+  kContainer = 6,
+  kBoolean = 7
+};
 
+/// All digits of `text` joined: "12abc34" is 1234, "(22)" is -22, "$1,254.50" is 1254.5. nullopt when it has none.
+std::optional<Number> NumberIn(std::u16string_view text);
+
+/// Copies share their text, so they are cheap. Not for use on several threads at once.
 class Value {
  public:
   /// The empty text.
@@ -23,23 +39,29 @@ class Value {
   static Value OfError(int code);
 
   Type type() const { return type_; }
-  /// 0 unless this is an error value.
+  bool IsError() const { return type_ == Type::kInvalid; }
+  /// The number of an error value; 0 for every other value, and for an error value that was kept in a variable.
   int error() const { return error_; }
+  /// The value as a variable gives it back: an error value stays one but no longer tells its number.
+  Value AsKept() const;
 
   /// The text form; dates and times in the American form FileMaker uses for English files.
-  std::u16string AsText() const;
-  /// Text gives all its digits joined ("12abc34" is 1234); none gives zero.
+  const std::u16string& AsText() const&;
+  std::u16string AsText() &&;
+  /// Text gives all its digits joined (see NumberIn); none gives zero.
   Number AsNumber() const;
-  /// FileMaker's truth: a number other than zero. Error values are true.
+  /// FileMaker's truth: a number other than zero. Error values and the text "?" are true.
   bool AsBoolean() const;
   /// True for empty text and for error values.
   bool IsEmpty() const;
 
  private:
+  std::u16string MakeText() const;
+
   Type type_ = Type::kText;
   int error_ = 0;
-  std::u16string text_;  // of texts and containers
-  Number number_;        // of everything else
+  Number number_;                                       // of numbers and moments
+  mutable std::shared_ptr<const std::u16string> text_;  // of texts; of others their text form once it was asked for
 };
 
 }  // namespace calc

@@ -1,0 +1,260 @@
+// Decimal arithmetic over GMP's integers.
+#include "sim/calc/Number.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+namespace calc {
+namespace {
+
+constexpr int kMaxDigits = 400;
+constexpr int kMaxExponent = 400;
+// Enough for every number in range, few enough to compute with.
+constexpr int kPlacesLimit = 2 * kMaxExponent;
+constexpr int kIrrationalDigits = 16;
+constexpr long long kExponentLimit = 1'000'000;
+
+mpz_class PowerOfTen(long long exponent) {
+  mpz_class result;
+  mpz_ui_pow_ui(result.get_mpz_t(), 10, static_cast<unsigned long>(std::max(0LL, exponent)));
+  return result;
+}
+
+int CompareSizes(const mpz_class& a, const mpz_class& b) { return mpz_cmpabs(a.get_mpz_t(), b.get_mpz_t()); }
+
+long long CountDigits(const mpz_class& digits) {
+  const auto count = static_cast<long long>(mpz_sizeinbase(digits.get_mpz_t(), 10));
+  return count > 1 && CompareSizes(digits, PowerOfTen(count - 1)) < 0 ? count - 1 : count;
+}
+
+mpz_class DivideRounding(const mpz_class& dividend, const mpz_class& divisor) {
+  mpz_class quotient, rest;
+  mpz_tdiv_qr(quotient.get_mpz_t(), rest.get_mpz_t(), dividend.get_mpz_t(), divisor.get_mpz_t());
+  rest *= 2;
+  if (CompareSizes(rest, divisor) >= 0) quotient += sgn(dividend) * sgn(divisor);
+  return quotient;
+}
+
+// `digits` of 10^-scale as an integer count of 10^-places; for places below scale the rest is cut by `divide`.
+template <typename Divide>
+mpz_class Rescale(const mpz_class& digits, int scale, int places, Divide divide) {
+  if (places >= scale) return digits * PowerOfTen(places - scale);
+  return divide(digits, PowerOfTen(scale - places));
+}
+
+int ClampPlaces(int places) { return std::clamp(places, -kPlacesLimit, kPlacesLimit); }
+
+bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
+
+// Moves the digits at the start of `text` to `digits`; returns how many there were.
+size_t TakeDigits(std::u16string_view& text, std::string& digits) {
+  size_t count = 0;
+  while (count < text.size() && IsDigit(text[count])) digits += static_cast<char>(text[count++]);
+  text.remove_prefix(count);
+  return count;
+}
+
+// The exponent at the start of `text`, if there is one; far away values only have to stay far away.
+std::optional<long long> TakeExponent(std::u16string_view text) {
+  if (text.empty()) return 0;
+  if (text[0] != u'e' && text[0] != u'E') return std::nullopt;
+  text.remove_prefix(1);
+  const bool negative = !text.empty() && text[0] == u'-';
+  if (!text.empty() && (text[0] == u'-' || text[0] == u'+')) text.remove_prefix(1);
+  std::string digits;
+  if (TakeDigits(text, digits) == 0 || !text.empty()) return std::nullopt;
+  long long value = kExponentLimit;
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+  if (error != std::errc()) value = kExponentLimit;
+  value = std::min(value, kExponentLimit);
+  return negative ? -value : value;
+}
+
+Number ParseAscii(const char* begin, const char* end) {
+  return Number::Parse(std::u16string(begin, end)).value_or(Number());
+}
+
+}  // namespace
+
+Number::Number(long long value) : Number(mpz_class(static_cast<long>(value)), 0) {
+  static_assert(sizeof(long) == sizeof(long long));
+}
+
+Number::Number(mpz_class digits, long long scale) : digits_(std::move(digits)) {
+  if (digits_ == 0) return;
+  if (const long long excess = CountDigits(digits_) - kMaxDigits; excess > 0) {
+    digits_ = DivideRounding(digits_, PowerOfTen(excess));
+    scale -= excess;
+  }
+  static const mpz_class ten = 10;
+  scale -= static_cast<long long>(mpz_remove(digits_.get_mpz_t(), digits_.get_mpz_t(), ten.get_mpz_t()));
+  const long long exponent = CountDigits(digits_) - scale;  // the value is below 10^exponent
+  if (exponent <= -kMaxExponent) {
+    digits_ = 0;
+  } else if (exponent > kMaxExponent) {
+    digits_ = sgn(digits_);
+    scale_ = -kMaxExponent;
+  } else {
+    scale_ = static_cast<int>(scale);
+  }
+}
+
+bool Number::InRange() const { return scale_ > -kMaxExponent; }
+
+Number Number::FromDouble(double value) {
+  if (!std::isfinite(value)) return {};
+  std::array<char, 64> buffer;
+  const auto written = std::to_chars(buffer.begin(), buffer.end(), std::fabs(value), std::chars_format::scientific);
+  const Number result = ParseAscii(buffer.begin(), written.ptr);
+  return std::signbit(value) ? -result : result;
+}
+
+Number Number::FromReal(long double value) {
+  if (!std::isfinite(value)) return {};
+  constexpr int kDigits = std::numeric_limits<long double>::digits10;
+  std::array<char, 64> buffer;
+  const auto written =
+      std::to_chars(buffer.begin(), buffer.end(), std::fabs(value), std::chars_format::scientific, kDigits - 1);
+  const Number result = ParseAscii(buffer.begin(), written.ptr).RoundedToSignificant(kIrrationalDigits);
+  return std::signbit(value) ? -result : result;
+}
+
+std::optional<Number> Number::Parse(std::u16string_view literal) {
+  std::string digits;
+  const size_t whole = TakeDigits(literal, digits);
+  size_t fraction = 0;
+  if (!literal.empty() && literal[0] == u'.') {
+    literal.remove_prefix(1);
+    fraction = TakeDigits(literal, digits);
+    if (fraction == 0) return std::nullopt;
+  }
+  const auto exponent = TakeExponent(literal);
+  if (whole + fraction == 0 || !exponent) return std::nullopt;
+
+  auto scale = static_cast<long long>(fraction) - *exponent;
+  digits.erase(0, std::min(digits.find_first_not_of('0'), digits.size()));
+  if (digits.size() > kPlacesLimit) {
+    scale -= static_cast<long long>(digits.size()) - kPlacesLimit;
+    digits.resize(kPlacesLimit);
+  }
+  return Number(digits.empty() ? mpz_class() : mpz_class(digits, 10), scale);
+}
+
+std::u16string Number::ToText() const {
+  std::string text = mpz_class(abs(digits_)).get_str();
+  if (scale_ <= 0) {
+    text.append(-scale_, '0');
+  } else {
+    const auto places = static_cast<size_t>(scale_);
+    if (text.size() < places) text.insert(0, places - text.size(), '0');
+    text.insert(text.size() - places, 1, '.');
+  }
+  if (Sign() < 0) text.insert(0, 1, '-');
+  return {text.begin(), text.end()};
+}
+
+long double Number::ToReal() const {
+  const std::string text = digits_.get_str() + "e" + std::to_string(-scale_);
+  long double result = 0;
+  std::from_chars(text.data(), text.data() + text.size(), result);
+  return result;
+}
+
+long long Number::ToInteger() const {
+  const mpz_class whole =
+      Rescale(digits_, scale_, 0, [](const mpz_class& a, const mpz_class& b) -> mpz_class { return a / b; });
+  if (whole.fits_slong_p()) return whole.get_si();
+  return Sign() < 0 ? std::numeric_limits<long long>::min() : std::numeric_limits<long long>::max();
+}
+
+Number Number::operator-() const { return Number(mpz_class(-digits_), scale_); }
+
+Number Number::operator+(const Number& other) const {
+  const int scale = std::max(scale_, other.scale_);
+  return Number(digits_ * PowerOfTen(scale - scale_) + other.digits_ * PowerOfTen(scale - other.scale_), scale);
+}
+
+Number Number::operator-(const Number& other) const { return *this + -other; }
+
+Number Number::operator*(const Number& other) const {
+  return Number(mpz_class(digits_ * other.digits_), static_cast<long long>(scale_) + other.scale_);
+}
+
+std::optional<Number> Number::DividedBy(const Number& divisor, int places) const {
+  if (divisor.Sign() == 0) return std::nullopt;
+  // digits / divisor.digits counts 10^-(scale - divisor.scale); one side is lengthened so that it counts 10^-places.
+  const int shift = ClampPlaces(places) - (scale_ - divisor.scale_);
+  return Number(DivideRounding(digits_ * PowerOfTen(shift), divisor.digits_ * PowerOfTen(-shift)), ClampPlaces(places));
+}
+
+std::optional<Number> Number::FloorDividedBy(const Number& divisor) const {
+  if (divisor.Sign() == 0) return std::nullopt;
+  const mpz_class dividend = digits_ * PowerOfTen(divisor.scale_ - scale_);
+  const mpz_class by = divisor.digits_ * PowerOfTen(scale_ - divisor.scale_);
+  mpz_class quotient;
+  mpz_fdiv_q(quotient.get_mpz_t(), dividend.get_mpz_t(), by.get_mpz_t());
+  return Number(std::move(quotient), 0);
+}
+
+std::optional<Number> Number::IntegerPower(const Number& exponent) const {
+  const mpz_class count = abs(Rescale(exponent.digits_, exponent.scale_, 0, DivideRounding));
+  Number result = 1;
+  for (size_t bit = mpz_sizeinbase(count.get_mpz_t(), 2); bit-- > 0;) {
+    result = result * result;
+    if (mpz_tstbit(count.get_mpz_t(), bit) != 0) result = result * *this;
+    if (!result.InRange()) return exponent.Sign() < 0 ? std::optional<Number>(0) : std::nullopt;
+  }
+  if (exponent.Sign() >= 0) return result;
+  const auto inverse = Number(1).DividedBy(result, kPlacesLimit);
+  if (!inverse || !inverse->InRange()) return std::nullopt;
+  return inverse->RoundedToSignificant(kIrrationalDigits);
+}
+
+std::optional<Number> Number::Power(const Number& exponent) const {
+  if (Sign() == 0) return exponent.Sign() < 0 ? std::nullopt : std::optional<Number>(exponent.Sign() == 0 ? 1 : 0);
+  if (exponent.IsInteger()) return IntegerPower(exponent);
+  if (Sign() < 0) return std::nullopt;
+  const long double result = std::pow(ToReal(), exponent.ToReal());
+  if (!std::isfinite(result)) return std::nullopt;
+  const Number power = FromReal(result);
+  return power.InRange() ? std::optional<Number>(power) : std::nullopt;
+}
+
+Number Number::Rounded(int places) const {
+  places = ClampPlaces(places);
+  if (places >= scale_) return *this;
+  return Number(Rescale(digits_, scale_, places, DivideRounding), places);
+}
+
+Number Number::RoundedToSignificant(int count) const {
+  const auto exponent = static_cast<int>(CountDigits(digits_)) - scale_;
+  return Rounded(std::max(count, count - exponent));
+}
+
+Number Number::Truncated(int places) const {
+  places = ClampPlaces(places);
+  if (places >= scale_) return *this;
+  return Number(mpz_class(digits_ / PowerOfTen(scale_ - places)), places);
+}
+
+Number Number::Floor() const {
+  const Number truncated = Truncated(0);
+  return Sign() < 0 && truncated != *this ? truncated - 1 : truncated;
+}
+
+Number Number::Ceiling() const { return -(-*this).Floor(); }
+
+std::strong_ordering Number::operator<=>(const Number& other) const {
+  if (Sign() != other.Sign()) return Sign() <=> other.Sign();
+  const mpz_class mine = digits_ * PowerOfTen(other.scale_ - scale_);
+  const mpz_class others = other.digits_ * PowerOfTen(scale_ - other.scale_);
+  return cmp(mine, others) <=> 0;
+}
+
+bool Number::operator==(const Number& other) const { return scale_ == other.scale_ && digits_ == other.digits_; }
+
+}  // namespace calc
