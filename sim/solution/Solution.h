@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "sim/calc/Environment.h"
@@ -18,16 +19,18 @@ struct Field {
   FieldClass fieldClass = FieldClass::kNormal;
   DataType dataType = DataType::kText;
   bool global = false;
-  bool stored = true;   ///< false for an unstored calculation
+  bool stored = true;  ///< false for an unstored calculation
   bool indexed = false;
   int repetitions = 1;
   std::optional<long long> maximumLength;  ///< characters, of a validated text field
   std::u16string formula;                  ///< of a calculation field
+  std::u16string comment;
 };
 
 struct BaseTable {
   int id = 0;
   std::u16string name;
+  int modifications = 0;  ///< how often a change of its definition was saved
   std::vector<Field> fields;
 };
 
@@ -47,15 +50,29 @@ struct Layout {
   std::optional<int> occurrenceId;
 };
 
+/// Ids of the steps whose parameters the reader keeps, and of those that need none but steer a script.
+enum StepId : int {
+  kStepSaveAsXml = 3,
+  kStepPause = 62,
+  kStepIf = 68,
+  kStepElse = 69,
+  kStepEndIf = 70,
+  kStepShowDialog = 87,
+  kStepComment = 89,
+  kStepExitScript = 103,
+  kStepElseIf = 125,
+  kStepSetVariable = 141,
+};
+
 /// One step. `id` is the only reliable key: names are in the language of the client that saved the export.
 struct ScriptStep {
   int id = 0;
   std::u16string name;
   bool enabled = true;
-  std::u16string text;         ///< of a comment; the variable's name of Set Variable
-  std::u16string calculation;  ///< the condition, value, result, duration, window or message
-  std::u16string repetition;   ///< of Set Variable
-  std::u16string title;        ///< formula, of Show Custom Dialog
+  std::u16string text;                       ///< of a comment; the variable's name of Set Variable
+  std::u16string calculation;                ///< the condition, value, result, duration, window or message
+  std::u16string repetition;                 ///< of Set Variable
+  std::u16string title;                      ///< formula, of Show Custom Dialog
   std::vector<std::u16string> destinations;  ///< of Save a Copy as XML, as written: paths or variable names
 };
 
@@ -87,11 +104,11 @@ struct Account {
 };
 
 struct Solution {
-  std::string path;          ///< of the export, UTF-8
-  std::u16string fileName;   ///< with extension, as the export names it: "Sales.fmp12"
-  std::u16string name;       ///< without extension: "Sales"
+  std::string path;         ///< of the export, UTF-8
+  std::u16string fileName;  ///< with extension, as the export names it: "Sales.fmp12"
+  std::u16string name;      ///< without extension: "Sales"
   std::u16string formatVersion;
-  std::u16string savedBy;    ///< the application version that saved it
+  std::u16string savedBy;  ///< the application version that saved it
   std::vector<BaseTable> baseTables;
   std::vector<TableOccurrence> occurrences;
   std::vector<Layout> layouts;
@@ -104,7 +121,10 @@ struct Solution {
   std::optional<int> startLayoutId;
 
   const BaseTable* FindBaseTable(int id) const;
-  /// Names compare without regard to case, as in FileMaker.
+  /// The table of `occurrence`; nullptr when that is another file's.
+  const BaseTable* TableOf(const TableOccurrence& occurrence) const;
+  const TableOccurrence* FindOccurrence(int id) const;
+  /// Names compare without regard to case, as in FileMaker. Folders and separators are not found by name.
   const TableOccurrence* FindOccurrence(std::u16string_view name) const;
   const Layout* FindLayout(std::u16string_view name) const;
   const Script* FindScript(std::u16string_view name) const;

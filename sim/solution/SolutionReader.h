@@ -11,4 +11,7 @@ namespace sim {
 /// reason and, for malformed XML, the line; `solution` is then untouched.
 bool ReadSolution(const std::string& path, Solution& solution, std::string& error);
 
+/// The same for an export already in memory: `bytes` in any encoding that exports come in. `path` only names it.
+bool ReadSolutionBytes(std::string bytes, const std::string& path, Solution& solution, std::string& error);
+
 }  // namespace sim

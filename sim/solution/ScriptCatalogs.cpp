@@ -1,0 +1,79 @@
+// Scripts and script steps of an export.
+#include <string_view>
+#include <unordered_map>
+
+#include "sim/solution/Catalogs.h"
+#include "sim/solution/ExportXml.h"
+
+namespace sim {
+namespace {
+
+using std::operator""sv;
+
+pugi::xml_node Parameter(pugi::xml_node step, const char* type) {
+  return step.child("ParameterValues").find_child_by_attribute("Parameter", "type", type);
+}
+
+/// The parameters of the steps that the simulated host runs; those of the others are not kept.
+void ReadParameters(pugi::xml_node element, ScriptStep& step) {
+  switch (step.id) {
+    case kStepComment:
+      step.text = xml::Text(Parameter(element, "Comment").child("Comment").attribute("value"));
+      return;
+    case kStepSetVariable: {
+      const pugi::xml_node variable = Parameter(element, "Variable");
+      step.text = xml::Text(variable.child("Name").attribute("value"));
+      step.calculation = xml::Formula(variable.child("value"));
+      step.repetition = xml::Formula(variable.child("repetition"));
+      return;
+    }
+    case kStepIf:
+    case kStepElseIf:
+    case kStepExitScript:
+      step.calculation = xml::Formula(Parameter(element, "Calculation"));
+      return;
+    case kStepPause:
+      step.calculation = xml::Formula(Parameter(element, "Options").child("Options"));
+      return;
+    case kStepShowDialog:
+      step.title = xml::Formula(Parameter(element, "Title"));
+      step.calculation = xml::Formula(Parameter(element, "Message"));
+      return;
+    case kStepSaveAsXml: {
+      step.calculation = xml::Formula(Parameter(element, "Calculation"));
+      const pugi::xml_node paths = Parameter(element, "UniversalPathList").child("UniversalPathList");
+      for (const pugi::xml_node location : paths.child("ObjectList").children("Location")) {
+        step.destinations.push_back(xml::Text(location));
+      }
+      return;
+    }
+  }
+}
+
+ScriptStep ReadStep(pugi::xml_node element) {
+  ScriptStep step;
+  step.id = xml::Id(element);
+  step.name = xml::Name(element);
+  step.enabled = element.attribute("enable").value() != "False"sv;
+  ReadParameters(element, step);
+  return step;
+}
+
+}  // namespace
+
+void ReadScripts(pugi::xml_node design, Solution& solution) {
+  std::unordered_map<int, pugi::xml_node> stepLists;
+  for (const pugi::xml_node element : design.child("StepsForScripts").children("Script")) {
+    stepLists[xml::Id(element.child("ScriptReference"))] = element.child("ObjectList");
+  }
+  for (const pugi::xml_node element : design.child("ScriptCatalog").children("Script")) {
+    Script& script = solution.scripts.emplace_back();
+    script.id = xml::Id(element);
+    script.name = xml::Name(element);
+    script.kind = xml::Kind(element);
+    script.runWithFullAccess = xml::IsTrue(element.child("Options").attribute("runwithfullaccess"));
+    for (const pugi::xml_node step : stepLists[script.id].children("Step")) script.steps.push_back(ReadStep(step));
+  }
+}
+
+}  // namespace sim

@@ -1,0 +1,59 @@
+// Accounts and privileges of an export, and what its file does on opening.
+#include <algorithm>
+#include <string_view>
+
+#include "sim/solution/Catalogs.h"
+#include "sim/solution/ExportXml.h"
+
+namespace sim {
+namespace {
+
+using std::operator""sv;
+
+/// Versions differ in the element's name and in whether the text is marked as insecure.
+std::u16string AccountName(pugi::xml_node parent) {
+  pugi::xml_node name = parent.child("AccountName");
+  if (!name) name = parent.child("UserName");
+  const pugi::xml_node insecure = name.child("INSECURE_TEXT");
+  return xml::Text(insecure ? insecure : name);
+}
+
+void GrantToSets(pugi::xml_node extendedPrivilege, std::vector<PrivilegeSet>& sets) {
+  for (const pugi::xml_node reference : extendedPrivilege.child("ObjectList").children("PrivilegeSetReference")) {
+    const auto set = std::find_if(sets.begin(), sets.end(), [id = xml::Id(reference)](const PrivilegeSet& candidate) {
+      return candidate.id == id;
+    });
+    if (set != sets.end()) set->extendedPrivileges.push_back(xml::Name(extendedPrivilege));
+  }
+}
+
+}  // namespace
+
+void ReadSecurity(pugi::xml_node design, Solution& solution) {
+  for (const pugi::xml_node element :
+       design.child("PrivilegeSetsCatalog").child("ObjectList").children("PrivilegeSet")) {
+    PrivilegeSet& set = solution.privilegeSets.emplace_back();
+    set.id = xml::Id(element);
+    set.name = xml::Name(element);
+  }
+  for (const pugi::xml_node element :
+       design.child("ExtendedPrivilegesCatalog").child("ObjectList").children("ExtendedPrivilege")) {
+    GrantToSets(element, solution.privilegeSets);
+  }
+  for (const pugi::xml_node element : design.child("AccountsCatalog").child("ObjectList").children("Account")) {
+    Account& account = solution.accounts.emplace_back();
+    account.id = xml::Id(element);
+    account.name = AccountName(element.child("Authentication"));
+    account.enabled = element.attribute("enable").value() != "False"sv;
+    account.privilegeSetId = xml::Id(element.child("PrivilegeSetReference"));
+  }
+}
+
+void ReadOpening(pugi::xml_node options, Solution& solution) {
+  const pugi::xml_node login = options.child("Login");
+  if (login.attribute("type").value() == "1"sv) solution.autoLoginAccount = AccountName(login);
+  const pugi::xml_node layout = options.child("Defaults").child("LayoutReference");
+  if (layout) solution.startLayoutId = xml::Id(layout);
+}
+
+}  // namespace sim

@@ -1,0 +1,97 @@
+// Base tables, table occurrences and fields of an export.
+#include <algorithm>
+#include <string_view>
+
+#include "sim/solution/Catalogs.h"
+#include "sim/solution/ExportXml.h"
+
+namespace sim {
+namespace {
+
+using std::operator""sv;
+
+constexpr long long kNoMaximum = 4294967295;  // what some versions write for a text without a limit
+
+template <typename Enum>
+struct Word {
+  std::string_view text;
+  Enum value;
+};
+
+constexpr Word<FieldClass> kFieldClasses[] = {
+    {"Normal"sv, FieldClass::kNormal}, {"Calculated"sv, FieldClass::kCalculated}, {"Summary"sv, FieldClass::kSummary}};
+constexpr Word<DataType> kDataTypes[] = {{"Text"sv, DataType::kText},           {"Number"sv, DataType::kNumber},
+                                         {"Date"sv, DataType::kDate},           {"Time"sv, DataType::kTime},
+                                         {"Timestamp"sv, DataType::kTimestamp}, {"Binary"sv, DataType::kContainer}};
+
+/// The first entry stands for a missing or unknown word.
+template <typename Enum, std::size_t size>
+Enum Lookup(const Word<Enum> (&words)[size], std::string_view text) {
+  const auto found = std::find_if(words, words + size, [text](const Word<Enum>& word) { return word.text == text; });
+  return found == words + size ? words[0].value : found->value;
+}
+
+TableOccurrence ReadOccurrence(pugi::xml_node element) {
+  TableOccurrence occurrence{.id = xml::Id(element), .name = xml::Name(element), .baseTableId = std::nullopt};
+  if (element.attribute("type").value() == "External"sv) return occurrence;
+  const pugi::xml_node source = element.child("BaseTableSourceReference");
+  const pugi::xml_node reference = (source ? source : element).child("BaseTableReference");
+  if (reference) occurrence.baseTableId = xml::Id(reference);
+  return occurrence;
+}
+
+Field ReadField(pugi::xml_node element) {
+  Field field;
+  field.id = xml::Id(element);
+  field.name = xml::Name(element);
+  field.fieldClass = Lookup(kFieldClasses, element.attribute("fieldtype").value());
+  field.dataType = Lookup(kDataTypes, element.attribute("datatype").value());
+  field.comment = xml::Text(element.attribute("comment"));
+  field.formula = xml::Formula(element);
+
+  const pugi::xml_node storage = element.child("Storage");
+  field.global = xml::IsTrue(storage.attribute("global"));
+  field.stored = storage.attribute("storeCalculationResults").value() != "False"sv;
+  field.indexed = storage.attribute("index").as_string("None") != "None"sv;
+  field.repetitions = std::max(1, storage.attribute("maxRepetitions").as_int(1));
+
+  const long long maximum = element.child("Validation").child("MaximumSize").text().as_llong();
+  if (maximum > 0 && maximum != kNoMaximum) field.maximumLength = maximum;
+  return field;
+}
+
+/// The table that a field catalog belongs to; the oldest version names it by one of its occurrences.
+BaseTable* TableOfCatalog(pugi::xml_node catalog, Solution& solution) {
+  std::optional<int> id;
+  if (const pugi::xml_node table = catalog.child("BaseTableReference")) {
+    id = xml::Id(table);
+  } else if (const auto* occurrence = solution.FindOccurrence(xml::Id(catalog.child("TableOccurrenceReference")))) {
+    id = occurrence->baseTableId;
+  }
+  const auto found = std::find_if(solution.baseTables.begin(), solution.baseTables.end(),
+                                  [id](const BaseTable& table) { return table.id == id; });
+  return found == solution.baseTables.end() ? nullptr : &*found;
+}
+
+}  // namespace
+
+void ReadTables(pugi::xml_node design, Solution& solution) {
+  for (const pugi::xml_node element : design.child("BaseTableCatalog").children("BaseTable")) {
+    BaseTable& table = solution.baseTables.emplace_back();
+    table.id = xml::Id(element);
+    table.name = xml::Name(element);
+    table.modifications = element.child("UUID").attribute("modifications").as_int();
+  }
+  for (const pugi::xml_node element : design.child("TableOccurrenceCatalog").children("TableOccurrence")) {
+    solution.occurrences.push_back(ReadOccurrence(element));
+  }
+  for (const pugi::xml_node catalog : design.child("FieldsForTables").children("FieldCatalog")) {
+    BaseTable* table = TableOfCatalog(catalog, solution);
+    if (!table) continue;
+    for (const pugi::xml_node element : catalog.child("ObjectList").children("Field")) {
+      table->fields.push_back(ReadField(element));
+    }
+  }
+}
+
+}  // namespace sim
