@@ -10,9 +10,10 @@
 
 namespace sim {
 
-/// Runs `sql` over `solution`. Columns are joined with `columnSeparator`, rows with `rowSeparator`, with none after the
-/// last. `arguments` stand for the question marks in order. Anything FileMaker would refuse gives the text "?".
-/// `lenient` accepts a literal written between doubled single quotes.
+/// Runs one SELECT over `solution` (the grammar stands in SqlParser.cpp). Columns are joined with `columnSeparator`
+/// (empty: a comma), rows with `rowSeparator` (empty: a carriage return), with none after the last. `arguments` stand
+/// for the question marks in order; left-over ones do no harm. Anything else, and anything FileMaker would refuse,
+/// gives the text "?". Table occurrences hold no records. `lenient` accepts a literal between doubled single quotes.
 std::u16string ExecuteSql(std::u16string_view sql, const Solution& solution, std::u16string_view columnSeparator,
                           std::u16string_view rowSeparator, std::span<const calc::Value> arguments, bool lenient);
 

@@ -1,0 +1,23 @@
+// Splits a query into tokens.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace sim {
+
+/// Thrown inside the SQL units when a query is refused; ExecuteSql turns it into "?".
+struct SqlRefused {};
+
+struct SqlToken {
+  enum Kind { kEnd, kWord, kQuotedName, kText, kNumber, kSymbol };
+  Kind kind = kEnd;
+  std::u16string text;  ///< without the quotes around a name or a text
+};
+
+/// The tokens of `sql`, the last one a kEnd. Throws SqlRefused at what is no token. With `lenient` a text may stand
+/// between doubled single quotes: ''text''.
+std::vector<SqlToken> SqlTokens(std::u16string_view sql, bool lenient);
+
+}  // namespace sim

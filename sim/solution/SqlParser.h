@@ -1,0 +1,34 @@
+// Parses a query and binds its names to a table.
+#pragma once
+
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "sim/calc/Value.h"
+#include "sim/solution/Solution.h"
+#include "sim/solution/SqlConditions.h"
+#include "sim/solution/SqlTables.h"
+
+namespace sim {
+
+struct SqlOrder {
+  SqlColumn column;
+  bool descending = false;
+};
+
+struct SqlQuery {
+  std::vector<SqlRow> rows;  ///< of the table, before `where`
+  bool distinct = false;
+  bool count = false;  ///< COUNT(*): there are no columns then
+  std::vector<SqlColumn> columns;
+  SqlCondition where;
+  std::vector<SqlOrder> order;
+};
+
+/// Throws SqlRefused for what is no query, for names that `solution` does not have and for types that do not compare.
+/// The query refers to `solution`.
+SqlQuery ParseSql(std::u16string_view sql, bool lenient, const Solution& solution,
+                  std::span<const calc::Value> arguments);
+
+}  // namespace sim
