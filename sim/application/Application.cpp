@@ -1,0 +1,230 @@
+#include "sim/application/Application.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <utility>
+
+#include "sim/application/Context.h"
+#include "sim/application/GetFunctions.h"
+#include "sim/calc/Engine.h"
+#include "sim/calc/Unicode.h"
+#include "sim/solution/SolutionReader.h"
+#include "sim/solution/Sql.h"
+
+namespace sim {
+
+namespace {
+
+constexpr short kFileMissing = 100;
+constexpr short kNotAuthorised = 825;
+constexpr short kScriptMissing = 1825;
+constexpr int kFullAccessSet = 1;
+constexpr char16_t kPluginPrivilege[] = u"fmplugin";
+constexpr std::u16string_view kExtension = u".fmp12";
+
+Application* application = nullptr;  // the callbacks carry no context of their own
+
+FMX_ErrorCode StartScriptCallback(const FMX_Text* fileName, const FMX_Text* scriptName, FMX_ScriptControl,
+                                  const FMX_Data* parameter) {
+  if (fileName == nullptr || scriptName == nullptr) return kFileMissing;
+  const auto value = parameter == nullptr ? calc::Value() : fmhost::ValueOf(*parameter);
+  return application->StartScript(fmhost::TextOf(*fileName), fmhost::TextOf(*scriptName), value);
+}
+
+FMX_ErrorCode CurrentEnvironmentCallback(FMX_ExprEnv* environment) {
+  const OpenFile* file = application->activeFile();
+  if (environment == nullptr || file == nullptr) return kFileMissing;
+  fmhost::Bind(*environment, file->id);
+  return 0;
+}
+
+// The account that a file opens with: the one its options name, else the first with full access that may log in.
+const Account* OpeningAccount(const Solution& solution) {
+  if (!solution.autoLoginAccount.empty()) {
+    const Account* account = solution.FindAccount(solution.autoLoginAccount);
+    if (account != nullptr && account->enabled) return account;
+  }
+  for (const auto& account : solution.accounts) {
+    if (account.enabled && account.privilegeSetId == kFullAccessSet) return &account;
+  }
+  return nullptr;
+}
+
+std::u16string_view WithoutExtension(std::u16string_view name) {
+  if (name.size() <= kExtension.size()) return name;
+  const auto stem = name.size() - kExtension.size();
+  return calc::EqualIgnoringCase(name.substr(stem), kExtension) ? name.substr(0, stem) : name;
+}
+
+}  // namespace
+
+Application::Application() {
+  application = this;
+  identity_.startScript = StartScriptCallback;
+  identity_.currentEnvironment = CurrentEnvironmentCallback;
+  SetBehaviour({});
+  fmhost::SetHost(this);
+}
+
+Application::~Application() {
+  Quit();
+  fmhost::SetHost(nullptr);
+  application = nullptr;
+}
+
+void Application::SetBehaviour(const HostBehaviour& behaviour) {
+  behaviour_ = behaviour;
+  hostFunctions_.clear();
+  for (auto& function : DesignFunctions(openFiles_, current_, behaviour_)) {
+    hostFunctions_.emplace(calc::FoldCase(function.name), std::move(function));
+  }
+}
+
+bool Application::LoadPlugin(const std::string& path, std::string& error) {
+  // What a plug-in leaves behind is told by its file name, so that must be its own.
+  const auto sameFile = [name = std::filesystem::path(path).filename()](const auto& plugin) {
+    return plugin->fileName() == name;
+  };
+  if (std::any_of(plugins_.begin(), plugins_.end(), sameFile)) {
+    error = "cannot load plug-in " + path + ": one of that name is loaded already";
+    return false;
+  }
+  auto plugin = Plugin::Load(path, identity_, error);
+  if (plugin == nullptr) return false;
+  plugins_.push_back(std::move(plugin));
+  return true;
+}
+
+bool Application::Open(const std::string& path, std::string& error) {
+  auto file = std::make_unique<OpenFile>();
+  if (!ReadSolution(path, file->solution, error)) return false;
+  if (FindFile(file->solution.name) != nullptr) {
+    error = path + ": a file named \"" + calc::ToUtf8(file->solution.name) + "\" is already open";
+    return false;
+  }
+  file->id = files_.size() + 1;
+  file->account = OpeningAccount(file->solution);
+  openFiles_.files.push_back(&file->solution);
+  openFiles_.windows.insert(openFiles_.windows.begin(), {file->solution.name, &file->solution});
+  files_.push_back(std::move(file));
+  return true;
+}
+
+bool Application::Activate(std::u16string_view name, std::string& error) {
+  const OpenFile* file = FindFile(name);
+  if (file == nullptr) {
+    error = "no file \"" + calc::ToUtf8(name) + "\" is open";
+    return false;
+  }
+  std::stable_partition(openFiles_.windows.begin(), openFiles_.windows.end(),
+                        [&](const Window& window) { return window.solution == &file->solution; });
+  return true;
+}
+
+OpenFile* Application::activeFile() {
+  return openFiles_.windows.empty() ? nullptr : FindFile(openFiles_.windows.front().solution->name);
+}
+
+OpenFile* Application::FindFile(std::u16string_view name) {
+  for (const auto& file : files_) {
+    if (calc::EqualIgnoringCase(file->solution.name, WithoutExtension(name))) return file.get();
+  }
+  return nullptr;
+}
+
+OpenFile* Application::FileById(std::uint64_t id) {
+  return id == 0 || id > files_.size() ? nullptr : files_[id - 1].get();
+}
+
+std::vector<std::u16string> Application::DesignFunctionNames() const {
+  std::vector<std::u16string> names;
+  for (const auto& [folded, function] : hostFunctions_) names.push_back(function.name);
+  return names;
+}
+
+const calc::HostFunction* Application::FindHostFunction(std::u16string_view name) {
+  const auto folded = calc::FoldCase(name);
+  if (const auto known = hostFunctions_.find(folded); known != hostFunctions_.end()) return &known->second;
+  const auto* registration = fmhost::FindFunction(name);
+  if (registration == nullptr) return nullptr;
+
+  // Looked up again at each call: a plug-in may take its functions back.
+  auto& function = pluginFunctions_[folded];
+  function.name = registration->name;
+  function.minArguments = registration->minArguments;
+  function.maxArguments = registration->maxArguments;
+  function.call = [this, folded](std::span<const calc::Value> arguments) {
+    constexpr int kNoSuchFunction = 1224;
+    const auto* registered = fmhost::FindFunction(folded);
+    if (registered == nullptr) return calc::Value::OfError(kNoSuchFunction);
+    const auto file =
+        std::find_if(files_.begin(), files_.end(), [this](const auto& open) { return &open->solution == current_; });
+    calc::Value result;
+    const short error = fmhost::Call(*registered, file == files_.end() ? 0 : (*file)->id, arguments, result);
+    return error == 0 ? result : calc::Value::OfError(error);
+  };
+  return &function;
+}
+
+int Application::Evaluate(std::u16string_view formula, calc::Value& result) {
+  return EvaluateIn(runningScript != nullptr ? runningScript->file : activeFile(), formula, result);
+}
+
+int Application::EvaluateIn(OpenFile* file, std::u16string_view formula, calc::Value& result) {
+  const Solution* outer = std::exchange(current_, file == nullptr ? nullptr : &file->solution);
+  Context context(*this, file);
+  const int error = calc::Evaluate(formula, context, result);
+  current_ = outer;
+  return error;
+}
+
+short Application::Evaluate(std::uint64_t file, std::u16string_view expression, calc::Value& result) {
+  return static_cast<short>(EvaluateIn(FileById(file), expression, result));
+}
+
+short Application::ExecuteSql(std::uint64_t file, std::u16string_view fileName, std::u16string_view sql,
+                              std::span<const calc::Value> arguments, char16_t columnSeparator, char16_t rowSeparator,
+                              calc::Value& result) {
+  const OpenFile* target = fileName.empty() ? FileById(file) : FindFile(fileName);
+  if (target == nullptr) return kFileMissing;
+  result = calc::Value::OfText(sim::ExecuteSql(sql, target->solution, {&columnSeparator, 1}, {&rowSeparator, 1},
+                                               arguments, behaviour_.lenientSql));
+  return 0;
+}
+
+void Application::Idle(int level) {
+  for (const auto& plugin : plugins_) plugin->Idle(level);
+}
+
+short Application::StartScript(std::u16string_view fileName, std::u16string_view scriptName,
+                               const calc::Value& parameter) {
+  OpenFile* file = FindFile(fileName);
+  if (file == nullptr) return kFileMissing;
+  const PrivilegeSet* set = CurrentPrivilegeSet(Context(*this, file));
+  const bool allowed = set != nullptr && std::any_of(set->extendedPrivileges.begin(), set->extendedPrivileges.end(),
+                                                     [](const auto& keyword) { return keyword == kPluginPrivilege; });
+  if (!allowed) return kNotAuthorised;
+  const Script* script = file->solution.FindScript(scriptName);
+  if (script == nullptr) return kScriptMissing;
+  queuedScripts_.push_back({file, script, parameter});
+  return 0;
+}
+
+std::optional<QueuedScript> Application::TakeQueuedScript() {
+  if (queuedScripts_.empty()) return std::nullopt;
+  auto script = std::move(queuedScripts_.front());
+  queuedScripts_.pop_front();
+  return script;
+}
+
+std::vector<std::string> Application::Quit() {
+  std::vector<std::string> faults;
+  for (const auto& plugin : plugins_) {
+    for (auto& line : plugin->Shutdown()) faults.push_back(std::move(line));
+  }
+  for (auto& line : fmhost::Violations()) faults.push_back(std::move(line));
+  plugins_.clear();
+  return faults;
+}
+
+}  // namespace sim

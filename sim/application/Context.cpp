@@ -1,0 +1,65 @@
+#include "sim/application/Context.h"
+
+#include "sim/application/GetFunctions.h"
+#include "sim/calc/Unicode.h"
+
+namespace sim {
+
+namespace {
+
+// A bare field name belongs to the table of the current layout: the file's start layout, since layouts never change
+// here.
+const TableOccurrence* LayoutOccurrence(const Solution& solution) {
+  const Layout* layout = StartLayout(solution);
+  if (layout == nullptr || !layout->occurrenceId) return nullptr;
+  for (const auto& occurrence : solution.occurrences) {
+    if (occurrence.id == *layout->occurrenceId) return &occurrence;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+Context::Context(Application& application, OpenFile* file) : application_(application), file_(file) {}
+
+std::optional<calc::Value> Context::Get(std::u16string_view parameter) { return EvaluateGet(parameter, *this); }
+
+std::optional<calc::Value> Context::Field(std::u16string_view occurrenceName, std::u16string_view name, int) {
+  if (file_ == nullptr) return std::nullopt;
+  const Solution& solution = file_->solution;
+  const auto* occurrence =
+      occurrenceName.empty() ? LayoutOccurrence(solution) : solution.FindOccurrence(occurrenceName);
+  if (occurrence == nullptr || !occurrence->baseTableId) return std::nullopt;
+  const auto* table = solution.FindBaseTable(*occurrence->baseTableId);
+  if (table == nullptr) return std::nullopt;
+  for (const auto& field : table->fields) {
+    if (calc::EqualIgnoringCase(field.name, name)) return calc::Value();  // an export holds no records
+  }
+  return std::nullopt;
+}
+
+const calc::HostFunction* Context::FindHostFunction(std::u16string_view name) {
+  return application_.FindHostFunction(name);
+}
+
+const calc::CustomFunction* Context::FindCustomFunction(std::u16string_view name) {
+  if (file_ == nullptr) return nullptr;
+  for (const auto& function : file_->solution.customFunctions) {
+    if (calc::EqualIgnoringCase(function.name, name)) return &function;
+  }
+  return nullptr;
+}
+
+const ScriptFrame* Context::script() const {
+  const ScriptFrame* running = application_.runningScript;
+  return running != nullptr && running->file == file_ ? running : nullptr;
+}
+
+calc::Variables& Context::Locals() {
+  if (script() != nullptr) return application_.runningScript->locals;
+  return file_ != nullptr ? file_->locals : noFileVariables_;
+}
+
+calc::Variables& Context::Globals() { return file_ != nullptr ? file_->globals : noFileVariables_; }
+
+}  // namespace sim

@@ -1,0 +1,33 @@
+// The calculation context of one open file.
+#pragma once
+
+#include "sim/application/Application.h"
+#include "sim/calc/Environment.h"
+
+namespace sim {
+
+/// Sees the fields, custom functions and variables of `file`, and those of the running script where it belongs to that
+/// file. `file` may be null: then only what needs no file answers. Both must outlive the context.
+class Context : public calc::Environment {
+ public:
+  Context(Application& application, OpenFile* file);
+
+  std::optional<calc::Value> Get(std::u16string_view parameter) override;
+  std::optional<calc::Value> Field(std::u16string_view occurrence, std::u16string_view field, int repetition) override;
+  const calc::HostFunction* FindHostFunction(std::u16string_view name) override;
+  const calc::CustomFunction* FindCustomFunction(std::u16string_view name) override;
+  calc::Variables& Locals() override;
+  calc::Variables& Globals() override;
+
+  Application& application() const { return application_; }
+  const OpenFile* file() const { return file_; }
+  /// The running script, if it is one of this file.
+  const ScriptFrame* script() const;
+
+ private:
+  Application& application_;
+  OpenFile* file_;
+  calc::Variables noFileVariables_;
+};
+
+}  // namespace sim

@@ -1,0 +1,23 @@
+// FileMaker paths, which begin with a volume, over the machine's own.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace sim {
+
+/// The FileMaker form of an absolute path: "/Macintosh HD" and the path.
+std::u16string FileMakerPath(const std::string& path);
+
+/// The machine's path of one that a script step was given: with or without "file:" or "filemac:", absolute with its
+/// volume, or relative to `folder`. All UTF-8.
+std::string MachinePath(std::u16string_view fileMakerPath, const std::string& folder);
+
+/// The user's home.
+std::string HomeDirectory();
+
+/// This process's own folder for temporary files, made when first asked for and removed with its contents at exit. ""
+/// when it cannot be made.
+const std::string& TemporaryDirectory();
+
+}  // namespace sim

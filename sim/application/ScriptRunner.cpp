@@ -1,0 +1,215 @@
+#include "sim/application/ScriptRunner.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <utility>
+
+#include "sim/application/Context.h"
+#include "sim/application/GetFunctions.h"
+#include "sim/application/HostPaths.h"
+#include "sim/calc/Unicode.h"
+
+namespace sim {
+
+namespace {
+
+// Steps by number; their names are in the language of whoever saved the export.
+enum StepId {
+  kSaveCopyAsXml = 3,
+  kPause = 62,
+  kIf = 68,
+  kElse = 69,
+  kEndIf = 70,
+  kCustomDialog = 87,
+  kComment = 89,
+  kExitScript = 103,
+  kElseIf = 125,
+  kSetVariable = 141
+};
+
+constexpr int kFullAccessSet = 1;
+constexpr int kNoPrivilege = 9;
+constexpr int kFileMissing = 100;
+constexpr int kCannotCreateFile = 800;
+constexpr double kLongestPauseSeconds = 86400;
+
+// Carries out the steps of one run.
+class Execution {
+ public:
+  Execution(Application& application, const ScriptSurroundings& surroundings, ScriptFrame& frame)
+      : application_(application), surroundings_(surroundings), frame_(frame), steps_(frame.script->steps) {}
+
+  bool Run() {
+    while (position_ < steps_.size() && !exited_) {
+      const ScriptStep& step = steps_[position_];
+      if (step.enabled) Perform(step);
+      ++position_;
+      surroundings_.idle(kFMXT_ScriptRunning, std::chrono::milliseconds(0));
+    }
+    return !failed_;
+  }
+
+ private:
+  using StepFunction = void (Execution::*)(const ScriptStep&);
+
+  void Perform(const ScriptStep& step) {
+    static const std::map<int, StepFunction> kSteps = {{kSaveCopyAsXml, &Execution::SaveCopyAsXml},
+                                                       {kPause, &Execution::Pause},
+                                                       {kIf, &Execution::EnterBlock},
+                                                       {kElse, &Execution::LeaveBlock},
+                                                       {kElseIf, &Execution::LeaveBlock},
+                                                       {kEndIf, &Execution::Nothing},
+                                                       {kComment, &Execution::Nothing},
+                                                       {kCustomDialog, &Execution::ShowDialog},
+                                                       {kExitScript, &Execution::Exit},
+                                                       {kSetVariable, &Execution::SetVariable}};
+    const auto known = kSteps.find(step.id);
+    if (known == kSteps.end()) return Tell(step, "is not simulated; skipped");
+    (this->*known->second)(step);
+  }
+
+  void Tell(const ScriptStep& step, const std::string& what) {
+    surroundings_.show("script \"" + calc::ToUtf8(frame_.script->name) + "\", step " + std::to_string(position_ + 1) +
+                       " \"" + calc::ToUtf8(step.name) + "\" " + what);
+  }
+
+  void Fail(const ScriptStep& step, int error, const std::string& what) {
+    frame_.lastError = error;
+    failed_ = true;
+    Tell(step, "failed with error " + std::to_string(error) + ": " + what);
+  }
+
+  // An empty formula is empty text.
+  bool Evaluate(const ScriptStep& step, const std::u16string& formula, calc::Value& value) {
+    if (formula.empty()) return value = {}, true;
+    const int error = application_.EvaluateIn(frame_.file, formula, value);
+    if (error != 0) Fail(step, error, calc::ToUtf8(formula));
+    return error == 0;
+  }
+
+  bool Holds(const ScriptStep& step) {
+    calc::Value condition;
+    return Evaluate(step, step.calculation, condition) && condition.AsBoolean();
+  }
+
+  // The position of the next Else If, Else or End If of the block entered at the current position.
+  std::size_t NextBranch(std::size_t from) const {
+    int depth = 0;
+    for (std::size_t i = from + 1; i < steps_.size(); ++i) {
+      const ScriptStep& step = steps_[i];
+      if (!step.enabled) continue;
+      if (step.id == kIf) ++depth;
+      const bool branch = step.id == kElseIf || step.id == kElse || step.id == kEndIf;
+      if (branch && depth == 0) return i;
+      if (step.id == kEndIf) --depth;
+    }
+    return steps_.size();
+  }
+
+  void EnterBlock(const ScriptStep& step) {
+    if (Holds(step)) return;
+    for (position_ = NextBranch(position_); position_ < steps_.size(); position_ = NextBranch(position_)) {
+      const ScriptStep& branch = steps_[position_];
+      if (branch.id != kElseIf || Holds(branch)) return;
+    }
+  }
+
+  // An Else or Else If that is reached in passing ends the branch above it.
+  void LeaveBlock(const ScriptStep&) {
+    while (position_ < steps_.size() && steps_[position_].id != kEndIf) position_ = NextBranch(position_);
+  }
+
+  void Nothing(const ScriptStep&) {}
+
+  void SetVariable(const ScriptStep& step) {
+    calc::Value value, repetition;
+    if (!Evaluate(step, step.calculation, value) || !Evaluate(step, step.repetition, repetition)) return;
+    const bool global = step.text.starts_with(u"$$");
+    if (!step.text.starts_with(u'$')) return Fail(step, kFileMissing, "no variable is named");
+    const int index = step.repetition.empty() ? 1 : static_cast<int>(repetition.AsNumber().ToInteger());
+    auto& variables = global ? frame_.file->globals : frame_.locals;
+    variables[{calc::FoldCase(std::u16string_view(step.text).substr(global ? 2 : 1)), index}] = value;
+    frame_.lastError = 0;
+  }
+
+  void Exit(const ScriptStep& step) {
+    exited_ = true;
+    Evaluate(step, step.calculation, frame_.result);
+  }
+
+  void Pause(const ScriptStep& step) {
+    if (step.calculation.empty()) return Tell(step, "would wait for the user; going on");
+    calc::Value seconds;
+    if (!Evaluate(step, step.calculation, seconds)) return;
+    const double bounded = std::clamp(seconds.AsNumber().ToDouble(), 0.0, kLongestPauseSeconds);
+    surroundings_.idle(kFMXT_ScriptPaused, std::chrono::milliseconds(static_cast<long long>(bounded * 1000)));
+  }
+
+  void ShowDialog(const ScriptStep& step) {
+    calc::Value title, message;
+    if (!Evaluate(step, step.title, title) || !Evaluate(step, step.calculation, message)) return;
+    surroundings_.show("dialog \"" + calc::ToUtf8(title.AsText()) + "\": " + calc::ToUtf8(message.AsText()));
+    frame_.lastError = 0;
+  }
+
+  // The export that the file was opened from is the copy: nothing in a simulated file changes.
+  void SaveCopyAsXml(const ScriptStep& step) {
+    const PrivilegeSet* set = CurrentPrivilegeSet(Context(application_, frame_.file));
+    if (set == nullptr || set->id != kFullAccessSet) return Fail(step, kNoPrivilege, "it needs full access");
+    calc::Value window;
+    if (!Evaluate(step, step.calculation, window)) return;
+    const OpenFile* file = frame_.file;
+    if (!step.calculation.empty()) file = FileOfWindow(window.AsText());
+    if (file == nullptr) return Fail(step, kFileMissing, "no window \"" + calc::ToUtf8(window.AsText()) + "\"");
+    for (const auto& destination : step.destinations) {
+      const std::string path = MachinePath(DestinationPath(destination), FolderOf(*frame_.file));
+      std::error_code failure;
+      std::filesystem::copy_file(file->solution.path, path, std::filesystem::copy_options::overwrite_existing, failure);
+      if (failure) return Fail(step, kCannotCreateFile, path + ": " + failure.message());
+    }
+    frame_.lastError = 0;
+  }
+
+  const OpenFile* FileOfWindow(const std::u16string& name) {
+    for (const auto& window : application_.windows().windows) {
+      if (calc::EqualIgnoringCase(window.name, name)) return application_.FindFile(window.solution->name);
+    }
+    return nullptr;
+  }
+
+  std::u16string DestinationPath(const std::u16string& destination) {
+    if (!destination.starts_with(u'$')) return destination;
+    calc::Value path;
+    return application_.EvaluateIn(frame_.file, destination, path) == 0 ? path.AsText() : u"";
+  }
+
+  static std::string FolderOf(const OpenFile& file) {
+    return std::filesystem::absolute(file.solution.path).parent_path().string();
+  }
+
+  Application& application_;
+  const ScriptSurroundings& surroundings_;
+  ScriptFrame& frame_;
+  const std::vector<ScriptStep>& steps_;
+  std::size_t position_ = 0;
+  bool exited_ = false;
+  bool failed_ = false;
+};
+
+}  // namespace
+
+bool RunScript(Application& application, const ScriptSurroundings& surroundings, OpenFile& file, const Script& script,
+               const calc::Value& parameter, calc::Value& result) {
+  ScriptFrame frame;
+  frame.file = &file;
+  frame.script = &script;
+  frame.parameter = parameter;
+  ScriptFrame* outer = std::exchange(application.runningScript, &frame);
+  const bool succeeded = Execution(application, surroundings, frame).Run();
+  application.runningScript = outer;
+  result = frame.result;
+  return succeeded;
+}
+
+}  // namespace sim

@@ -1,0 +1,25 @@
+// Runs scripts, as far as the simulated application knows their steps.
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <string>
+
+#include "sim/application/Application.h"
+
+namespace sim {
+
+/// What the surroundings do for a running script.
+struct ScriptSurroundings {
+  /// Shows one line to the person who watches.
+  std::function<void(const std::string& line)> show;
+  /// Sends idle messages of `level` for `duration`, at least one.
+  std::function<void(int level, std::chrono::milliseconds duration)> idle;
+};
+
+/// Runs `script` of `file` to its end. Returns false when a step failed (the script goes on, as in FileMaker, and the
+/// failure is shown). Steps that are not simulated are named and passed over. `result` is that of Exit Script.
+bool RunScript(Application& application, const ScriptSurroundings& surroundings, OpenFile& file, const Script& script,
+               const calc::Value& parameter, calc::Value& result);
+
+}  // namespace sim

@@ -1,0 +1,157 @@
+#include "sim/fmsim/Commands.h"
+
+#include <algorithm>
+#include <charconv>
+#include <iostream>
+
+#include "sim/application/GetFunctions.h"
+#include "sim/calc/Engine.h"
+#include "sim/calc/Unicode.h"
+#include "sim/wrapper/Host.h"
+
+namespace {
+
+using calc::ToUtf8;
+
+void ListFiles(Session& session, const std::string&) {
+  auto& application = session.application();
+  const auto* active = application.activeFile();
+  for (const auto& file : application.files()) {
+    const auto& solution = file->solution;
+    std::cout << (file.get() == active ? "* " : "  ") << ToUtf8(solution.fileName) << "  ("
+              << solution.baseTables.size() << " tables, " << solution.occurrences.size() << " occurrences; account "
+              << (file->account == nullptr ? "none" : ToUtf8(file->account->name)) << ")\n";
+  }
+}
+
+void ListPlugins(Session& session, const std::string&) {
+  for (const auto& plugin : session.application().plugins()) {
+    std::cout << plugin->fileName() << "\n  name         " << ToUtf8(plugin->name()) << "\n  description  "
+              << ToUtf8(plugin->description()) << "\n  options      " << ToUtf8(plugin->options())
+              << "\n  help         " << ToUtf8(plugin->helpUrl()) << '\n';
+  }
+}
+
+void ListScripts(Session& session, const std::string&) {
+  const auto* file = session.application().activeFile();
+  if (file == nullptr) return;
+  std::string indent;
+  for (const auto& script : file->solution.scripts) {
+    if (script.kind == sim::ListItem::kFolderEnd) {
+      indent.resize(indent.size() < 2 ? 0 : indent.size() - 2);
+      continue;
+    }
+    const bool separator = script.kind == sim::ListItem::kSeparator;
+    const bool folder = script.kind == sim::ListItem::kFolder;
+    std::cout << indent << (separator ? "-" : ToUtf8(script.name)) << (folder ? "/" : "") << '\n';
+    if (folder) indent += "  ";
+  }
+}
+
+void ListFunctions(Session&, const std::string&) {
+  for (const auto& function : fmhost::Functions()) {
+    std::cout << function.id << "  " << ToUtf8(function.prototype) << "\n     " << ToUtf8(function.description) << '\n';
+  }
+}
+
+void Idle(Session& session, const std::string& argument) {
+  double seconds = 0;
+  const auto [end, error] = std::from_chars(argument.data(), argument.data() + argument.size(), seconds);
+  if (!argument.empty() && (error != std::errc() || *end != '\0' || !(seconds >= 0) || seconds > 86400)) {
+    session.Fail(".idle takes a number of seconds");
+    return;
+  }
+  session.IdleFor(std::chrono::milliseconds(static_cast<long long>(seconds * 1000)));
+}
+
+void Help(Session&, const std::string&);
+
+struct Command {
+  const char* name;
+  const char* argument;  // "" for none
+  const char* help;
+  void (*run)(Session&, const std::string& argument);
+};
+
+constexpr Command kCommands[] = {
+    {".open", "EXPORT", "open a solution file, a \"Save a Copy as XML\" export",
+     [](Session& session, const std::string& path) { session.Open(path); }},
+    {".files", "", "list the open files; * marks the active one", ListFiles},
+    {".activate", "FILE", "bring a file to the front",
+     [](Session& session, const std::string& name) { session.Activate(name); }},
+    {".scripts", "", "list the scripts of the active file", ListScripts},
+    {".run", "SCRIPT", "run a script of the active file",
+     [](Session& session, const std::string& name) { session.RunScript(name); }},
+    {".plugin", "FILE", "load a plug-in", [](Session& session, const std::string& path) { session.LoadPlugin(path); }},
+    {".plugins", "", "show what the plug-ins say of themselves", ListPlugins},
+    {".functions", "", "list the functions of the plug-ins", ListFunctions},
+    {".idle", "[SECONDS]", "send idle messages for some time, without SECONDS one", Idle},
+    {".check", "CALC", "fail unless a calculation is true",
+     [](Session& session, const std::string& formula) { session.Check(formula); }},
+    {".say", "[TEXT]", "print a line", [](Session&, const std::string& text) { std::cout << text << '\n'; }},
+    {".help", "", "show this list", Help},
+    {".quit", "", "end", nullptr},
+};
+
+void Help(Session&, const std::string&) {
+  std::cout << "Type a calculation, or:\n";
+  for (const auto& command : kCommands) {
+    std::string usage = std::string("  ") + command.name + ' ' + command.argument;
+    usage.resize(std::max<std::size_t>(usage.size() + 1, 22), ' ');
+    std::cout << usage << command.help << '\n';
+  }
+}
+
+std::string Trimmed(const std::string& text) {
+  const auto first = text.find_first_not_of(" \t\r");
+  if (first == text.npos) return {};
+  return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
+}
+
+LineResult ExecuteCommand(Session& session, const std::string& line) {
+  const auto space = std::min(line.find(' '), line.size());
+  const std::string name = line.substr(0, space);
+  const std::string argument = Trimmed(line.substr(space));
+  for (const auto& command : kCommands) {
+    if (command.name != name) continue;
+    if (command.run == nullptr) return LineResult::kQuit;
+    const bool wanted = *command.argument != '\0' && *command.argument != '[';
+    if (wanted && argument.empty()) {
+      session.Fail(name + " needs " + command.argument);
+    } else {
+      command.run(session, argument);
+      std::cout.flush();
+    }
+    return LineResult::kContinue;
+  }
+  session.Fail("no command " + name + "; .help lists them");
+  return LineResult::kContinue;
+}
+
+}  // namespace
+
+LineResult Execute(Session& session, const std::string& line) {
+  const std::string text = Trimmed(line);
+  if (text.empty() || text.starts_with("//")) return LineResult::kContinue;
+  const bool isCommand = text.size() > 1 && text[0] == '.' && std::isalpha(static_cast<unsigned char>(text[1])) != 0;
+  if (isCommand) return ExecuteCommand(session, text);
+  session.Evaluate(text);
+  return LineResult::kContinue;
+}
+
+std::vector<std::string> CompletableNames(Session& session) {
+  std::vector<std::string> names;
+  const auto add = [&names](const std::vector<std::u16string>& more) {
+    for (const auto& name : more) names.push_back(ToUtf8(name));
+  };
+  add(calc::FunctionNames());
+  add(session.application().DesignFunctionNames());
+  add(sim::GetParameterNames());
+  for (const auto& function : fmhost::Functions()) names.push_back(ToUtf8(function.name));
+  if (const auto* file = session.application().activeFile()) {
+    for (const auto& function : file->solution.customFunctions) names.push_back(ToUtf8(function.name));
+  }
+  for (const auto& command : kCommands) names.push_back(command.name);
+  std::sort(names.begin(), names.end());
+  return names;
+}

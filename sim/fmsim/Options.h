@@ -1,0 +1,20 @@
+// The command line of fmsim.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "sim/fmsim/Session.h"
+
+struct CommandLine {
+  std::vector<std::function<bool(Session&)>> actions;  ///< in the order given; each shows its own failure
+  bool evaluates = false;                              ///< it holds calculations or a script: no prompt follows
+  bool help = false;
+};
+
+/// Reads the whole command line before anything is carried out. On wrong usage returns false and `error` says why.
+bool ParseCommandLine(int argc, char** argv, CommandLine& line, std::string& error);
+
+/// The usage text, ending with a line end.
+std::string Usage();

@@ -1,0 +1,10 @@
+// Reading lines: from a terminal with editing, history and completion, or from a pipe or file.
+#pragma once
+
+#include "sim/fmsim/Session.h"
+
+/// Gives the prompt until the user ends it. Idle messages keep flowing while it waits for input.
+void RunPrompt(Session& session);
+
+/// Carries out the lines of standard input until its end. Idle messages flow while it waits for more.
+void RunLines(Session& session);

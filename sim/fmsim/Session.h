@@ -1,0 +1,56 @@
+// One run of fmsim: the application, what it prints, and whether anything failed.
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "sim/application/Application.h"
+
+/// Results go to standard output; events, errors and reports to standard error. Every method that can fail shows why,
+/// notes the failure for the exit status, and returns false.
+class Session {
+ public:
+  Session();
+  ~Session();
+
+  sim::Application& application() { return application_; }
+
+  bool LoadPlugin(const std::string& path);
+  bool Open(const std::string& path);
+  bool Activate(const std::string& fileName);
+  /// Prints the value of `formula`, its returns as line ends.
+  bool Evaluate(std::string_view formula);
+  /// Evaluates `formula` and tells whether it is true.
+  bool Check(std::string_view formula);
+  /// Runs a script of the active file and prints its result, if any.
+  bool RunScript(const std::string& name);
+
+  void SetIdleInterval(std::chrono::milliseconds interval) { idleInterval_ = interval; }
+  std::chrono::milliseconds idleInterval() const { return idleInterval_; }
+  void SetIdleLevel(int level) { idleLevel_ = level; }
+  /// Sends one idle message and runs the scripts that plug-ins have started.
+  void Idle();
+  /// Sends idle messages at the interval for `duration`, at least one.
+  void IdleFor(std::chrono::milliseconds duration);
+
+  bool Fail(const std::string& message);
+  bool failed() const { return failed_; }
+
+  /// Shuts the plug-ins down; what they left behind is reported and counts as failure.
+  void Quit();
+
+ private:
+  void IdleFor(int level, std::chrono::milliseconds duration);
+  bool Run(const sim::QueuedScript& script, bool printResult);
+
+  sim::Application application_;
+  std::chrono::milliseconds idleInterval_{100};
+  int idleLevel_ = 0;
+  bool failed_ = false;
+};
+
+/// True once the user has asked the program to end (Ctrl-C, SIGTERM).
+bool Interrupted();
+void CatchInterrupts();
