@@ -1,0 +1,21 @@
+// An owned file descriptor of the system.
+#pragma once
+
+#include <unistd.h>
+
+class FileDescriptor {
+ public:
+  /// Takes what open() and its kin return, -1 included.
+  explicit FileDescriptor(int fd) : fd_(fd) {}
+  ~FileDescriptor() {
+    if (IsOpen()) close(fd_);
+  }
+  FileDescriptor(const FileDescriptor&) = delete;
+  FileDescriptor& operator=(const FileDescriptor&) = delete;
+
+  bool IsOpen() const { return fd_ >= 0; }
+  int get() const { return fd_; }
+
+ private:
+  const int fd_;
+};

@@ -1,0 +1,88 @@
+// Whole-file reading and FileMaker paths: the file rules and the two functions that calculations call.
+#include "host/FileIO.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <exception>
+#include <utility>
+
+#include "core/HostText.h"
+#include "host/FileDescriptor.h"
+
+namespace {
+
+// Room beyond the reported size: the end of the file is met without growing the buffer, and most files that report no
+// size at all (those below /proc) fit.
+constexpr std::size_t kSpareBytes = 4096;
+// macOS refuses a single read of 2 GiB or more.
+constexpr std::size_t kLargestRead = std::size_t{1} << 30;
+
+bool IsRegular(const struct stat& info) { return S_ISREG(info.st_mode); }
+
+FileDescriptor OpenRegularFile(const std::string& path, struct stat& info) {
+  // Looking before opening, because opening alone already wakes a FIFO's writer or rewinds a tape.
+  if (stat(path.c_str(), &info) != 0 || !IsRegular(info)) return FileDescriptor(-1);
+  // Not to block, in case something else has taken the file's place since.
+  return FileDescriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+}
+
+/// Reads to the end of `file`, whatever size it reported: it may be growing or shrinking.
+bool ReadToEnd(int file, std::size_t reportedSize, std::string& content) {
+  std::string bytes(reportedSize + kSpareBytes, '\0');
+  std::size_t used = 0;
+  for (;;) {
+    if (used == bytes.size()) bytes.resize(2 * used);
+    const ssize_t count = read(file, &bytes[used], std::min(bytes.size() - used, kLargestRead));
+    if (count == 0) break;
+    if (count > 0) {
+      used += static_cast<std::size_t>(count);
+    } else if (errno != EINTR) {
+      return false;
+    }
+  }
+  bytes.resize(used);
+  content = std::move(bytes);
+  return true;
+}
+
+}  // namespace
+
+bool FileIO::Read(const std::string& path, std::string& content, std::string& error) {
+  struct stat info;
+  const FileDescriptor file = OpenRegularFile(path, info);
+  if (!file.IsOpen() || fstat(file.get(), &info) != 0 || !IsRegular(info)) {
+    error = "ERROR: Could not open file: " + path;
+    return false;
+  }
+  try {
+    if (ReadToEnd(file.get(), static_cast<std::size_t>(info.st_size), content)) return true;
+  } catch (const std::exception&) {  // no string takes that many bytes, or the memory does not
+  }
+  error = "ERROR: Failed to read file: " + path;
+  return false;
+}
+
+fmx::errcode Do_ReadFile(short, const fmx::ExprEnv&, const fmx::DataVect& args, fmx::Data& result) {
+  const std::string path = GetTextArg(args, 0);
+  if (path.empty()) {
+    SetTextResult("ERROR: path is empty.", result);
+    return 0;
+  }
+  std::string content;
+  std::string error;
+  SetTextResult(FileIO::Read(path, content, error) ? content : error, result);
+  return 0;
+}
+
+fmx::errcode Do_POSIXPath(short, const fmx::ExprEnv&, const fmx::DataVect& args, fmx::Data& result) {
+  std::string path = GetTextArg(args, 0);
+  if (path.starts_with('/')) {
+    const std::size_t volumeEnd = path.find('/', 1);
+    if (volumeEnd != std::string::npos) path.erase(0, volumeEnd);
+  }
+  SetTextResult(path, result);
+  return 0;
+}

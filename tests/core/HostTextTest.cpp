@@ -1,0 +1,108 @@
+// The crossings between host values and UTF-8 strings.
+#include "core/HostText.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/ScriptedHost.h"
+
+namespace {
+
+using namespace std::string_literals;
+
+// Echoes argument 0 and notes what argument 1 is.
+std::string argumentOne;
+fmx::errcode Echo(short, const fmx::ExprEnv&, const fmx::DataVect& args, fmx::Data& result) {
+  argumentOne = GetTextArg(args, 1);
+  SetTextResult(GetTextArg(args, 0), result);
+  return 0;
+}
+
+TEST(GetTextArg, PassesAnyTextUpToItsFirstZeroCharacter) {
+  const ScriptedHost host;
+  const std::string cases[] = {"", "plain", "\r\n\t", "Größe", "顧客", "🎻 e\xCC\x81", std::string(100000, 'x') + "ß"};
+  for (const auto& text : cases) EXPECT_EQ(CallHandler(Echo, {text}), text);
+  EXPECT_EQ(CallHandler(Echo, {"before\0after"s}), "before");
+  EXPECT_EQ(CallHandler(Echo, {"\0after"s}), "");
+}
+
+TEST(GetTextArg, IsEmptyForAnArgumentThatWasNotGiven) {
+  const ScriptedHost host;
+  CallHandler(Echo, {"only", "second"});
+  EXPECT_EQ(argumentOne, "second");
+  CallHandler(Echo, {"only"});
+  EXPECT_EQ(argumentOne, "");
+  EXPECT_EQ(CallHandler(Echo), "");
+}
+
+TEST(SetTextResult, MakesTextOfTheLocaleThatTheResultHad) {
+  const ScriptedHost host;
+  const fmx::DataUniquePtr data;
+  const fmx::LocaleUniquePtr none(fmx::Locale::kNone);
+  const fmx::TextUniquePtr before;
+  data->SetAsText(*before, *none, fmx::Data::kDTNumber);
+  SetTextResult("a\0b"s, *data);
+  EXPECT_EQ(data->GetNativeType(), fmx::Data::kDTText);
+  EXPECT_EQ(fmhost::TextOf(data->GetAsText()), u"a");
+}
+
+TEST(EvalCalc, GivesTheTextOfTheResultOrNothing) {
+  ScriptedHost host;
+  host.answers = {{"\"Größe\"", "Größe"}, {"Empty", ""}, {"Broken", "text that an error makes void"}};
+  host.errors = {{"Broken", 1204}};
+  const fmx::ExprEnvUniquePtr env;
+  EXPECT_EQ(EvalCalc(env.get(), "\"Größe\""), "Größe");
+  EXPECT_EQ(EvalCalc(env.get(), "Empty"), "");
+  EXPECT_EQ(EvalCalc(env.get(), "Broken"), "");
+  EXPECT_EQ(EvalCalc(nullptr, "\"Größe\""), "");
+  EXPECT_EQ(host.asked, (std::vector<std::string>{"\"Größe\"", "Empty", "Broken"}));
+}
+
+TEST(CopyUTF8ToUnichar16, CutsToTheCapacityAndAlwaysTerminates) {
+  const ScriptedHost host;
+  struct Case {
+    const char* text;
+    unsigned int capacity;
+    std::u16string expected;
+  };
+  const Case cases[] = {
+      {"Varnix background bridge for FileMaker", 10, u"Varnix ba"},
+      {"Varnix", 7, u"Varnix"},
+      {"Varnix", 6, u"Varni"},
+      {"Varnix", 1, u""},
+      {"", 5, u""},
+      {"ä€🎻", 5, u"ä€🎻"},
+  };
+  for (const auto& c : cases) {
+    std::u16string buffer(40, u'~');
+    CopyUTF8ToUnichar16(c.text, c.capacity, reinterpret_cast<unsigned short*>(buffer.data()));
+    EXPECT_EQ(buffer.substr(0, c.expected.size() + 1), c.expected + u'\0') << c.text;
+    EXPECT_EQ(buffer[c.capacity], u'~') << c.text << " was written beyond its capacity";
+  }
+}
+
+// Whatever the host refuses, its status passes through as an exception and every object is given back (the scripted
+// host checks that when it ends).
+TEST(HostExceptions, PassThroughWithoutLeavingObjectsBehind) {
+  ScriptedHost host;
+  host.answers = {{"1", "one"}};
+  const auto work = [] {
+    const fmx::ExprEnvUniquePtr env;
+    const fmx::DataUniquePtr result;
+    SetTextResult(EvalCalc(env.get(), "1"), *result);
+    unsigned short buffer[8];
+    CopyUTF8ToUnichar16("x", 8, buffer);
+  };
+  const char* calls[] = {"FM_Text_Constructor1", "FM_Data_Constructor1",   "FM_Text_Assign",
+                         "FM_ExprEnv_Evaluate",  "FM_Data_GetAsText",      "FM_Text_GetSize",
+                         "FM_Text_GetBytes",     "FM_Data_GetLocale",      "FM_Data_SetAsText",
+                         "FM_Text_GetUnicode",   "FM_ExprEnv_Constructor1"};
+  for (const char* call : calls) {
+    fmhost::InjectException(call, fmx::_fmxcpt::kBadAlloc);
+    EXPECT_THROW(work(), std::bad_alloc) << call;
+    fmhost::InjectException(call, fmx::_fmxcpt::kOther);
+    EXPECT_THROW(work(), std::exception) << call;
+    EXPECT_NO_THROW(work()) << call;
+  }
+}
+
+}  // namespace

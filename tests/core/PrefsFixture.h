@@ -1,0 +1,44 @@
+// A user with an empty home for every test of the settings.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+#include "core/Prefs.h"
+#include "tests/core/NewProcess.h"
+
+/// Leads the platform's store, in this process and those it starts, to below `home`. Each program brings its own.
+void MoveHome(const std::filesystem::path& home);
+
+class PrefsTest : public testing::Test {
+ protected:
+  PrefsTest() {
+    std::string pattern = testing::TempDir() + "prefs.XXXXXX";
+    home_ = mkdtemp(pattern.data());
+    GiveToUser(home_);
+    MoveHome(home_);
+  }
+  ~PrefsTest() override { std::filesystem::remove_all(home_); }
+
+  static void GiveToUser(const std::filesystem::path& path) {
+    if (geteuid() != 0) return;
+    EXPECT_EQ(chown(path.c_str(), kOrdinaryUser, kOrdinaryUser), 0);
+  }
+
+  /// Saving and loading happen in a process each, as they do in two runs of FileMaker.
+  static void Save(const std::string& url, const std::string& key) {
+    InNewProcess([&] {
+      Prefs::SaveBaseUrl(url);
+      Prefs::SaveLicenseKey(key);
+      return "";
+    });
+  }
+  static std::string LoadUrl() { return InNewProcess(Prefs::LoadBaseUrl); }
+  static std::string LoadKey() { return InNewProcess(Prefs::LoadLicenseKey); }
+
+  std::filesystem::path home_;
+};
