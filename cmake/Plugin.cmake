@@ -38,7 +38,7 @@ endif()
 
 add_library(plugin MODULE core/VarnixPlugin.cpp)
 target_link_libraries(plugin PRIVATE varnix)
-set_target_properties(plugin PROPERTIES PREFIX "" OUTPUT_NAME Varnix)
+set_target_properties(plugin PROPERTIES PREFIX "" OUTPUT_NAME Varnix LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
 if(APPLE)
   set_target_properties(plugin PROPERTIES BUNDLE ON BUNDLE_EXTENSION fmplugin)
   target_link_libraries(plugin PRIVATE "-framework Foundation")

@@ -89,6 +89,8 @@ constexpr Command kCommands[] = {
     {".check", "CALC", "fail unless a calculation is true",
      [](Session& session, const std::string& formula) { session.Check(formula); }},
     {".say", "[TEXT]", "print a line", [](Session&, const std::string& text) { std::cout << text << '\n'; }},
+    {".echo", "on|off", "show each line of a script of commands before it is carried out",
+     [](Session& session, const std::string& state) { session.echo = state == "on"; }},
     {".help", "", "show this list", Help},
     {".quit", "", "end", nullptr},
 };

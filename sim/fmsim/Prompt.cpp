@@ -86,6 +86,8 @@ void RunLines(Session& newSession) {
     for (auto end = pending.find('\n'); end != pending.npos; end = pending.find('\n')) {
       const std::string line = pending.substr(0, end);
       pending.erase(0, end + 1);
+      const bool silent = line.empty() || line.starts_with("//") || line.starts_with(".say") || line.starts_with(".check");
+      if (newSession.echo && !silent) std::cout << kPrompt << line << std::endl;
       if (Interrupted() || Execute(newSession, line) == LineResult::kQuit) return;
     }
     pollfd input{STDIN_FILENO, POLLIN, 0};

@@ -38,6 +38,9 @@ class Session {
   bool Fail(const std::string& message);
   bool failed() const { return failed_; }
 
+  /// Whether lines read from a pipe are shown before they are carried out.
+  bool echo = false;
+
   /// Shuts the plug-ins down; what they left behind is reported and counts as failure.
   void Quit();
 

@@ -1,0 +1,52 @@
+#!/bin/sh
+# Installs what is missing of the Debian or Ubuntu packages that the named groups (build, test) need.
+# A trailing "?" marks a package that only some releases have, because others carry its files elsewhere.
+set -eu
+
+packages=
+for group in "$@"; do
+  case $group in
+    build) packages="$packages g++ cmake make pkg-config libgmp-dev libicu-dev libpugixml-dev libedit-dev" ;;
+    test) packages="$packages clang libclang-rt-dev? libgtest-dev libbenchmark-dev rapidjson-dev libssl-dev
+                    libgnustep-base-dev libblocksruntime-dev binutils" ;;
+    *) echo "install-packages: unknown group $group" >&2; exit 2 ;;
+  esac
+done
+
+installed() { dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null | grep -qx installed; }
+
+missing=
+for package in $packages; do
+  installed "${package%\?}" || missing="$missing $package"
+done
+[ -n "$missing" ] || exit 0
+
+by_hand() {
+  echo "Varnix needs these packages, and $1. Please install them:" >&2
+  echo " $missing" | tr -d '?' >&2
+  exit 1
+}
+command -v apt-get >/dev/null || by_hand "this machine has no apt-get"
+as_root=
+if [ "$(id -u)" -ne 0 ]; then
+  command -v sudo >/dev/null || by_hand "neither root nor sudo is at hand"
+  as_root=sudo
+fi
+
+echo "Installing:$(echo "$missing" | tr -d '?')"
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+$as_root apt-get update >"$log" 2>&1 || true  # an old list may still do
+wanted=
+for package in $missing; do
+  case $package in
+    *\?) apt-cache show "${package%\?}" >/dev/null 2>&1 && wanted="$wanted ${package%\?}" ;;
+    *) wanted="$wanted $package" ;;
+  esac
+done
+# shellcheck disable=SC2086 # a list of words
+if [ -n "$wanted" ] && ! $as_root env DEBIAN_FRONTEND=noninteractive \
+     apt-get install -y --no-install-recommends $wanted >"$log" 2>&1; then
+  cat "$log" >&2
+  by_hand "apt-get could not install them (see above)"
+fi

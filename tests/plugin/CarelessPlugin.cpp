@@ -1,0 +1,71 @@
+// A plug-in that leaves objects and a function behind, and deletes an object twice.
+#pragma GCC visibility push(default)
+#include <FMWrapper/FMXExtern.h>
+#pragma GCC visibility pop
+
+#include <FMWrapper/FMXCalcEngine.h>
+
+FMX_ExternCallPtr gFMX_ExternCallPtr = nullptr;
+
+namespace {
+
+fmx::errcode Leak(short, const fmx::ExprEnv&, const fmx::DataVect&, fmx::Data&) {
+  fmx::_fmxcpt x;
+  fmx::FM_Text_Constructor1(x);
+  fmx::FM_Text_Constructor1(x);
+  return 0;
+}
+
+fmx::errcode DeleteTwice(short, const fmx::ExprEnv&, const fmx::DataVect&, fmx::Data&) {
+  fmx::_fmxcpt x;
+  fmx::Data* data = fmx::FM_Data_Constructor1(x);
+  fmx::FM_Data_Delete(data, x);
+  fmx::FM_Data_Delete(data, x);
+  return 0;
+}
+
+// Starts the script named by argument 1 in the file named by argument 0; the result is the host's error.
+fmx::errcode StartScript(short, const fmx::ExprEnv&, const fmx::DataVect& args, fmx::Data& result) {
+  const fmx::DataUniquePtr parameter;
+  const fmx::FixPtUniquePtr error(FMX_StartScript(&args.AtAsText(0), &args.AtAsText(1), kFMXT_Pause, parameter.get()));
+  result.SetAsNumber(*error);
+  return 0;
+}
+
+// The file that a context of the plug-in's own sees once it is bound to the current one.
+fmx::errcode CurrentFile(short, const fmx::ExprEnv&, const fmx::DataVect&, fmx::Data& result) {
+  const fmx::ExprEnvUniquePtr env;
+  const fmx::TextUniquePtr expression;
+  expression->Assign("Get ( FileName )", fmx::Text::kEncoding_UTF8);
+  FMX_SetToCurrentEnv(env.get());
+  return env->Evaluate(*expression, result);
+}
+
+void Register(short id, const char* name, short arguments, fmx::ExtPluginType function) {
+  const fmx::QuadCharUniquePtr plugin('C', 'a', 'r', 'e');
+  const fmx::TextUniquePtr text;
+  text->Assign(name, fmx::Text::kEncoding_UTF8);
+  fmx::ExprEnv::RegisterExternalFunction(*plugin, id, *text, *text, arguments, arguments, 0xFF00, function);
+}
+
+}  // namespace
+
+void FMExternCallProc(FMX_ExternCallPtr call) {
+  gFMX_ExternCallPtr = call;
+  if (call->whichCall == kFMXT_Init) {
+    Register(1, "Careless.Leak", 0, Leak);
+    Register(2, "Careless.DeleteTwice", 0, DeleteTwice);
+    Register(3, "Careless.StartScript", 2, StartScript);
+    Register(4, "Careless.CurrentFile", 0, CurrentFile);
+    call->result = 76;
+  }
+  if (call->whichCall == kFMXT_Shutdown) {
+    const fmx::QuadCharUniquePtr plugin('C', 'a', 'r', 'e');
+    for (const short id : {2, 3, 4}) fmx::ExprEnv::UnRegisterExternalFunction(*plugin, id);
+  }
+  if (call->whichCall == kFMXT_GetString) {
+    auto* out = reinterpret_cast<fmx::unichar16*>(call->result);
+    for (const char* c = call->parm1 == kFMXT_OptionsStr ? "Care1nnYYnn" : "Careless"; *c != 0; ++c) *out++ = *c;
+    *out = 0;
+  }
+}

@@ -1,0 +1,49 @@
+// A host whose evaluations are given, and recorded in order; and calls of external functions as FileMaker makes them.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "sim/calc/Unicode.h"
+#include "sim/wrapper/Host.h"
+
+class ScriptedHost : public fmhost::Host {
+ public:
+  ScriptedHost() { fmhost::SetHost(this); }
+  ~ScriptedHost() override {
+    fmhost::SetHost(nullptr);
+    EXPECT_EQ(fmhost::LiveObjects(), std::vector<std::string>()) << "host objects were left alive";
+    EXPECT_EQ(fmhost::Violations(), std::vector<std::string>());
+  }
+
+  /// What an expression gives; one without an answer fails with error 1200.
+  std::map<std::string, std::string> answers;
+  std::map<std::string, short> errors;
+  /// Every expression asked for, in order.
+  std::vector<std::string> asked;
+
+  short Evaluate(std::uint64_t, std::u16string_view expression, calc::Value& result) override {
+    const std::string text = calc::ToUtf8(expression);
+    asked.push_back(text);
+    if (const auto error = errors.find(text); error != errors.end()) return error->second;
+    const auto answer = answers.find(text);
+    if (answer == answers.end()) return 1200;
+    result = calc::Value::OfText(calc::ToUtf16(answer->second));
+    return 0;
+  }
+};
+
+/// Calls a function handler with text arguments (UTF-8) and returns its result text. The handler must return 0.
+inline std::string CallHandler(fmx::ExtPluginType handler, const std::vector<std::string>& arguments = {}) {
+  fmhost::Registration function;
+  function.maxArguments = -1;
+  function.function = handler;
+  std::vector<calc::Value> values;
+  for (const auto& argument : arguments) values.push_back(calc::Value::OfText(calc::ToUtf16(argument)));
+  calc::Value result;
+  EXPECT_EQ(fmhost::Call(function, 1, values, result), 0);
+  return calc::ToUtf8(result.AsText());
+}
