@@ -1,6 +1,7 @@
 // Opens an export: its bytes, its encoding, its XML and its root; the catalogs are read elsewhere.
 #include "sim/solution/SolutionReader.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -133,6 +134,8 @@ bool Report(const std::string& path, std::string& error, Read read) {
     reason = "is too large for the memory there is";
   }
   error = path + " " + reason;
+  std::replace_if(
+      error.begin(), error.end(), [](unsigned char byte) { return byte < 0x20; }, ' ');
   return false;
 }
 

@@ -1,0 +1,199 @@
+#include "sim/solution/Sql.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "sim/calc/Unicode.h"
+#include "tests/solution/SampleSolution.h"
+
+namespace sim {
+namespace {
+
+using calc::Value;
+
+struct Case {
+  const char* query;
+  const char* expected;
+};
+
+std::string Query(const char* query, const std::vector<Value>& arguments = {}, bool lenient = false) {
+  return calc::ToUtf8(ExecuteSql(calc::ToUtf16(query), SampleSolution(), u"|", u"/", arguments, lenient));
+}
+
+// What the schema builder asks: a literal between doubled quotes.
+constexpr const char* kDoubledQuotes =
+    "SELECT TableName, FieldName, FieldType, FieldClass FROM FileMaker_Fields WHERE TableName NOT LIKE ''Sys%'' ORDER "
+    "BY "
+    "TableName, FieldName";
+constexpr const char* kDoubledQuotesRows =
+    "Orders|Due|global date|Normal/Orders|Latest|timestamp|Summary/Orders|Now|time|Calculated/"
+    "Orders|Number|decimal|Normal/Orders|Scan|binary|Normal/Orders|Title|varchar(20)|Normal/"
+    "Orders|Total|decimal|Calculated/contacts|Name|global varchar|Normal";
+
+TEST(Sql, Selects) {
+  constexpr Case kCases[] = {
+      {"SELECT * FROM FileMaker_Tables",
+       "SysLog|1065091|Contacts|Sales|12/Orders|1065089|Orders|Sales|4/Remote|1065092|||/"
+       "contacts|1065090|Contacts|Sales|12"},
+      {"SELECT * FROM FileMaker_BaseTables", "Orders|129|4/Contacts|131|12"},
+      {"SELECT * FROM FileMaker_BaseTableFields WHERE FieldId = 1",
+       "Orders|Title|varchar(20)|1|Normal|3|4/Contacts|Name|global varchar|1|Normal|1|12"},
+      {"SELECT TableName FROM FileMaker_Fields WHERE FieldName = 'Name'", "SysLog/contacts"},
+      {"select\ttablename,\r\n\"TABLEID\" from filemaker_tables where TABLEID=1065089", "Orders|1065089"},
+      {"SELECT COUNT(*) FROM FileMaker_Fields", "9"},
+      {"SELECT COUNT ( * ) FROM FileMaker_Fields WHERE FieldName = 'none'", "0"},
+      {"SELECT DISTINCT BaseTableName FROM FileMaker_Tables", "Contacts/Orders/"},
+      {"SELECT DISTINCT FieldClass FROM FileMaker_Fields ORDER BY FieldClass DESC", "Summary/Normal/Calculated"},
+      {"SELECT TableName FROM FileMaker_Tables ORDER BY TableName", "Orders/Remote/SysLog/contacts"},
+      {"SELECT TableName FROM FileMaker_Tables ORDER BY BaseTableName DESC, TableId ASC",
+       "Orders/contacts/SysLog/Remote"},
+      {"SELECT BaseTableName FROM FileMaker_BaseTables ORDER BY ModCount", "Orders/Contacts"},
+      {"SELECT Title FROM Orders", ""},
+      {"SELECT \"Title\", Due FROM \"ORDERS\" WHERE Number > 1 AND Due = 'x' ORDER BY Total", ""},
+      {"SELECT COUNT(*) FROM Orders", "0"},
+      {"SELECT * FROM Remote", ""},
+  };
+  for (const Case& test : kCases) EXPECT_EQ(Query(test.query), test.expected) << test.query;
+}
+
+TEST(Sql, Filters) {
+  constexpr Case kCases[] = {
+      {"FieldName <> 'Title' AND FieldId <= 2", "Number"},
+      {"FieldName = 'title'", ""},
+      {"FieldName < 'Now'", "Due/Latest"},
+      {"FieldId >= 6 OR FieldName = 'Now' AND FieldId = 1", "Due/Scan"},
+      {"( FieldId >= 6 OR FieldName = 'Now' ) AND FieldId < 7", "Due/Now"},
+      {"NOT FieldId > 1", "Title"},
+      {"NOT ( FieldId > 1 AND NOT FieldId = 7 )", "Scan/Title"},
+      {"NOT NOT FieldId = 1", "Title"},
+      {"FieldName LIKE 'T%'", "Title/Total"},
+      {"FieldName LIKE '%t%e%'", "Latest/Title"},
+      {"FieldName LIKE '_o_'", "Now"},
+      {"FieldName LIKE 't%'", ""},
+      {"FieldName NOT LIKE '%t%'", "Due/Now/Number/Scan"},
+      {"FieldName LIKE 'Now%%'", "Now"},
+      {"FieldName LIKE ''", ""},
+      {"FieldName NOT LIKE ''", ""},
+      {"FieldName IN ( 'Now', 'Due', '' )", "Due/Now"},
+      {"FieldId NOT IN (1,2,3,4)", "Due/Latest/Scan"},
+      {"FieldId NOT IN (1,'')", "?"},
+      {"FieldName NOT IN ('Now','')", ""},
+      {"FieldId BETWEEN 2 AND 4 AND FieldId <> 3", "Now/Number"},
+      {"FieldId NOT BETWEEN 2.5 AND 7", "Number/Title"},
+      {"FieldType IS NULL", ""},
+      {"FieldId IS NOT NULL AND FieldId = 1", "Title"},
+      {"FieldName = 'O''Hara' OR FieldId = 1", "Title"},
+      {"FieldName = FieldName AND FieldId = FieldReps", ""},
+      {"FieldName = '' OR FieldName <> ''", ""},
+  };
+  for (const Case& test : kCases) {
+    const std::string query = std::string("SELECT FieldName FROM FileMaker_Fields WHERE TableName = 'Orders' AND (") +
+                              test.query + ") ORDER BY FieldName";
+    EXPECT_EQ(Query(query.c_str()), test.expected) << test.query;
+  }
+  EXPECT_EQ(Query("SELECT TableName FROM FileMaker_Tables WHERE BaseTableName IS NULL"), "Remote");
+  EXPECT_EQ(Query("SELECT TableName FROM FileMaker_Tables WHERE NOT ( BaseTableName = 'Orders' )"), "SysLog/contacts");
+}
+
+TEST(Sql, AnyErrorGivesAQuestionMark) {
+  constexpr const char* kQueries[] = {
+      "",
+      "SELECT",
+      "SELECT FROM FileMaker_Fields",
+      "SELECT TableName, FROM FileMaker_Tables",
+      "SELECT TableName FileMaker_Tables",
+      "SELECT TableName FROM",
+      "SELECT TableName FROM Nope",
+      "SELECT Nope FROM FileMaker_Tables",
+      "SELECT Nope FROM Orders",
+      "SELECT BaseTableId FROM FileMaker_Tables",
+      "SELECT *, TableName FROM FileMaker_Tables",
+      "SELECT COUNT(*), TableName FROM FileMaker_Tables",
+      "SELECT COUNT(TableName) FROM FileMaker_Tables",
+      "SELECT COUNT(*) FROM FileMaker_Tables ORDER BY TableName",
+      "SELECT DISTINCT BaseTableName FROM FileMaker_Tables ORDER BY TableName",
+      "SELECT * FROM FileMaker_Tables;",
+      "SELECT * FROM FileMaker_Tables WHERE",
+      "SELECT * FROM FileMaker_Tables WHERE TableName",
+      "SELECT * FROM FileMaker_Tables WHERE TableName =",
+      "SELECT * FROM FileMaker_Tables WHERE TableName == 'x'",
+      "SELECT * FROM FileMaker_Tables WHERE TableName != 'x'",
+      "SELECT * FROM FileMaker_Tables WHERE (TableName = 'x'",
+      "SELECT * FROM FileMaker_Tables WHERE TableName = 'x')",
+      "SELECT * FROM FileMaker_Tables WHERE TableName = 'x",
+      "SELECT * FROM FileMaker_Tables WHERE TableName = \"Orders\"",
+      "SELECT * FROM FileMaker_Tables WHERE TableName = 5",
+      "SELECT * FROM FileMaker_Tables WHERE TableId = 'x'",
+      "SELECT * FROM FileMaker_Tables WHERE TableId LIKE '1%'",
+      "SELECT * FROM FileMaker_Tables WHERE TableId = 1x",
+      "SELECT * FROM FileMaker_Tables WHERE TableName IN ()",
+      "SELECT * FROM FileMaker_Tables WHERE TableName IN 'x'",
+      "SELECT * FROM FileMaker_Tables WHERE TableId BETWEEN 1",
+      "SELECT * FROM FileMaker_Tables WHERE TableName IS 'x'",
+      "SELECT * FROM FileMaker_Tables WHERE TableName NOT = 'x'",
+      "SELECT * FROM FileMaker_Tables WHERE TableName = ?",
+      "SELECT * FROM FileMaker_Tables ORDER TableName",
+      "SELECT * FROM FileMaker_Tables ORDER BY",
+      "SELECT * FROM FileMaker_Tables ORDER BY TableName TableId",
+      "SELECT * FROM FileMaker_Tables GROUP BY TableName",
+      "SELECT Title FROM Orders WHERE Number = 'x'",
+      "SELECT _x FROM Orders",
+      "DELETE FROM Orders",
+      kDoubledQuotes,
+  };
+  for (const char* query : kQueries) EXPECT_EQ(Query(query), "?") << query;
+}
+
+TEST(Sql, NestsOnlySoDeepThatTheStackHolds) {
+  const auto nested = [](int depth) {
+    return "SELECT COUNT(*) FROM FileMaker_Tables WHERE " + std::string(depth, '(') + "TableId > 0" +
+           std::string(depth, ')');
+  };
+  EXPECT_EQ(Query(nested(50).c_str()), "4");
+  EXPECT_EQ(Query(nested(100'000).c_str()), "?");
+  std::string chain = "SELECT COUNT(*) FROM FileMaker_Tables WHERE TableId > 0";
+  for (int times = 0; times < 20'000; ++times) chain += " AND NOT TableId = 0";
+  EXPECT_EQ(Query(chain.c_str()), "4");
+}
+
+TEST(Sql, ParametersStandForTheQuestionMarksInOrder) {
+  const char* query = "SELECT FieldName FROM FileMaker_Fields WHERE FieldId = ? AND TableName LIKE ?";
+  const Value two = Value::OfNumber(2);
+  const Value orders = Value::OfText(u"Ord%");
+  EXPECT_EQ(Query(query, {two, orders}), "Number");
+  EXPECT_EQ(Query(query, {two, orders, orders}), "Number");
+  EXPECT_EQ(Query(query, {two}), "?");
+  EXPECT_EQ(Query(query, {orders, two}), "?");
+  EXPECT_EQ(Query(query, {two, Value()}), "") << "empty is NULL";
+}
+
+TEST(Sql, LenientlyTakesDoubledQuotesAroundALiteralForOnePair) {
+  const struct {
+    const char* query;
+    const char* strict;
+    const char* lenient;
+  } cases[] = {
+      {kDoubledQuotes, "?", kDoubledQuotesRows},
+      {"SELECT TableId FROM FileMaker_Tables WHERE TableName IN (''Orders'',''SysLog'')", "?", "1065091/1065089"},
+      {"SELECT TableId FROM FileMaker_Tables WHERE TableName = 'Orders'", "1065089", "1065089"},
+      {"SELECT TableId FROM FileMaker_Tables WHERE TableName = '''Orders'''", "", ""},
+      {"SELECT TableId FROM FileMaker_Tables WHERE TableName <> '' OR TableName <> ''", "", ""},
+      {"SELECT TableId FROM FileMaker_Tables WHERE TableName IN ('','Orders')", "1065089", "1065089"},
+      {"SELECT TableId FROM FileMaker_Tables WHERE TableName = ''Orders'", "?", "?"},
+  };
+  for (const auto& test : cases) {
+    EXPECT_EQ(Query(test.query), test.strict) << test.query;
+    EXPECT_EQ(Query(test.query, {}, true), test.lenient) << test.query;
+  }
+}
+
+TEST(Sql, SeparatesWithCommasAndCarriageReturnsUnlessToldOtherwise) {
+  const char16_t* query = u"SELECT BaseTableName, BaseTableId FROM FileMaker_BaseTables";
+  EXPECT_EQ(ExecuteSql(query, SampleSolution(), u"", u"", {}, false), u"Orders,129\rContacts,131");
+  EXPECT_EQ(ExecuteSql(query, SampleSolution(), u"||", u"\r\n", {}, false), u"Orders||129\r\nContacts||131");
+}
+
+}  // namespace
+}  // namespace sim
