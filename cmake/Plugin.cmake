@@ -22,11 +22,8 @@ target_include_directories(varnix PUBLIC ${PROJECT_SOURCE_DIR})
 
 # The description texts name the guide page as people type it, without its scheme.
 string(REGEX REPLACE "^[a-z]+://" "" VARNIX_GUIDE_ADDRESS "${VARNIX_GUIDE_URL}")
-target_compile_definitions(varnix PUBLIC
-  VARNIX_VERSION="${PROJECT_VERSION}"
-  VARNIX_DEFAULT_BASE_URL="${VARNIX_DEFAULT_BASE_URL}"
-  VARNIX_GUIDE_URL="${VARNIX_GUIDE_URL}"
-  VARNIX_GUIDE_ADDRESS="${VARNIX_GUIDE_ADDRESS}")
+configure_file(core/Product.h.in generated/core/Product.h @ONLY)
+target_include_directories(varnix PUBLIC ${PROJECT_BINARY_DIR}/generated)
 
 if(NOT FMWRAPPER_SDK)
   target_include_directories(varnix PUBLIC ${PROJECT_SOURCE_DIR}/sdk)

@@ -22,4 +22,9 @@ fi
 if [ -t 0 ] && [ -t 1 ]; then
   exec "$build/fmsim" "$@"
 fi
-exec "$build/fmsim" "$@" < "$tour"
+if "$build/fmsim" "$@" < "$tour"; then
+  echo "Everything worked. On a terminal, make run gives a prompt to try it yourself."
+else
+  echo "Something did not work: see above." >&2
+  exit 1
+fi

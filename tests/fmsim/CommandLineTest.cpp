@@ -1,0 +1,123 @@
+// fmsim as a person or a script uses it: options in order, results, messages, exit status.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "tests/fmsim/Process.h"
+
+namespace {
+
+using Arguments = std::vector<std::string>;
+
+const std::string kWorkshop = SAMPLES "/Workshop.xml";
+const std::string kTimesheets = SAMPLES "/Timesheets.xml";
+
+class Fmsim : public testing::Test {
+ protected:
+  Fmsim() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "varnix-fmsim-test-XXXXXX").string();
+    folder_ = mkdtemp(pattern.data());
+    setenv("XDG_CONFIG_HOME", folder_.c_str(), 1);
+  }
+  ~Fmsim() override { std::filesystem::remove_all(folder_); }
+
+  static ProcessResult Run(Arguments arguments, const std::string& input = "") {
+    arguments.insert(arguments.begin(), FMSIM);
+    return RunProcess(arguments, input);
+  }
+
+  std::string folder_;
+};
+
+TEST_F(Fmsim, CarriesOutItsOptionsInOrder) {
+  const auto result = Run({"--eval", "DatabaseNames", "--open", kTimesheets, "--open", kWorkshop, "--eval",
+                           "DatabaseNames & ¶ & Get ( FileName )", "--activate", "timesheets.fmp12", "--eval",
+                           "Get ( FileName )", "--plugin", PLUGIN_FILE, "--eval", "Varnix.Version"});
+  EXPECT_EQ(result.output, "\nTimesheets\nWorkshop\nWorkshop\nTimesheets\n1.6.16\n");
+  EXPECT_EQ(result.errors, "");
+  EXPECT_EQ(result.status, 0);
+}
+
+TEST_F(Fmsim, SaysWhatFailedAndGoesOn) {
+  struct Case {
+    Arguments arguments;
+    std::string output;
+    std::string errors;
+  };
+  const Case cases[] = {
+      {{"--eval", "1 +", "--eval", "2"}, "2\n", "error 1204: a number, text, field name or \"(\" is expected here\n"},
+      {{"--eval", "1 / 0"}, "", "error 15: division by zero\n"},
+      {{"--open", "/no/such.xml", "--eval", "2"}, "2\n", "/no/such.xml: No such file or directory\n"},
+      {{"--plugin", PLUGIN_FILE, "--eval", "Varnix.ReadFile"}, "", "error 1201: there are too few parameters\n"},
+      {{"--plugin", PLUGIN_FILE, "--eval", "Varnix.Version ( 1 )"}, "", "error 1202: there are too many parameters\n"},
+      {{"--host-version", "55", "--plugin", PLUGIN_FILE},
+       "",
+       "plug-in Varnix.fmx does not want to be enabled by a host of extension version 55\n"},
+      {{"--run", "Start"}, "", "no file is open to run a script of\n"},
+      {{"--open", kWorkshop, "--run", "No Such"},
+       "",
+       "no script \"No Such\" in \"Workshop\" (error 104: the script is missing)\n"},
+      {{"--plugin", CARELESS_PLUGIN, "--eval", "Careless.Leak"},
+       "\n",
+       "Careless.fmx: left \"Careless.Leak\" registered\nCareless.fmx: 2 Text objects never deleted\n"},
+  };
+  for (const auto& c : cases) {
+    const auto result = Run(c.arguments);
+    EXPECT_EQ(result.output, c.output);
+    EXPECT_EQ(result.errors, c.errors);
+    EXPECT_EQ(result.status, 1);
+  }
+}
+
+TEST_F(Fmsim, RefusesWrongUsageBeforeDoingAnything) {
+  const Arguments cases[] = {{"--eval"},
+                             {"--nonsense"},
+                             {"stray"},
+                             {"--idle", "soon"},
+                             {"--idle", "-1"},
+                             {"--idle-interval", "0"},
+                             {"--idle-level", "5"},
+                             {"--host-version", "99999"},
+                             {"--application", "go"},
+                             {"--sql", "loose"},
+                             {"--functions", "none"}};
+  for (auto arguments : cases) {
+    arguments.insert(arguments.begin(), {"--eval", "1"});
+    const auto result = Run(arguments);
+    EXPECT_EQ(result.output, "");
+    EXPECT_NE(result.errors.find("usage: fmsim"), std::string::npos);
+    EXPECT_EQ(result.status, 2);
+  }
+}
+
+TEST_F(Fmsim, TakesLinesFromAPipe) {
+  const auto result =
+      Run({"--open", kTimesheets},
+          "// a comment\n\n1 + 1\n.files\n.check 1 = 1\n.check 1 = 2\n.nonsense\n.5 + .5\n.say done\n.quit\n3");
+  EXPECT_EQ(result.output, "2\n* Timesheets.fmp12  (2 tables, 3 occurrences; account Admin)\nok      1 = 1\n1\ndone\n");
+  EXPECT_EQ(result.errors, "NOT OK  1 = 2\nno command .nonsense; .help lists them\n");
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(Run({}, "\"last line without its end\"").output, "last line without its end\n");
+}
+
+TEST_F(Fmsim, ListsTheDesignOfASampleThroughThePlugin) {
+  const Arguments load = {"--plugin", PLUGIN_FILE, "--open", kTimesheets, "--open", kWorkshop};
+  const auto eval = [&](Arguments options, const std::string& formula) {
+    options.insert(options.end(), load.begin(), load.end());
+    options.insert(options.end(), {"--eval", formula});
+    const auto result = Run(options);
+    EXPECT_EQ(result.status, 0) << formula << result.errors;
+    return result.output;
+  };
+  const std::string typed = "PatternCount ( Varnix.GetSchema ; \"\\\"type\\\":\\\"varchar\" ) > 0";
+  EXPECT_EQ(eval({}, typed), "0\n") << "FileMaker refuses the query, so types stay unknown";
+  EXPECT_EQ(eval({"--sql", "lenient"}, typed), "1\n");
+  EXPECT_EQ(eval({"--functions", "host"}, "RightWords ( Varnix.GetSchema ; 2 )"), "privilegeSets customFunctions\n");
+  EXPECT_EQ(eval({}, "Left ( Varnix.GetSchema ( \"Timesheets\" ) ; 20 )"), "{\"file\":\"Timesheets\"\n");
+  EXPECT_EQ(eval({}, "Varnix.GetSchema ( \"Closed\" )"), "{}\n");
+  EXPECT_EQ(eval({}, "Varnix.ListFiles"), "Workshop\nTimesheets\n");
+  EXPECT_EQ(eval({}, "PatternCount ( Varnix.DebugContext ; \"\\\"livePushVisible\\\":\\\"1\\\"\" )"), "1\n");
+}
+
+}  // namespace
