@@ -1,4 +1,4 @@
-// Whole-file reading: what counts as a file, and files that change or fail while they are read.
+// Reading whole files, files that change or fail meanwhile included, and the functions that give it to calculations.
 #include "host/FileIO.h"
 
 #include <fcntl.h>
@@ -12,10 +12,12 @@
 #include <fstream>
 #include <iterator>
 #include <limits>
+#include <utility>
 
 #include "host/FileDescriptor.h"
 #include "tests/core/NewProcess.h"
 #include "tests/core/SystemCalls.h"
+#include "tests/support/ScriptedHost.h"
 
 namespace fs = std::filesystem;
 
@@ -143,6 +145,41 @@ TEST_F(FileIOTest, ReadsToTheEndOfAFileThatChangesMeanwhile) {
   EXPECT_TRUE(ReadOrError(path) == longer);
   system_calls::beforeRead = [&](int) { return Write("file", "short"), 0; };
   EXPECT_EQ(ReadOrError(path), "short");
+}
+
+TEST_F(FileIOTest, ReadFileGivesTheContentOrTheErrorAsTheText) {
+  const ScriptedHost host;
+  const std::string file = Write("some file \xC3\xBC",
+                                 "Gr\xC3\xBC\xC3\x9F"
+                                 "e\r\n");
+  const std::string fileMakerPath = "/Macintosh HD" + file;
+  EXPECT_EQ(CallHandler(Do_ReadFile, {file}),
+            "Gr\xC3\xBC\xC3\x9F"
+            "e\r\n");
+  EXPECT_EQ(CallHandler(Do_ReadFile, {Write("empty", "")}), "");
+  EXPECT_EQ(CallHandler(Do_ReadFile, {fileMakerPath}), "ERROR: Could not open file: " + fileMakerPath);
+  EXPECT_EQ(CallHandler(Do_ReadFile, {"/proc/self/mem"}), "ERROR: Failed to read file: /proc/self/mem");
+  EXPECT_EQ(CallHandler(Do_ReadFile, {""}), "ERROR: path is empty.");
+}
+
+TEST(POSIXPath, LosesItsFirstComponentAndNothingElse) {
+  const ScriptedHost host;
+  const std::pair<const char*, const char*> cases[] = {
+      {"/Macintosh HD/var/tmp/x.xml", "/var/tmp/x.xml"},
+      {"/Gr\xC3\xBC\xC3\x9F"
+       "e/\xE6\xBC\xA2 \xE5\xAD\x97",
+       "/\xE6\xBC\xA2 \xE5\xAD\x97"},
+      {"/Vol/", "/"},
+      {"//x", "/x"},
+      {"//", "/"},
+      {"/x", "/x"},
+      {"/", "/"},
+      {"", ""},
+      {"x/y", "x/y"},
+      {" /Vol/x", " /Vol/x"},
+      {"filemac:/Macintosh HD/x", "filemac:/Macintosh HD/x"},
+  };
+  for (const auto& [path, expected] : cases) EXPECT_EQ(CallHandler(Do_POSIXPath, {path}), expected);
 }
 
 }  // namespace

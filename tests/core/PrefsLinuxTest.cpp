@@ -157,7 +157,7 @@ TEST_F(PrefsLinuxTest, WhatCannotBeReadIsNotReplaced) {
       [&] { fs::create_symlink("/dev/zero", file_); },
       [&] { fs::create_symlink(file_, file_); },
       [&] { Write("com.varnix.plugin.licenseKey=secret\n"), fs::permissions(file_, fs::perms::none); },
-      [&] { Write("com.varnix.plugin.licenseKey=large\n"), fs::resize_file(file_, std::uintmax_t{1} << 40); },
+      [&] { Write("com.varnix.plugin.licenseKey=large\n"), fs::resize_file(file_, 2 << 20); },
   };
   MakeDirectory();
   for (const auto& obstruct : obstacles) {

@@ -54,7 +54,7 @@ TEST_F(PrefsTest, TheOldTextStaysWhenTheNewOneIsNotUtf8) {
   const char* const texts[] = {
       "\xFF",
       "cut short \xC3",
-      "\x80 on its own",
+      "\xA9 on its own",
       "overlong \xC0\xAF",
       "overlong \xE0\x80\xAF",
       "surrogate \xED\xA0\x80",
