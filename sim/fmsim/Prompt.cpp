@@ -35,6 +35,7 @@ void OnLine(char* line) {
   std::free(line);
   if (!text.empty()) add_history(text.c_str());
   ended = Execute(*session, text) == LineResult::kQuit;
+  rl_callback_handler_install(kPrompt, OnLine);  // the editor leaves its unbuffered mode with each line
 }
 
 bool StartsWithIgnoringCase(const std::string& name, const char* start) {
@@ -78,6 +79,7 @@ void RunPrompt(Session& newSession) {
     if (!ended) session->Idle();
   }
   rl_callback_handler_remove();
+  session->ForgetFailures();
 }
 
 void RunLines(Session& newSession) {

@@ -37,6 +37,8 @@ class Session {
 
   bool Fail(const std::string& message);
   bool failed() const { return failed_; }
+  /// What a person mistyped at the prompt is no failure of the run.
+  void ForgetFailures() { failed_ = false; }
 
   /// Whether lines read from a pipe are shown before they are carried out.
   bool echo = false;
