@@ -1,0 +1,45 @@
+// The system pasteboard as this system offers it: the seam below the Clipboard operations. FileMaker's main thread only.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+/// One operation's access, made at its start and destroyed at its end (on macOS it is also the operation's autorelease
+/// pool). Two views show the same pasteboard: the older one has items with flavours, the general one has types. Type
+/// names are valid UTF-8; texts are UTF-8; data is raw bytes. On failure an out-parameter is left untouched.
+class Pasteboard {
+ public:
+  /// The seam itself, defined once per system; never null. Touches the pasteboard only when a method is called.
+  static std::unique_ptr<Pasteboard> Open();
+  virtual ~Pasteboard() = default;
+
+  // The older view. The others are called only after OpenItems has succeeded.
+
+  /// False where the system does not have this view, or refuses it.
+  virtual bool OpenItems() = 0;
+  virtual bool ClearItems() = 0;
+  /// Puts a flavour into the item with identifier 1.
+  virtual bool PutFlavor(const std::string& type, const std::string& bytes) = 0;
+  /// Exchanges changes with the other programs.
+  virtual void SynchronizeItems() = 0;
+  /// 0 also when the count cannot be learned.
+  virtual std::size_t ItemCount() = 0;
+  /// `item` counts from 1.
+  virtual bool CopyFlavor(std::size_t item, const std::string& type, std::string& bytes) = 0;
+
+  // The general view. "public.utf8-plain-text" is the type of its text.
+
+  /// Replaces everything on the pasteboard by the promise of the plain text, if `text`, and `types`, in that order.
+  virtual void DeclareTypes(bool text, const std::vector<std::string>& types) = 0;
+  virtual bool SetData(const std::string& type, const std::string& bytes) = 0;
+  virtual bool SetString(const std::string& text) = 0;
+  /// The type of `candidates` that the pasteboard would rather give; "" when it has none.
+  virtual std::string AvailableType(const std::vector<std::string>& candidates) = 0;
+  virtual bool DataForType(const std::string& type, std::string& bytes) = 0;
+  /// "" when there is no text.
+  virtual std::string String() = 0;
+  /// The names of all types, in the pasteboard's order.
+  virtual std::vector<std::string> Types() = 0;
+};
