@@ -1,6 +1,7 @@
 // Conversions and comparisons of text, over ICU.
 #include "sim/calc/Unicode.h"
 
+#include <unicode/brkiter.h>
 #include <unicode/coll.h>
 #include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
@@ -35,6 +36,13 @@ const icu::Collator* DictionaryOrder() {
     return result;
   }();
   return collator.get();
+}
+
+// Does not copy: good as long as `text` is.
+icu::UnicodeString Alias(std::u16string_view text) { return {false, text.data(), static_cast<int32_t>(text.size())}; }
+
+std::u16string FromIcu(const icu::UnicodeString& text) {
+  return {text.getBuffer(), static_cast<size_t>(text.length())};
 }
 
 }  // namespace
@@ -99,10 +107,8 @@ std::u16string EqualityKey(std::u16string_view text) {
   UErrorCode status = U_ZERO_ERROR;
   const icu::Normalizer2* decomposer = icu::Normalizer2::getNFDInstance(status);
   if (U_FAILURE(status)) return FoldCase(text);
-  const icu::UnicodeString source(false, text.data(), static_cast<int32_t>(text.size()));
-  icu::UnicodeString decomposed = decomposer->normalize(source, status);
-  if (U_FAILURE(status)) return FoldCase(text);
-  return FoldCase({decomposed.getBuffer(), static_cast<size_t>(decomposed.length())});
+  const icu::UnicodeString decomposed = decomposer->normalize(Alias(text), status);
+  return FoldCase(U_FAILURE(status) ? text : FromIcu(decomposed));
 }
 
 int CompareTexts(std::u16string_view a, std::u16string_view b) {
@@ -116,6 +122,31 @@ int CompareTexts(std::u16string_view a, std::u16string_view b) {
                                                        static_cast<int32_t>(b.size()), status);
   // Characters that a dictionary ignores still make texts different.
   return result != 0 ? Sign(result) : Sign(keyA.compare(keyB));
+}
+
+std::u16string ToUpper(std::u16string_view text) { return FromIcu(Alias(text).toUpper(icu::Locale::getRoot())); }
+
+std::u16string ToLower(std::u16string_view text) { return FromIcu(Alias(text).toLower(icu::Locale::getRoot())); }
+
+std::u16string ToTitle(std::u16string_view text) {
+  return FromIcu(Alias(text).toTitle(nullptr, icu::Locale::getRoot()));
+}
+
+std::vector<std::u16string_view> Words(std::u16string_view text) {
+  UErrorCode status = U_ZERO_ERROR;
+  const std::unique_ptr<icu::BreakIterator> breaks(
+      icu::BreakIterator::createWordInstance(icu::Locale::getRoot(), status));
+  if (U_FAILURE(status)) return {};
+  const icu::UnicodeString source = Alias(text);
+  breaks->setText(source);
+  std::vector<std::u16string_view> words;
+  int32_t start = breaks->first();
+  for (int32_t end = breaks->next(); end != icu::BreakIterator::DONE; start = end, end = breaks->next()) {
+    // Blanks and punctuation lie between breaks of their own.
+    if (breaks->getRuleStatus() < UBRK_WORD_NONE_LIMIT) continue;
+    words.push_back(text.substr(static_cast<size_t>(start), static_cast<size_t>(end - start)));
+  }
+  return words;
 }
 
 }  // namespace calc

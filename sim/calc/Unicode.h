@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace calc {
 
@@ -18,5 +19,14 @@ bool EqualIgnoringCase(std::u16string_view a, std::u16string_view b);
 std::u16string EqualityKey(std::u16string_view text);
 /// Negative, zero or positive: the order of a dictionary. Zero only for texts with equal keys.
 int CompareTexts(std::u16string_view a, std::u16string_view b);
+
+/// In no particular language: no Turkish i.
+std::u16string ToUpper(std::u16string_view text);
+std::u16string ToLower(std::u16string_view text);
+/// The first letter of each word up, the others down.
+std::u16string ToTitle(std::u16string_view text);
+
+/// The words of `text`, as views into it: letters and digits with the signs that belong between them ("1.5", "don't").
+std::vector<std::u16string_view> Words(std::u16string_view text);
 
 }  // namespace calc

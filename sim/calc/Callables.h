@@ -1,0 +1,27 @@
+// Everything that a name in a formula can call.
+#pragma once
+
+#include <string_view>
+#include <variant>
+
+#include "sim/calc/Environment.h"
+#include "sim/calc/Functions.h"
+#include "sim/calc/Syntax.h"
+
+namespace calc {
+
+/// Calls with a grammar of their own.
+enum class Form { kGet, kLet, kWhile };
+
+struct Callable {
+  std::variant<std::monostate, Form, const Builtin*, const ControlFunction*, const CustomFunction*, const HostFunction*>
+      target;
+  Signature signature;
+
+  bool IsKnown() const { return !std::holds_alternative<std::monostate>(target); }
+};
+
+/// The engine's own functions first, then custom functions, then those of the application and its plug-ins.
+Callable FindCallable(std::u16string_view name, Environment& environment);
+
+}  // namespace calc

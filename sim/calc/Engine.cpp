@@ -1,0 +1,26 @@
+// The engine's front.
+#include "sim/calc/Engine.h"
+
+#include "sim/calc/Errors.h"
+#include "sim/calc/Evaluator.h"
+#include "sim/calc/Parser.h"
+
+namespace calc {
+
+int Evaluate(std::u16string_view formula, Environment& environment, Value& result) {
+  result = Value();
+  try {
+    const int error = Evaluator(environment).EvaluateText(formula, result);
+    return error != 0 ? error : result.error();
+  } catch (const RecursionTooDeep&) {
+    result = Value::OfError(errors::kTooDeep);
+    return errors::kTooDeep;
+  }
+}
+
+int Check(std::u16string_view formula, Environment& environment) {
+  Formula parsed;
+  return Parse(formula, environment, {}, parsed);
+}
+
+}  // namespace calc

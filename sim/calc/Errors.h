@@ -1,0 +1,28 @@
+// FileMaker's error numbers that formulas run into.
+#pragma once
+
+namespace calc::errors {
+
+inline constexpr int kDivisionByZero = 15;
+inline constexpr int kFieldMissing = 102;
+inline constexpr int kGeneral = 1200;
+inline constexpr int kTooFewArguments = 1201;
+inline constexpr int kTooManyArguments = 1202;
+inline constexpr int kOperandExpected = 1204;
+inline constexpr int kOpenComment = 1205;
+inline constexpr int kOpenText = 1206;
+inline constexpr int kUnbalancedParenthesis = 1207;
+inline constexpr int kNotAFunction = 1208;
+inline constexpr int kNameMissing = 1209;
+inline constexpr int kListNotAllowed = 1211;
+inline constexpr int kOperatorExpected = 1212;
+inline constexpr int kFieldRequired = 1214;
+inline constexpr int kInvalidGetParameter = 1215;
+
+// FileMaker tells no number of its own for these.
+inline constexpr int kBadArgument = kGeneral;
+inline constexpr int kOutOfRange = kGeneral;
+inline constexpr int kTooDeep = kGeneral;
+inline constexpr int kTooManyRounds = kGeneral;
+
+}  // namespace calc::errors

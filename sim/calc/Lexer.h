@@ -1,0 +1,62 @@
+// Cuts a formula into tokens.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "sim/calc/Number.h"
+#include "sim/calc/Syntax.h"
+
+namespace calc {
+
+/// Thrown by the lexer and the parser; never leaves Parse().
+struct SyntaxError {
+  int code;  ///< FileMaker's error number
+};
+
+enum class TokenKind {
+  kEnd,
+  kText,
+  kNumber,
+  kName,        ///< words with single or several blanks between them
+  kQuotedName,  ///< ${...}: never a function
+  kLocalVariable,
+  kGlobalVariable,
+  kOperator,
+  kColons,
+  kSeparator,
+  kOpen,
+  kClose,
+  kOpenList,
+  kCloseList,
+};
+
+struct Token {
+  TokenKind kind = TokenKind::kEnd;
+  std::u16string text = {};  ///< of a literal its value, of a name or variable the name alone
+  Number number = {};
+  Operator op = Operator::kAdd;
+};
+
+class Lexer {
+ public:
+  /// `formula` must outlive the lexer.
+  explicit Lexer(std::u16string_view formula) : rest_(formula) {}
+
+  /// The next token; kEnd for ever at the end. Throws SyntaxError for open comments and texts and empty names.
+  Token Next();
+
+ private:
+  bool TakePrefix(std::u16string_view prefix);
+  void SkipBlanksAndComments();
+  void SkipNestedComment();
+  Token TakeText();
+  Token TakeNumber();
+  Token TakeName();
+  Token TakeDollar();
+  std::u16string TakeWord();
+
+  std::u16string_view rest_;
+};
+
+}  // namespace calc

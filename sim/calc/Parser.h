@@ -1,0 +1,19 @@
+// Formulas to trees.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "sim/calc/Environment.h"
+#include "sim/calc/Syntax.h"
+
+namespace calc {
+
+/// Parses `source` and resolves its functions in `environment`, which must outlive the tree. The parameters of a custom
+/// function take the first slots, in their order. Returns 0, or FileMaker's error number and leaves `formula`
+/// undefined. Whether fields exist is found out when the formula runs.
+int Parse(std::u16string_view source, Environment& environment, std::span<const std::u16string> parameters,
+          Formula& formula);
+
+}  // namespace calc

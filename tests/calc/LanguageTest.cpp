@@ -1,0 +1,266 @@
+// The grammar, the operators, the control functions and the error numbers.
+#include <gtest/gtest.h>
+
+#include "tests/calc/TestEnvironment.h"
+
+namespace {
+
+using calc::Value;
+
+TEST(CalcTokens, AreReadAsFileMakerReadsThem) {
+  ExpectAll({
+      {"1 /* a /* nested */ \" */ + // to the end \" ) \r 2", "3"},
+      {"1 // a line feed ends it too\n+ 1", "2"},
+      {"\"/* no comment */\" & \"// nor this\"", "/* no comment */// nor this"},
+      {R"("say \"x\"" & "\\")", R"(say "x"\)"},
+      {R"("a\nb")", R"(a\nb)"},
+      {"\"a¶b\\¶\"", "a\rb¶"},
+      {"\"a\" & ¶ & \"b\"", "a\rb"},
+      {".5 + 1.50", "2"},
+      {"007", "7"},
+      {"1e3 + 1E-1 + 1e+1", "1010.1"},
+      {"get(filename) & GET ( FileName )", "OrdersOrders"},
+      {"TRUE + false", "1"},
+      {"", ""},
+      {"/* nothing */", ""},
+  });
+}
+
+TEST(CalcTokens, NamesHoldBlanksWithoutQuotes) {
+  ExpectAll({
+      {"Orders::Line Total + 1", "13.5"},
+      {"Orders::Line Total[2]", "7"},
+      {"Orders::Line Total[1 + 1] and Name", "0"},
+      {"Orders :: Line Total", "12.5"},
+      {"${a-b} & ${Orders}::${Line Total}", "minus12.5"},
+      {"NoSuchName", "error 102"},
+      {"Orders::Line Total[3]", "error 102"},
+      {"If ( 1 ; 2 ; NoSuchName )", "2"},
+  });
+}
+
+TEST(CalcOperators, BindAndAssociateAsMeasured) {
+  ExpectAll({
+      {"-2 ^ 2", "4"},
+      {"not 2 ^ 0", "1"},
+      {"2 ^ 3 ^ 2", "64"},
+      {"0 ^ 0", "1"},
+      {"2 ^ -1", ".5"},
+      {"8 / 4 / 2", "1"},
+      {"10 - 4 - 3", "3"},
+      {"2 + 3 * 4", "14"},
+      {"(2 + 3) * 4", "20"},
+      {"1 + 2 & \"x\"", "3x"},
+      {"1 & 2 = \"12\"", "1"},
+      {"1 < 2 < 3", "1"},
+      {"3 > 2 > 1", "0"},
+      {"not 1 = 0", "1"},
+      {"1 or 0 xor 1", "0"},
+      {"1 or 1 and 0", "1"},
+      {"1 <> 2 and 1 ≠ 2 and 1 <= 1 and 1 ≤ 1 and 2 >= 1 and 2 ≥ 1", "1"},
+      {"- - + 3", "3"},
+      {"not not 5", "1"},
+  });
+}
+
+TEST(CalcOperators, CompareNumbersByValueAndTextsAsADictionaryDoes) {
+  ExpectAll({
+      {"\"abc\" = \"ABC\"", "1"},
+      {"\"é\" = \"e\u0301\"", "1"},
+      {"\"é\" = \"e\"", "0"},
+      {"\"é\" < \"f\" and \"a\" < \"B\"", "1"},
+      {"10 > 9", "1"},
+      {"\"10\" > \"9\"", "0"},
+      {"1.0 = 1", "1"},
+      {"Date ( 1 ; 1 ; 1 ) = 1", "1"},
+      {"\"\" = \"\"", "1"},
+      {"0 = \"\"", "0"},
+      {"1/0 = \"?\"", "1"},
+  });
+}
+
+TEST(CalcTruth, IsANumberOtherThanZeroOrAnError) {
+  ExpectAll({
+      {"If ( \"abc2\" ; \"yes\" ; \"no\" )", "yes"},
+      {"If ( \"0abc\" ; \"yes\" ; \"no\" )", "no"},
+      {"If ( \"text\" ; \"yes\" ; \"no\" )", "no"},
+      {"If ( \"?\" ; \"yes\" ; \"no\" )", "yes"},
+      {"If ( 1/0 ; \"yes\" ; \"no\" )", "yes"},
+      {"Case ( 1/0 ; \"yes\" ; \"no\" )", "yes"},
+      {"GetAsBoolean ( 1/0 ) & GetAsBoolean ( \"\" ) & not 1/0", "error 15"},
+      {"GetAsBoolean ( 1/0 ) & GetAsBoolean ( \"\" ) & not (1/0)", "100"},
+      {"1/0 and 1", "1"},
+  });
+}
+
+TEST(CalcErrors, HaveFileMakersNumbers) {
+  ExpectAll({
+      {"1/0", "error 15"},
+      {"1 + 1/0 & \"x\"", "error 15"},
+      {"Left ( 1/0 ; 2 )", "error 15"},
+      {"Abs ( 1 ; 2 )", "error 1202"},
+      {"Left ( \"a\" )", "error 1201"},
+      {"Abs()", "error 1204"},
+      {"1 +", "error 1204"},
+      {"Abs", "error 1204"},
+      {"¶¶", "error 1212"},
+      {"1 /* open", "error 1205"},
+      {"/* /* */", "error 1205"},
+      {"\"open", "error 1206"},
+      {"Abs(-1", "error 1207"},
+      {"(1", "error 1207"},
+      {"1)", "error 1207"},
+      {"Nope(1)", "error 1208"},
+      {"A::", "error 1209"},
+      {"$", "error 1209"},
+      {"Abs([1;2])", "error 1211"},
+      {"[1]", "error 1211"},
+      {"1 2", "error 1212"},
+      {"\"a\"\"b\"", "error 1212"},
+      {"5.", "error 1212"},
+      {"1.2.3", "error 1212"},
+      {"1_000", "error 1212"},
+      {"Get(Nope)", "error 1215"},
+      {"Get ( FileName ; 1 )", "error 1202"},
+      {"Let ( x = 1 )", "error 1201"},
+      {"Let ( x = 1 ; x ; x )", "error 1202"},
+      {"Let ( [ 1 ] ; 2 )", "error 1209"},
+      {"If ( 1 )", "error 1201"},
+      {"If ( 1 ; 2 ; 3 ; 4 )", "error 1202"},
+      {"1 ; 2", "error 1212"},
+      {"{", "error 1204"},
+      {"Substitute ( \"a\" ; [ \"b\" ] )", "error 1201"},
+      {"Substitute ( \"a\" ; \"b\" )", "error 1201"},
+      {"Get ( If ( 0 ; FileName ) )", "error 1215"},
+  });
+}
+
+TEST(CalcErrors, ParsingLeavesNoValueAndRunningLeavesAQuestionMark) {
+  TestEnvironment environment;
+  Value result = Value::OfText(u"old");
+  EXPECT_EQ(calc::Evaluate(u"1 +", environment, result), 1204);
+  EXPECT_EQ(result.AsText(), u"");
+  EXPECT_EQ(calc::Evaluate(u"1/0", environment, result), 15);
+  EXPECT_EQ(result.AsText(), u"?");
+  EXPECT_EQ(calc::Check(u"1 +", environment), 1204);
+  EXPECT_EQ(calc::Check(u"1/0 & NoSuchName", environment), 0);
+}
+
+TEST(CalcControl, EvaluateTellsItsErrorOnlyUntilItIsKept) {
+  ExpectAll({
+      {"Evaluate ( \"1 + 1\" )", "2"},
+      {"Evaluate ( \"1 + 1\" ; [ Name ; Orders::Line Total ] ) & Evaluate ( \"2\" ; Name )", "22"},
+      {"Evaluate ( \"1 +\" ) = \"?\"", "1"},
+      {"EvaluationError ( Evaluate ( \"1 +\" ) )", "1204"},
+      {"EvaluationError ( Evaluate ( \"1/0\" ) )", "15"},
+      {"EvaluationError ( Evaluate ( \"NoSuchName\" ) )", "102"},
+      {"EvaluationError ( 7 )", "0"},
+      {"Let ( e = Evaluate ( \"1/0\" ) ; EvaluationError ( e ) & \",\" & IsEmpty ( e ) )", "0,1"},
+      {"Let ( $e = 1/0 ; EvaluationError ( $e ) )", "0"},
+      {"Let ( x = 1 ; Evaluate ( \"x\" ) )", "error 102"},
+      {"Let ( $x = 1 ; Evaluate ( \"$x + 1\" ) )", "2"},
+      {"IsValidExpression ( \"1 + 1\" ) & IsValidExpression ( \"1 +\" )", "10"},
+      {"GetField ( \"Orders::Line Total\" ) & GetField ( \"Orders::Line Total[2]\" ) & GetField ( \"Name\" )",
+       "12.57Ann"},
+      {"GetField ( \"1 + 1\" )", "error 102"},
+      {"IsEmpty ( \"\" ) & IsEmpty ( 1/0 ) & IsEmpty ( 0 )", "110"},
+  });
+}
+
+TEST(CalcControl, OnlyTheBranchTakenRuns) {
+  ExpectAll({
+      {"If ( 0 ; 1 )", ""},
+      {"Case ( 0 ; 1 ; 1 ; 2 ; 1 ; 3 )", "2"},
+      {"Case ( 0 ; 1 ; 0 ; 2 )", ""},
+      {"Case ( 0 ; 1 ; 9 )", "9"},
+      {"Choose ( 1 ; \"a\" ; \"b\" )", "b"},
+      {"Choose ( 2 ; \"a\" ; \"b\" ) & Choose ( -1 ; \"a\" )", ""},
+      {"If ( 1 ; 2 ; Let ( $$ran = 1 ; 3 ) ) & $$ran", "2"},
+      {"Case ( 1 ; 2 ; Let ( $$ran = 1 ; 3 ) ; 4 ) & $$ran", "2"},
+      {"Choose ( 0 ; 2 ; Let ( $$ran = 1 ; 3 ) ) & $$ran", "2"},
+      {"(0 and Let ( $$ran = 1 ; 3 )) & $$ran", "01"},
+  });
+}
+
+TEST(CalcControl, LetNamesHideOuterOnesAndEndWithTheCall) {
+  ExpectAll({
+      {"Let ( x = 2 ; x * x )", "4"},
+      {"Let ( [ x = 1 ; y = x + 1 ; x = x + 10 ] ; x & \",\" & y )", "11,2"},
+      {"Let ( x = 1 ; Let ( x = x + 1 ; x ) & x )", "21"},
+      {"Let ( X = 1 ; x )", "1"},
+      {"Let ( Name = \"Bob\" ; Name ) & Name", "BobAnn"},
+      {"Let ( x = 1 ; x ) & x", "error 102"},
+      {"Let ( [] ; 3 )", "3"},
+      {"Let ( [ $a[2] = 5 ; $$b = 6 ] ; $a[2] & $a & $$b ) & $A[1 + 1]", "565"},
+      {"$undefined & $$undefined[7]", ""},
+  });
+}
+
+TEST(CalcControl, LetSetsTheRealVariables) {
+  TestEnvironment environment;
+  EXPECT_EQ(environment.Show("Let ( [ $Path = \"/tmp\" ; $$Count[3] = 2 ] ; 0 )"), "0");
+  EXPECT_EQ((environment.locals[{u"path", 1}].AsText()), u"/tmp");
+  EXPECT_EQ((environment.globals[{u"count", 3}].AsText()), u"2");
+  EXPECT_EQ(environment.Show("$PATH & $$count[3]"), "/tmp2");
+}
+
+TEST(CalcControl, WhileGoesRoundUntilItsConditionFails) {
+  ExpectAll({
+      {"While ( [ i = 0 ; s = \"\" ] ; i < 4 ; [ i = i + 1 ; s = s & i ] ; s )", "1234"},
+      {"While ( i = 0 ; i < 3 ; i = i + 1 ; i )", "3"},
+      {"While ( [ i = 0 ] ; i < 2 ; [ i = i + 1 ; $n = $n + i ] ; $n )", "3"},
+      {"While ( i = 0 ; i < 50000 ; i = i + 1 ; i )", "50000"},
+      {"While ( i = 0 ; i < 50001 ; i = i + 1 ; i )", "error 1200"},
+      {"SetRecursion ( While ( i = 0 ; i < 60000 ; i = i + 1 ; i ) ; 60000 )", "60000"},
+      {"SetRecursion ( While ( i = 0 ; i < 6 ; i = i + 1 ; i ) ; 5 )", "error 1200"},
+  });
+}
+
+TEST(CalcFunctions, OfTheFileSeeTheirParametersOnly) {
+  TestEnvironment environment;
+  environment.customFunctions = {
+      {u"Twice", {u"n"}, u"n * 2"},
+      {u"Limit", {}, u"42"},
+      {u"Sum To", {u"n"}, u"If ( n < 1 ; 0 ; n + Sum To ( n - 1 ) )"},
+      {u"Shadow", {u"Name"}, u"Name & outer"},
+      {u"Broken", {}, u"1 +"},
+      {u"Fails", {u"x"}, u"EvaluationError ( x ) & 1 / x"},
+  };
+  ExpectAll(
+      {
+          {"twice ( 4 ) + Limit + Limit()", "92"},
+          {"Sum To ( 100 )", "5050"},
+          {"Let ( outer = 1 ; Shadow ( \"Bob\" ) )", "error 102"},
+          {"Twice ( 1 ; 2 )", "error 1202"},
+          {"Twice()", "error 1204"},
+          {"Twice", "error 1204"},
+          {"Limit ( 1 )", "error 1202"},
+          {"Broken", "error 1204"},
+          {"Evaluate ( \"Twice ( 3 )\" )", "6"},
+          {"EvaluationError ( Fails ( 0 ) )", "15"},
+          {"EvaluationError ( Fails ( 1/0 ) )", "0"},
+      },
+      environment);
+}
+
+TEST(CalcFunctions, OfTheHostAreCalledWithTheirArgumentsAndChecked) {
+  TestEnvironment environment;
+  std::vector<std::u16string> calls;
+  const auto record = [&calls](std::span<const Value> arguments) {
+    std::u16string call;
+    for (const Value& argument : arguments) call += argument.AsText() + u"|";
+    calls.push_back(call);
+    return Value::OfText(u"?");
+  };
+  environment.hostFunctions = {{u"Varnix.Push", 1, 2, record}, {u"DatabaseNames", 0, -1, record}};
+  EXPECT_EQ(environment.Show("varnix.push ( 1 + 1 ; \"x\" )"), "?");
+  EXPECT_EQ(environment.Show("DatabaseNames & \"!\""), "?!");
+  EXPECT_EQ(environment.Show("DatabaseNames() & EvaluationError ( DatabaseNames ( 1 ; 2 ; 3 ) )"), "?0");
+  EXPECT_EQ(calls, (std::vector<std::u16string>{u"2|x|", u"", u"", u"1|2|3|"}));
+  EXPECT_EQ(environment.Show("Varnix.Push ( 1 ; 2 ; 3 )"), "error 1202");
+  EXPECT_EQ(environment.Show("Varnix.Push()"), "error 1204");
+  EXPECT_EQ(environment.Show("Varnix.Push ( 1/0 )"), "error 15");
+  EXPECT_EQ(calls.size(), 4U);
+}
+
+}  // namespace

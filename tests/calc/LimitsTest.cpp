@@ -1,0 +1,83 @@
+// Formulas that would exhaust the stack, the memory or the patience of whoever waits.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/calc/TestEnvironment.h"
+
+namespace {
+
+std::string Repeated(std::string_view text, size_t count) {
+  std::string result;
+  result.reserve(text.size() * count);
+  for (size_t i = 0; i < count; ++i) result += text;
+  return result;
+}
+
+TEST(CalcLimits, EndlessRecursionIsAnError) {
+  TestEnvironment environment;
+  environment.customFunctions = {
+      {u"Loop", {u"n"}, u"1 + Loop ( n + 1 )"},
+      {u"Tree", {u"n"}, u"IsEmpty ( Tree ( n + 1 ) ) & IsEmpty ( Tree ( n + 2 ) )"},
+      {u"Self", {u"text"}, u"Evaluate ( \"Self ( 1 )\" )"},
+      {u"Count", {u"n"}, u"0"},
+      {u"Down", {u"n"}, u"If ( n = 0 ; \"bottom\" ; Down ( n - 1 ) )"},
+  };
+  EXPECT_EQ(environment.Show("Loop ( 1 )"), "error 1200");
+  EXPECT_EQ(environment.Show("Tree ( 1 )"), "error 1200");
+  EXPECT_EQ(environment.Show("Self ( 1 )"), "error 1200");
+  EXPECT_EQ(environment.Show("Down ( 500 )"), "bottom");
+  EXPECT_EQ(environment.Show("SetRecursion ( Down ( 9 ) ; 10 )"), "bottom");
+  EXPECT_EQ(environment.Show("SetRecursion ( Down ( 10 ) ; 10 )"), "error 1200");
+  EXPECT_EQ(environment.Show("1 + 1"), "2") << "the engine works on after all that";
+}
+
+TEST(CalcLimits, NestingEndsBeforeTheStack) {
+  constexpr size_t kDeep = 1'000'000;
+  TestEnvironment environment;
+  for (const char* opening : {"(", "-(", "Abs(", "If(1;", "Let(x=", "Let([x=1;y=", "$a[", "Evaluate(1;["}) {
+    EXPECT_EQ(environment.Show(Repeated(opening, kDeep)), "error 1200") << opening;
+  }
+  EXPECT_EQ(environment.Show(Repeated("(", 200) + "7" + Repeated(")", 200)), "7");
+  EXPECT_EQ(environment.Show(Repeated("Abs(-", 200) + "7" + Repeated(")", 200)), "7");
+}
+
+TEST(CalcLimits, LongChainsAreNotDeep) {
+  constexpr size_t kLong = 200'000;
+  TestEnvironment environment;
+  EXPECT_EQ(environment.Show("1" + Repeated(" + 1", kLong)), "200001");
+  EXPECT_EQ(environment.Show(Repeated("- ", kLong) + "1"), "1");
+  EXPECT_EQ(environment.Show("Length ( 1" + Repeated(" & 1", kLong) + ")"), "200001");
+  EXPECT_EQ(environment.Show(Repeated("/*", kLong) + Repeated("*/", kLong) + "5"), "5");
+}
+
+TEST(CalcLimits, HugeResultsAreErrors) {
+  TestEnvironment environment;
+  EXPECT_EQ(environment.Show("9^9^9^9"), "error 1200");
+  EXPECT_EQ(environment.Show("9^(9^(9^9))"), "error 1200");
+  EXPECT_EQ(environment.Show("10^399 * 10"), "error 1200");
+  EXPECT_EQ(environment.Show("1e999999999999"), "error 1200");
+  EXPECT_EQ(environment.Show("0 ^ -1"), "error 1200");
+  EXPECT_EQ(environment.Show("GetAsNumber ( \"" + Repeated("9", 1'000'000) + "\" )"), "error 1200");
+  EXPECT_EQ(environment.Show("Code ( \"" + Repeated("x", 1'000'000) + "\" )"), "error 1200");
+  EXPECT_EQ(environment.Show("While ( t = \"x\" ; 1 ; t = t & t ; t )"), "error 1200");
+  EXPECT_EQ(environment.Show("While ( t = \"x\" ; 1 ; t = Substitute ( t ; \"x\" ; \"xxxxxxxxxxxxxxxx\" ) ; t )"),
+            "error 1200");
+}
+
+// Each of these would take hours if its time grew with the square of the text.
+TEST(CalcLimits, LargeTextsTakeLinearTime) {
+  constexpr size_t kLines = 1'000'000;
+  TestEnvironment environment;
+  environment.globals[{u"text", 1}] = calc::Value::OfText(calc::ToUtf16(Repeated("line 12 A\r", kLines)));
+  EXPECT_EQ(environment.Show("Length ( Substitute ( $$text ; [ \"line\" ; \"\" ] ; [ ¶ ; \"--\" ] ) )"), "7000000");
+  EXPECT_EQ(environment.Show("PatternCount ( $$text ; \"A¶LINE\" )"), "999999");
+  EXPECT_EQ(environment.Show("GetValue ( $$text ; 1000000 ) & ValueCount ( $$text )"), "line 12 A1000000");
+  EXPECT_EQ(environment.Show("Position ( $$text ; \"line\" ; 1 ; 1000000 )"), "9999991");
+  EXPECT_EQ(environment.Show("Position ( $$text ; \"line\" ; 10000000 ; -1000000 )"), "1");
+  EXPECT_EQ(environment.Show("UniqueValues ( $$text ) & WordCount ( $$text )"), "line 12 A\r3000000");
+  environment.globals[{u"text", 1}] = calc::Value::OfText(std::u16string(10 * kLines, u'a'));
+  EXPECT_EQ(environment.Show("PatternCount ( $$text ; Left ( $$text ; 5000000 ) & \"b\" )"), "0");
+}
+
+}  // namespace
