@@ -1,0 +1,60 @@
+#include "bridge/ClipboardUpkeep.h"
+
+#include <functional>
+#include <string>
+
+#include "bridge/BridgeState.h"
+#include "clipboard/Clipboard.h"
+#include "clipboard/ClipboardTypes.h"
+#include "core/Clock.h"
+
+namespace {
+
+constexpr std::int64_t kPrepareIntervalMs = 500;
+
+std::size_t HashOf(const std::string& bytes) { return std::hash<std::string>{}(bytes); }
+
+// The hash of "type, line feed, XML". The joined text's memory is kept from call to call, unless it is uncommonly
+// large.
+std::size_t MirrorHash(const std::string& type, const std::string& xml) {
+  constexpr std::size_t kKeptBytes = std::size_t{32} << 20;
+  static std::string joined;
+  joined.assign(type).append(1, '\n').append(xml);
+  const std::size_t hash = HashOf(joined);
+  if (joined.capacity() > kKeptBytes) std::string().swap(joined);
+  return hash;
+}
+
+// Writes FileMaker XML that stands on the clipboard without its text back under every name.
+void Mirror() {
+  std::string type, xml, error;
+  if (!ProbeFileMakerClipboardXML(type, xml, error)) return;
+  const std::size_t hash = MirrorHash(type, xml);
+  if (hash == g_lastMirroredClipboardHash) return;
+  if (!Clipboard::SetXML(type, xml, error)) return;
+  g_lastMirroredClipboardHash = hash;
+  g_lastPreparedClipboardHash = HashOf(xml);
+}
+
+void Prepare(const std::string& text) {
+  const std::size_t hash = HashOf(text);
+  if (hash == g_lastPreparedClipboardHash) return;
+  std::string error;
+  if (Clipboard::SetXML(DetectXmlClipboardType(text), text, error)) g_lastPreparedClipboardHash = hash;
+}
+
+}  // namespace
+
+void KeepClipboardConvertible() {
+  // FileMaker waits for this on every idle call: the text is read and searched once for both halves. What mirroring
+  // writes needs no preparation.
+  std::string text, error;
+  Clipboard::GetText(text, error);
+  const bool isSnippet = text.find(kSnippetMarker) != text.npos;
+  if (!isSnippet) Mirror();
+
+  const std::int64_t now = SteadyMilliseconds();
+  if (now - g_lastClipboardPrepareMs < kPrepareIntervalMs) return;
+  g_lastClipboardPrepareMs = now;
+  if (isSnippet) Prepare(text);
+}

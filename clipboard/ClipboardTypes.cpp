@@ -1,0 +1,142 @@
+#include "clipboard/ClipboardTypes.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <utility>
+
+#include "clipboard/Clipboard.h"
+
+namespace {
+
+struct Kind {
+  std::string_view code;
+  std::vector<std::string_view> typeNames;  // beyond the generic three
+};
+
+constexpr std::size_t kCodeLength = 4;
+
+// In the order in which an unknown clipboard is probed. The "dyn." names are what macOS makes of the four-character
+// code.
+const std::vector<Kind>& Kinds() {
+  static const std::vector<Kind> kinds = {
+      {"XMSS", {"dyn.ah62d4rv4gk8zuxnxnq", "ScriptStep", "Mac-ScriptStep"}},
+      {"XMSC", {"dyn.ah62d4rv4gk8zuxnxkq", "Script", "Mac-Script"}},
+      {"XML2", {"dyn.ah62d4rv4gk8zuxnqgk", "Layout12", "Mac-Layout12"}},
+      {"XMTB", {"dyn.ah62d4rv4gk8zuxnykk", "Table", "BaseTable", "Mac-Table", "Mac-BaseTable"}},
+      {"XMFD", {"dyn.ah62d4rv4gk8zuxngku", "Field", "FieldDefinition", "Mac-Field", "Mac-FieldDefinition"}},
+      {"XMFN", {"dyn.ah62d4rv4gk8zuxngm2", "CustomFunction", "Mac-CustomFunction"}},
+      {"XMVL", {"ValueList", "Mac-ValueList"}},
+      {"XMLO", {}},
+  };
+  return kinds;
+}
+
+// What Carbon made visible of a four-character flavour type; "" for any other code.
+std::string LegacyFlavorName(const std::string& code) {
+  if (code.size() != kCodeLength) return {};
+  char name[40];
+  const auto byte = [&](std::size_t i) { return static_cast<unsigned>(static_cast<unsigned char>(code[i])); };
+  std::snprintf(name, sizeof name, "CorePasteboardFlavorType 0x%02X%02X%02X%02X", byte(0), byte(1), byte(2), byte(3));
+  return name;
+}
+
+// The marks of each kind in the text, in order of precedence: a script with steps is taken for script steps on purpose.
+struct Mark {
+  std::string_view text;
+  const char* code;
+};
+constexpr Mark kMarks[] = {
+    {"<Step", "XMSS"},  {"<Script", "XMSC"}, {"ScriptUUID", "XMSC"}, {"<BaseTable", "XMTB"},
+    {"<Table", "XMTB"}, {"<Field", "XMFD"},  {"<ValueList", "XMVL"}, {"<CustomFunction", "XMFN"},
+};
+constexpr char kNoMark[] = "XML2";
+constexpr std::size_t kMarkCount = std::size(kMarks);
+constexpr std::size_t kUuidMark = 2;    // the one mark that does not begin with "<"
+constexpr std::size_t kUuidOffset = 6;  // of "UUID" in it: a rarer letter to look for than the "S"
+
+bool StandsAt(std::string_view text, std::size_t position, std::string_view mark) {
+  return text.compare(position, mark.size(), mark) == 0;
+}
+
+// The best mark below `best` that begins with "<" within [begin, end).
+std::size_t BestTagMark(std::string_view text, std::size_t begin, std::size_t end, std::size_t best) {
+  for (auto at = begin; at < end; ++at) {
+    const auto* hit = static_cast<const char*>(std::memchr(text.data() + at, '<', end - at));
+    if (hit == nullptr) break;
+    at = static_cast<std::size_t>(hit - text.data());
+    for (std::size_t mark = 0; mark < best; ++mark) {
+      if (StandsAt(text, at, kMarks[mark].text)) best = mark;
+    }
+    if (best == 0) break;
+  }
+  return best;
+}
+
+bool HoldsUuidMark(std::string_view text, std::size_t begin, std::size_t end) {
+  for (auto at = begin; at < end; ++at) {
+    const auto* hit = static_cast<const char*>(std::memchr(text.data() + at, 'U', end - at));
+    if (hit == nullptr) return false;
+    at = static_cast<std::size_t>(hit - text.data());
+    if (at >= kUuidOffset && StandsAt(text, at - kUuidOffset, kMarks[kUuidMark].text)) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+void AddUniqueType(std::vector<std::string>& list, const std::string& type) {
+  if (!type.empty() && std::find(list.begin(), list.end(), type) == list.end()) list.push_back(type);
+}
+
+std::vector<std::string> BuildClipboardTypeCandidates(const std::string& code) {
+  std::vector<std::string> candidates;
+  AddUniqueType(candidates, LegacyFlavorName(code));
+  AddUniqueType(candidates, Clipboard::BuildClipboardType(code));
+  AddUniqueType(candidates, code);
+  for (const auto& kind : Kinds()) {
+    if (kind.code != code) continue;
+    for (const auto name : kind.typeNames) AddUniqueType(candidates, std::string(name));
+  }
+  return candidates;
+}
+
+const std::vector<std::string>& ClipboardTypeCandidates(const std::string& code, std::vector<std::string>& scratch) {
+  static const auto known = [] {
+    std::vector<std::vector<std::string>> lists;
+    for (const auto& kind : Kinds()) lists.push_back(BuildClipboardTypeCandidates(std::string(kind.code)));
+    return lists;
+  }();
+  for (std::size_t i = 0; i < known.size(); ++i) {
+    if (Kinds()[i].code == code) return known[i];
+  }
+  scratch = BuildClipboardTypeCandidates(code);
+  return scratch;
+}
+
+std::string DetectXmlClipboardType(const std::string& xml) {
+  // Each block is searched for all marks while it is in the processor's cache.
+  constexpr std::size_t kBlock = 1 << 15;
+  std::size_t best = kMarkCount;
+  for (std::size_t begin = 0; begin < xml.size() && best > 0; begin += kBlock) {
+    const std::size_t end = std::min(begin + kBlock, xml.size());
+    best = BestTagMark(xml, begin, end, best);
+    if (best > kUuidMark && HoldsUuidMark(xml, begin, end)) best = kUuidMark;
+  }
+  return best == kMarkCount ? kNoMark : kMarks[best].code;
+}
+
+bool ProbeFileMakerClipboardXML(std::string& code, std::string& xml, std::string& error) {
+  for (const auto& kind : Kinds()) {
+    std::string found, readError;
+    const std::string kindCode(kind.code);
+    if (Clipboard::GetXML(kindCode, found, readError) && !found.empty()) {
+      code = kindCode;
+      xml = std::move(found);
+      error.clear();
+      return true;
+    }
+    if (error.empty()) error = readError;
+  }
+  return false;
+}

@@ -1,0 +1,27 @@
+// FileMaker's kinds of clipboard XML: their codes, the pasteboard type names that the host may use for each, and the
+// guess of a kind from XML text. FileMaker's main thread only, for the sake of ProbeFileMakerClipboardXML.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// What marks a plain text as FileMaker XML.
+inline constexpr std::string_view kSnippetMarker = "<fmxmlsnippet";
+
+/// Appends `type` unless it is empty or already in `list`.
+void AddUniqueType(std::vector<std::string>& list, const std::string& type);
+
+/// The type names under which the host may read or write the kind `code`, in the order in which they are tried. Any
+/// text is accepted as a code; one that is no known kind gets the generic names only.
+std::vector<std::string> BuildClipboardTypeCandidates(const std::string& code);
+
+/// The same without building: a known kind's list is kept, any other is built into `scratch`.
+const std::vector<std::string>& ClipboardTypeCandidates(const std::string& code, std::vector<std::string>& scratch);
+
+/// The code of the kind that `xml` seems to be; never empty.
+std::string DetectXmlClipboardType(const std::string& xml);
+
+/// Finds the first kind on the pasteboard that holds anything. When there is none, returns false with `code` and `xml`
+/// untouched and `error` set to the first error of a read, if there was any.
+bool ProbeFileMakerClipboardXML(std::string& code, std::string& xml, std::string& error);
