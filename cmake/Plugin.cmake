@@ -3,10 +3,16 @@
 
 add_library(varnix STATIC
   bridge/BridgeState.cpp
+  bridge/ClipboardUpkeep.cpp
   bridge/IdleLoop.cpp
+  clipboard/Clipboard.cpp
+  clipboard/ClipboardFunctions.cpp
+  clipboard/ClipboardTypes.cpp
+  core/Clock.cpp
   core/FunctionTable.cpp
   core/HostText.cpp
   core/Lines.cpp
+  core/Utf8.cpp
   host/FileIO.cpp
   net/Base64.cpp
   net/Json.cpp
