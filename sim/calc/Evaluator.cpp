@@ -121,7 +121,11 @@ Value Evaluator::operator()(const LetCall& call) {
 
 Value Evaluator::operator()(const WhileCall& call) {
   Assign(call.initial);
-  for (int round = 0; Run(*call.condition).AsBoolean(); ++round) {
+  for (int round = 0;; ++round) {
+    const Value condition = Run(*call.condition);
+    // It counts as true, but nothing would ever make it false.
+    if (condition.IsError()) return condition;
+    if (!condition.AsBoolean()) break;
     if (round >= recursionLimit_) return Value::OfError(errors::kTooManyRounds);
     Assign(call.logic);
   }

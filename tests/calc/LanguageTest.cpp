@@ -209,6 +209,7 @@ TEST(CalcControl, WhileGoesRoundUntilItsConditionFails) {
       {"While ( [ i = 0 ; s = \"\" ] ; i < 4 ; [ i = i + 1 ; s = s & i ] ; s )", "1234"},
       {"While ( i = 0 ; i < 3 ; i = i + 1 ; i )", "3"},
       {"While ( [ i = 0 ] ; i < 2 ; [ i = i + 1 ; $n = $n + i ] ; $n )", "3"},
+      {"While ( i = 0 ; 1/0 ; i = i + 1 ; i )", "error 15"},
       {"While ( i = 0 ; i < 50000 ; i = i + 1 ; i )", "50000"},
       {"While ( i = 0 ; i < 50001 ; i = i + 1 ; i )", "error 1200"},
       {"SetRecursion ( While ( i = 0 ; i < 60000 ; i = i + 1 ; i ) ; 60000 )", "60000"},
