@@ -12,10 +12,12 @@
 /// GNUstep's way to begin again with other arguments and another environment than the process was started with.
 extern "C" void GSInitializeProcess(int argc, char** argv, char** environment);
 
-// GNUstep takes the home from the password file; only a configuration file of its own leads it elsewhere.
+// GNUstep takes the home from the password file; only a configuration file of its own leads it elsewhere, unless the
+// developer's personal one, which is therefore shut out, has the last word.
 void MoveHome(const std::filesystem::path& home) {
   const std::filesystem::path configuration = home / "GNUstep.conf";
-  std::ofstream(configuration) << "GNUSTEP_USER_DEFAULTS_DIR=" << (home / "defaults").string() << '\n';
+  std::ofstream(configuration) << "GNUSTEP_USER_CONFIG_FILE=none\n"
+                               << "GNUSTEP_USER_DEFAULTS_DIR=" << (home / "defaults").string() << '\n';
   setenv("GNUSTEP_CONFIG_FILE", configuration.c_str(), 1);
   char program[] = "host";
   char* arguments[] = {program, nullptr};
