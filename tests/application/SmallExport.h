@@ -46,7 +46,7 @@ inline std::string Exit(const std::string& formula) {
 /// What a small file holds besides one table "Orders" with the fields "ID" and "Total".
 struct SmallFile {
   std::string name = "Small";
-  std::string steps;                 ///< of its script "Go"
+  std::string steps{};               ///< of its script "Go"
   std::string fullAccess = "False";  ///< whether "Go" runs with full access
   int privilegeSet = 1;              ///< of its account "Me"
   std::string privileges =

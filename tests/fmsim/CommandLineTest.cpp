@@ -48,8 +48,8 @@ TEST_F(Fmsim, SaysWhatFailedAndGoesOn) {
   const Case cases[] = {
       {{"--eval", "1 +", "--eval", "2"}, "2\n", "error 1204: a number, text, field name or \"(\" is expected here\n"},
       {{"--eval", "1 / 0"}, "", "error 15: division by zero\n"},
-      {{"--open", "/no/such.xml", "--eval", "2"}, "2\n", "/no/such.xml: No such file or directory\n"},
-      {{"--plugin", PLUGIN_FILE, "--eval", "Varnix.ReadFile"}, "", "error 1201: there are too few parameters\n"},
+      {{"--open", "/no/such.xml", "--eval", "2"}, "2\n", "/no/such.xml cannot be opened: No such file or directory\n"},
+      {{"--plugin", PLUGIN_FILE, "--eval", "Varnix.HTTPPost ( 1 )"}, "", "error 1201: there are too few parameters\n"},
       {{"--plugin", PLUGIN_FILE, "--eval", "Varnix.Version ( 1 )"}, "", "error 1202: there are too many parameters\n"},
       {{"--host-version", "55", "--plugin", PLUGIN_FILE},
        "",
@@ -113,7 +113,8 @@ TEST_F(Fmsim, ListsTheDesignOfASampleThroughThePlugin) {
   const std::string typed = "PatternCount ( Varnix.GetSchema ; \"\\\"type\\\":\\\"varchar\" ) > 0";
   EXPECT_EQ(eval({}, typed), "0\n") << "FileMaker refuses the query, so types stay unknown";
   EXPECT_EQ(eval({"--sql", "lenient"}, typed), "1\n");
-  EXPECT_EQ(eval({"--functions", "host"}, "RightWords ( Varnix.GetSchema ; 2 )"), "privilegeSets customFunctions\n");
+  EXPECT_EQ(eval({"--functions", "host"}, "Right ( Varnix.GetSchema ; 40 )"),
+            "\"privilegeSets\":[],\"customFunctions\":[]}\n");
   EXPECT_EQ(eval({}, "Left ( Varnix.GetSchema ( \"Timesheets\" ) ; 20 )"), "{\"file\":\"Timesheets\"\n");
   EXPECT_EQ(eval({}, "Varnix.GetSchema ( \"Closed\" )"), "{}\n");
   EXPECT_EQ(eval({}, "Varnix.ListFiles"), "Workshop\nTimesheets\n");
