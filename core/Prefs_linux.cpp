@@ -8,17 +8,15 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <bit>
 #include <cerrno>
 #include <chrono>
-#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <optional>
 #include <string_view>
 #include <thread>
 
+#include "core/Utf8.h"
 #include "host/FileDescriptor.h"
 #include "host/FileIO.h"
 
@@ -68,25 +66,6 @@ std::optional<std::string> StoredLines(const std::string& path) {
   return lines;
 }
 
-/// UTF-8 without zero bytes, as a text from FileMaker is.
-bool IsText(std::string_view bytes) {
-  constexpr std::uint32_t kSmallest[] = {0, 1, 0x80, 0x800, 0x10000};  // by sequence length
-  while (!bytes.empty()) {
-    const auto lead = static_cast<unsigned char>(bytes[0]);
-    const int ones = std::countl_one(lead);
-    const std::size_t length = std::max(ones, 1);
-    if (ones == 1 || ones > 4 || bytes.size() < length) return false;
-    std::uint32_t code = lead & (0x7Fu >> ones);
-    for (const char c : bytes.substr(1, length - 1)) {
-      if ((c & 0xC0) != 0x80) return false;
-      code = code << 6 | (c & 0x3Fu);
-    }
-    if (code < kSmallest[length] || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF)) return false;
-    bytes.remove_prefix(length);
-  }
-  return true;
-}
-
 std::string Escaped(std::string_view value) {
   std::string escaped;
   for (const char c : value) {
@@ -106,7 +85,8 @@ std::optional<std::string> Unescaped(std::string_view escaped) {
     if (!opens) value += afterBackslash && c == 'n' ? '\n' : c;
     afterBackslash = opens;
   }
-  return !afterBackslash && IsText(value) ? std::make_optional(value) : std::nullopt;
+  const bool isText = IsUtf8(value) && value.find('\0') == value.npos;
+  return !afterBackslash && isText ? std::make_optional(value) : std::nullopt;
 }
 
 /// Takes the first line, with its line end, off `lines`.
@@ -176,7 +156,7 @@ void ReplaceFile(const std::string& path, std::string_view content, const FileDe
 
 void Save(std::string_view name, std::string_view value) {
   const std::string directoryPath = StoreDirectory();
-  if (directoryPath.empty() || !IsText(value)) return;
+  if (directoryPath.empty() || !IsUtf8(value)) return;
   MakeDirectories(directoryPath);
   const FileDescriptor directory(open(directoryPath.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (!directory.IsOpen() || !LockOutOtherSaves(directory)) return;
