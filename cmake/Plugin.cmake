@@ -20,9 +20,24 @@ add_library(varnix STATIC
   schema/OpenFiles.cpp
   schema/SchemaBuilder.cpp)
 if(APPLE)
-  target_sources(varnix PRIVATE core/Prefs_mac.mm)
+  target_sources(varnix PRIVATE clipboard/Clipboard_mac.mm core/Prefs_mac.mm)
 else()
-  target_sources(varnix PRIVATE core/Prefs_linux.cpp)
+  find_package(PkgConfig REQUIRED)
+  pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb)
+  find_package(Threads REQUIRED)
+  target_sources(varnix PRIVATE
+    clipboard/Clipboard_linux.cpp
+    clipboard/PasteboardContent.cpp
+    clipboard/x11/Connection.cpp
+    clipboard/x11/Conversion.cpp
+    clipboard/x11/Latin1.cpp
+    clipboard/x11/PropertyWriter.cpp
+    clipboard/x11/SelectionOwner.cpp
+    clipboard/x11/SelectionReader.cpp
+    clipboard/x11/Session.cpp
+    clipboard/x11/SystemClipboard.cpp
+    core/Prefs_linux.cpp)
+  target_link_libraries(varnix PRIVATE PkgConfig::XCB Threads::Threads)
 endif()
 target_include_directories(varnix PUBLIC ${PROJECT_SOURCE_DIR})
 
@@ -44,7 +59,7 @@ target_link_libraries(plugin PRIVATE varnix)
 set_target_properties(plugin PROPERTIES PREFIX "" OUTPUT_NAME Varnix LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
 if(APPLE)
   set_target_properties(plugin PROPERTIES BUNDLE ON BUNDLE_EXTENSION fmplugin)
-  target_link_libraries(plugin PRIVATE "-framework Foundation")
+  target_link_libraries(plugin PRIVATE "-framework AppKit" "-framework ApplicationServices" "-framework Foundation")
   target_link_options(plugin PRIVATE "LINKER:-exported_symbols_list,${PROJECT_SOURCE_DIR}/cmake/exports.txt")
   if(FMWRAPPER_SDK)
     target_link_libraries(plugin PRIVATE "-F${FMWRAPPER_SDK}" "-framework FMWrapper")
