@@ -15,6 +15,8 @@ struct FakePasteboard {
 
   /// The store. The general view shows the first item's entries, then those of the others.
   std::vector<Item> items;
+  /// The types that the general view's last declaration promised, in its order.
+  std::vector<std::string> declared;
   /// Whether the system has the older view.
   bool hasItems = true;
   /// Calls to refuse, as they are recorded: "PutFlavor Mac-XMSS", "ClearItems", "SetString".
@@ -48,7 +50,10 @@ struct FakePasteboard {
   }
 
   /// As if another program had replaced the content.
-  void Replace(Item item) { items = {std::move(item)}; }
+  void Replace(Item item) {
+    items = {std::move(item)};
+    declared.clear();
+  }
 };
 
 class FakePasteboardAccess : public Pasteboard {
@@ -59,6 +64,7 @@ class FakePasteboardAccess : public Pasteboard {
   bool ClearItems() override {
     if (!fake_.Accept("ClearItems")) return false;
     fake_.items.clear();
+    fake_.declared.clear();
     ++fake_.writes;
     return true;
   }
@@ -78,13 +84,13 @@ class FakePasteboardAccess : public Pasteboard {
   void DeclareTypes(bool text, const std::vector<std::string>& types) override {
     ++fake_.writes;
     fake_.items.clear();
-    declared_ = types;
-    if (text) declared_.insert(declared_.begin(), FakePasteboard::kText);
+    fake_.declared = types;
+    if (text) fake_.declared.insert(fake_.declared.begin(), FakePasteboard::kText);
     fake_.Accept("DeclareTypes");
   }
   bool SetData(const std::string& type, const std::string& bytes) override {
     if (!fake_.Accept("SetData " + type)) return false;
-    if (std::find(declared_.begin(), declared_.end(), type) == declared_.end()) return false;
+    if (std::find(fake_.declared.begin(), fake_.declared.end(), type) == fake_.declared.end()) return false;
     if (fake_.items.empty()) fake_.items.emplace_back();
     fake_.items.front().emplace_back(type, bytes);
     return true;
@@ -125,5 +131,4 @@ class FakePasteboardAccess : public Pasteboard {
   }
 
   FakePasteboard& fake_;
-  std::vector<std::string> declared_;
 };

@@ -1,0 +1,218 @@
+// The pasteboard seam of macOS over stand-ins of Carbon and AppKit: both views of one pasteboard, what happens to
+// refusals, and that nothing outlives an access.
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "tests/mac/standin/PasteboardControl.h"
+#include "tests/support/FakePasteboard.h"
+
+namespace {
+
+using namespace std::string_literals;
+using Names = std::vector<std::string>;
+using Items = std::vector<FakePasteboard::Item>;
+
+constexpr char kText[] = "public.utf8-plain-text";
+constexpr char kNotUtf8[] = "Mac-\xC3";
+
+struct PasteboardMacTest : testing::Test {
+  PasteboardMacTest() { FakePasteboard::Current() = &fake; }
+  ~PasteboardMacTest() override {
+    PasteboardControl::raising.clear();
+    access.reset();
+    EXPECT_EQ(PasteboardControl::CoreObjects(), 0u);
+  }
+
+  FakePasteboard fake;
+  std::unique_ptr<Pasteboard> access = Pasteboard::Open();
+};
+
+TEST_F(PasteboardMacTest, ShowsInTheGeneralViewWhatTheOlderOneWrote) {
+  const FakePasteboard::Item item = {{"Mac-XMSS", "\0\xFF<x/>\0"s}, {"Ä", ""}, {kText, "\xEF\xBB\xBFGröße\r\n"}};
+  ASSERT_TRUE(access->OpenItems());
+  ASSERT_TRUE(access->ClearItems());
+  for (const auto& [type, bytes] : item) EXPECT_TRUE(access->PutFlavor(type, bytes)) << type;
+  access->SynchronizeItems();
+  EXPECT_EQ(fake.calls, (Names{"OpenItems", "ClearItems", "PutFlavor Mac-XMSS", "PutFlavor Ä",
+                               "PutFlavor public.utf8-plain-text", "SynchronizeItems"}));
+  EXPECT_EQ(fake.items, Items{item});
+
+  EXPECT_EQ(access->Types(), (Names{"Mac-XMSS", "Ä", kText}));
+  for (const auto& [type, bytes] : item) {
+    std::string read = "before";
+    EXPECT_TRUE(access->DataForType(type, read));
+    EXPECT_EQ(read, bytes);
+  }
+  EXPECT_EQ(access->String(), item.back().second);
+  EXPECT_EQ(access->AvailableType({"Mac-XMTB", kNotUtf8, "Ä", "Mac-XMSS"}), "Ä");
+  EXPECT_EQ(access->AvailableType({"Mac-XMTB"}), "");
+}
+
+TEST_F(PasteboardMacTest, ShowsInTheOlderViewWhatTheGeneralOneWroteOnceSynchronized) {
+  ASSERT_TRUE(access->OpenItems());
+  access->DeclareTypes(true, {"Mac-XMSS", kNotUtf8, "Ä"});
+  EXPECT_EQ(access->Types(), (Names{kText, "Mac-XMSS", "Ä"}));
+  EXPECT_TRUE(access->SetData("Ä", ""));
+  EXPECT_TRUE(access->SetData("Mac-XMSS", "\0\xFF<x/>"s));
+  EXPECT_FALSE(access->SetData("Mac-XMTB", "not declared"));
+  EXPECT_TRUE(access->SetString("\xEF\xBB\xBF\xEF\xBB\xBFG\0röße 🎻\r\n"s));
+
+  EXPECT_EQ(access->ItemCount(), 0u);
+  access->SynchronizeItems();
+  EXPECT_EQ(access->ItemCount(), 1u);
+  const FakePasteboard::Item expected = {
+      {"Ä", ""}, {"Mac-XMSS", "\0\xFF<x/>"s}, {kText, "\xEF\xBB\xBF\xEF\xBB\xBFG\0röße 🎻\r\n"s}};
+  EXPECT_EQ(fake.items, Items{expected});
+  for (const auto& [type, bytes] : expected) {
+    std::string read = "before";
+    EXPECT_TRUE(access->CopyFlavor(1, type, read));
+    EXPECT_EQ(read, bytes);
+  }
+  EXPECT_EQ(access->String(), fake.Text());
+}
+
+TEST_F(PasteboardMacTest, CopiesTheFlavourOfTheItemAskedFor) {
+  fake.items = {{{"Mac-XMSS", "first"}}, {{"Mac-XMSS", "second"}, {"Mac-XMTB", "other"}}};
+  ASSERT_TRUE(access->OpenItems());
+  access->SynchronizeItems();
+  EXPECT_EQ(access->ItemCount(), 2u);
+  const auto copy = [&](std::size_t item, const std::string& type) {
+    std::string bytes = "untouched";
+    const bool copied = access->CopyFlavor(item, type, bytes);
+    EXPECT_EQ(copied, bytes != "untouched");
+    return bytes;
+  };
+  EXPECT_EQ(copy(1, "Mac-XMSS"), "first");
+  EXPECT_EQ(copy(2, "Mac-XMSS"), "second");
+  EXPECT_EQ(copy(2, "Mac-XMTB"), "other");
+  EXPECT_EQ(copy(1, "Mac-XMTB"), "untouched");
+  EXPECT_EQ(copy(0, "Mac-XMSS"), "untouched");
+  EXPECT_EQ(copy(3, "Mac-XMSS"), "untouched");
+}
+
+TEST_F(PasteboardMacTest, TellsWhatTheSystemRefuses) {
+  std::string bytes = "untouched";
+  struct Case {
+    Names refusals;
+    std::function<bool()> call;
+  };
+  const Case cases[] = {
+      {{"OpenItems"}, [&] { return access->OpenItems(); }},
+      {{"ClearItems"}, [&] { return access->ClearItems(); }},
+      {{"PutFlavor A", "CFString", "CFData"}, [&] { return access->PutFlavor("A", "new"); }},
+      {{"ItemCount"}, [&] { return access->ItemCount() == 1; }},
+      {{"CopyFlavor A", "GetItemIdentifier", "CFString"}, [&] { return access->CopyFlavor(1, "A", bytes); }},
+      {{"SetData A"}, [&] { return access->SetData("A", "new"); }},
+      {{"SetString"}, [&] { return access->SetString("new"); }},
+      {{"AvailableType"}, [&] { return access->AvailableType({"A"}) == "A"; }},
+      {{"DataForType A"}, [&] { return access->DataForType("A", bytes); }},
+      {{"String"}, [&] { return access->String() == "text"; }},
+      {{"Types"}, [&] { return !access->Types().empty(); }},
+  };
+  ASSERT_TRUE(access->OpenItems());
+  for (const auto& [refusals, call] : cases) {
+    for (const auto& refusal : refusals) {
+      fake.Replace({{"A", "data"}, {kText, "text"}});
+      access->SynchronizeItems();
+      fake.refused = {refusal};
+      EXPECT_FALSE(call()) << refusal;
+      EXPECT_EQ(bytes, "untouched") << refusal;
+      EXPECT_EQ(fake.items.front().size(), 2u) << refusal;
+      fake.refused.clear();
+    }
+  }
+}
+
+TEST_F(PasteboardMacTest, TakesALostPasteboardServerForARefusal) {
+  access->DeclareTypes(true, {"A"});
+  PasteboardControl::raising = {"DeclareTypes",  "SetData A", "SetString", "AvailableType",
+                                "DataForType A", "String",    "Types"};
+  std::string bytes = "untouched";
+  EXPECT_FALSE(access->SetData("A", "new"));
+  EXPECT_FALSE(access->SetString("new"));
+  EXPECT_EQ(access->AvailableType({"A"}), "");
+  EXPECT_FALSE(access->DataForType("A", bytes));
+  EXPECT_EQ(bytes, "untouched");
+  EXPECT_EQ(access->String(), "");
+  EXPECT_EQ(access->Types(), Names());
+  access->DeclareTypes(true, {"B"});
+  EXPECT_EQ(fake.calls.back(), "DeclareTypes");
+}
+
+TEST_F(PasteboardMacTest, ReachesTheSystemWithNothingThatIsNotUtf8) {
+  ASSERT_TRUE(access->OpenItems());
+  ASSERT_TRUE(access->ClearItems());
+  ASSERT_TRUE(access->PutFlavor(kText, "\xFF"));
+  access->SynchronizeItems();
+  fake.calls.clear();
+  std::string bytes = "untouched";
+  EXPECT_FALSE(access->PutFlavor(kNotUtf8, "x"));
+  EXPECT_FALSE(access->CopyFlavor(1, kNotUtf8, bytes));
+  EXPECT_FALSE(access->SetData(kNotUtf8, "x"));
+  EXPECT_FALSE(access->DataForType(kNotUtf8, bytes));
+  EXPECT_EQ(bytes, "untouched");
+  for (const auto& text : {"\xC3"s, "\xED\xA0\x80"s, "\xC0\x80"s, "\xEF\xBB\xBF\xFF"s, "x\xF4\x90\x80\x80"s}) {
+    EXPECT_FALSE(access->SetString(text));
+  }
+  EXPECT_EQ(fake.calls, Names{"GetItemIdentifier"});
+  EXPECT_EQ(access->String(), "") << "what another program calls a text";
+}
+
+TEST_F(PasteboardMacTest, PutsIntoTheItemAsLongAsItOwnsThePasteboard) {
+  ASSERT_TRUE(access->OpenItems());
+  EXPECT_FALSE(access->PutFlavor("A", "before clearing"));
+  ASSERT_TRUE(access->ClearItems());
+  EXPECT_TRUE(access->PutFlavor("A", "1"));
+  EXPECT_FALSE(access->PutFlavor("A", "2"));
+  const auto other = Pasteboard::Open();
+  other->DeclareTypes(false, {"B"});
+  EXPECT_FALSE(access->PutFlavor("C", "3"));
+  EXPECT_TRUE(other->SetData("B", "4"));
+  EXPECT_EQ(fake.items, (Items{{{"B", "4"}}}));
+}
+
+TEST_F(PasteboardMacTest, CarriesAHundredMegabytes) {
+  std::string bytes(100'000'000, '\0');
+  for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i * 2654435761u >> 24);
+  std::string read;
+  ASSERT_TRUE(access->OpenItems());
+  ASSERT_TRUE(access->ClearItems());
+  EXPECT_TRUE(access->PutFlavor("A", bytes));
+  EXPECT_TRUE(access->CopyFlavor(1, "A", read));
+  EXPECT_TRUE(read == bytes);
+
+  read.clear();
+  access->DeclareTypes(false, {"A"});
+  EXPECT_TRUE(access->SetData("A", bytes));
+  EXPECT_TRUE(access->DataForType("A", read));
+  EXPECT_TRUE(read == bytes);
+}
+
+TEST_F(PasteboardMacTest, KeepsNothingAliveBeyondAnAccess) {
+  const auto useAll = [&] {
+    const auto pasteboard = Pasteboard::Open();
+    std::string bytes;
+    pasteboard->OpenItems();
+    pasteboard->OpenItems();
+    pasteboard->DeclareTypes(true, {"A"});
+    pasteboard->SetData("A", "x");
+    pasteboard->SetString("\xEF\xBB\xBFx");
+    pasteboard->AvailableType({"A"});
+    pasteboard->DataForType("A", bytes);
+    pasteboard->String();
+    pasteboard->Types();
+    return PasteboardControl::FoundationObjects();
+  };
+  for (const bool raises : {false, true}) {
+    if (raises) PasteboardControl::raising = {"SetData A", "SetString", "String"};
+    useAll();  // the runtime keeps some objects from the first time
+    const int before = PasteboardControl::FoundationObjects();
+    const int during = useAll();
+    EXPECT_GT(during, before);
+    EXPECT_EQ(PasteboardControl::FoundationObjects(), before);
+    EXPECT_EQ(PasteboardControl::CoreObjects(), 0u);
+  }
+}
+
+}  // namespace

@@ -1,0 +1,67 @@
+// Carbon's Pasteboard Manager and as much of Core Foundation as it takes, over the pasteboard that a test has made
+// current. Declared as in Apple's headers.
+#pragma once
+
+#include <cstdint>
+
+using UInt8 = std::uint8_t;
+using Boolean = unsigned char;
+using OSStatus = std::int32_t;
+using ItemCount = unsigned long;
+
+using CFIndex = long;
+using CFTypeRef = const void*;
+using CFAllocatorRef = const struct __CFAllocator*;
+using CFStringRef = const struct __CFString*;
+using CFDataRef = const struct __CFData*;
+using CFStringEncoding = std::uint32_t;
+
+constexpr CFAllocatorRef kCFAllocatorDefault = nullptr;
+constexpr CFStringEncoding kCFStringEncodingUTF8 = 0x08000100;
+
+#pragma clang assume_nonnull begin
+
+/// Never released.
+CFStringRef StandInConstantString(const char* text);
+#define CFSTR(text) StandInConstantString(text)
+
+void CFRelease(CFTypeRef object);
+CFStringRef _Nullable CFStringCreateWithBytes(CFAllocatorRef _Nullable allocator, const UInt8* _Nullable bytes,
+                                              CFIndex length, CFStringEncoding encoding,
+                                              Boolean isExternalRepresentation);
+CFDataRef _Nullable CFDataCreate(CFAllocatorRef _Nullable allocator, const UInt8* _Nullable bytes, CFIndex length);
+CFIndex CFDataGetLength(CFDataRef data);
+const UInt8* _Nullable CFDataGetBytePtr(CFDataRef data);
+
+using PasteboardRef = struct OpaquePasteboardRef*;
+using PasteboardItemID = void*;
+using PasteboardFlavorFlags = std::uint32_t;
+using PasteboardSyncFlags = std::uint32_t;
+
+enum : OSStatus {
+  noErr = 0,
+  badPasteboardSyncErr = -25130,
+  badPasteboardIndexErr = -25131,
+  badPasteboardItemErr = -25132,
+  badPasteboardFlavorErr = -25133,
+  duplicatePasteboardFlavorErr = -25134,
+  notPasteboardOwnerErr = -25135,
+  noPasteboardPromiseKeeperErr = -25136,
+};
+
+#define kPasteboardClipboard CFSTR("com.apple.pasteboard.clipboard")
+constexpr PasteboardFlavorFlags kPasteboardFlavorNoFlags = 0;
+constexpr PasteboardSyncFlags kPasteboardModified = 1 << 0;
+constexpr PasteboardSyncFlags kPasteboardClientIsOwner = 1 << 1;
+
+OSStatus PasteboardCreate(CFStringRef _Nullable name, PasteboardRef _Nullable* created);
+PasteboardSyncFlags PasteboardSynchronize(PasteboardRef pasteboard);
+OSStatus PasteboardClear(PasteboardRef pasteboard);
+OSStatus PasteboardGetItemCount(PasteboardRef pasteboard, ItemCount* count);
+OSStatus PasteboardGetItemIdentifier(PasteboardRef pasteboard, CFIndex index, PasteboardItemID _Nullable* item);
+OSStatus PasteboardCopyItemFlavorData(PasteboardRef pasteboard, PasteboardItemID item, CFStringRef type,
+                                      CFDataRef _Nullable* data);
+OSStatus PasteboardPutItemFlavor(PasteboardRef pasteboard, PasteboardItemID item, CFStringRef type,
+                                 CFDataRef _Nullable data, PasteboardFlavorFlags flags);
+
+#pragma clang assume_nonnull end
