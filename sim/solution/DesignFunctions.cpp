@@ -184,7 +184,7 @@ Value WindowNames(const OpenFiles& files, const Solution* current, Arguments arg
   const Solution* file = FileOf(files, current, arguments);
   List list;
   for (const Window& window : files.windows) {
-    if (arguments.empty() || (file && window.solution == file)) list.Add(window.name);
+    if (arguments.empty() || window.solution == file) list.Add(window.name);
   }
   return std::move(list).Result();
 }

@@ -10,6 +10,8 @@ namespace {
 constexpr std::u16string_view kSpace = u" \t\r\n";
 constexpr std::u16string_view kSymbols[] = {u"<>", u"<=", u">=", u"=", u"<", u">", u"(", u")", u",", u"*", u"?"};
 constexpr std::u16string_view kDoubledQuote = u"''";
+// What tells an empty literal from a doubled quote that opens a text: the end of the predicate, or an escaped quote.
+constexpr std::u16string_view kAfterEmptyText = u" \t\r\n,)'";
 
 bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 bool IsLetter(char16_t unit) {
@@ -77,12 +79,10 @@ class Lexer {
 
   std::u16string Text() {
     if (lenient_ && rest_.starts_with(kDoubledQuote)) {
-      // An empty literal is followed by a space, a comma, a bracket or nothing; a third quote makes it an escape.
       const auto after = rest_.substr(kDoubledQuote.size());
       const auto end = after.find(u'\'');
-      const bool opensText = !after.empty() && (kSpace.find(after.front()) == kSpace.npos) && after.front() != u',' &&
-                             after.front() != u')' && end != 0;
-      if (opensText && end != after.npos && after.substr(end).starts_with(kDoubledQuote)) {
+      const bool isEmpty = after.empty() || kAfterEmptyText.find(after.front()) != kAfterEmptyText.npos;
+      if (!isEmpty && end != after.npos && after.substr(end).starts_with(kDoubledQuote)) {
         rest_.remove_prefix(2 * kDoubledQuote.size() + end);
         return std::u16string(after.substr(0, end));
       }

@@ -1,3 +1,4 @@
+// What the design functions list, in which order, and for which file.
 #include "sim/solution/DesignFunctions.h"
 
 #include <gtest/gtest.h>
@@ -79,8 +80,7 @@ TEST_F(DesignFunctionsTest, ListNamesInTheOrderOfTheirKind) {
        "2::Number|1::Title|1::Name"},
       {u"ExecuteSQL", {u"SELECT", u""}, "wrong number"},
       {u"ScriptNames", {}, "wrong number"},
-      {u"FieldNames", {u""}, "wrong number"},
-  };
+      {u"FieldNames", {u""}, "wrong number"}};
   for (const auto& test : cases) EXPECT_EQ(Call(test.name, test.arguments), test.expected) << calc::ToUtf8(test.name);
 }
 
@@ -89,27 +89,25 @@ TEST_F(DesignFunctionsTest, FieldsComeFromALayoutsTableBeforeAnOccurrenceOfThatN
     const char16_t* name;
     std::vector<std::u16string> arguments;
     const char* expected;
-  } cases[] = {
-      {u"FieldNames", {u"", u"ORDERS"}, "Name"},
-      {u"FieldNames", {u"", u"List"}, "Name"},
-      {u"FieldNames", {u"", u"Contacts"}, "Name"},
-      {u"FieldNames", {u"", u"Remote"}, ""},
-      {u"FieldNames", {u"", u"Blank"}, ""},
-      {u"FieldNames", {u"", u"Zoo"}, ""},
-      {u"FieldNames", {u"", u"-"}, ""},
-      {u"FieldNames", {u"", u"Nope"}, ""},
-      {u"FieldType", {u"", u"Orders::number"}, "Standard Number Indexed 1"},
-      {u"FieldType", {u"", u"Title"}, "Standard Text Unindexed 3"},
-      {u"FieldType", {u"", u"Total"}, "StoredCalc Number Unindexed 1"},
-      {u"FieldType", {u"", u"Now"}, "UnstoredCalc Time Unindexed 1"},
-      {u"FieldType", {u"", u"Latest"}, "Summary Timestamp Unindexed 1"},
-      {u"FieldType", {u"", u"Orders::Due"}, "Global Date Unindexed 1"},
-      {u"FieldType", {u"", u"Orders::Name"}, ""},
-      {u"FieldType", {u"", u"Nope::Title"}, ""},
-      {u"FieldComment", {u"", u"Orders::Number"}, "unique"},
-      {u"FieldRepetitions", {u"", u"List", u"Name"}, "1"},
-      {u"FieldRepetitions", {u"", u"List", u"Title"}, ""},
-  };
+  } cases[] = {{u"FieldNames", {u"", u"ORDERS"}, "Name"},
+               {u"FieldNames", {u"", u"List"}, "Name"},
+               {u"FieldNames", {u"", u"Contacts"}, "Name"},
+               {u"FieldNames", {u"", u"Remote"}, ""},
+               {u"FieldNames", {u"", u"Blank"}, ""},
+               {u"FieldNames", {u"", u"Zoo"}, ""},
+               {u"FieldNames", {u"", u"-"}, ""},
+               {u"FieldNames", {u"", u"Nope"}, ""},
+               {u"FieldType", {u"", u"Orders::number"}, "Standard Number Indexed 1"},
+               {u"FieldType", {u"", u"Title"}, "Standard Text Unindexed 3"},
+               {u"FieldType", {u"", u"Total"}, "StoredCalc Number Unindexed 1"},
+               {u"FieldType", {u"", u"Now"}, "UnstoredCalc Time Unindexed 1"},
+               {u"FieldType", {u"", u"Latest"}, "Summary Timestamp Unindexed 1"},
+               {u"FieldType", {u"", u"Orders::Due"}, "Global Date Unindexed 1"},
+               {u"FieldType", {u"", u"Orders::Name"}, ""},
+               {u"FieldType", {u"", u"Nope::Title"}, ""},
+               {u"FieldComment", {u"", u"Orders::Number"}, "unique"},
+               {u"FieldRepetitions", {u"", u"List", u"Name"}, "1"},
+               {u"FieldRepetitions", {u"", u"List", u"Title"}, ""}};
   for (const auto& test : cases)
     EXPECT_EQ(Call(test.name, test.arguments), test.expected) << calc::ToUtf8(test.arguments[1]);
   sales_.layouts.clear();

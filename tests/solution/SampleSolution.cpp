@@ -1,3 +1,4 @@
+// A small design, member by member.
 #include "tests/solution/SampleSolution.h"
 
 #include <utility>

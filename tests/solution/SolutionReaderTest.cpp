@@ -1,3 +1,4 @@
+// Exports of every version and encoding, and everything that is not one.
 #include "sim/solution/SolutionReader.h"
 
 #include <gtest/gtest.h>
@@ -6,8 +7,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "sim/calc/Unicode.h"
 #include "tests/solution/ExportBuilder.h"
@@ -15,85 +17,57 @@
 namespace sim {
 namespace {
 
-/// Carriage returns as \r.
 std::string Show(std::u16string_view text) {
   std::string shown;
   for (const char byte : calc::ToUtf8(text)) shown += byte == '\r' ? std::string("\\r") : std::string(1, byte);
   return shown;
 }
 
-void Describe(std::ostream& out, const Field& field) {
-  constexpr const char* kClasses[] = {"normal", "calculated", "summary"};
-  constexpr const char* kTypes[] = {"text", "number", "date", "time", "timestamp", "container"};
-  out << "  field " << field.id << " " << Show(field.name) << " " << kClasses[static_cast<int>(field.fieldClass)] << " "
-      << kTypes[static_cast<int>(field.dataType)];
-  if (field.global) out << " global";
-  if (!field.stored) out << " unstored";
-  if (field.indexed) out << " indexed";
-  if (field.repetitions != 1) out << " " << field.repetitions << " repetitions";
-  if (field.maximumLength) out << " max " << *field.maximumLength;
-  if (!field.formula.empty()) out << " = " << Show(field.formula);
-  if (!field.comment.empty()) out << ", comment " << Show(field.comment);
-  out << "\n";
+std::string Show(int number) { return std::to_string(number); }
+
+template <typename Number>
+std::string Show(const std::optional<Number>& number) {
+  return number ? std::to_string(*number) : "-";
 }
 
-void Describe(std::ostream& out, const ScriptStep& step) {
-  out << "  step " << step.id << " " << Show(step.name) << (step.enabled ? ":" : " (disabled):");
-  if (!step.text.empty()) out << " " << Show(step.text);
-  if (!step.repetition.empty()) out << " [" << Show(step.repetition) << "]";
-  if (!step.title.empty()) out << " title " << Show(step.title);
-  if (!step.calculation.empty()) out << " = " << Show(step.calculation);
-  for (const auto& destination : step.destinations) out << " to " << Show(destination);
-  out << "\n";
+std::string Show(const std::vector<std::u16string>& texts) {
+  std::string shown;
+  for (const auto& text : texts) shown += (shown.empty() ? "" : ", ") + Show(text);
+  return shown;
 }
 
-template <typename Item>
-std::string Listed(const char* what, const Item& item) {
-  constexpr const char* kKinds[] = {"item", "folder", "end", "separator"};
-  return std::string(what) + " " + kKinds[static_cast<int>(item.kind)] + " " + std::to_string(item.id) + " " +
-         Show(item.name);
+/// One line: what it is about and all it holds.
+template <typename... Members>
+std::string Line(std::string line, const Members&... members) {
+  ((line += "|" + Show(members)), ...);
+  return line + "\n";
 }
 
 std::string Describe(const Solution& file) {
-  std::ostringstream out;
-  out << "file " << Show(file.fileName) << ", " << Show(file.name) << ", saved by " << Show(file.savedBy) << ", login "
-      << Show(file.autoLoginAccount) << ", layout " << file.startLayoutId.value_or(0) << "\n";
+  std::string text = Line("file", file.fileName, file.name, file.savedBy, file.autoLoginAccount, file.startLayoutId);
   for (const auto& table : file.baseTables) {
-    out << "table " << table.id << " " << Show(table.name) << ", " << table.modifications << " modifications\n";
-    for (const auto& field : table.fields) Describe(out, field);
+    text += Line("table", table.id, table.name, table.modifications);
+    for (const auto& field : table.fields) {
+      text += Line("field", field.id, field.name, static_cast<int>(field.fieldClass), static_cast<int>(field.dataType),
+                   field.global, field.stored, field.indexed, field.repetitions, field.maximumLength, field.formula,
+                   field.comment);
+    }
   }
-  for (const auto& occurrence : file.occurrences) {
-    out << "occurrence " << occurrence.id << " " << Show(occurrence.name) << " of "
-        << (occurrence.baseTableId ? std::to_string(*occurrence.baseTableId) : "none") << "\n";
-  }
-  for (const auto& layout : file.layouts) {
-    out << Listed("layout", layout);
-    if (layout.occurrenceId) out << " of " << *layout.occurrenceId;
-    out << "\n";
-  }
+  for (const auto& it : file.occurrences) text += Line("occurrence", it.id, it.name, it.baseTableId);
+  for (const auto& it : file.layouts)
+    text += Line("layout", it.id, it.name, static_cast<int>(it.kind), it.occurrenceId);
   for (const auto& script : file.scripts) {
-    out << Listed("script", script) << (script.runWithFullAccess ? " with full access\n" : "\n");
-    for (const auto& step : script.steps) Describe(out, step);
+    text += Line("script", script.id, script.name, static_cast<int>(script.kind), script.runWithFullAccess);
+    for (const auto& step : script.steps) {
+      text += Line("step", step.id, step.name, step.enabled, step.text, step.calculation, step.repetition, step.title,
+                   step.destinations);
+    }
   }
-  for (const auto& list : file.valueLists) {
-    out << "value list " << list.id << " " << Show(list.name) << (list.customValues.empty() ? ":" : ": ")
-        << Show(list.customValues) << "\n";
-  }
-  for (const auto& function : file.customFunctions) {
-    out << "function " << Show(function.name) << " ( ";
-    for (const auto& parameter : function.parameters) out << Show(parameter) << " ";
-    out << ") = " << Show(function.formula) << "\n";
-  }
-  for (const auto& set : file.privilegeSets) {
-    out << "privilege set " << set.id << " " << Show(set.name);
-    for (const auto& privilege : set.extendedPrivileges) out << " " << Show(privilege);
-    out << "\n";
-  }
-  for (const auto& account : file.accounts) {
-    out << "account " << account.id << " " << Show(account.name) << (account.enabled ? "" : " (disabled)") << " set "
-        << account.privilegeSetId << "\n";
-  }
-  return out.str();
+  for (const auto& it : file.valueLists) text += Line("value list", it.id, it.name, it.customValues);
+  for (const auto& it : file.customFunctions) text += Line("function", it.name, it.parameters, it.formula);
+  for (const auto& it : file.privilegeSets) text += Line("privilege set", it.id, it.name, it.extendedPrivileges);
+  for (const auto& it : file.accounts) text += Line("account", it.id, it.name, it.enabled, it.privilegeSetId);
+  return text;
 }
 
 /// The design of an export, or the error.
@@ -122,13 +96,13 @@ std::string Root(const std::string& attributes) {
 }
 
 TEST(SolutionReader, ReadsTheSameDesignFromEveryFormatVersion) {
-  for (const FormatVersion& version : kFormatVersions) {
-    EXPECT_EQ(Open(BuildExport(version)), kExportedDesign) << version.number;
+  for (const std::string_view version : kFormatVersions) {
+    EXPECT_EQ(Open(BuildExport(version)), kExportedDesign) << version;
   }
 }
 
 TEST(SolutionReader, ReadsTheSameDesignFromEveryEncodingWhateverTheDeclarationSays) {
-  std::string text = BuildExport(kFormatVersions[5]);
+  const std::string text = BuildExport("2.2.3.0");
   for (const std::string declared : {"", " encoding=\"ISO-8859-1\"", " encoding=\"UTF-16\""}) {
     const std::string content = "<?xml version=\"1.0\"" + declared + "?>" + text.substr(text.find('\n'));
     const std::string marked = kMark + content;
@@ -141,14 +115,14 @@ TEST(SolutionReader, ReadsTheSameDesignFromEveryEncodingWhateverTheDeclarationSa
 
 TEST(SolutionReader, TakesLineFeedsInAValueListForTheCarriageReturnsTheyWere) {
   for (const std::string converted : {"\n", "\r\n"}) {
-    std::string text = BuildExport(kFormatVersions[1]);
+    std::string text = BuildExport("2.1.0.0");
     text.replace(text.find("Yes\rNo"), 6, "Yes" + converted + "No");
     EXPECT_EQ(Open(text), kExportedDesign);
   }
 }
 
 TEST(SolutionReader, TakesMissingCatalogsForEmptyOnes) {
-  EXPECT_EQ(Open(Root("version=\"2.2.3.0\" File=\"Mini\"")), "file Mini, Mini, saved by , login , layout 0\n");
+  EXPECT_EQ(Open(Root("version=\"2.2.3.0\" File=\"Mini\"")), "file|Mini|Mini|||-\n");
 }
 
 TEST(SolutionReader, RefusesWhatIsNoUsableExportWithTheReason) {
@@ -196,7 +170,7 @@ TEST(SolutionReader, NamesTheLineOfMalformedXml) {
 }
 
 TEST(SolutionReader, CutOffAnywhereAnExportIsRefusedAndTheSolutionKept) {
-  const std::string whole = BuildExport(kFormatVersions[5]);
+  const std::string whole = BuildExport("2.2.3.0");
   for (std::size_t length = 0; length + 2 < whole.size(); length += 7) {
     Solution solution;
     solution.name = u"before";
@@ -221,9 +195,9 @@ class SolutionFile : public testing::Test {
 
 TEST_F(SolutionFile, IsReadWhole) {
   const std::string path = directory_ + "/Größe.xml";
-  // Longer than one read, and not a multiple of it.
-  const std::string padding(3'000'001, ' ');
-  std::ofstream(path, std::ios::binary) << BuildExport(kFormatVersions[6]) << padding;
+  std::string text = BuildExport("2.2.3.4");
+  text.insert(text.find("</Structure>"), 3'000'001, ' ');  // takes several reads, the last one short
+  std::ofstream(path, std::ios::binary) << text;
   Solution solution;
   std::string error;
   ASSERT_TRUE(ReadSolution(path, solution, error)) << error;

@@ -1,7 +1,9 @@
+// Queries over the system tables and what they give; "|" stands between columns, "/" between rows.
 #include "sim/solution/Sql.h"
 
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -14,11 +16,11 @@ namespace {
 using calc::Value;
 
 struct Case {
-  const char* query;
+  std::string query;
   const char* expected;
 };
 
-std::string Query(const char* query, const std::vector<Value>& arguments = {}, bool lenient = false) {
+std::string Query(const std::string& query, const std::vector<Value>& arguments = {}, bool lenient = false) {
   return calc::ToUtf8(ExecuteSql(calc::ToUtf16(query), SampleSolution(), u"|", u"/", arguments, lenient));
 }
 
@@ -33,7 +35,7 @@ constexpr const char* kDoubledQuotesRows =
     "Orders|Total|decimal|Calculated/contacts|Name|global varchar|Normal";
 
 TEST(Sql, Selects) {
-  constexpr Case kCases[] = {
+  const Case cases[] = {
       {"SELECT * FROM FileMaker_Tables",
        "SysLog|1065091|Contacts|Sales|12/Orders|1065089|Orders|Sales|4/Remote|1065092|||/"
        "contacts|1065090|Contacts|Sales|12"},
@@ -53,97 +55,67 @@ TEST(Sql, Selects) {
       {"SELECT Title FROM Orders", ""},
       {"SELECT \"Title\", Due FROM \"ORDERS\" WHERE Number > 1 AND Due = 'x' ORDER BY Total", ""},
       {"SELECT COUNT(*) FROM Orders", "0"},
-      {"SELECT * FROM Remote", ""},
-  };
-  for (const Case& test : kCases) EXPECT_EQ(Query(test.query), test.expected) << test.query;
+      {"SELECT * FROM Remote", ""}};
+  for (const Case& test : cases) EXPECT_EQ(Query(test.query), test.expected) << test.query;
 }
 
 TEST(Sql, Filters) {
-  constexpr Case kCases[] = {
-      {"FieldName <> 'Title' AND FieldId <= 2", "Number"},
-      {"FieldName = 'title'", ""},
-      {"FieldName < 'Now'", "Due/Latest"},
-      {"FieldId >= 6 OR FieldName = 'Now' AND FieldId = 1", "Due/Scan"},
-      {"( FieldId >= 6 OR FieldName = 'Now' ) AND FieldId < 7", "Due/Now"},
-      {"NOT FieldId > 1", "Title"},
-      {"NOT ( FieldId > 1 AND NOT FieldId = 7 )", "Scan/Title"},
-      {"NOT NOT FieldId = 1", "Title"},
-      {"FieldName LIKE 'T%'", "Title/Total"},
-      {"FieldName LIKE '%t%e%'", "Latest/Title"},
-      {"FieldName LIKE '_o_'", "Now"},
-      {"FieldName LIKE 't%'", ""},
-      {"FieldName NOT LIKE '%t%'", "Due/Now/Number/Scan"},
-      {"FieldName LIKE 'Now%%'", "Now"},
-      {"FieldName LIKE ''", ""},
-      {"FieldName NOT LIKE ''", ""},
-      {"FieldName IN ( 'Now', 'Due', '' )", "Due/Now"},
-      {"FieldId NOT IN (1,2,3,4)", "Due/Latest/Scan"},
-      {"FieldId NOT IN (1,'')", "?"},
-      {"FieldName NOT IN ('Now','')", ""},
-      {"FieldId BETWEEN 2 AND 4 AND FieldId <> 3", "Now/Number"},
-      {"FieldId NOT BETWEEN 2.5 AND 7", "Number/Title"},
-      {"FieldType IS NULL", ""},
-      {"FieldId IS NOT NULL AND FieldId = 1", "Title"},
-      {"FieldName = 'O''Hara' OR FieldId = 1", "Title"},
-      {"FieldName = FieldName AND FieldId = FieldReps", ""},
-      {"FieldName = '' OR FieldName <> ''", ""},
-  };
-  for (const Case& test : kCases) {
-    const std::string query = std::string("SELECT FieldName FROM FileMaker_Fields WHERE TableName = 'Orders' AND (") +
-                              test.query + ") ORDER BY FieldName";
-    EXPECT_EQ(Query(query.c_str()), test.expected) << test.query;
+  const Case cases[] = {{"FieldName <> 'Title' AND FieldId <= 2", "Number"},
+                        {"FieldName = 'title'", ""},
+                        {"FieldName < 'Now'", "Due/Latest"},
+                        {"FieldId >= 6 OR FieldName = 'Now' AND FieldId = 1", "Due/Scan"},
+                        {"( FieldId >= 6 OR FieldName = 'Now' ) AND FieldId < 7", "Due/Now"},
+                        {"NOT FieldId > 1", "Title"},
+                        {"NOT ( FieldId > 1 AND NOT FieldId = 7 )", "Scan/Title"},
+                        {"FieldName LIKE 'T%'", "Title/Total"},
+                        {"FieldName LIKE '%t%e%'", "Latest/Title"},
+                        {"FieldName LIKE 'N_w%%'", "Now"},
+                        {"FieldName LIKE 't%'", ""},
+                        {"FieldName NOT LIKE '%t%'", "Due/Now/Number/Scan"},
+                        {"FieldName LIKE ''", ""},
+                        {"FieldName NOT LIKE ''", ""},
+                        {"FieldName IN ( 'Now', 'Due', '' )", "Due/Now"},
+                        {"FieldId NOT IN (1,2,3,4)", "Due/Latest/Scan"},
+                        {"FieldId NOT IN (1,'')", "?"},
+                        {"FieldName NOT IN ('Now','')", ""},
+                        {"FieldId BETWEEN 2 AND 4 AND FieldId <> 3", "Now/Number"},
+                        {"FieldId NOT BETWEEN 2.5 AND 7", "Number/Title"},
+                        {"FieldType IS NULL", ""},
+                        {"FieldId IS NOT NULL AND FieldId = 1", "Title"},
+                        {"FieldName = 'O''Hara' OR FieldId = 1", "Title"},
+                        {"FieldName = FieldName AND FieldId = FieldReps", ""},
+                        {"FieldName = '' OR FieldName <> ''", ""}};
+  for (const Case& test : cases) {
+    const std::string query =
+        "SELECT FieldName FROM FileMaker_Fields WHERE TableName = 'Orders' AND (" + test.query + ") ORDER BY FieldName";
+    EXPECT_EQ(Query(query), test.expected) << test.query;
   }
   EXPECT_EQ(Query("SELECT TableName FROM FileMaker_Tables WHERE BaseTableName IS NULL"), "Remote");
   EXPECT_EQ(Query("SELECT TableName FROM FileMaker_Tables WHERE NOT ( BaseTableName = 'Orders' )"), "SysLog/contacts");
 }
 
 TEST(Sql, AnyErrorGivesAQuestionMark) {
-  constexpr const char* kQueries[] = {
-      "",
-      "SELECT",
-      "SELECT FROM FileMaker_Fields",
-      "SELECT TableName, FROM FileMaker_Tables",
-      "SELECT TableName FileMaker_Tables",
-      "SELECT TableName FROM",
-      "SELECT TableName FROM Nope",
-      "SELECT Nope FROM FileMaker_Tables",
-      "SELECT Nope FROM Orders",
-      "SELECT BaseTableId FROM FileMaker_Tables",
-      "SELECT *, TableName FROM FileMaker_Tables",
-      "SELECT COUNT(*), TableName FROM FileMaker_Tables",
-      "SELECT COUNT(TableName) FROM FileMaker_Tables",
-      "SELECT COUNT(*) FROM FileMaker_Tables ORDER BY TableName",
-      "SELECT DISTINCT BaseTableName FROM FileMaker_Tables ORDER BY TableName",
-      "SELECT * FROM FileMaker_Tables;",
-      "SELECT * FROM FileMaker_Tables WHERE",
-      "SELECT * FROM FileMaker_Tables WHERE TableName",
-      "SELECT * FROM FileMaker_Tables WHERE TableName =",
-      "SELECT * FROM FileMaker_Tables WHERE TableName == 'x'",
-      "SELECT * FROM FileMaker_Tables WHERE TableName != 'x'",
-      "SELECT * FROM FileMaker_Tables WHERE (TableName = 'x'",
-      "SELECT * FROM FileMaker_Tables WHERE TableName = 'x')",
-      "SELECT * FROM FileMaker_Tables WHERE TableName = 'x",
-      "SELECT * FROM FileMaker_Tables WHERE TableName = \"Orders\"",
-      "SELECT * FROM FileMaker_Tables WHERE TableName = 5",
-      "SELECT * FROM FileMaker_Tables WHERE TableId = 'x'",
-      "SELECT * FROM FileMaker_Tables WHERE TableId LIKE '1%'",
-      "SELECT * FROM FileMaker_Tables WHERE TableId = 1x",
-      "SELECT * FROM FileMaker_Tables WHERE TableName IN ()",
-      "SELECT * FROM FileMaker_Tables WHERE TableName IN 'x'",
-      "SELECT * FROM FileMaker_Tables WHERE TableId BETWEEN 1",
-      "SELECT * FROM FileMaker_Tables WHERE TableName IS 'x'",
-      "SELECT * FROM FileMaker_Tables WHERE TableName NOT = 'x'",
-      "SELECT * FROM FileMaker_Tables WHERE TableName = ?",
-      "SELECT * FROM FileMaker_Tables ORDER TableName",
-      "SELECT * FROM FileMaker_Tables ORDER BY",
-      "SELECT * FROM FileMaker_Tables ORDER BY TableName TableId",
-      "SELECT * FROM FileMaker_Tables GROUP BY TableName",
-      "SELECT Title FROM Orders WHERE Number = 'x'",
-      "SELECT _x FROM Orders",
-      "DELETE FROM Orders",
-      kDoubledQuotes,
-  };
-  for (const char* query : kQueries) EXPECT_EQ(Query(query), "?") << query;
+  // Each line a beginning; the ends, between bars, make a refused query of it.
+  const Case cases[] = {
+      {"", "|SELECT|SELECT FROM FileMaker_Fields|SELECT TableName, FROM FileMaker_Tables|DELETE FROM Orders"},
+      {"SELECT TableName ", "FileMaker_Tables|FROM|FROM Nope|FROM Orders|FROM FileMaker_BaseTables"},
+      {"SELECT *", ", TableName FROM FileMaker_Tables|FROM Nope|FROM Orders WHERE Number = 'x'"},
+      {"SELECT COUNT(", "*), TableName FROM FileMaker_Tables|TableName) FROM FileMaker_Tables"},
+      {"SELECT COUNT(*) ", "FROM FileMaker_Tables ORDER BY TableName"},
+      {"SELECT DISTINCT BaseTableName ", "FROM FileMaker_Tables ORDER BY TableName"},
+      {"SELECT * FROM FileMaker_Tables ",
+       ";|WHERE|ORDER TableName|ORDER BY|ORDER BY TableName TableId|GROUP BY TableName"},
+      {"SELECT * FROM FileMaker_Tables WHERE TableName ", "|=|== 'x'|!= 'x'|= 'x|= 'x')|= \"Orders\"|= 5|= ?|= _x"},
+      {"SELECT * FROM FileMaker_Tables WHERE TableName ",
+       "IN ()|IN 'x'|IN ('x'|IN (5)|IS 'x'|NOT = 'x'|NOT NOT LIKE 'x'"},
+      {"SELECT * FROM FileMaker_Tables WHERE TableId ", "= 'x'|LIKE '1%'|= 1x|= 1.|BETWEEN 1|BETWEEN 1 OR 2"},
+      {"SELECT * FROM FileMaker_Tables WHERE ",
+       "(TableId = 1|5|NOT|AND TableId = 1|TableId = 1 AND|TableId = 1 TableId = 2"},
+      {kDoubledQuotes, ""}};
+  for (const Case& test : cases) {
+    std::stringstream ends(std::string(test.expected) + "|");
+    for (std::string end; std::getline(ends, end, '|');) EXPECT_EQ(Query(test.query + end), "?") << test.query << end;
+  }
 }
 
 TEST(Sql, NestsOnlySoDeepThatTheStackHolds) {
@@ -151,11 +123,11 @@ TEST(Sql, NestsOnlySoDeepThatTheStackHolds) {
     return "SELECT COUNT(*) FROM FileMaker_Tables WHERE " + std::string(depth, '(') + "TableId > 0" +
            std::string(depth, ')');
   };
-  EXPECT_EQ(Query(nested(50).c_str()), "4");
-  EXPECT_EQ(Query(nested(100'000).c_str()), "?");
+  EXPECT_EQ(Query(nested(50)), "4");
+  EXPECT_EQ(Query(nested(100'000)), "?");
   std::string chain = "SELECT COUNT(*) FROM FileMaker_Tables WHERE TableId > 0";
   for (int times = 0; times < 20'000; ++times) chain += " AND NOT TableId = 0";
-  EXPECT_EQ(Query(chain.c_str()), "4");
+  EXPECT_EQ(Query(chain), "4");
 }
 
 TEST(Sql, ParametersStandForTheQuestionMarksInOrder) {
@@ -181,8 +153,10 @@ TEST(Sql, LenientlyTakesDoubledQuotesAroundALiteralForOnePair) {
       {"SELECT TableId FROM FileMaker_Tables WHERE TableName = '''Orders'''", "", ""},
       {"SELECT TableId FROM FileMaker_Tables WHERE TableName <> '' OR TableName <> ''", "", ""},
       {"SELECT TableId FROM FileMaker_Tables WHERE TableName IN ('','Orders')", "1065089", "1065089"},
-      {"SELECT TableId FROM FileMaker_Tables WHERE TableName = ''Orders'", "?", "?"},
-  };
+      {"SELECT COUNT(*) FROM FileMaker_Tables WHERE TableName <> ''''", "4", "4"},
+      {"SELECT COUNT(*) FROM FileMaker_Tables WHERE TableName NOT IN ('','')", "0", "0"},
+      {"SELECT COUNT(*) FROM FileMaker_Tables WHERE TableName NOT IN ('')AND(TableName<>'')", "0", "0"},
+      {"SELECT TableId FROM FileMaker_Tables WHERE TableName = ''Orders'", "?", "?"}};
   for (const auto& test : cases) {
     EXPECT_EQ(Query(test.query), test.strict) << test.query;
     EXPECT_EQ(Query(test.query, {}, true), test.lenient) << test.query;
