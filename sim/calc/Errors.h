@@ -16,7 +16,6 @@ inline constexpr int kNotAFunction = 1208;
 inline constexpr int kNameMissing = 1209;
 inline constexpr int kListNotAllowed = 1211;
 inline constexpr int kOperatorExpected = 1212;
-inline constexpr int kFieldRequired = 1214;
 inline constexpr int kInvalidGetParameter = 1215;
 
 // FileMaker tells no number of its own for these.

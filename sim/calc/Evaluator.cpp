@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <type_traits>
 #include <utility>
 
 #include "sim/calc/Errors.h"

@@ -1,6 +1,7 @@
 // Base64, hexadecimal and percent encoding of texts, over their UTF-8 form.
+#include <algorithm>
 #include <string>
-#include <utility>
+#include <string_view>
 
 #include "sim/calc/Errors.h"
 #include "sim/calc/Functions.h"

@@ -1,8 +1,6 @@
 // Texts by position and by character. Positions count UTF-16 units, for characters beyond the basic plane and for
 // combining marks alike.
 #include <algorithm>
-#include <array>
-#include <optional>
 #include <unordered_set>
 #include <utility>
 

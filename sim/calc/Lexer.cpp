@@ -2,7 +2,6 @@
 #include "sim/calc/Lexer.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 #include "sim/calc/Errors.h"
@@ -61,8 +60,6 @@ const Operator* OperatorWord(std::u16string_view word) {
                                    [word](const auto& entry) { return EqualIgnoringCase(entry.first, word); });
   return found == std::end(kOperatorWords) ? nullptr : &found->second;
 }
-
-bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 
 size_t CountDigits(std::u16string_view text) {
   return static_cast<size_t>(std::find_if_not(text.begin(), text.end(), IsDigit) - text.begin());

@@ -8,6 +8,8 @@
 #include <limits>
 #include <utility>
 
+#include "sim/calc/Unicode.h"
+
 namespace calc {
 namespace {
 
@@ -47,8 +49,6 @@ mpz_class Rescale(const mpz_class& digits, int scale, int places, Divide divide)
 }
 
 int ClampPlaces(int places) { return std::clamp(places, -kPlacesLimit, kPlacesLimit); }
-
-bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 
 // Moves the digits at the start of `text` to `digits`; returns how many there were.
 size_t TakeDigits(std::u16string_view& text, std::string& digits) {

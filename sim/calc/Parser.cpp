@@ -2,6 +2,7 @@
 #include "sim/calc/Parser.h"
 
 #include <algorithm>
+#include <type_traits>
 #include <utility>
 
 #include "sim/calc/Callables.h"
@@ -103,9 +104,7 @@ class Parser {
     Expect(TokenKind::kSeparator);
   }
 
-  bool AtBinaryOperator(int minimum) const {
-    return Is(TokenKind::kOperator) && LevelOf(token_.op) >= std::max(minimum, 1);
-  }
+  bool AtBinaryOperator(int minimum) const { return Is(TokenKind::kOperator) && LevelOf(token_.op) >= minimum; }
 
   Node ParseExpression(int minimum = 1);
   Node ParsePrefixed();
@@ -274,14 +273,13 @@ Node Parser::ParseForm(Form form) {
 std::vector<Node> Parser::ParseArguments(const Signature& signature) {
   std::vector<Node> arguments;
   int single = 0;
-  while (!Is(TokenKind::kClose) || !arguments.empty()) {
+  for (bool more = !Is(TokenKind::kClose); more; more = Take(TokenKind::kSeparator)) {
     if (Is(TokenKind::kOpenList) && signature.listSize != 0 && !arguments.empty()) {
       ParseList(arguments, signature.listSize);
     } else {
       arguments.push_back(ParseExpression());
       ++single;
     }
-    if (!Take(TokenKind::kSeparator)) break;
   }
   Expect(TokenKind::kClose);
   const auto count = static_cast<int>(arguments.size());

@@ -11,6 +11,8 @@ namespace calc {
 std::u16string ToUtf16(std::string_view utf8);
 std::string ToUtf8(std::u16string_view utf16);
 
+constexpr bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
+
 /// Simple case folding that keeps the number of units, for names and case-insensitive searches.
 std::u16string FoldCase(std::u16string_view text);
 bool EqualIgnoringCase(std::u16string_view a, std::u16string_view b);

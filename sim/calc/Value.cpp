@@ -1,10 +1,10 @@
 // The conversions between FileMaker's types.
 #include "sim/calc/Value.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "sim/calc/Calendar.h"
+#include "sim/calc/Unicode.h"
 
 namespace calc {
 namespace {
@@ -19,7 +19,7 @@ std::optional<Number> NumberIn(std::u16string_view text) {
   bool sawPoint = false;
   bool sawDigit = false;
   for (const char16_t unit : text) {
-    if (unit >= u'0' && unit <= u'9') {
+    if (IsDigit(unit)) {
       literal += unit;
       sawDigit = true;
     } else if (unit == u'.' && !sawPoint) {
