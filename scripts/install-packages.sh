@@ -6,9 +6,10 @@ set -eu
 packages=
 for group in "$@"; do
   case $group in
-    build) packages="$packages g++ cmake make pkg-config libgmp-dev libicu-dev libpugixml-dev libedit-dev" ;;
+    build) packages="$packages g++ cmake make pkg-config libgmp-dev libicu-dev libpugixml-dev libedit-dev
+                     libxcb1-dev" ;;
     test) packages="$packages clang libclang-rt-dev? libgtest-dev libbenchmark-dev rapidjson-dev libssl-dev
-                    libgnustep-base-dev libblocksruntime-dev binutils" ;;
+                    libgnustep-base-dev libblocksruntime-dev binutils xvfb xclip" ;;
     *) echo "install-packages: unknown group $group" >&2; exit 2 ;;
   esac
 done

@@ -1,0 +1,108 @@
+// A connection to the X server: its atoms, its events, and other programs' windows that are watched. For the thread
+// that works on it, except where a method says otherwise.
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace x11 {
+
+/// How long the server may leave this program without any sign before it is taken for gone.
+inline constexpr std::int64_t kServerPatienceMs = 2000;
+
+struct FreeMemory {
+  void operator()(void* memory) const { std::free(memory); }
+};
+/// What the library allocated: a reply or an event.
+template <typename T>
+using Owned = std::unique_ptr<T, FreeMemory>;
+
+/// The names that the rules of selections give a meaning.
+struct Atoms {
+  xcb_atom_t clipboard, clipboardManager;
+  xcb_atom_t targets, multiple, timestamp, saveTargets;  // targets of the protocol
+  xcb_atom_t utf8String, utf8Mime, text, plainText;      // targets for text
+  xcb_atom_t atomPair, incremental, null;                // property types
+  xcb_atom_t answer;                                     // the property of this program's own windows
+};
+
+class Connection {
+ public:
+  using Handler = std::function<void(const xcb_generic_event_t&)>;
+
+  /// Takes over what xcb_connect returned, a failed connection included. `wakeFd`, an eventfd that outlives this, ends
+  /// a sleep in WaitUntil.
+  Connection(xcb_connection_t* connection, int wakeFd);
+  ~Connection();
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+
+  /// Fetches the atoms; false when the connection is lost.
+  bool Prepare();
+  /// `handler` sees every event from here on.
+  void SetHandler(Handler handler) { handler_ = std::move(handler); }
+
+  xcb_connection_t* get() const { return connection_; }
+  const Atoms& atoms() const { return atoms_; }
+  /// The most bytes of a property that one request can carry, a multiple of 4.
+  std::size_t MaxPropertyBytes() const { return maxPropertyBytes_; }
+
+  bool IsLost() const { return xcb_connection_has_error(connection_) != 0; }
+  /// Makes the server as good as gone: whatever waits for it returns at once. Any thread.
+  void Cut();
+  /// Changes while the server, or anything else on the connection, makes itself felt. Any thread.
+  unsigned Progress() const { return progress_; }
+
+  /// Handles events until `done`. False when `deadline` (SteadyMilliseconds) passes first or the connection is lost.
+  bool WaitUntil(const std::function<bool()>& done, std::int64_t deadline);
+
+  /// The atoms of `names`, XCB_NONE for what cannot be a name.
+  std::vector<xcb_atom_t> Intern(const std::vector<std::string>& names);
+  /// The names of `atoms`, "" for what is no atom.
+  std::vector<std::string> NamesOf(const std::vector<xcb_atom_t>& atoms);
+
+  xcb_window_t OwnerOf(xcb_atom_t selection);
+  bool IsOwnWindow(xcb_window_t window) const;
+
+  /// Asks for the property and destruction events of another program's window, and, once for each time, no longer.
+  void Watch(xcb_window_t window);
+  void Unwatch(xcb_window_t window);
+
+ private:
+  xcb_connection_t* const connection_;
+  const int wakeFd_;
+  Handler handler_;
+  Atoms atoms_{};
+  std::size_t maxPropertyBytes_ = 0;
+  std::atomic<unsigned> progress_ = 0;
+  std::unordered_map<std::string, xcb_atom_t> atomsByName_;
+  std::unordered_map<xcb_atom_t, std::string> namesByAtom_;
+  std::map<xcb_window_t, int> watched_;
+};
+
+/// A window that is never shown, for others to leave properties on. Its property events are asked for.
+class Window {
+ public:
+  explicit Window(Connection& connection);
+  ~Window();
+  Window(const Window&) = delete;
+  Window& operator=(const Window&) = delete;
+
+  xcb_window_t id() const { return id_; }
+
+ private:
+  Connection& connection_;
+  const xcb_window_t id_;
+};
+
+}  // namespace x11

@@ -1,0 +1,109 @@
+#include "clipboard/x11/Conversion.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+
+#include "core/Clock.h"
+
+namespace x11 {
+
+namespace {
+
+constexpr std::uint32_t kWholeProperty = 0x1FFFFFFF;  // in units of 4 bytes: more than any server holds
+constexpr std::size_t kMaxReservedBytes = std::size_t{1} << 28;
+
+// The owner announces at least so many bytes. It may be wrong.
+std::size_t AnnouncedBytes(const Received& announcement) {
+  std::uint32_t count = 0;
+  if (announcement.bytes.size() >= sizeof count) std::memcpy(&count, announcement.bytes.data(), sizeof count);
+  return std::min<std::size_t>(count, kMaxReservedBytes);
+}
+
+}  // namespace
+
+Conversion::Conversion(Connection& connection, xcb_window_t owner, xcb_atom_t selection)
+    : connection_(connection), owner_(owner), selection_(selection), window_(connection) {
+  connection_.Watch(owner_);
+}
+
+Conversion::~Conversion() { connection_.Unwatch(owner_); }
+
+void Conversion::Ask(xcb_atom_t target, const std::vector<xcb_atom_t>& argument) {
+  target_ = target;
+  const xcb_atom_t property = connection_.atoms().answer;
+  if (!argument.empty()) {
+    xcb_change_property(connection_.get(), XCB_PROP_MODE_REPLACE, window_.id(), property, XCB_ATOM_ATOM, 32,
+                        static_cast<std::uint32_t>(argument.size()), argument.data());
+  }
+  xcb_convert_selection(connection_.get(), window_.id(), selection_, target, property, XCB_CURRENT_TIME);
+}
+
+bool Conversion::AwaitAnswer(std::int64_t deadline) { return WaitFor(answered_, deadline); }
+
+std::optional<Received> Conversion::Receive() {
+  const std::int64_t start = SteadyMilliseconds();
+  if (!AwaitAnswer(start + kOwnerPatienceMs) || !accepted_) return std::nullopt;
+  Received received = TakeProperty();
+  if (received.type == connection_.atoms().incremental) return ReceivePieces(AnnouncedBytes(received), start);
+  if (received.type == XCB_NONE) return std::nullopt;
+  return received;
+}
+
+// Taking a piece away asks the owner for the next; one without bytes is the end.
+std::optional<Received> Conversion::ReceivePieces(std::size_t announced, std::int64_t start) {
+  Received all;
+  all.bytes.reserve(announced);
+  for (;;) {
+    const auto earned = static_cast<std::int64_t>(all.bytes.size()) * 1000 / kTrickleBytesPerSecond;
+    const std::int64_t limit = start + kTricklePatienceMs + earned;
+    if (!WaitFor(changed_, std::min(SteadyMilliseconds() + kOwnerPatienceMs, limit))) return std::nullopt;
+    Received piece = TakeProperty();
+    if (piece.type == XCB_NONE) continue;  // the event told of a piece that had been taken already
+    if (piece.bytes.empty()) return all;
+    all.type = piece.type;
+    all.format = piece.format;
+    all.bytes += piece.bytes;
+  }
+}
+
+bool Conversion::WaitFor(const bool& flag, std::int64_t deadline) {
+  const bool ended = connection_.WaitUntil([&] { return flag || ownerGone_; }, deadline);
+  stalled_ = !ended && !connection_.IsLost();
+  return ended && flag;
+}
+
+Received Conversion::TakeProperty() {
+  changed_ = false;
+  const auto cookie = xcb_get_property(connection_.get(), 1, window_.id(), connection_.atoms().answer,
+                                       XCB_GET_PROPERTY_TYPE_ANY, 0, kWholeProperty);
+  const Owned<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection_.get(), cookie, nullptr));
+  if (reply == nullptr) return {};
+  const auto size = static_cast<std::size_t>(xcb_get_property_value_length(reply.get()));
+  return {reply->type, reply->format, {static_cast<const char*>(xcb_get_property_value(reply.get())), size}};
+}
+
+void Conversion::Handle(const xcb_generic_event_t& event) {
+  switch (event.response_type & ~0x80) {
+    case XCB_SELECTION_NOTIFY: {
+      const auto& answer = reinterpret_cast<const xcb_selection_notify_event_t&>(event);
+      if (answer.requestor != window_.id() || answer.selection != selection_ || answer.target != target_) return;
+      answered_ = true;
+      accepted_ = answer.property == connection_.atoms().answer;
+      return;
+    }
+    case XCB_PROPERTY_NOTIFY: {
+      const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+      if (change.window != window_.id() || change.atom != connection_.atoms().answer) return;
+      if (change.state == XCB_PROPERTY_NEW_VALUE) changed_ = true;
+      return;
+    }
+    case XCB_DESTROY_NOTIFY:
+      if (reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window == owner_) ownerGone_ = true;
+      return;
+    default:
+      return;
+  }
+}
+
+}  // namespace x11

@@ -1,0 +1,65 @@
+// One request to the owner of a selection, and the wait for its answer. For the connection's thread.
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "clipboard/x11/Connection.h"
+
+namespace x11 {
+
+/// How long an owner may be silent, at the start and between two pieces.
+inline constexpr std::int64_t kOwnerPatienceMs = 500;
+/// How long one that trickles may take altogether: this, and a second for each kTrickleBytesPerSecond received.
+inline constexpr std::int64_t kTricklePatienceMs = 5000;
+inline constexpr std::int64_t kTrickleBytesPerSecond = std::int64_t{1} << 20;
+
+/// What an owner has answered.
+struct Received {
+  xcb_atom_t type = XCB_NONE;
+  std::uint8_t format = 0;  ///< bits of an element
+  std::string bytes;
+};
+
+/// Has a window of its own, which takes an answer that comes too late away with it.
+class Conversion {
+ public:
+  /// `owner` is the owner of `selection`.
+  Conversion(Connection& connection, xcb_window_t owner, xcb_atom_t selection);
+  ~Conversion();
+  Conversion(const Conversion&) = delete;
+  Conversion& operator=(const Conversion&) = delete;
+
+  /// Asks for `target`, with `argument`, if it is not empty, in the property that the answer will replace.
+  void Ask(xcb_atom_t target, const std::vector<xcb_atom_t>& argument = {});
+  /// True when the owner has answered before `deadline`, be it with a refusal.
+  bool AwaitAnswer(std::int64_t deadline);
+  /// Waits for the answer and takes it, however large; nothing when the owner refuses, stalls or dies.
+  std::optional<Received> Receive();
+  /// Whether the owner, though alive, has let a deadline pass.
+  bool HasStalled() const { return stalled_; }
+
+  void Handle(const xcb_generic_event_t& event);
+
+ private:
+  bool WaitFor(const bool& flag, std::int64_t deadline);
+  Received TakeProperty();
+  std::optional<Received> ReceivePieces(std::size_t announced, std::int64_t start);
+
+  Connection& connection_;
+  const xcb_window_t owner_;
+  const xcb_atom_t selection_;
+  const Window window_;
+  xcb_atom_t target_ = XCB_NONE;
+  bool answered_ = false;
+  bool accepted_ = false;
+  bool changed_ = false;  // the property, since it was last taken
+  bool ownerGone_ = false;
+  bool stalled_ = false;
+};
+
+}  // namespace x11

@@ -1,0 +1,186 @@
+#include "clipboard/x11/Session.h"
+
+#include <pthread.h>
+#include <sys/eventfd.h>
+
+#include <chrono>
+#include <csignal>
+#include <new>
+#include <system_error>
+
+namespace x11 {
+
+namespace {
+
+using Milliseconds = std::chrono::milliseconds;
+
+constexpr Milliseconds kServerPatience{kServerPatienceMs};
+constexpr Milliseconds kStopPatience{200};
+
+/// While it lives, threads are made that take none of the host's signals; only faults are left to the host's handlers.
+class SignalsBlocked {
+ public:
+  SignalsBlocked() {
+    sigset_t all;
+    sigfillset(&all);
+    for (const int fault : {SIGSEGV, SIGBUS, SIGILL, SIGFPE}) sigdelset(&all, fault);
+    pthread_sigmask(SIG_SETMASK, &all, &before_);
+  }
+  ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+  SignalsBlocked(const SignalsBlocked&) = delete;
+  SignalsBlocked& operator=(const SignalsBlocked&) = delete;
+
+ private:
+  sigset_t before_;
+};
+
+// A server that accepts and then says nothing would hold the thread for ever, and there is no descriptor to cut yet:
+// only here, where no lock is held and no destructor is running, the thread can be cancelled.
+xcb_connection_t* Connect(const std::string& display) {
+  pthread_setcancelstate(PTHREAD_CANCEL_ENABLE, nullptr);
+  xcb_connection_t* const connection = xcb_connect(display.c_str(), nullptr);
+  pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, nullptr);
+  return connection;
+}
+
+}  // namespace
+
+Session::Session(const std::string& display) : wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+  StartThread(display);
+  std::unique_lock lock(mutex_);
+  changed_.wait_for(lock, kServerPatience, [this] { return state_ != State::kConnecting; });
+}
+
+Session::~Session() {
+  if (!thread_.joinable()) return;
+  std::unique_lock lock(mutex_);
+  stopping_ = true;
+  Wake();
+  const bool mayHandOver = state_ == State::kConnected && OwnsSelection();
+  const Milliseconds patience = kStopPatience + Milliseconds(mayHandOver ? kHandOverLimitMs : 0);
+  if (!changed_.wait_for(lock, patience, [this] { return state_ == State::kClosed; })) {
+    if (connection_ != nullptr)
+      connection_->Cut();
+    else
+      pthread_cancel(thread_.native_handle());
+  }
+  lock.unlock();
+  thread_.join();
+}
+
+void Session::StartThread(const std::string& display) {
+  const SignalsBlocked blocked;
+  try {
+    if (wake_.IsOpen()) thread_ = std::thread([this, display] { Run(display); });
+  } catch (const std::system_error&) {  // the process has no thread left
+  }
+  if (!thread_.joinable()) state_ = State::kClosed;
+}
+
+void Session::Run(const std::string& display) {
+  pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, nullptr);
+  xcb_connection_t* const connection = Connect(display);
+  {
+    const std::lock_guard lock(mutex_);
+    connection_ = std::make_unique<Connection>(connection, wake_.get());
+  }
+  if (connection_->Prepare()) {
+    owner_.emplace(*connection_);
+    reader_.emplace(*connection_);
+    SetState(State::kConnected);
+    Serve();
+  }
+  SetState(State::kClosed);
+}
+
+void Session::Serve() {
+  connection_->SetHandler([this](const xcb_generic_event_t& event) {
+    try {
+      owner_->Handle(event);
+      reader_->Handle(event);
+    } catch (const std::bad_alloc&) {  // too large a value for this machine: its receiver will give up
+    }
+  });
+  while (!connection_->IsLost()) {
+    if (owner_->AwaitsContent()) {
+      std::unique_lock lock(mutex_);
+      changed_.wait(lock, [this] { return HasWork(); });
+    } else {
+      connection_->WaitUntil([this] { return HasWork(); }, owner_->Transfers().NextDeadline());
+      owner_->Transfers().DropStalled();
+    }
+    if (stopping_) break;
+    if (job_ != nullptr) RunJob();
+  }
+  if (owner_->Owns()) reader_->HandOver(owner_->TargetsToSave());
+}
+
+void Session::RunJob() {
+  try {
+    (*job_)();
+  } catch (const std::bad_alloc&) {  // the answer stays empty
+  }
+  const std::lock_guard lock(mutex_);
+  job_ = nullptr;
+  changed_.notify_all();
+}
+
+void Session::SetState(State state) {
+  const std::lock_guard lock(mutex_);
+  state_ = state;
+  if (state == State::kClosed) job_ = nullptr;
+  changed_.notify_all();
+}
+
+// Main thread. A job's own waits are bounded; only a server that hangs can hold it longer.
+void Session::Call(const Job& job) {
+  std::unique_lock lock(mutex_);
+  if (state_ != State::kConnected) return;
+  job_ = &job;
+  Wake();
+  const auto done = [this] { return job_ == nullptr; };
+  for (unsigned progress = connection_->Progress(); !changed_.wait_for(lock, kServerPatience, done);) {
+    if (connection_->Progress() == progress) connection_->Cut();
+    progress = connection_->Progress();
+  }
+}
+
+// With the mutex held, or the thread could miss it on its way to sleep.
+void Session::Wake() {
+  eventfd_write(wake_.get(), 1);
+  changed_.notify_all();
+}
+
+bool Session::Acquire() {
+  bool acquired = false;
+  Call([&] { acquired = owner_->Acquire(); });
+  return acquired;
+}
+
+void Session::Publish(const PasteboardContent& content) {
+  Call([&] { owner_->Publish(content); });
+}
+
+bool Session::AcquireIfFree(const PasteboardContent& content) {
+  bool acquired = false;
+  Call([&] {
+    if (connection_->OwnerOf(connection_->atoms().clipboard) != XCB_NONE) return;
+    acquired = owner_->Acquire();
+    if (acquired) owner_->Publish(content);
+  });
+  return acquired;
+}
+
+std::vector<Target> Session::Targets() {
+  std::vector<Target> targets;
+  Call([&] { targets = reader_->Targets(); });
+  return targets;
+}
+
+std::optional<Received> Session::Read(xcb_atom_t target) {
+  std::optional<Received> received;
+  Call([&] { received = reader_->Read(target); });
+  return received;
+}
+
+}  // namespace x11

@@ -1,0 +1,73 @@
+// The thread that serves and reads the CLIPBOARD selection over one connection to an X server, for as long as that
+// lasts.
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "clipboard/PasteboardContent.h"
+#include "clipboard/x11/Connection.h"
+#include "clipboard/x11/SelectionOwner.h"
+#include "clipboard/x11/SelectionReader.h"
+#include "host/FileDescriptor.h"
+
+namespace x11 {
+
+/// FileMaker's main thread makes, calls and destroys it. That thread itself never talks to the server, so that neither
+/// a server that hangs nor the SIGPIPE of one that died can reach it.
+class Session {
+ public:
+  enum class State { kConnecting, kConnected, kClosed };
+
+  /// Connects to `display`, waiting at most kServerPatienceMs.
+  explicit Session(const std::string& display);
+  /// Has a clipboard manager save what this program owns, and ends the thread; both in bounded time.
+  ~Session();
+
+  State state() const { return state_; }
+  /// Whether the content is this program's own. Still told when the connection has been lost.
+  bool OwnsSelection() const { return state_ != State::kConnecting && owner_ && owner_->Owns(); }
+
+  // The rest fails in any state but kConnected.
+
+  /// Takes the selection. While it is being filled, that is until Publish, which has to follow, nobody is answered.
+  bool Acquire();
+  void Publish(const PasteboardContent& content);
+  /// Takes the selection for `content` unless another program owns it.
+  bool AcquireIfFree(const PasteboardContent& content);
+  /// As SelectionReader has them.
+  std::vector<Target> Targets();
+  std::optional<Received> Read(xcb_atom_t target);
+
+ private:
+  using Job = std::function<void()>;
+
+  void StartThread(const std::string& display);
+  void Run(const std::string& display);
+  void Serve();
+  bool HasWork() const { return job_ != nullptr || stopping_; }
+  void RunJob();
+  void SetState(State state);
+  void Call(const Job& job);
+  void Wake();
+
+  const FileDescriptor wake_;
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  std::atomic<State> state_ = State::kConnecting;
+  std::atomic<const Job*> job_ = nullptr;
+  std::atomic<bool> stopping_ = false;
+  std::unique_ptr<Connection> connection_;
+  std::optional<SelectionOwner> owner_;
+  std::optional<SelectionReader> reader_;
+  std::thread thread_;
+};
+
+}  // namespace x11

@@ -1,0 +1,76 @@
+#include "clipboard/x11/SystemClipboard.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <utility>
+
+#include "core/Clock.h"
+
+namespace x11 {
+
+SystemClipboard& SystemClipboard::Shared() {
+  static SystemClipboard clipboard;
+  return clipboard;
+}
+
+SystemClipboard::SystemClipboard()
+    : content_(std::make_shared<PasteboardContent>()), nextAttempt_(SteadyMilliseconds()), process_(getpid()) {}
+
+// In a process that the host has forked there is no thread to end, and the connection is still the host's.
+SystemClipboard::~SystemClipboard() {
+  if (getpid() != process_) static_cast<void>(session_.release());
+}
+
+const PasteboardContent* SystemClipboard::OwnContent() {
+  if (ConnectedSession() == nullptr || session_->OwnsSelection()) return content_.get();
+  if (!content_->Types().empty()) content_ = std::make_shared<PasteboardContent>();
+  return nullptr;
+}
+
+std::vector<Target> SystemClipboard::Targets() {
+  Session* const session = ConnectedSession();
+  return session == nullptr ? std::vector<Target>() : session->Targets();
+}
+
+std::optional<Received> SystemClipboard::Read(xcb_atom_t target) {
+  Session* const session = ConnectedSession();
+  return session == nullptr ? std::nullopt : session->Read(target);
+}
+
+bool SystemClipboard::Acquire() {
+  Session* const session = ConnectedSession();
+  return session == nullptr || session->Acquire() || ConnectedSession() == nullptr;
+}
+
+void SystemClipboard::Publish(std::shared_ptr<const PasteboardContent> content) {
+  content_ = std::move(content);
+  if (session_ != nullptr && session_->OwnsSelection()) session_->Publish(*content_);
+}
+
+/// Null when there is no server, or none that has answered yet.
+Session* SystemClipboard::ConnectedSession() {
+  DropClosedSession();
+  if (session_ == nullptr) {
+    const char* const display = std::getenv("DISPLAY");
+    if (display == nullptr || *display == '\0' || SteadyMilliseconds() < nextAttempt_) return nullptr;
+    session_ = std::make_unique<Session>(display);
+  }
+  if (session_->state() != Session::State::kConnected) return nullptr;
+  if (!contentOffered_) {
+    // What was written without a server goes to this one, unless another program has its clipboard already.
+    if (!content_->Types().empty()) session_->AcquireIfFree(*content_);
+    contentOffered_ = session_->state() == Session::State::kConnected;
+  }
+  return session_.get();
+}
+
+void SystemClipboard::DropClosedSession() {
+  if (session_ == nullptr || session_->state() != Session::State::kClosed) return;
+  if (contentOffered_ && !session_->OwnsSelection()) content_ = std::make_shared<PasteboardContent>();
+  session_.reset();
+  contentOffered_ = false;
+  nextAttempt_ = SteadyMilliseconds() + kReconnectPauseMs;
+}
+
+}  // namespace x11

@@ -1,0 +1,52 @@
+// The clipboard as the whole process sees it, from one operation to the next: on an X server while one can be reached,
+// else inside the process. FileMaker's main thread only.
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "clipboard/PasteboardContent.h"
+#include "clipboard/x11/Session.h"
+
+namespace x11 {
+
+/// How long a server that could not be reached, or was lost, is left alone.
+inline constexpr std::int64_t kReconnectPauseMs = 5000;
+
+class SystemClipboard {
+ public:
+  /// Made at the first use, and destroyed when the plug-in is unloaded or the process exits.
+  static SystemClipboard& Shared();
+
+  SystemClipboard(const SystemClipboard&) = delete;
+  SystemClipboard& operator=(const SystemClipboard&) = delete;
+
+  /// The content of the clipboard, valid until the next call; null when another program has it, or nobody.
+  const PasteboardContent* OwnContent();
+  /// What another program has; see SelectionReader.
+  std::vector<Target> Targets();
+  std::optional<Received> Read(xcb_atom_t target);
+
+  /// Takes the clipboard from whoever has it; true has to be followed by Publish. False when that cannot be had.
+  bool Acquire();
+  void Publish(std::shared_ptr<const PasteboardContent> content);
+
+ private:
+  SystemClipboard();
+  ~SystemClipboard();
+
+  Session* ConnectedSession();
+  void DropClosedSession();
+
+  std::shared_ptr<const PasteboardContent> content_;  // nothing unless it is this program's own
+  std::unique_ptr<Session> session_;
+  bool contentOffered_ = false;  // to the session, when it was new
+  std::int64_t nextAttempt_;
+  const pid_t process_;
+};
+
+}  // namespace x11
