@@ -5,7 +5,7 @@
 
 namespace calc {
 
-/// Bytes left of this thread's stack.
+/// Bytes left of this thread's stack, of which no more than 8 MB count.
 std::size_t StackLeft();
 
 /// What must stay free for everything that a step of the engine calls: host functions, ICU, the destruction of trees.
