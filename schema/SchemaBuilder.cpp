@@ -1,7 +1,9 @@
 #include "schema/SchemaBuilder.h"
 
+#include <deque>
 #include <map>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "core/HostText.h"
@@ -16,15 +18,17 @@ constexpr char kFieldQuery[] =
 constexpr std::string_view kColumnSeparator = "||";
 constexpr char kCurrentFile[] = "Get(FileName)";
 
+// Views into the evaluations' results, which Tables keeps: a file may have a hundred thousand fields.
 struct FieldInfo {
-  std::string name;
-  std::string type;
-  std::string fieldClass;
+  std::string_view name;
+  std::string_view type;
+  std::string_view fieldClass;
 };
 
 struct Tables {
-  std::vector<std::string> order;
-  std::map<std::string, std::vector<FieldInfo>, std::less<>> fields;
+  std::deque<std::string> results;
+  std::vector<std::string_view> order;
+  std::map<std::string_view, std::vector<FieldInfo>> fields;
 };
 
 // A design function addresses the file by a name between quotes, as it stands: a name that holds a quote gives an
@@ -32,6 +36,8 @@ struct Tables {
 std::string Quoted(std::string_view name) { return '"' + std::string(name) + '"'; }
 
 std::string Eval(fmx::ExprEnv* env, const std::string& expression) { return EvalCalc(env, expression.c_str()); }
+
+const std::string& Keep(Tables& tables, std::string result) { return tables.results.emplace_back(std::move(result)); }
 
 void AddQueryRows(const std::string& rows, Tables& tables) {
   std::vector<FieldInfo>* fields = nullptr;
@@ -47,33 +53,43 @@ void AddQueryRows(const std::string& rows, Tables& tables) {
 
     const auto table = row.substr(0, afterTable);
     if (fields == nullptr || table != fieldsOf) {  // rows of one table mostly follow each other
-      auto [entry, isNew] = tables.fields.try_emplace(std::string(table));
-      if (isNew) tables.order.emplace_back(table);
+      auto [entry, isNew] = tables.fields.try_emplace(table);
+      if (isNew) tables.order.push_back(table);
       fields = &entry->second;
       fieldsOf = table;
     }
-    fields->push_back({std::string(row.substr(name, afterName - name)), std::string(row.substr(type, afterType - type)),
-                       afterType == row.npos ? "" : std::string(row.substr(afterType + kColumnSeparator.size()))});
+    const bool hasClass = afterType != row.npos;
+    fields->push_back({row.substr(name, afterName - name), row.substr(type, afterType - type),
+                       hasClass ? row.substr(afterType + kColumnSeparator.size()) : std::string_view()});
   }
 }
 
 void AddNamedTables(fmx::ExprEnv* env, const std::string& fileArgument, Tables& tables) {
-  const std::string names = Eval(env, "TableNames(" + fileArgument + ")");
-  for (const auto table : NonEmptyLines(names)) {
-    tables.order.emplace_back(table);
-    auto& fields = tables.fields[tables.order.back()];
-    const std::string fieldNames = Eval(env, "FieldNames(" + fileArgument + "; " + Quoted(table) + ")");
-    for (const auto field : NonEmptyLines(fieldNames)) fields.push_back({std::string(field), "", ""});
+  for (const auto table : NonEmptyLines(Keep(tables, Eval(env, "TableNames(" + fileArgument + ")")))) {
+    tables.order.push_back(table);
+    auto& fields = tables.fields[table];
+    const auto& names = Keep(tables, Eval(env, "FieldNames(" + fileArgument + "; " + Quoted(table) + ")"));
+    for (const auto field : NonEmptyLines(names)) fields.push_back({field, {}, {}});
   }
 }
 
-void AppendMember(std::string& json, const char* opening, const std::string& value) {
+void AppendMember(std::string& json, const char* opening, std::string_view value) {
   json += opening;
-  json += JsonEscape(value);
+  if (!value.empty()) json += JsonEscape(std::string(value));
   json += '"';
 }
 
+// About as long as the tables' JSON will be, so that it need not grow by copying.
+std::size_t JsonSize(const Tables& tables) {
+  constexpr std::size_t kTablePunctuation = 25, kFieldPunctuation = 35;
+  std::size_t size = 0;
+  for (const auto& result : tables.results) size += result.size();
+  for (const auto& [table, fields] : tables.fields) size += kTablePunctuation + fields.size() * kFieldPunctuation;
+  return size;
+}
+
 void AppendTables(std::string& json, const Tables& tables) {
+  json.reserve(JsonSize(tables));
   json += ",\"tables\":[";
   const char* beforeTable = "{\"name\":\"";
   for (const auto& table : tables.order) {
@@ -111,7 +127,7 @@ std::string BuildSchema(fmx::ExprEnv* env, const std::string& fileName) {
   const bool ofCurrentFile = fileName.empty() || fileName == currentFile;
   const std::string fileArgument = ofCurrentFile ? kCurrentFile : quotedTarget;
   Tables tables;
-  if (ofCurrentFile) AddQueryRows(Eval(env, kFieldQuery), tables);
+  if (ofCurrentFile) AddQueryRows(Keep(tables, Eval(env, kFieldQuery)), tables);
   if (tables.order.empty()) AddNamedTables(env, fileArgument, tables);
   if (tables.order.empty()) return "{}";
 
