@@ -3,6 +3,7 @@
 #include <string>
 
 #include "bridge/BridgeState.h"
+#include "bridge/ClipboardUpkeep.h"
 #include "core/HostText.h"
 
 namespace {
@@ -17,6 +18,7 @@ std::string EvalInCurrentContext(const char* expression) {
 }  // namespace
 
 void Do_PluginIdle(FMX_ExternCallStruct*) {
+  KeepClipboardConvertible();  // signed in or not
   if (!g_registered) return;
   if (g_registeredFileName.empty()) g_registeredFileName = EvalInCurrentContext("Get(FileName)");
 }

@@ -1,6 +1,7 @@
 // The function table, laid out to be read against the function reference.
 #include "core/FunctionTable.h"
 
+#include "clipboard/ClipboardFunctions.h"
 #include "core/HostText.h"
 #include "core/Product.h"
 #include "host/FileIO.h"
@@ -35,11 +36,11 @@ constexpr ExternalFunction kFunctions[] = {
     {101, "Varnix.SetXMLClipboard", 2, 2,
      "Varnix.SetXMLClipboard( xmlType ; xmlContent )",
      "Writes UTF-8 XML to the FM clipboard under the given type key (e.g. XMSS).",
-     Do_NotBuiltYet},
+     Do_SetXMLClipboard},
     {102, "Varnix.GetXMLClipboard", 1, 1,
      "Varnix.GetXMLClipboard( xmlType )",
      "Reads FM XML clipboard for the given type key. Pass empty text or AUTO to probe common FileMaker XML types.",
-     Do_NotBuiltYet},
+     Do_GetXMLClipboard},
     {103, "Varnix.Register", 3, 4,
      "Varnix.Register( email ; licenseKey ; machineId { ; baseUrl } )",
      "Registers this FM installation with Varnix and starts the background bridge. Call once at file open. "
@@ -84,11 +85,11 @@ constexpr ExternalFunction kFunctions[] = {
     {112, "Varnix.GetTextClipboard", 0, 0,
      "Varnix.GetTextClipboard",
      "Reads plain UTF-8 text from the system clipboard. Returns empty if clipboard has no text.",
-     Do_NotBuiltYet},
+     Do_GetTextClipboard},
     {113, "Varnix.SetTextClipboard", 1, 1,
      "Varnix.SetTextClipboard( text )",
      "Writes plain UTF-8 text to the system clipboard, replacing all current contents.",
-     Do_NotBuiltYet},
+     Do_SetTextClipboard},
     {114, "Varnix.UpdateAvailable", 0, 0,
      "Varnix.UpdateAvailable",
      "Returns empty if the plugin is up to date, or a human-readable notice if a newer version is available at "
@@ -97,12 +98,12 @@ constexpr ExternalFunction kFunctions[] = {
     {115, "Varnix.ClipboardFormats", 0, 0,
      "Varnix.ClipboardFormats",
      "Returns diagnostic clipboard format ids and names currently available on the system clipboard.",
-     Do_NotBuiltYet},
+     Do_ClipboardFormats},
     {116, "Varnix.PrepareXMLClipboard", 0, 1,
      "Varnix.PrepareXMLClipboard( { xmlType } )",
      "Reads plain XML text from the clipboard and rewrites it as FileMaker XML clipboard data. "
      "xmlType is optional; commonly XMSS for script steps.",
-     Do_NotBuiltYet},
+     Do_PrepareXMLClipboard},
     {117, "Varnix.ListFiles", 0, 0,
      "Varnix.ListFiles",
      "Returns FileMaker file names visible to the Varnix plug-in in the current FileMaker calculation context.",

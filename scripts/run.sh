@@ -22,6 +22,7 @@ fi
 if [ -t 0 ] && [ -t 1 ]; then
   exec "$build/fmsim" "$@"
 fi
+unset DISPLAY  # the tour has a clipboard of its own, and leaves yours alone
 if "$build/fmsim" "$@" < "$tour"; then
   echo "Everything worked. On a terminal, make run gives a prompt to try it yourself."
 else

@@ -19,6 +19,7 @@ class Fmsim : public testing::Test {
     std::string pattern = (std::filesystem::temp_directory_path() / "varnix-fmsim-test-XXXXXX").string();
     folder_ = mkdtemp(pattern.data());
     setenv("XDG_CONFIG_HOME", folder_.c_str(), 1);
+    unsetenv("DISPLAY");  // the clipboard of whoever runs the tests is not ours
   }
   ~Fmsim() override { std::filesystem::remove_all(folder_); }
 

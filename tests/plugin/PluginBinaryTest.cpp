@@ -21,6 +21,7 @@ class PluginBinary : public testing::Test {
     std::string pattern = (std::filesystem::temp_directory_path() / "varnix-plugin-test-XXXXXX").string();
     folder_ = mkdtemp(pattern.data());
     setenv("XDG_CONFIG_HOME", folder_.c_str(), 1);
+    unsetenv("DISPLAY");  // the clipboard of whoever runs the tests is not ours
   }
 
   ~PluginBinary() override {
