@@ -23,7 +23,10 @@ constexpr auto kPairs = [] {
 constexpr std::size_t kUnit = 24;            // bytes encoded by one turn of the loop
 constexpr std::size_t kUnitCharacters = 32;  // what they become
 constexpr std::size_t kOverread = 2;         // bytes read behind a unit
-constexpr std::size_t kUnitsAtOnce = 128;
+
+// Units encoded on the stack before they are appended: giving the result its size first would fill it with zeros. They
+// are few so that storing them in fresh memory and encoding the next ones overlap.
+constexpr std::size_t kUnitsAtOnce = 16;
 
 /// The eight bytes from `bytes` on, the first as the highest. Compilers make a single instruction of this form.
 inline std::uint64_t LoadBigEndian(const char* bytes) {
@@ -44,14 +47,15 @@ inline void EncodeSix(const char* bytes, char* out) {
   std::memcpy(out + 6, &kPairs[word >> 16 & 4095], 2);
 }
 
-/// Encodes `units` units of bytes, reading kOverread bytes more.
-void EncodeUnits(const char* bytes, std::size_t units, char* out) {
+/// Encodes `units` units of bytes, reading kOverread bytes more; returns the end of what it wrote.
+char* EncodeUnits(const char* bytes, std::size_t units, char* out) {
   for (; units != 0; --units, bytes += kUnit, out += kUnitCharacters) {
     EncodeSix(bytes, out);
     EncodeSix(bytes + 6, out + 8);
     EncodeSix(bytes + 12, out + 16);
     EncodeSix(bytes + 18, out + 24);
   }
+  return out;
 }
 
 }  // namespace
@@ -59,23 +63,20 @@ void EncodeUnits(const char* bytes, std::size_t units, char* out) {
 std::string Base64Encode(const std::string& bytes) {
   std::string result;
   result.reserve((bytes.size() + 2) / 3 * 4);
+  char piece[kUnitsAtOnce * kUnitCharacters];
   const char* from = bytes.data();
   std::size_t left = bytes.size();
-  // Resizing fills with zeros. Done in small parts, those are still in the cache when the characters replace them.
   while (left >= kUnit + kOverread) {
     const std::size_t units = std::min((left - kOverread) / kUnit, kUnitsAtOnce);
-    const std::size_t end = result.size();
-    result.resize(end + units * kUnitCharacters);
-    EncodeUnits(from, units, result.data() + end);
+    result.append(piece, EncodeUnits(from, units, piece) - piece);
     from += units * kUnit;
     left -= units * kUnit;
   }
-  // The last bytes with zeros behind them. Groups that hold only such are left off, single ones become "=".
+  // The last bytes are encoded with zeros behind them; groups of only those are left off.
   char rest[2 * kUnit + kOverread] = {};
-  char characters[2 * kUnitCharacters];
   std::copy_n(from, left, rest);
-  EncodeUnits(rest, 2, characters);
-  result.append(characters, (left + 2) / 3 * 4);
+  EncodeUnits(rest, 2, piece);
+  result.append(piece, (left + 2) / 3 * 4);
   const std::size_t missing = (3 - left % 3) % 3;
   result.replace(result.size() - missing, missing, missing, '=');
   return result;

@@ -18,6 +18,9 @@ using Byte = unsigned char;
 constexpr std::size_t kBlock = 64;           // one bit of a mask for each byte
 constexpr std::size_t kRow = kBlock / 4;     // loops over a block take its four rows together
 constexpr std::size_t kPiece = 16 * kBlock;  // read before what came of it is appended to the result
+constexpr std::size_t kRunStep = kRow;       // between the escapes of XML most runs are shorter
+constexpr std::size_t kLineStep = 24;        // between the ends of lines they are longer
+constexpr std::size_t kSlack = kLineStep;    // the most that is read or written behind a run
 
 // The words below have the byte that comes first in memory as their lowest.
 static_assert(std::endian::native == std::endian::little);
@@ -71,10 +74,11 @@ std::size_t SumOverBlock(Count count) {
   return sums * 0x0001000100010001u >> 48;
 }
 
-/// Copies `size` bytes in steps of kRow, which reads and writes up to kRow bytes more; returns the end of the copy.
+/// Copies `size` bytes in steps of kStep, which reads and writes up to kStep bytes more; returns the end of the copy.
+template <std::size_t kStep>
 char* CopyRun(const char* from, std::size_t size, char* to) {
-  std::memcpy(to, from, kRow);
-  for (std::size_t done = kRow; done < size; done += kRow) std::memcpy(to + done, from + done, kRow);
+  std::memcpy(to, from, kStep);
+  for (std::size_t done = kStep; done < size; done += kStep) std::memcpy(to + done, from + done, kStep);
   return to + size;
 }
 
@@ -108,6 +112,9 @@ constexpr EscapeTable MakeLineEscapes() {
 constexpr EscapeTable kEscapes = MakeEscapes();
 constexpr EscapeTable kLineEscapes = MakeLineEscapes();
 
+template <const EscapeTable& kTable>
+constexpr bool kSeparates = kTable['\n'].separator != 0;
+
 constexpr std::size_t kLongestEscape = sizeof Escape::text;
 
 constexpr bool IsEscaped(Byte byte) { return (byte < ' ') | (byte == '"') | (byte == '\\'); }
@@ -115,29 +122,29 @@ constexpr bool IsEscaped(Byte byte) { return (byte < ' ') | (byte == '"') | (byt
 /// How much longer escaping makes `text`; a separator counts even where it is not written.
 template <const EscapeTable& kTable>
 std::size_t Growth(std::string_view text) {
-  constexpr Byte kSeparator = kTable['\n'].separator != 0;
   std::size_t growth = 0;
   for (; text.size() >= kBlock; text.remove_prefix(kBlock)) {
     growth += SumOverBlock([block = text.data()](std::size_t i) -> Byte {
       const Byte byte = block[i];
       const bool line_end = (byte == '\n') | (byte == '\r');
       return (byte < ' ') * 5 - (line_end | (byte == '\t')) * 4 + ((byte == '"') | (byte == '\\')) +
-             line_end * kSeparator;
+             line_end * kSeparates<kTable>;
     });
   }
   for (const Byte byte : text) growth += kTable[byte].size - 1;
   return growth;
 }
 
-/// How much longer escaping is likely to make `text`, judged by blocks from all over a long one and rounded up.
+/// How much longer escaping is likely to make `text`, which is not empty: judged by every 19th block and rounded up.
 template <const EscapeTable& kTable>
 std::size_t LikelyGrowth(std::string_view text) {
-  constexpr std::size_t kSamples = 16;
-  if (text.size() <= kSamples * kBlock) return Growth<kTable>(text);
-  const std::size_t distance = text.size() / kSamples;
-  std::size_t growth = 0;
-  for (std::size_t i = 0; i < kSamples; ++i) growth += Growth<kTable>(text.substr(i * distance, kBlock));
-  const std::size_t likely = growth * distance / kBlock;
+  std::size_t growth = 0, seen = 0;
+  for (std::size_t at = 0; at < text.size(); at += 19 * kBlock) {
+    const std::string_view block = text.substr(at, kBlock);
+    growth += Growth<kTable>(block);
+    seen += block.size();
+  }
+  const std::size_t likely = growth * text.size() / seen;
   return std::min(likely + likely / 2 + text.size() / 64, text.size() * (kLongestEscape - 1));
 }
 
@@ -149,61 +156,67 @@ void Extend(std::string& text, std::size_t size) {
   text.swap(extended);
 }
 
-/// Writes a block escaped to `out` and returns the end. `previous` is the `separator` of the byte before the block.
+/// Writes a block escaped to `out` and returns the end. `mask` has the bytes to escape, `previous` is the `separator`
+/// of the byte before the block.
 template <const EscapeTable& kTable>
-char* EscapeBlock(const char* block, Byte& previous, char* out) {
-  constexpr bool kSeparates = kTable['\n'].separator != 0;
+char* EscapeBlock(const char* block, std::uint64_t mask, Byte previous, char* out) {
+  constexpr std::size_t kStep = kSeparates<kTable> ? kLineStep : kRunStep;
   std::size_t done = 0;
-  std::uint64_t mask = BlockMask([block](std::size_t i) { return IsEscaped(block[i]); });
   for (; mask != 0; mask &= mask - 1) {
     const std::size_t at = std::countr_zero(mask);
-    out = CopyRun(block + done, at - done, out);
+    out = CopyRun<kStep>(block + done, at - done, out);
     const Escape& escape = kTable[static_cast<Byte>(block[at])];
     std::memcpy(out, &escape, sizeof escape);
     out += escape.size;
-    if (kSeparates) {
+    if (kSeparates<kTable>) {
       out -= at == done ? previous & escape.separator : 0;
       previous = escape.separator;
     }
     done = at + 1;
   }
-  if (done < kBlock) previous = 0;
-  return CopyRun(block + done, kBlock - done, out);
+  return CopyRun<kStep>(block + done, kBlock - done, out);
 }
 
-/// EscapeBlock for `size` bytes of whole blocks.
+/// EscapeBlock for `size` bytes, at most kPiece, of whole blocks.
 template <const EscapeTable& kTable>
 char* EscapeBlocks(const char* text, std::size_t size, Byte& previous, char* out) {
   std::size_t plain = 0;
   while (plain < size && !AnyInBlock([block = text + plain](std::size_t i) { return IsEscaped(block[i]); })) {
     plain += kBlock;
   }
-  if (plain > 0) {
-    std::memcpy(out, text, plain);
-    out += plain;
-    previous = 0;
+  std::memcpy(out, text, plain);
+  out += plain;
+  if (plain > 0) previous = 0;
+  // All masks come first. Computed block by block, each would be waited for whenever the processor had guessed the
+  // number of escapes in the block before wrongly.
+  std::uint64_t masks[kPiece / kBlock];
+  for (std::size_t at = plain; at < size; at += kBlock) {
+    masks[at / kBlock] = BlockMask([block = text + at](std::size_t i) { return IsEscaped(block[i]); });
   }
-  for (std::size_t at = plain; at < size; at += kBlock) out = EscapeBlock<kTable>(text + at, previous, out);
+  for (std::size_t at = plain; at < size; at += kBlock) {
+    out = EscapeBlock<kTable>(text + at, masks[at / kBlock], previous, out);
+    previous = kTable[static_cast<Byte>(text[at + kBlock - 1])].separator;
+  }
   return out;
 }
 
 template <const EscapeTable& kTable>
 void AppendEscaped(std::string_view text, std::string& result) {
-  char piece[kLongestEscape * kPiece + kRow];
+  char piece[kLongestEscape * kPiece + kSlack];
   const auto append = [&](const char* end) {
     const std::size_t size = end - piece;
     if (result.capacity() - result.size() < size) Extend(result, size + text.size() + Growth<kTable>(text));
     result.append(piece, size);
   };
   Byte previous = 0;
-  while (text.size() >= kBlock + kRow) {
+  while (text.size() >= kBlock + kSlack) {
     const char* const from = text.data();
-    const std::size_t size = std::min(kPiece, (text.size() - kRow) / kBlock * kBlock);
+    const std::size_t size = std::min(kPiece, (text.size() - kSlack) / kBlock * kBlock);
     text.remove_prefix(size);
     append(EscapeBlocks<kTable>(from, size, previous, piece));
   }
-  // What is left is padded to whole blocks; the padding comes through as it is and is left off.
-  char rest[2 * kBlock + kRow];
+  // What is left is padded to whole blocks. The padding comes through as it is and is left off.
+  char rest[2 * kBlock + kSlack];
   std::memset(rest, ' ', sizeof rest);
   const std::size_t size = text.copy(rest, text.size());
   const std::size_t padded = (size + kBlock - 1) / kBlock * kBlock;
@@ -268,20 +281,20 @@ std::size_t UnescapeBlock(const char* block, char*& out) {
   std::uint64_t mask = BlockMask([block](std::size_t i) { return block[i] == '\\'; });
   while (mask != 0) {
     const std::size_t at = std::countr_zero(mask);
-    out = CopyRun(block + done, at - done, out);
+    out = CopyRun<kRunStep>(block + done, at - done, out);
     *out++ = Unescaped(block[at + 1]);
     done = at + 2;
     mask &= ~(std::uint64_t{3} << at);  // an escaped backslash escapes nothing
   }
   if (done >= kBlock) return done;
-  out = CopyRun(block + done, kBlock - done, out);
+  out = CopyRun<kRunStep>(block + done, kBlock - done, out);
   return kBlock;
 }
 
 void AppendUnescaped(std::string_view text, std::string& result) {
-  char piece[kPiece + kBlock + kRow];
+  char piece[kPiece + kBlock + kSlack];
   char* out = piece;
-  while (text.size() >= kBlock + kRow) {
+  while (text.size() >= kBlock + kSlack) {
     text.remove_prefix(UnescapeBlock(text.data(), out));
     if (out < piece + kPiece) continue;
     result.append(piece, out - piece);
@@ -298,7 +311,7 @@ void AppendUnescaped(std::string_view text, std::string& result) {
 
 std::string JsonEscape(const std::string& text) {
   std::string result;
-  result.reserve(text.size() + LikelyGrowth<kEscapes>(text));
+  if (text.size() > kBlock) result.reserve(text.size() + LikelyGrowth<kEscapes>(text));
   AppendEscaped<kEscapes>(text, result);
   return result;
 }

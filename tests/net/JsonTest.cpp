@@ -71,10 +71,15 @@ TEST(JsonEscape, AgreesWithTheReferenceOnRandomTexts) {
 }
 
 TEST(JsonEscape, TakesLittleMoreMemoryThanTheResult) {
-  const std::string plain(1 << 20, 'x'), control(1 << 20, '\x01'), quotes(1 << 20, '"');
-  for (const std::string& text : {plain, control, quotes, plain + control, control + plain, "\"" + plain + "\""}) {
+  const std::string plain(1 << 18, 'x'), control(1 << 18, '\x01');
+  std::vector<std::string> texts = {plain, control, std::string(1 << 18, '"'), plain + control, control + plain};
+  for (std::size_t blocks = 1; blocks < 40; ++blocks) {  // whatever is taken for a sample may be the plain part
+    texts.emplace_back();
+    while (texts.back().size() < plain.size()) texts.back() += std::string(64, 'x') + std::string(64 * blocks, '\x01');
+  }
+  for (const std::string& text : texts) {
     const std::string escaped = JsonEscape(text);
-    EXPECT_LT(escaped.capacity(), escaped.size() + escaped.size() / 2) << text.size();
+    EXPECT_LT(escaped.capacity(), escaped.size() + escaped.size() / 2);
   }
   EXPECT_LT(JsonEscape(plain).capacity(), plain.size() + plain.size() / 32);
 }
@@ -135,6 +140,18 @@ TEST(NlToJsonArray, KeepsTheLinesThatAreNotEmpty) {
       {"say \"x\"\r\\", R"(["say \"x\"","\\"])"},
   };
   for (const Case& c : cases) EXPECT_EQ(NlToJsonArray(c.input), c.expected);
+}
+
+TEST(NlToJsonArray, SeparatesLinesThatEndWhereABlockDoes) {
+  const std::size_t sizes[] = {1, 63, 64, 65, 127, 128, 960, 1023, 1024, 1088, 2048};
+  for (const std::size_t first : sizes) {
+    for (const std::size_t second : sizes) {
+      for (const std::string& line_end : {"\n"s, "\r\n"s, "\n\n\n"s}) {
+        const std::string text = std::string(first, 'a') + line_end + std::string(second, 'b') + line_end + "c";
+        ASSERT_EQ(NlToJsonArray(text), reference::NlToJsonArray(text)) << first << ' ' << second;
+      }
+    }
+  }
 }
 
 TEST(NlToJsonArray, AgreesWithTheReferenceOnRandomTexts) {
