@@ -1,6 +1,7 @@
 #include "clipboard/ClipboardTypes.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstring>
 #include <utility>
@@ -59,14 +60,29 @@ bool StandsAt(std::string_view text, std::size_t position, std::string_view mark
   return text.compare(position, mark.size(), mark) == 0;
 }
 
+using Prefix = std::array<char, 4>;  // no two marks that begin with "<" share their first four bytes
+
+Prefix PrefixAt(std::string_view text, std::size_t position) {
+  Prefix prefix;
+  std::memcpy(prefix.data(), text.data() + position, prefix.size());
+  return prefix;
+}
+
 // The best mark below `best` that begins with "<" within [begin, end).
 std::size_t BestTagMark(std::string_view text, std::size_t begin, std::size_t end, std::size_t best) {
+  static const auto prefixes = [] {
+    std::array<Prefix, kMarkCount> all;
+    for (std::size_t mark = 0; mark < kMarkCount; ++mark) all[mark] = PrefixAt(kMarks[mark].text, 0);
+    return all;
+  }();
   for (auto at = begin; at < end; ++at) {
     const auto* hit = static_cast<const char*>(std::memchr(text.data() + at, '<', end - at));
     if (hit == nullptr) break;
     at = static_cast<std::size_t>(hit - text.data());
+    if (text.size() - at < sizeof(Prefix)) break;
+    const Prefix prefix = PrefixAt(text, at);
     for (std::size_t mark = 0; mark < best; ++mark) {
-      if (StandsAt(text, at, kMarks[mark].text)) best = mark;
+      if (prefix == prefixes[mark] && StandsAt(text, at, kMarks[mark].text)) best = mark;
     }
     if (best == 0) break;
   }
