@@ -92,7 +92,7 @@ TEST_F(PasteboardMacTest, CopiesTheFlavourOfTheItemAskedFor) {
 }
 
 TEST_F(PasteboardMacTest, TellsWhatTheSystemRefuses) {
-  std::string bytes = "untouched";
+  std::string bytes;
   struct Case {
     Names refusals;
     std::function<bool()> call;
@@ -100,9 +100,9 @@ TEST_F(PasteboardMacTest, TellsWhatTheSystemRefuses) {
   const Case cases[] = {
       {{"OpenItems"}, [&] { return access->OpenItems(); }},
       {{"ClearItems"}, [&] { return access->ClearItems(); }},
-      {{"PutFlavor A", "CFString", "CFData"}, [&] { return access->PutFlavor("A", "new"); }},
+      {{"PutFlavor B", "CFString", "CFData"}, [&] { return access->PutFlavor("B", "new"); }},
       {{"ItemCount"}, [&] { return access->ItemCount() == 1; }},
-      {{"CopyFlavor A", "GetItemIdentifier", "CFString"}, [&] { return access->CopyFlavor(1, "A", bytes); }},
+      {{"CopyFlavor A", "GetItemIdentifier", "CFString", "CFData"}, [&] { return access->CopyFlavor(1, "A", bytes); }},
       {{"SetData A"}, [&] { return access->SetData("A", "new"); }},
       {{"SetString"}, [&] { return access->SetString("new"); }},
       {{"AvailableType"}, [&] { return access->AvailableType({"A"}) == "A"; }},
@@ -111,15 +111,21 @@ TEST_F(PasteboardMacTest, TellsWhatTheSystemRefuses) {
       {{"Types"}, [&] { return !access->Types().empty(); }},
   };
   ASSERT_TRUE(access->OpenItems());
+  const FakePasteboard::Item item = {{"A", "data"}, {kText, "text"}};
   for (const auto& [refusals, call] : cases) {
     for (const auto& refusal : refusals) {
-      fake.Replace({{"A", "data"}, {kText, "text"}});
-      access->SynchronizeItems();
-      fake.refused = {refusal};
-      EXPECT_FALSE(call()) << refusal;
+      for (const bool refuses : {false, true}) {
+        access->ClearItems();  // which also makes it the owner
+        fake.items = {item};
+        fake.declared = {"A", kText};
+        access->SynchronizeItems();
+        bytes = "untouched";
+        if (refuses) fake.refused = {refusal};
+        EXPECT_EQ(call(), !refuses) << refusal;
+        fake.refused.clear();
+      }
       EXPECT_EQ(bytes, "untouched") << refusal;
-      EXPECT_EQ(fake.items.front().size(), 2u) << refusal;
-      fake.refused.clear();
+      EXPECT_EQ(fake.items, Items{item}) << refusal;
     }
   }
 }

@@ -2,6 +2,9 @@
 #import <AppKit/AppKit.h>
 #import <Foundation/NSDebug.h>
 
+#include <algorithm>
+#include <cstdlib>
+
 #include "tests/mac/standin/PasteboardControl.h"
 #include "tests/support/FakePasteboard.h"
 

@@ -32,6 +32,9 @@ using PasteboardControl::Misuse;
 
 constexpr std::uintptr_t kFirstForeignIdentifier = 0x5000;  // no index looks like it
 
+// What a failed call leaves behind.
+const CFDataRef kNotForUse = reinterpret_cast<CFDataRef>(&kFirstForeignIdentifier);
+
 FakePasteboard& Store() { return *FakePasteboard::Current(); }
 
 std::map<CFTypeRef, std::shared_ptr<void>>& Live() {
@@ -158,12 +161,14 @@ OSStatus PasteboardGetItemIdentifier(PasteboardRef pasteboard, CFIndex index, Pa
 OSStatus PasteboardCopyItemFlavorData(PasteboardRef pasteboard, PasteboardItemID item, CFStringRef type,
                                       CFDataRef* data) {
   const std::string& name = Alive(type, "PasteboardCopyItemFlavorData")->utf8;
+  *data = kNotForUse;
   if (!Store().Accept("CopyFlavor " + name)) return badPasteboardSyncErr;
   const auto* flavors = FindItem(Alive(pasteboard, "PasteboardCopyItemFlavorData"), item);
   if (flavors == nullptr) return badPasteboardItemErr;
   const std::string* bytes = FindFlavor(*flavors, name);
   if (bytes == nullptr) return badPasteboardFlavorErr;
-  *data = Create(__CFData{*bytes});
+  *data = CFDataCreate(kCFAllocatorDefault, reinterpret_cast<const UInt8*>(bytes->data()),
+                       static_cast<CFIndex>(bytes->size()));
   return noErr;
 }
 
@@ -173,7 +178,6 @@ OSStatus PasteboardPutItemFlavor(PasteboardRef pasteboard, PasteboardItemID item
   if (!Store().Accept("PutFlavor " + name)) return badPasteboardFlavorErr;
   if (!IsOwner(Alive(pasteboard, "PasteboardPutItemFlavor"))) return notPasteboardOwnerErr;
   if (item == nullptr) return badPasteboardItemErr;
-  if (data == nullptr) return noPasteboardPromiseKeeperErr;  // a promise, which nobody here would keep
   auto* flavors = FindItem(pasteboard, item);
   if (flavors == nullptr) {
     pasteboard->identifiers.push_back(item);

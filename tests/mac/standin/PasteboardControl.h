@@ -4,6 +4,7 @@
 // "CFData" can be refused. A call that the real system would not survive ends the test.
 #pragma once
 
+#include <cstddef>
 #include <set>
 #include <string>
 

@@ -46,7 +46,6 @@ enum : OSStatus {
   badPasteboardFlavorErr = -25133,
   duplicatePasteboardFlavorErr = -25134,
   notPasteboardOwnerErr = -25135,
-  noPasteboardPromiseKeeperErr = -25136,
 };
 
 #define kPasteboardClipboard CFSTR("com.apple.pasteboard.clipboard")
