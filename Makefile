@@ -1,6 +1,7 @@
 # The front door. Everything is built by CMake below build/.
 BUILD := build
 JOBS := $(shell nproc)
+MAKEFLAGS += --no-print-directory
 
 .PHONY: run test bench fuzz plugin clean
 
