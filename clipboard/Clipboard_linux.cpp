@@ -44,7 +44,7 @@ class LinuxPasteboard : public Pasteboard {
  private:
   const PasteboardContent* OwnContent();
   const x11::Target* FindTarget(const std::string& type);
-  std::optional<x11::Received> ReadFromOwner(const std::string& type);
+  std::optional<x11::Property> ReadFromOwner(const std::string& type);
   const std::vector<x11::Target>& Targets();
 
   x11::SystemClipboard& clipboard_ = x11::SystemClipboard::Shared();
@@ -70,7 +70,7 @@ const x11::Target* LinuxPasteboard::FindTarget(const std::string& type) {
   return nullptr;
 }
 
-std::optional<x11::Received> LinuxPasteboard::ReadFromOwner(const std::string& type) {
+std::optional<x11::Property> LinuxPasteboard::ReadFromOwner(const std::string& type) {
   const x11::Target* const target = FindTarget(type);
   return target == nullptr ? std::nullopt : clipboard_.Read(target->atom);
 }

@@ -34,7 +34,7 @@ constexpr std::pair<xcb_atom_t Atoms::*, const char*> kAtomNames[] = {
 constexpr std::size_t kRequestHeaderBytes = 64;  // more than the head of any request
 // Measured: larger pieces are slower. Small ones also let several transfers move on side by side and go easy on the
 // server's memory.
-constexpr std::size_t kPieceBytes = std::size_t{1} << 18;
+constexpr std::uint32_t kPieceBytes = 1 << 18;
 
 constexpr std::uint32_t kWatchedEvents = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
 
@@ -52,7 +52,7 @@ bool Connection::Prepare() {
   for (std::size_t i = 0; i < atoms.size(); ++i) atoms_.*kAtomNames[i].first = atoms[i];
   if (IsLost()) return false;
   const std::size_t requestBytes = std::size_t{xcb_get_maximum_request_length(connection_)} * 4;
-  maxPropertyBytes_ = std::min(requestBytes - kRequestHeaderBytes, kPieceBytes);
+  maxPropertyBytes_ = std::min<std::size_t>(requestBytes - kRequestHeaderBytes, kPieceBytes);
   return !IsLost();
 }
 
@@ -78,6 +78,10 @@ bool Connection::WaitUntil(const std::function<bool()>& done, std::int64_t deadl
     if ((descriptors[1].revents & POLLIN) != 0) eventfd_read(wakeFd_, &count);
   }
   return true;
+}
+
+void Connection::HandleArrivedEvents() {
+  while (const Owned<xcb_generic_event_t> event{xcb_poll_for_queued_event(connection_)}) handler_(*event);
 }
 
 std::vector<xcb_atom_t> Connection::Intern(const std::vector<std::string>& names) {
@@ -121,6 +125,24 @@ xcb_window_t Connection::OwnerOf(xcb_atom_t selection) {
   const Owned<xcb_get_selection_owner_reply_t> reply(
       xcb_get_selection_owner_reply(connection_, xcb_get_selection_owner(connection_, selection), nullptr));
   return reply == nullptr ? xcb_window_t{XCB_NONE} : reply->owner;
+}
+
+// In pieces, so that progress shows even over a slow network. The server deletes the property with the last one.
+Property Connection::Take(xcb_window_t window, xcb_atom_t property) {
+  Property taken;
+  for (std::uint32_t offset = 0;; offset += kPieceBytes / 4) {
+    const auto cookie =
+        xcb_get_property(connection_, 1, window, property, XCB_GET_PROPERTY_TYPE_ANY, offset, kPieceBytes / 4);
+    const Owned<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection_, cookie, nullptr));
+    ++progress_;
+    if (reply == nullptr) return {};
+    const auto size = static_cast<std::size_t>(xcb_get_property_value_length(reply.get()));
+    if (offset == 0) taken.bytes.reserve(size + reply->bytes_after);
+    taken.type = reply->type;
+    taken.format = reply->format;
+    taken.bytes.append(static_cast<const char*>(xcb_get_property_value(reply.get())), size);
+    if (reply->bytes_after == 0) return taken;
+  }
 }
 
 bool Connection::IsOwnWindow(xcb_window_t window) const {

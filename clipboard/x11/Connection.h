@@ -36,6 +36,13 @@ struct Atoms {
   xcb_atom_t answer;                                     // the property of this program's own windows
 };
 
+/// What a property holds.
+struct Property {
+  xcb_atom_t type = XCB_NONE;  ///< XCB_NONE when there is no such property
+  std::uint8_t format = 0;     ///< bits of an element
+  std::string bytes;
+};
+
 class Connection {
  public:
   using Handler = std::function<void(const xcb_generic_event_t&)>;
@@ -66,12 +73,17 @@ class Connection {
   /// Handles events until `done`. False when `deadline` (SteadyMilliseconds) passes first or the connection is lost.
   bool WaitUntil(const std::function<bool()>& done, std::int64_t deadline);
 
+  /// Handles the events that came with, or before, the last reply.
+  void HandleArrivedEvents();
+
   /// The atoms of `names`, XCB_NONE for what cannot be a name.
   std::vector<xcb_atom_t> Intern(const std::vector<std::string>& names);
   /// The names of `atoms`, "" for what is no atom.
   std::vector<std::string> NamesOf(const std::vector<xcb_atom_t>& atoms);
 
   xcb_window_t OwnerOf(xcb_atom_t selection);
+  /// Reads a property and deletes it.
+  Property Take(xcb_window_t window, xcb_atom_t property);
   bool IsOwnWindow(xcb_window_t window) const;
 
   /// Asks for the property and destruction events of another program's window, and, once for each time, no longer.

@@ -10,11 +10,10 @@ namespace x11 {
 
 namespace {
 
-constexpr std::uint32_t kWholeProperty = 0x1FFFFFFF;  // in units of 4 bytes: more than any server holds
 constexpr std::size_t kMaxReservedBytes = std::size_t{1} << 28;
 
 // The owner announces at least so many bytes. It may be wrong.
-std::size_t AnnouncedBytes(const Received& announcement) {
+std::size_t AnnouncedBytes(const Property& announcement) {
   std::uint32_t count = 0;
   if (announcement.bytes.size() >= sizeof count) std::memcpy(&count, announcement.bytes.data(), sizeof count);
   return std::min<std::size_t>(count, kMaxReservedBytes);
@@ -41,24 +40,24 @@ void Conversion::Ask(xcb_atom_t target, const std::vector<xcb_atom_t>& argument)
 
 bool Conversion::AwaitAnswer(std::int64_t deadline) { return WaitFor(answered_, deadline); }
 
-std::optional<Received> Conversion::Receive() {
+std::optional<Property> Conversion::Receive() {
   const std::int64_t start = SteadyMilliseconds();
   if (!AwaitAnswer(start + kOwnerPatienceMs) || !accepted_) return std::nullopt;
-  Received received = TakeProperty();
+  Property received = TakeProperty();
   if (received.type == connection_.atoms().incremental) return ReceivePieces(AnnouncedBytes(received), start);
   if (received.type == XCB_NONE) return std::nullopt;
   return received;
 }
 
 // Taking a piece away asks the owner for the next; one without bytes is the end.
-std::optional<Received> Conversion::ReceivePieces(std::size_t announced, std::int64_t start) {
-  Received all;
+std::optional<Property> Conversion::ReceivePieces(std::size_t announced, std::int64_t start) {
+  Property all;
   all.bytes.reserve(announced);
   for (;;) {
     const auto earned = static_cast<std::int64_t>(all.bytes.size()) * 1000 / kTrickleBytesPerSecond;
     const std::int64_t limit = start + kTricklePatienceMs + earned;
     if (!WaitFor(changed_, std::min(SteadyMilliseconds() + kOwnerPatienceMs, limit))) return std::nullopt;
-    Received piece = TakeProperty();
+    Property piece = TakeProperty();
     if (piece.type == XCB_NONE) continue;  // the event told of a piece that had been taken already
     if (piece.bytes.empty()) return all;
     all.type = piece.type;
@@ -73,14 +72,9 @@ bool Conversion::WaitFor(const bool& flag, std::int64_t deadline) {
   return ended && flag;
 }
 
-Received Conversion::TakeProperty() {
+Property Conversion::TakeProperty() {
   changed_ = false;
-  const auto cookie = xcb_get_property(connection_.get(), 1, window_.id(), connection_.atoms().answer,
-                                       XCB_GET_PROPERTY_TYPE_ANY, 0, kWholeProperty);
-  const Owned<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection_.get(), cookie, nullptr));
-  if (reply == nullptr) return {};
-  const auto size = static_cast<std::size_t>(xcb_get_property_value_length(reply.get()));
-  return {reply->type, reply->format, {static_cast<const char*>(xcb_get_property_value(reply.get())), size}};
+  return connection_.Take(window_.id(), connection_.atoms().answer);
 }
 
 void Conversion::Handle(const xcb_generic_event_t& event) {

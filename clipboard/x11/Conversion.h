@@ -5,7 +5,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <string>
 #include <vector>
 
 #include "clipboard/x11/Connection.h"
@@ -16,14 +15,7 @@ namespace x11 {
 inline constexpr std::int64_t kOwnerPatienceMs = 500;
 /// How long one that trickles may take altogether: this, and a second for each kTrickleBytesPerSecond received.
 inline constexpr std::int64_t kTricklePatienceMs = 5000;
-inline constexpr std::int64_t kTrickleBytesPerSecond = std::int64_t{1} << 20;
-
-/// What an owner has answered.
-struct Received {
-  xcb_atom_t type = XCB_NONE;
-  std::uint8_t format = 0;  ///< bits of an element
-  std::string bytes;
-};
+inline constexpr std::int64_t kTrickleBytesPerSecond = std::int64_t{1} << 18;
 
 /// Has a window of its own, which takes an answer that comes too late away with it.
 class Conversion {
@@ -39,7 +31,7 @@ class Conversion {
   /// True when the owner has answered before `deadline`, be it with a refusal.
   bool AwaitAnswer(std::int64_t deadline);
   /// Waits for the answer and takes it, however large; nothing when the owner refuses, stalls or dies.
-  std::optional<Received> Receive();
+  std::optional<Property> Receive();
   /// Whether the owner, though alive, has let a deadline pass.
   bool HasStalled() const { return stalled_; }
 
@@ -47,8 +39,8 @@ class Conversion {
 
  private:
   bool WaitFor(const bool& flag, std::int64_t deadline);
-  Received TakeProperty();
-  std::optional<Received> ReceivePieces(std::size_t announced, std::int64_t start);
+  Property TakeProperty();
+  std::optional<Property> ReceivePieces(std::size_t announced, std::int64_t start);
 
   Connection& connection_;
   const xcb_window_t owner_;

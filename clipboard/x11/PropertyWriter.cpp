@@ -18,7 +18,9 @@ void PropertyWriter::Put(xcb_window_t window, xcb_atom_t property, Value value) 
     return;
   }
   connection_.Watch(window);
-  transfers_.emplace(key, Transfer{std::move(value), 0, SteadyMilliseconds() + kReceiverPatienceMs});
+  const std::int64_t deadline = SteadyMilliseconds() + kReceiverPatienceMs;
+  transfers_.emplace(key, Transfer{std::move(value), 0, deadline});
+  nextDeadline_ = std::min(nextDeadline_, deadline);
   const auto atLeast =
       static_cast<std::uint32_t>(std::min<std::size_t>(size, std::numeric_limits<std::int32_t>::max()));
   xcb_change_property(connection_.get(), XCB_PROP_MODE_REPLACE, window, property, connection_.atoms().incremental, 32,
@@ -38,16 +40,17 @@ void PropertyWriter::Handle(const xcb_generic_event_t& event) {
   }
 }
 
-std::int64_t PropertyWriter::NextDeadline() const {
-  std::int64_t next = std::numeric_limits<std::int64_t>::max();
-  for (const auto& [key, transfer] : transfers_) next = std::min(next, transfer.deadline);
-  return next;
-}
-
 void PropertyWriter::DropStalled() {
   const std::int64_t now = SteadyMilliseconds();
+  if (now < nextDeadline_) return;
+  nextDeadline_ = std::numeric_limits<std::int64_t>::max();
   for (auto transfer = transfers_.begin(); transfer != transfers_.end();) {
-    transfer = transfer->second.deadline <= now ? End(transfer) : std::next(transfer);
+    if (transfer->second.deadline <= now) {
+      transfer = End(transfer);
+    } else {
+      nextDeadline_ = std::min(nextDeadline_, transfer->second.deadline);
+      ++transfer;
+    }
   }
 }
 

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <map>
 #include <memory>
 #include <string>
@@ -34,7 +35,7 @@ class PropertyWriter {
   void Handle(const xcb_generic_event_t& event);
 
   /// When DropStalled is next needed.
-  std::int64_t NextDeadline() const;
+  std::int64_t NextDeadline() const { return nextDeadline_; }
   void DropStalled();
 
  private:
@@ -50,6 +51,7 @@ class PropertyWriter {
 
   Connection& connection_;
   Transfers transfers_;
+  std::int64_t nextDeadline_ = std::numeric_limits<std::int64_t>::max();  // not after the first one of a transfer
 };
 
 }  // namespace x11

@@ -1,7 +1,6 @@
 #include "clipboard/x11/SelectionOwner.h"
 
 #include <algorithm>
-#include <cstring>
 #include <string>
 #include <utility>
 
@@ -15,9 +14,8 @@ namespace {
 constexpr std::uint32_t kMaxMultiplePairs = 1024;  // far more than there are targets
 
 Value Numbers(xcb_atom_t type, const std::vector<std::uint32_t>& numbers) {
-  std::string bytes(numbers.size() * sizeof numbers[0], '\0');
-  std::memcpy(bytes.data(), numbers.data(), bytes.size());
-  return {type, 32, std::make_shared<const std::string>(std::move(bytes))};
+  const auto* const first = reinterpret_cast<const char*>(numbers.data());
+  return {type, 32, std::make_shared<const std::string>(first, first + numbers.size() * sizeof numbers[0])};
 }
 
 }  // namespace

@@ -24,7 +24,7 @@ bool IsContent(std::string_view name) {
   return !name.empty() && IsUtf8(name) && std::find(std::begin(kProtocolTargets), end, name) == end;
 }
 
-std::vector<xcb_atom_t> AtomsIn(const Received& received) {
+std::vector<xcb_atom_t> AtomsIn(const Property& received) {
   if (received.format != 32) return {};
   std::vector<xcb_atom_t> atoms(std::min(received.bytes.size() / sizeof(xcb_atom_t), kMaxTargets));
   if (!atoms.empty()) std::memcpy(atoms.data(), received.bytes.data(), atoms.size() * sizeof(xcb_atom_t));
@@ -48,14 +48,13 @@ std::vector<Target> SelectionReader::Targets() {
   return targets;
 }
 
-std::optional<Received> SelectionReader::Read(xcb_atom_t target) {
+std::optional<Property> SelectionReader::Read(xcb_atom_t target) {
   const xcb_window_t owner = connection_.OwnerOf(connection_.atoms().clipboard);
   if (owner == XCB_NONE || IsStalled(owner)) return std::nullopt;
   conversion_.emplace(connection_, owner, connection_.atoms().clipboard);
   conversion_->Ask(target);
   auto received = conversion_->Receive();
-  stalledOwner_ = conversion_->HasStalled() ? owner : xcb_window_t{XCB_NONE};
-  stalledUntil_ = SteadyMilliseconds() + kStalledOwnerPauseMs;
+  Remember(conversion_->HasStalled() ? owner : xcb_window_t{XCB_NONE});
   conversion_.reset();
   return received;
 }
@@ -72,10 +71,21 @@ void SelectionReader::HandOver(const std::vector<xcb_atom_t>& targets) {
 
 void SelectionReader::Handle(const xcb_generic_event_t& event) {
   if (conversion_) conversion_->Handle(event);
+  if ((event.response_type & ~0x80) != XCB_DESTROY_NOTIFY) return;
+  if (reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window == stalledOwner_) Remember(XCB_NONE);
 }
 
-bool SelectionReader::IsStalled(xcb_window_t owner) const {
+bool SelectionReader::IsStalled(xcb_window_t owner) {
+  if (stalledOwner_ != XCB_NONE) connection_.HandleArrivedEvents();
   return owner == stalledOwner_ && SteadyMilliseconds() < stalledUntil_;
+}
+
+// The window stays watched for as long as it is remembered.
+void SelectionReader::Remember(xcb_window_t stalledOwner) {
+  if (stalledOwner != XCB_NONE) connection_.Watch(stalledOwner);
+  if (stalledOwner_ != XCB_NONE) connection_.Unwatch(stalledOwner_);
+  stalledOwner_ = stalledOwner;
+  stalledUntil_ = SteadyMilliseconds() + kStalledOwnerPauseMs;
 }
 
 }  // namespace x11

@@ -19,7 +19,8 @@ struct Target {
   xcb_atom_t atom;
 };
 
-/// How long an owner that was too slow is not asked again.
+/// How long an owner that was too slow is not asked again, unless its window is destroyed: the server gives the
+/// window's number to another program soon.
 inline constexpr std::int64_t kStalledOwnerPauseMs = 5000;
 /// How long a clipboard manager may take to save the content.
 inline constexpr std::int64_t kHandOverLimitMs = 2000;
@@ -31,14 +32,15 @@ class SelectionReader {
   /// The types of the clipboard in its owner's order; none when nobody owns it, or the owner does not answer.
   std::vector<Target> Targets();
   /// The clipboard as `target`; nothing when the owner refuses, stalls or dies.
-  std::optional<Received> Read(xcb_atom_t target);
+  std::optional<Property> Read(xcb_atom_t target);
   /// Has the clipboard manager, if one runs, save `targets` of the clipboard, which this program owns.
   void HandOver(const std::vector<xcb_atom_t>& targets);
 
   void Handle(const xcb_generic_event_t& event);
 
  private:
-  bool IsStalled(xcb_window_t owner) const;
+  bool IsStalled(xcb_window_t owner);
+  void Remember(xcb_window_t stalledOwner);
 
   Connection& connection_;
   std::optional<Conversion> conversion_;

@@ -1,5 +1,6 @@
 #include "clipboard/x11/Session.h"
 
+#include <dlfcn.h>
 #include <pthread.h>
 #include <sys/eventfd.h>
 
@@ -34,13 +35,11 @@ class SignalsBlocked {
   sigset_t before_;
 };
 
-// A server that accepts and then says nothing would hold the thread for ever, and there is no descriptor to cut yet:
-// only here, where no lock is held and no destructor is running, the thread can be cancelled.
-xcb_connection_t* Connect(const std::string& display) {
-  pthread_setcancelstate(PTHREAD_CANCEL_ENABLE, nullptr);
-  xcb_connection_t* const connection = xcb_connect(display.c_str(), nullptr);
-  pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, nullptr);
-  return connection;
+// From here on the plug-in's code stays in memory when the host unloads it.
+void KeepLoaded() {
+  Dl_info self;
+  if (dladdr(reinterpret_cast<void*>(&KeepLoaded), &self) == 0) return;
+  dlopen(self.dli_fname, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE);
 }
 
 }  // namespace
@@ -48,7 +47,8 @@ xcb_connection_t* Connect(const std::string& display) {
 Session::Session(const std::string& display) : wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
   StartThread(display);
   std::unique_lock lock(mutex_);
-  changed_.wait_for(lock, kServerPatience, [this] { return state_ != State::kConnecting; });
+  const auto tried = [this] { return state_ != State::kConnecting; };
+  if (!changed_.wait_for(lock, kServerPatience, tried)) KeepLoaded();
 }
 
 Session::~Session() {
@@ -56,14 +56,9 @@ Session::~Session() {
   std::unique_lock lock(mutex_);
   stopping_ = true;
   Wake();
-  const bool mayHandOver = state_ == State::kConnected && OwnsSelection();
+  const bool mayHandOver = OwnsSelection();
   const Milliseconds patience = kStopPatience + Milliseconds(mayHandOver ? kHandOverLimitMs : 0);
-  if (!changed_.wait_for(lock, patience, [this] { return state_ == State::kClosed; })) {
-    if (connection_ != nullptr)
-      connection_->Cut();
-    else
-      pthread_cancel(thread_.native_handle());
-  }
+  if (!changed_.wait_for(lock, patience, [this] { return state_ == State::kClosed; })) connection_->Cut();
   lock.unlock();
   thread_.join();
 }
@@ -78,12 +73,7 @@ void Session::StartThread(const std::string& display) {
 }
 
 void Session::Run(const std::string& display) {
-  pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, nullptr);
-  xcb_connection_t* const connection = Connect(display);
-  {
-    const std::lock_guard lock(mutex_);
-    connection_ = std::make_unique<Connection>(connection, wake_.get());
-  }
+  connection_ = std::make_unique<Connection>(xcb_connect(display.c_str(), nullptr), wake_.get());
   if (connection_->Prepare()) {
     owner_.emplace(*connection_);
     reader_.emplace(*connection_);
@@ -94,7 +84,9 @@ void Session::Run(const std::string& display) {
 }
 
 void Session::Serve() {
-  connection_->SetHandler([this](const xcb_generic_event_t& event) {
+  bool handled = false;
+  connection_->SetHandler([this, &handled](const xcb_generic_event_t& event) {
+    handled = true;
     try {
       owner_->Handle(event);
       reader_->Handle(event);
@@ -106,7 +98,8 @@ void Session::Serve() {
       std::unique_lock lock(mutex_);
       changed_.wait(lock, [this] { return HasWork(); });
     } else {
-      connection_->WaitUntil([this] { return HasWork(); }, owner_->Transfers().NextDeadline());
+      handled = false;
+      connection_->WaitUntil([&] { return handled || HasWork(); }, owner_->Transfers().NextDeadline());
       owner_->Transfers().DropStalled();
     }
     if (stopping_) break;
@@ -177,8 +170,8 @@ std::vector<Target> Session::Targets() {
   return targets;
 }
 
-std::optional<Received> Session::Read(xcb_atom_t target) {
-  std::optional<Received> received;
+std::optional<Property> Session::Read(xcb_atom_t target) {
+  std::optional<Property> received;
   Call([&] { received = reader_->Read(target); });
   return received;
 }

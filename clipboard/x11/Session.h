@@ -26,9 +26,11 @@ class Session {
  public:
   enum class State { kConnecting, kConnected, kClosed };
 
-  /// Connects to `display`, waiting at most kServerPatienceMs.
+  /// Connects to `display`, waiting at most kServerPatienceMs. A server that accepts and then says nothing holds the
+  /// thread where nothing can reach it: the state stays kConnecting, and the plug-in stays in memory from then on.
   explicit Session(const std::string& display);
-  /// Has a clipboard manager save what this program owns, and ends the thread; both in bounded time.
+  /// Has a clipboard manager save what this program owns, and ends the thread; both in bounded time. Not in the state
+  /// kConnecting.
   ~Session();
 
   State state() const { return state_; }
@@ -44,7 +46,7 @@ class Session {
   bool AcquireIfFree(const PasteboardContent& content);
   /// As SelectionReader has them.
   std::vector<Target> Targets();
-  std::optional<Received> Read(xcb_atom_t target);
+  std::optional<Property> Read(xcb_atom_t target);
 
  private:
   using Job = std::function<void()>;

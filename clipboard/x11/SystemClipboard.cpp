@@ -17,9 +17,12 @@ SystemClipboard& SystemClipboard::Shared() {
 SystemClipboard::SystemClipboard()
     : content_(std::make_shared<PasteboardContent>()), nextAttempt_(SteadyMilliseconds()), process_(getpid()) {}
 
-// In a process that the host has forked there is no thread to end, and the connection is still the host's.
+// In a process that the host has forked there is no thread to end, and the connection is still the host's. A thread
+// that waits for a server that never answers cannot be ended; it owns all it touches.
 SystemClipboard::~SystemClipboard() {
-  if (getpid() != process_) static_cast<void>(session_.release());
+  const bool cannotEnd =
+      getpid() != process_ || (session_ != nullptr && session_->state() == Session::State::kConnecting);
+  if (cannotEnd) static_cast<void>(session_.release());
 }
 
 const PasteboardContent* SystemClipboard::OwnContent() {
@@ -33,7 +36,7 @@ std::vector<Target> SystemClipboard::Targets() {
   return session == nullptr ? std::vector<Target>() : session->Targets();
 }
 
-std::optional<Received> SystemClipboard::Read(xcb_atom_t target) {
+std::optional<Property> SystemClipboard::Read(xcb_atom_t target) {
   Session* const session = ConnectedSession();
   return session == nullptr ? std::nullopt : session->Read(target);
 }

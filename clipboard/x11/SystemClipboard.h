@@ -29,7 +29,7 @@ class SystemClipboard {
   const PasteboardContent* OwnContent();
   /// What another program has; see SelectionReader.
   std::vector<Target> Targets();
-  std::optional<Received> Read(xcb_atom_t target);
+  std::optional<Property> Read(xcb_atom_t target);
 
   /// Takes the clipboard from whoever has it; true has to be followed by Publish. False when that cannot be had.
   bool Acquire();

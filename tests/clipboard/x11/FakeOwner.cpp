@@ -1,0 +1,78 @@
+#include "tests/clipboard/x11/FakeOwner.h"
+
+#include <pthread.h>
+#include <signal.h>
+#include <sys/socket.h>
+
+#include "tests/clipboard/x11/TestClock.h"
+
+FakeOwner::FakeOwner(const std::string& display, Manner manner, std::vector<std::string> targets, std::string bytes)
+    : manner_(manner), targets_(std::move(targets)), bytes_(std::move(bytes)), client_(display) {
+  client_.Own("CLIPBOARD");
+  thread_ = std::thread([this] { Run(); });
+}
+
+FakeOwner::~FakeOwner() {
+  shutdown(xcb_get_file_descriptor(client_.xcb()), SHUT_RDWR);
+  thread_.join();
+}
+
+void FakeOwner::Run() {
+  sigset_t pipe;  // what this program writes when it is being ended is none of the test's business
+  sigemptyset(&pipe);
+  sigaddset(&pipe, SIGPIPE);
+  pthread_sigmask(SIG_BLOCK, &pipe, nullptr);
+  while (const auto event = client_.NextOfAny(-1)) {
+    const int type = event->response_type & ~0x80;
+    if (type == XCB_SELECTION_REQUEST) Handle(reinterpret_cast<const Request&>(*event));
+    if (type != XCB_PROPERTY_NOTIFY || !isIncremental_) continue;
+    if (reinterpret_cast<const xcb_property_notify_event_t&>(*event).state == XCB_PROPERTY_DELETE) SendPiece();
+  }
+}
+
+void FakeOwner::Handle(const Request& request) {
+  ++requests_;
+  const Request previous = std::exchange(last_, request);
+  const bool asksForTargets = client_.NameOf(request.target) == "TARGETS";
+  const bool isIncremental =
+      manner_ == Manner::kStallsBetweenPieces || manner_ == Manner::kDiesBetweenPieces || manner_ == Manner::kTrickles;
+  if (manner_ == Manner::kSilent) return;
+  if (manner_ == Manner::kRefusing) return client_.Notify(request, XCB_NONE);
+  if (manner_ == Manner::kAnswersLate && previous.requestor == XCB_NONE) return;
+  if (manner_ == Manner::kAnswersLate) Answer(previous, "late");
+  if (!isIncremental || asksForTargets) return Answer(request, bytes_);
+
+  isIncremental_ = true;
+  const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+  xcb_change_window_attributes(client_.xcb(), request.requestor, XCB_CW_EVENT_MASK, &events);
+  const std::uint32_t size = 100;
+  xcb_change_property(client_.xcb(), XCB_PROP_MODE_REPLACE, request.requestor, request.property, client_.Atom("INCR"),
+                      32, 1, &size);
+  client_.Notify(request, request.property);
+}
+
+void FakeOwner::Answer(const Request& request, const std::string& bytes) {
+  const auto leave = [&] {
+    std::vector<xcb_atom_t> atoms;
+    for (const auto& name : targets_) atoms.push_back(client_.Atom(name));
+    const bool asksForTargets = client_.NameOf(request.target) == "TARGETS";
+    const auto length = asksForTargets ? atoms.size() : bytes.size();
+    xcb_change_property(client_.xcb(), XCB_PROP_MODE_REPLACE, request.requestor, request.property,
+                        asksForTargets ? xcb_atom_t{XCB_ATOM_ATOM} : request.target, asksForTargets ? 32 : 8,
+                        static_cast<std::uint32_t>(length),
+                        asksForTargets ? static_cast<const void*>(atoms.data()) : bytes.data());
+    client_.Notify(request, request.property);
+  };
+  leave();
+  if (manner_ == Manner::kAnswersTwice) leave();
+}
+
+void FakeOwner::SendPiece() {
+  if (++pieces_ > 1 && manner_ == Manner::kStallsBetweenPieces) return;
+  if (pieces_ > 1 && manner_ == Manner::kDiesBetweenPieces) {
+    shutdown(xcb_get_file_descriptor(client_.xcb()), SHUT_RDWR);
+    return;
+  }
+  if (manner_ == Manner::kTrickles) AdvanceClock(400);
+  xcb_change_property(client_.xcb(), XCB_PROP_MODE_REPLACE, last_.requestor, last_.property, last_.target, 8, 1, "x");
+}

@@ -1,0 +1,19 @@
+// A module that is unloaded, and a program that ends, having written to the pasteboard.
+#include <string>
+
+#include "clipboard/Pasteboard.h"
+
+extern "C" __attribute__((visibility("default"))) void WriteToPasteboard(const char* text) {
+  const auto pasteboard = Pasteboard::Open();
+  pasteboard->DeclareTypes(true, {"Mac-XMSS"});
+  pasteboard->SetData("Mac-XMSS", text);
+  pasteboard->SetString(text);
+}
+
+// A thread that a silent server holds is not joined before the program ends, when libXau frees what it used.
+extern "C" __attribute__((visibility("default"), used)) const char* __tsan_default_suppressions() {
+  return "race:libXau.so\n";
+}
+
+/// Its argument is how many bytes to write.
+int main(int, char** arguments) { WriteToPasteboard(std::string(std::stoul(arguments[1]), 'x').c_str()); }

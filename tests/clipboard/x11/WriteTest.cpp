@@ -1,0 +1,156 @@
+// What other programs get of the content that this one wrote, while it serves several of them at once.
+#include <thread>
+
+#include "tests/clipboard/x11/PasteboardFixture.h"
+
+namespace {
+
+using namespace std::string_literals;
+
+using PasteboardWrites = PasteboardFixture;
+
+TEST_F(PasteboardWrites, EveryTypeAndTheTextUnderItsUsualNames) {
+  const std::string bytes = "<fmxmlsnippet/> \0 Größe"s;
+  ASSERT_TRUE(Write(bytes, {"CorePasteboardFlavorType 0x584D5353", "Mac-XMSS", "dyn.ah62d4rv4gk8zuxnxnq"}));
+  for (const char* const type : {"CorePasteboardFlavorType 0x584D5353", "Mac-XMSS", "dyn.ah62d4rv4gk8zuxnxnq",
+                                 "UTF8_STRING", "text/plain;charset=utf-8", kPlainTextType, "TEXT"}) {
+    EXPECT_EQ(XclipPastes(type), bytes) << type;
+  }
+  EXPECT_EQ(XclipPastes("STRING"), "<fmxmlsnippet/> \0 Gr\xF6\xDF\x65"s);
+  EXPECT_EQ(XclipPastes("TARGETS"),
+            "TARGETS\nMULTIPLE\nTIMESTAMP\nSAVE_TARGETS\nUTF8_STRING\npublic.utf8-plain-text\n"
+            "text/plain;charset=utf-8\nTEXT\nSTRING\nCorePasteboardFlavorType 0x584D5353\nMac-XMSS\n"
+            "dyn.ah62d4rv4gk8zuxnxnq\n");
+  EXPECT_EQ(Data("Mac-XMSS"), bytes);
+  EXPECT_EQ(AllTypes(),
+            (Types{kPlainTextType, "CorePasteboardFlavorType 0x584D5353", "Mac-XMSS", "dyn.ah62d4rv4gk8zuxnxnq"}));
+}
+
+TEST_F(PasteboardWrites, FiftyMegabytesInPieces) {
+  const std::string text = Large(50'000'000);
+  ASSERT_TRUE(Write(text, {"Mac-XMSS"}));
+  EXPECT_TRUE(XclipPastes("Mac-XMSS") == text);
+  EXPECT_TRUE(XclipPastes("UTF8_STRING") == text);
+}
+
+TEST_F(PasteboardWrites, TypesOfValuesAndRefusals) {
+  ASSERT_TRUE(Write("text", {"XMSS"}));
+  EXPECT_EQ(other_->Read("XMSS")->type, "XMSS");
+  EXPECT_EQ(other_->Read("TEXT")->type, "UTF8_STRING");
+  EXPECT_EQ(other_->Read("STRING")->type, "STRING");
+  EXPECT_EQ(other_->Read("TIMESTAMP")->type, "INTEGER");
+  EXPECT_NE(other_->Read("TIMESTAMP")->bytes, Words({0}));
+  EXPECT_EQ(other_->Read("SAVE_TARGETS")->type, "NULL");
+  EXPECT_EQ(other_->Read("XMSC"), std::nullopt);
+  EXPECT_EQ(other_->Read("MULTIPLE"), std::nullopt);
+}
+
+TEST_F(PasteboardWrites, SeveralTargetsInOneRequest) {
+  const std::string text = Large(1'000'000);
+  ASSERT_TRUE(Write(text, {"XMSS"}));
+  const auto atom = [&](const char* name) { return other_->Atom(name); };
+  other_->SetProperty("PAIRS", "ATOM_PAIR",
+                      Words({atom("XMSS"), atom("A"), atom("XMSC"), atom("B"), atom("TARGETS"), atom("C"),
+                             atom("MULTIPLE"), atom("D"), atom("UTF8_STRING"), atom("E")}),
+                      32);
+  other_->Ask("MULTIPLE", "PAIRS");
+  ASSERT_TRUE(other_->IsAnswered());
+  EXPECT_EQ(other_->Take("PAIRS").bytes, Words({atom("XMSS"), atom("A"), atom("XMSC"), 0, atom("TARGETS"), atom("C"),
+                                                atom("MULTIPLE"), 0, atom("UTF8_STRING"), atom("E")}));
+  EXPECT_EQ(other_->Take("C").type, "ATOM");
+  ASSERT_EQ(other_->Take("E").type, "INCR");
+  EXPECT_TRUE(other_->TakePieces("E").bytes == text);
+  ASSERT_EQ(other_->Take("A").type, "INCR");
+  EXPECT_TRUE(other_->TakePieces("A").bytes == text);
+}
+
+TEST_F(PasteboardWrites, ARequestInTheMiddleOfAWriteSeesItWhole) {
+  ASSERT_TRUE(Write("old", {"XMSS"}));
+  {
+    const auto pasteboard = Pasteboard::Open();
+    pasteboard->DeclareTypes(true, {"XMSS", "Script"});
+    EXPECT_TRUE(pasteboard->SetData("XMSS", "new"));
+    other_->Ask("TARGETS", "T");
+    other_->Ask("Script", "S");
+    EXPECT_TRUE(pasteboard->SetData("Script", "last"));
+    EXPECT_FALSE(pasteboard->SetData("undeclared", "new"));
+  }
+  ASSERT_TRUE(other_->IsAnswered());
+  ASSERT_TRUE(other_->IsAnswered());
+  EXPECT_EQ(other_->Take("T").bytes,
+            Words({other_->Atom("TARGETS"), other_->Atom("MULTIPLE"), other_->Atom("TIMESTAMP"),
+                   other_->Atom("SAVE_TARGETS"), other_->Atom("XMSS"), other_->Atom("Script")}));
+  EXPECT_EQ(other_->Take("S").bytes, "last");
+}
+
+TEST_F(PasteboardWrites, AProgramThatStallsHoldsNobodyUpAndIsDropped) {
+  const std::string text = Large(1'000'000);
+  ASSERT_TRUE(Write(text, {"XMSS"}));
+  other_->Ask("XMSS", "SLOW");
+  ASSERT_TRUE(other_->IsAnswered());
+  XClient third(server_->display());
+  EXPECT_TRUE(third.Read("XMSS")->bytes == text);
+
+  const auto takeAndAwaitNext = [this] {
+    const std::string type = other_->Take("SLOW").type;
+    other_->Next(XCB_PROPERTY_NOTIFY);  // the taking itself
+    other_->Next(XCB_PROPERTY_NOTIFY);
+    return type;
+  };
+  EXPECT_EQ(takeAndAwaitNext(), "INCR");
+  AdvanceClock(x11::kReceiverPatienceMs - 5000);  // slow, but not too slow
+  EXPECT_EQ(takeAndAwaitNext(), "XMSS");
+  AdvanceClock(x11::kReceiverPatienceMs);
+  EXPECT_TRUE(third.Read("TARGETS").has_value());
+  EXPECT_EQ(other_->Take("SLOW").type, "XMSS");
+  EXPECT_TRUE(third.Read("TARGETS").has_value());
+  EXPECT_EQ(other_->Take("SLOW").type, "");
+}
+
+TEST_F(PasteboardWrites, AProgramThatVanishesInTheMiddleHarmsNothing) {
+  ASSERT_TRUE(Write(Large(1'000'000), {"XMSS"}));
+  for (int i = 0; i < 50; ++i) {
+    XClient vanishing(server_->display());
+    vanishing.Ask("XMSS");
+    if (i % 2 == 0) continue;  // before the answer
+    ASSERT_TRUE(vanishing.IsAnswered());
+    vanishing.Take();
+  }
+  EXPECT_EQ(other_->Read("UTF8_STRING")->bytes.size(), 1'000'000U);
+}
+
+TEST_F(PasteboardWrites, AFloodOfRequestsLeavesRoomForOthers) {
+  ASSERT_TRUE(Write("text", {"XMSS"}));
+  std::thread flood([this] {
+    XClient client(server_->display());
+    for (int i = 0; i < 20'000; ++i) {
+      xcb_convert_selection(client.xcb(), client.window(), client.Atom("CLIPBOARD"), XCB_ATOM_STRING,
+                            XCB_ATOM_CUT_BUFFER0, XCB_CURRENT_TIME);
+    }
+  });
+  for (int i = 0; i < 20; ++i) {
+    ASSERT_TRUE(Write(std::to_string(i), {"XMSS"}));
+    EXPECT_EQ(other_->Read("XMSS")->bytes, std::to_string(i));
+  }
+  flood.join();
+}
+
+TEST_F(PasteboardWrites, AnotherProgramTakesTheClipboardAndGivesItBack) {
+  ASSERT_TRUE(Write("ours", {"XMSS"}));
+  XclipCopies("theirs");
+  while (Text() == "ours") continue;
+  EXPECT_EQ(Text(), "theirs");
+  EXPECT_EQ(AllTypes(), Types{kPlainTextType});
+  ASSERT_TRUE(Write("ours again", {}));
+  EXPECT_EQ(XclipPastes("UTF8_STRING"), "ours again");
+}
+
+TEST_F(PasteboardWrites, DeclaringAloneClearsTheClipboard) {
+  XclipCopies("theirs");
+  Pasteboard::Open()->DeclareTypes(false, {});
+  EXPECT_EQ(AllTypes(), Types{});
+  EXPECT_EQ(Text(), "");
+  EXPECT_EQ(XclipPastes("UTF8_STRING"), "");
+}
+
+}  // namespace
