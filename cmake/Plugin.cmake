@@ -69,7 +69,7 @@ if(APPLE)
 else()
   # The host provides libFMWrapper.so. Linking an empty library of that name records the need for it without tying the
   # plug-in to any one host's build.
-  file(WRITE ${CMAKE_BINARY_DIR}/empty.cpp "")
+  file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/empty.cpp CONTENT "")  # written only once
   add_library(host_placeholder SHARED ${CMAKE_BINARY_DIR}/empty.cpp)
   set_target_properties(host_placeholder PROPERTIES OUTPUT_NAME FMWrapper
     LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/placeholder)

@@ -12,7 +12,6 @@
 namespace {
 
 constexpr fmx::uint32 kFlags = 0x00FFFF7E;  // shown in every dialog, on every kind of device, now and in future
-static_assert(kFlags == (fmx::ExprEnv::kDisplayInAllDialogs | fmx::ExprEnv::kFutureCompatible));
 
 fmx::QuadCharUniquePtr PluginId() { return fmx::QuadCharUniquePtr('V', 'r', 'n', 'x'); }
 
@@ -27,6 +26,17 @@ fmx::errcode Do_NotBuiltYet(short, const fmx::ExprEnv&, const fmx::DataVect&, fm
   return 0;
 }
 
+struct ExternalFunction {
+  short id;
+  const char* name;
+  short minArguments;
+  short maxArguments;
+  const char* prototype;    // as the function list shows it; braces mark optional arguments
+  const char* description;  // shown in FileMaker's calculation dialogs
+  fmx::ExtPluginType handler;
+};
+
+// In order of registration, which is also the order of ids, without gaps.
 // clang-format off
 constexpr ExternalFunction kFunctions[] = {
     {100, "Varnix.Version", 0, 0,
@@ -116,8 +126,6 @@ constexpr ExternalFunction kFunctions[] = {
 // clang-format on
 
 }  // namespace
-
-std::span<const ExternalFunction> ExternalFunctions() { return kFunctions; }
 
 fmx::errcode RegisterExternalFunctions() {
   const auto id = PluginId();

@@ -1,6 +1,4 @@
 // The one entry point, through which FileMaker sends every message.
-#include "core/VarnixPlugin.h"
-
 // Everything else is compiled hidden; these two names are what FileMaker looks for.
 #pragma GCC visibility push(default)
 #include <FMWrapper/FMXExtern.h>
@@ -56,13 +54,14 @@ void GetString(int which, unsigned int capacity, fmx::unichar16* out) {
   }
 }
 
-}  // namespace
-
+// Restores a saved sign-in and registers the functions. The result is what FileMaker expects of an initialise message.
 short Do_PluginInit(short hostExtensionVersion) {
   RestoreSignIn();
   if (hostExtensionVersion < kMinimumHostVersion) return kDoNotEnable;
   return RegisterExternalFunctions() == 0 ? kEnabled : static_cast<short>(kDoNotEnable);
 }
+
+}  // namespace
 
 void FMExternCallProc(FMX_ExternCallPtr call) {
   gFMX_ExternCallPtr = call;

@@ -8,8 +8,8 @@
 namespace FileIO {
 
 /// Reads all bytes of the regular file at `path` (UTF-8, used as given). On failure returns false and `error` holds the
-/// message; `content` is untouched. Anything but a regular file counts as one that cannot be opened, so that a FIFO or a
-/// device never holds up the caller.
+/// message; `content` is untouched. Anything but a regular file counts as one that cannot be opened, so that a FIFO or
+/// a device never holds up the caller.
 bool Read(const std::string& path, std::string& content, std::string& error);
 
 }  // namespace FileIO

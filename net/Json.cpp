@@ -135,11 +135,13 @@ std::size_t Growth(std::string_view text) {
   return growth;
 }
 
-/// How much longer escaping is likely to make `text`, which is not empty: judged by every 19th block and rounded up.
+/// How much longer escaping is likely to make `text`, which is not empty: judged by blocks from all over it and rounded
+/// up.
 template <const EscapeTable& kTable>
 std::size_t LikelyGrowth(std::string_view text) {
+  const std::size_t distance = std::max(text.size() / 257, 19 * kBlock);  // odd numbers: no text repeats in their step
   std::size_t growth = 0, seen = 0;
-  for (std::size_t at = 0; at < text.size(); at += 19 * kBlock) {
+  for (std::size_t at = 0; at < text.size(); at += distance) {
     const std::string_view block = text.substr(at, kBlock);
     growth += Growth<kTable>(block);
     seen += block.size();
@@ -164,7 +166,7 @@ char* EscapeBlock(const char* block, std::uint64_t mask, Byte previous, char* ou
   std::size_t done = 0;
   for (; mask != 0; mask &= mask - 1) {
     const std::size_t at = std::countr_zero(mask);
-    out = CopyRun<kStep>(block + done, at - done, out);
+    if (at != done) out = CopyRun<kStep>(block + done, at - done, out);
     const Escape& escape = kTable[static_cast<Byte>(block[at])];
     std::memcpy(out, &escape, sizeof escape);
     out += escape.size;

@@ -4,11 +4,12 @@
 
 #include <string>
 
-/// `text` escaped for the inside of a JSON string; no quotes are added. Control bytes without a short form become \u00xx.
+/// `text` escaped for the inside of a JSON string; no quotes are added. Control bytes without a short form become
+/// \u00xx.
 std::string JsonEscape(const std::string& text);
 
-/// The unescaped value of the first string member named `key` anywhere in `json`, found by searching for "key":" with no
-/// blanks; "" when there is none. A missing closing quote gives the rest of the text. \u escapes are not decoded.
+/// The unescaped value of the first string member named `key` anywhere in `json`, found by searching for "key":" with
+/// no blanks; "" when there is none. A missing closing quote gives the rest of the text. \u escapes are not decoded.
 std::string JsonGetString(const std::string& json, const std::string& key);
 
 /// The non-empty lines of `text` (ended by CR, LF or both) as a JSON array of strings.

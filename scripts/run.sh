@@ -7,7 +7,7 @@ solution=${2:-}
 here=$(dirname "$0")
 
 # The plug-in's saved sign-in of these runs stays below the build folder.
-XDG_CONFIG_HOME=$PWD/$build/config
+XDG_CONFIG_HOME=$(cd "$build" && pwd)/config
 export XDG_CONFIG_HOME
 
 set -- --plugin "$build/Varnix.fmx"

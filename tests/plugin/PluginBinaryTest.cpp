@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 
@@ -84,21 +85,107 @@ TEST_F(PluginBinary, AnswersItsStrings) {
   EXPECT_EQ(AskString(131, 3), u"Vrnx1nnYYnn") << "the options are written whole whatever the capacity";
 }
 
+struct Row {
+  short id;
+  const char* name;
+  short minArguments, maxArguments;
+  const char* prototype;
+  const char* description;
+};
+
+// clang-format off
+const Row kFunctions[] = {
+    {100, "Varnix.Version", 0, 0, "Varnix.Version",
+     "Returns the Varnix plugin version string."},
+    {101, "Varnix.SetXMLClipboard", 2, 2, "Varnix.SetXMLClipboard( xmlType ; xmlContent )",
+     "Writes UTF-8 XML to the FM clipboard under the given type key (e.g. XMSS)."},
+    {102, "Varnix.GetXMLClipboard", 1, 1, "Varnix.GetXMLClipboard( xmlType )",
+     "Reads FM XML clipboard for the given type key. Pass empty text or AUTO to probe common FileMaker XML types."},
+    {103, "Varnix.Register", 3, 4, "Varnix.Register( email ; licenseKey ; machineId { ; baseUrl } )",
+     "Registers this FM installation with Varnix and starts the background bridge. Call once at file open. Use Get(PersistentID) for machineId. baseUrl is optional for local development sites."},
+    {104, "Varnix.ReadFile", 1, 1, "Varnix.ReadFile( path )",
+     "Reads a file from disk and returns its contents as text."},
+    {105, "Varnix.HTTPPost", 2, 2, "Varnix.HTTPPost( url ; jsonBody )",
+     "Synchronous HTTP POST with a JSON body. Returns the response body or an error string."},
+    {106, "Varnix.PushSnapshot", 2, 2, "Varnix.PushSnapshot( ingestUrl ; xmlPath )",
+     "Reads an XML file and pushes it to Varnix as a snapshot."},
+    {107, "Varnix.PushScript", 3, 4, "Varnix.PushScript( licenseKey ; bridgeUrl ; xmlType { ; label } )",
+     "Reads FM XML from the clipboard and pushes it to Varnix. xmlType: XMSC, XMSS, XMFD, XMTB, XMLO, XMFN."},
+    {108, "Varnix.GetSchema", 0, 1, "Varnix.GetSchema( { fileName } )",
+     "Returns a JSON snapshot of an open FM file's schema: tables, fields, scripts, layouts, and custom functions. Defaults to the frontmost file."},
+    {109, "Varnix.POSIXPath", 1, 1, "Varnix.POSIXPath( fmPath )",
+     "Converts a FileMaker path (e.g. /Macintosh HD/var/...) to a POSIX path (/var/...) suitable for cURL file=@ uploads."},
+    {110, "Varnix.UploadFile", 4, 4, "Varnix.UploadFile( url ; licenseKey ; filename ; posixPath )",
+     "POSTs a file as multipart/form-data to the given URL with licenseKey and filename fields. Returns the response body."},
+    {111, "Varnix.LivePush", 1, 1, "Varnix.LivePush( posixPath )",
+     "Uploads a SaveAsXML file to Varnix Live Schema and completes the pending Get Schema command. Call from the Varnix Live Push script after Save a Copy As [XML]."},
+    {112, "Varnix.GetTextClipboard", 0, 0, "Varnix.GetTextClipboard",
+     "Reads plain UTF-8 text from the system clipboard. Returns empty if clipboard has no text."},
+    {113, "Varnix.SetTextClipboard", 1, 1, "Varnix.SetTextClipboard( text )",
+     "Writes plain UTF-8 text to the system clipboard, replacing all current contents."},
+    {114, "Varnix.UpdateAvailable", 0, 0, "Varnix.UpdateAvailable",
+     "Returns empty if the plugin is up to date, or a human-readable notice if a newer version is available at varnix.example/guide#plugin."},
+    {115, "Varnix.ClipboardFormats", 0, 0, "Varnix.ClipboardFormats",
+     "Returns diagnostic clipboard format ids and names currently available on the system clipboard."},
+    {116, "Varnix.PrepareXMLClipboard", 0, 1, "Varnix.PrepareXMLClipboard( { xmlType } )",
+     "Reads plain XML text from the clipboard and rewrites it as FileMaker XML clipboard data. xmlType is optional; commonly XMSS for script steps."},
+    {117, "Varnix.ListFiles", 0, 0, "Varnix.ListFiles",
+     "Returns FileMaker file names visible to the Varnix plug-in in the current FileMaker calculation context."},
+    {118, "Varnix.DebugContext", 0, 1, "Varnix.DebugContext( { targetFileName } )",
+     "Returns diagnostic JSON showing the current FileMaker context visible to the Varnix plug-in."},
+};
+// clang-format on
+
 TEST_F(PluginBinary, RegistersNineteenFunctionsInOrderAndTakesAllBack) {
   Load();
   EXPECT_EQ(Initialise(), 76u);
-  ASSERT_EQ(fmhost::Functions().size(), 19u);
-  short id = 100;
+  ASSERT_EQ(fmhost::Functions().size(), std::size(kFunctions));
+  const Row* row = kFunctions;
   for (const auto& function : fmhost::Functions()) {
-    EXPECT_EQ(function.id, id++);
+    EXPECT_EQ(function.id, row->id);
+    EXPECT_EQ(calc::ToUtf8(function.name), row->name);
+    EXPECT_EQ(function.minArguments, row->minArguments) << row->name;
+    EXPECT_EQ(function.maxArguments, row->maxArguments) << row->name;
+    EXPECT_EQ(calc::ToUtf8(function.prototype), row->prototype);
+    EXPECT_EQ(calc::ToUtf8(function.description), row->description);
     EXPECT_EQ(function.plugin, "Vrnx");
     EXPECT_EQ(function.flags, 0x00FFFF7Eu);
-    EXPECT_TRUE(function.prototype.starts_with(function.name));
+    ++row;
   }
-  EXPECT_EQ(Call(u"Varnix.Version", {"any", "arguments"}), "1.6.16");
   Send(kFMXT_Shutdown);
   EXPECT_TRUE(fmhost::Functions().empty());
   EXPECT_EQ(Initialise(), 76u) << "the host may enable the plug-in again";
+}
+
+TEST_F(PluginBinary, AnswersEachFunctionWithItsOwnHandler) {
+  Load();
+  Initialise();
+  const std::string xml = "<fmxmlsnippet/>";
+  const std::string file = folder_ + "/file.txt";
+  std::ofstream(file) << "in the file";
+  host_.answers = {{"TableNames(\"F\")", "T"}, {"DatabaseNames", "Open.fmp12"}};
+  struct Case {
+    const char16_t* name;
+    std::vector<std::string> arguments;
+    std::string expected;  // its beginning, where the whole is another test's business
+  };
+  const Case cases[] = {
+      {u"Varnix.Version", {"any", "arguments"}, "1.6.16"},
+      {u"Varnix.SetTextClipboard", {xml}, "OK"},
+      {u"Varnix.PrepareXMLClipboard", {"ABCD"}, "OK: ABCD"},
+      {u"Varnix.ClipboardFormats", {}, "public.utf8-plain-text\nCorePasteboardFlavorType 0x41424344\nMac-ABCD\nABCD\n"},
+      {u"Varnix.GetXMLClipboard", {"ABCD"}, xml},
+      {u"Varnix.SetXMLClipboard", {"EFGH", "<x/>"}, "OK"},
+      {u"Varnix.GetTextClipboard", {}, "<x/>"},
+      {u"Varnix.ReadFile", {file}, "in the file"},
+      {u"Varnix.POSIXPath", {"/Vol" + file}, file},
+      {u"Varnix.GetSchema", {"F"}, "{\"file\":\"F\""},
+      {u"Varnix.ListFiles", {}, "Open"},
+      {u"Varnix.DebugContext", {}, "{\"pluginVersion\":\"1.6.16\""},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(Call(c.name, c.arguments).substr(0, c.expected.size()), c.expected) << calc::ToUtf8(c.name);
+  }
 }
 
 TEST_F(PluginBinary, StaysDisabledInAnOldHost) {

@@ -10,8 +10,8 @@ if [ "$exported" != "FMExternCallProc gFMX_ExternCallPtr " ]; then
   exit 1
 fi
 
-# Each undefined symbol is either one of the host's, weak, or versioned: bound to a library at link time.
-strange=$(nm -D --undefined-only "$plugin" | awk '$1 == "U" {print $2}' | grep -v -e '^FM_[A-Z]' -e '@' || true)
+# Each undefined symbol is one of the host's, one of libxcb's, weak, or versioned: bound to a library at link time.
+strange=$(nm -D --undefined-only "$plugin" | awk '$1 == "U" {print $2}' | grep -v -e '^FM_[A-Z]' -e '^xcb_' -e '@' || true)
 if [ -n "$strange" ]; then
   echo "undefined: $strange"
   exit 1
