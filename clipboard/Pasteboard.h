@@ -1,4 +1,5 @@
-// The system pasteboard as this system offers it: the seam below the Clipboard operations. FileMaker's main thread only.
+// The system pasteboard as this system offers it: the seam below the Clipboard operations.
+// FileMaker's main thread only.
 #pragma once
 
 #include <cstddef>
