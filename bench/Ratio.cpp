@@ -17,7 +17,7 @@
 namespace bench {
 namespace {
 
-constexpr int kRounds = 9;
+constexpr int kRounds = 15;
 constexpr double kSecondsPerRun = 0.01;
 
 /// Keeps freed memory in the process. Else every call with a large result would have the system clear fresh pages,
