@@ -4,7 +4,9 @@
 #include <sys/socket.h>
 #include <sys/wait.h>
 
+#include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <thread>
 
 #include "host/FileDescriptor.h"
@@ -61,6 +63,24 @@ TEST_F(PasteboardLifetime, AServerThatDiesDuringAWriteTakesNothingWithIt) {
     EXPECT_TRUE(pasteboard->SetData("XMSS", "bytes"));
   }
   EXPECT_EQ(Data("XMSS"), "bytes");
+}
+
+TEST_F(PasteboardLifetime, TheThreadTakesNoSignalOfTheHosts) {
+  ASSERT_TRUE(Write("text", {}));
+  int threads = 0;
+  for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+    if (task.path().filename() == std::to_string(getpid())) continue;
+    std::ifstream status(task.path() / "status");
+    std::string word;
+    while (status >> word && word != "SigBlk:") continue;
+    std::uint64_t blocked = 0;
+    status >> std::hex >> blocked;
+    for (const int number : {SIGPIPE, SIGINT, SIGTERM, SIGCHLD}) {
+      EXPECT_NE(blocked & (std::uint64_t{1} << (number - 1)), 0U) << number;
+    }
+    ++threads;
+  }
+  EXPECT_GE(threads, 1);
 }
 
 TEST_F(PasteboardLifetime, AServerThatHangsIsGivenUp) {

@@ -26,6 +26,14 @@ TEST_F(PasteboardWrites, EveryTypeAndTheTextUnderItsUsualNames) {
             (Types{kPlainTextType, "CorePasteboardFlavorType 0x584D5353", "Mac-XMSS", "dyn.ah62d4rv4gk8zuxnxnq"}));
 }
 
+TEST(PasteboardContent, EqualBytesOfSeveralTypesAreHeldOnce) {
+  PasteboardContent content(true, {"XMSS", "Script", "empty"});
+  EXPECT_TRUE(content.Set("XMSS", "bytes") && content.Set(kPlainTextType, "bytes") && content.Set("Script", "other"));
+  EXPECT_EQ(content.Find("XMSS"), content.Find(kPlainTextType));
+  EXPECT_EQ(*content.Find("Script"), "other");
+  EXPECT_EQ(content.Find("empty"), nullptr);
+}
+
 TEST_F(PasteboardWrites, FiftyMegabytesInPieces) {
   const std::string text = Large(50'000'000);
   ASSERT_TRUE(Write(text, {"Mac-XMSS"}));
