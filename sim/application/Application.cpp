@@ -82,9 +82,9 @@ void Application::SetBehaviour(const HostBehaviour& behaviour) {
 
 bool Application::LoadPlugin(const std::string& path, std::string& error) {
   // What a plug-in leaves behind is told by its file name, so that must be its own.
-  const auto sameFile = [name = std::filesystem::path(path).filename()](const auto& plugin) {
-    return plugin->fileName() == name;
-  };
+  std::error_code unknown;  // a path that does not exist is the loader's to report
+  const auto name = std::filesystem::weakly_canonical(path, unknown).filename();
+  const auto sameFile = [&name](const auto& plugin) { return plugin->fileName() == name; };
   if (std::any_of(plugins_.begin(), plugins_.end(), sameFile)) {
     error = "cannot load plug-in " + path + ": one of that name is loaded already";
     return false;

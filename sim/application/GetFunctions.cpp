@@ -151,6 +151,8 @@ const Parameter kParameters[] = {
     {u"HostName", [](const Context&) { return Text(u""); }},
     {u"InstalledFMPlugins", [](const Context& c) { return Text(InstalledPlugins(c)); }},
     {u"LastError", [](const Context& c) { return Number(c.script() ? c.script()->lastError : 0); }},
+    // A custom dialog is answered with its first button.
+    {u"LastMessageChoice", [](const Context&) { return Number(1); }},
     {u"LayoutName",
      [](const Context& c) {
        const Layout* layout = c.file() == nullptr ? nullptr : StartLayout(c.file()->solution);

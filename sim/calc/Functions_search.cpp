@@ -32,7 +32,8 @@ size_t FindBackwards(std::u16string_view text, std::u16string_view pattern, size
 Value Position(Arguments arguments) {
   const std::u16string text = FoldCase(arguments[0].AsText());
   const std::u16string pattern = FoldCase(arguments[1].AsText());
-  const long long count = arguments[3].AsNumber().ToInteger();
+  const long long most = static_cast<long long>(text.size()) + 1;  // no text holds more occurrences
+  const long long count = std::clamp(arguments[3].AsNumber().ToInteger(), -most, most);
   if (text.empty() || pattern.empty() || count == 0) return Value::OfNumber(0);
   const auto start = static_cast<size_t>(std::max(1LL, arguments[2].AsNumber().ToInteger()) - 1);
   const size_t found = count > 0 ? FindOccurrence(text, pattern, start, count)

@@ -14,8 +14,7 @@ namespace {
 volatile std::sig_atomic_t interrupted = 0;
 
 // FileMaker's carriage returns would overwrite each other on a terminal.
-std::string Printable(const calc::Value& value) {
-  std::string text = calc::ToUtf8(value.AsText());
+std::string Printable(const std::string& text) {
   std::string lines;
   lines.reserve(text.size());
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -65,7 +64,7 @@ bool Session::Evaluate(std::string_view formula) {
   calc::Value value;
   const int error = application_.Evaluate(calc::ToUtf16(formula), value);
   if (error != 0) return Fail(ErrorText(error));
-  std::cout << Printable(value) << std::endl;
+  std::cout << Printable(calc::ToUtf8(value.AsText())) << std::endl;
   return true;
 }
 
@@ -92,7 +91,7 @@ bool Session::Run(const sim::QueuedScript& queued, bool printResult) {
   const sim::ScriptSurroundings surroundings{
       [](const std::string& line) {
         std::cout.flush();
-        std::cerr << line << '\n';
+        std::cerr << Printable(line) << '\n';
       },
       [this](int level, std::chrono::milliseconds duration) { IdleFor(level, duration); }};
   calc::Value result;
@@ -100,7 +99,7 @@ bool Session::Run(const sim::QueuedScript& queued, bool printResult) {
     failed_ = true;
     return false;
   }
-  if (printResult && !result.IsEmpty()) std::cout << Printable(result) << std::endl;
+  if (printResult && !result.IsEmpty()) std::cout << Printable(calc::ToUtf8(result.AsText())) << std::endl;
   return true;
 }
 
@@ -129,4 +128,5 @@ void Session::IdleFor(int level, std::chrono::milliseconds duration) {
 
 void Session::Quit() {
   for (const auto& fault : application_.Quit()) Fail(fault);
+  if (!std::cout.flush()) Fail("the results could not be written");
 }
