@@ -81,7 +81,10 @@ bool Connection::WaitUntil(const std::function<bool()>& done, std::int64_t deadl
 }
 
 void Connection::HandleArrivedEvents() {
-  while (const Owned<xcb_generic_event_t> event{xcb_poll_for_queued_event(connection_)}) handler_(*event);
+  while (const Owned<xcb_generic_event_t> event{xcb_poll_for_queued_event(connection_)}) {
+    ++progress_;
+    handler_(*event);
+  }
 }
 
 std::vector<xcb_atom_t> Connection::Intern(const std::vector<std::string>& names) {
@@ -130,6 +133,7 @@ xcb_window_t Connection::OwnerOf(xcb_atom_t selection) {
 // In pieces, so that progress shows even over a slow network. The server deletes the property with the last one.
 Property Connection::Take(xcb_window_t window, xcb_atom_t property) {
   Property taken;
+  std::size_t total = 0;
   for (std::uint32_t offset = 0;; offset += kPieceBytes / 4) {
     const auto cookie =
         xcb_get_property(connection_, 1, window, property, XCB_GET_PROPERTY_TYPE_ANY, offset, kPieceBytes / 4);
@@ -137,11 +141,12 @@ Property Connection::Take(xcb_window_t window, xcb_atom_t property) {
     ++progress_;
     if (reply == nullptr) return {};
     const auto size = static_cast<std::size_t>(xcb_get_property_value_length(reply.get()));
-    if (offset == 0) taken.bytes.reserve(size + reply->bytes_after);
+    if (offset == 0) taken.bytes.reserve(total = size + reply->bytes_after);
     taken.type = reply->type;
     taken.format = reply->format;
     taken.bytes.append(static_cast<const char*>(xcb_get_property_value(reply.get())), size);
     if (reply->bytes_after == 0) return taken;
+    if (taken.bytes.size() + reply->bytes_after > total) return {};  // it grows while it is read, perhaps for ever
   }
 }
 

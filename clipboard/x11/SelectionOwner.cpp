@@ -33,6 +33,7 @@ std::optional<xcb_timestamp_t> SelectionOwner::ServerTime() {
 }
 
 bool SelectionOwner::Acquire() {
+  awaitsContent_ = false;
   const auto now = ServerTime();
   if (!now) return false;
   xcb_set_selection_owner(connection_.get(), window_.id(), connection_.atoms().clipboard, *now);
@@ -43,6 +44,8 @@ bool SelectionOwner::Acquire() {
 }
 
 void SelectionOwner::Publish(const PasteboardContent& content) {
+  awaitsContent_ = false;
+  latin1_.reset();
   const Atoms& atoms = connection_.atoms();
   const auto& types = content.Types();
   const auto targets = connection_.Intern(types);
@@ -59,7 +62,6 @@ void SelectionOwner::Publish(const PasteboardContent& content) {
     Add({atoms.text, atoms.utf8String, bytes, true});
     Add({XCB_ATOM_STRING, XCB_ATOM_STRING, bytes, true});
   }
-  awaitsContent_ = false;
 }
 
 // A type of its own that is named like one of the aliases keeps its name.
@@ -81,7 +83,14 @@ std::vector<xcb_atom_t> SelectionOwner::TargetsToSave() const {
   return targets;
 }
 
-std::optional<Value> SelectionOwner::Convert(xcb_atom_t target) const {
+// Held once, and only while somebody is reading it.
+PasteboardContent::Bytes SelectionOwner::AsLatin1(const std::string& text) {
+  auto bytes = latin1_.lock();
+  if (bytes == nullptr) latin1_ = bytes = std::make_shared<const std::string>(Utf8ToLatin1(text));
+  return bytes;
+}
+
+std::optional<Value> SelectionOwner::Convert(xcb_atom_t target) {
   const Atoms& atoms = connection_.atoms();
   if (target == atoms.targets) {
     std::vector<std::uint32_t> all = {atoms.targets, atoms.multiple, atoms.timestamp, atoms.saveTargets};
@@ -93,8 +102,8 @@ std::optional<Value> SelectionOwner::Convert(xcb_atom_t target) const {
 
   for (const auto& offer : offers_) {
     if (offer.target != target) continue;
-    if (!offer.isAlias || target != XCB_ATOM_STRING) return Value{offer.type, 8, offer.bytes};
-    return Value{offer.type, 8, std::make_shared<const std::string>(Utf8ToLatin1(*offer.bytes))};
+    const bool isLatin1 = offer.isAlias && target == XCB_ATOM_STRING;
+    return Value{offer.type, 8, isLatin1 ? AsLatin1(*offer.bytes) : offer.bytes};
   }
   return std::nullopt;
 }

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "clipboard/PasteboardContent.h"
@@ -44,7 +45,8 @@ class SelectionOwner {
 
   std::optional<xcb_timestamp_t> ServerTime();
   void Add(Offer offer);
-  std::optional<Value> Convert(xcb_atom_t target) const;
+  PasteboardContent::Bytes AsLatin1(const std::string& text);
+  std::optional<Value> Convert(xcb_atom_t target);
   bool Answer(xcb_window_t requestor, xcb_atom_t target, xcb_atom_t property);
   bool AnswerMultiple(xcb_window_t requestor, xcb_atom_t property);
   void HandleRequest(const xcb_selection_request_event_t& request);
@@ -56,6 +58,7 @@ class SelectionOwner {
   std::optional<xcb_timestamp_t> serverTime_;
   xcb_timestamp_t acquired_ = XCB_CURRENT_TIME;
   std::vector<Offer> offers_;
+  std::weak_ptr<const std::string> latin1_;  // the text, converted
   bool awaitsContent_ = false;
   std::atomic<bool> owns_ = false;
 };
