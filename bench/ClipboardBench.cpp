@@ -25,12 +25,6 @@ const std::string* clipboardText = nullptr;
 // A clipboard that holds one text, already prepared, and hands out a copy as a system does.
 class PreparedText : public Pasteboard {
  public:
-  bool OpenItems() override { return false; }
-  bool ClearItems() override { return false; }
-  bool PutFlavor(const std::string&, const std::string&) override { return false; }
-  void SynchronizeItems() override {}
-  std::size_t ItemCount() override { return 0; }
-  bool CopyFlavor(std::size_t, const std::string&, std::string&) override { return false; }
   void DeclareTypes(bool, const std::vector<std::string>&) override {}
   bool SetData(const std::string&, const std::string&) override { return true; }
   bool SetString(const std::string&) override { return true; }

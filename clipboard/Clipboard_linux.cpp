@@ -21,13 +21,6 @@ class LinuxPasteboard : public Pasteboard {
     if (draft_ != nullptr) clipboard_.Publish(draft_);
   }
 
-  bool OpenItems() override { return false; }
-  bool ClearItems() override { return false; }
-  bool PutFlavor(const std::string&, const std::string&) override { return false; }
-  void SynchronizeItems() override {}
-  std::size_t ItemCount() override { return 0; }
-  bool CopyFlavor(std::size_t, const std::string&, std::string&) override { return false; }
-
   void DeclareTypes(bool text, const std::vector<std::string>& types) override {
     draft_ = clipboard_.Acquire() ? std::make_shared<PasteboardContent>(text, types) : nullptr;
   }

@@ -16,19 +16,20 @@ class Pasteboard {
   static std::unique_ptr<Pasteboard> Open();
   virtual ~Pasteboard() = default;
 
-  // The older view. The others are called only after OpenItems has succeeded.
+  // The older view, which only macOS has: elsewhere these stay as they are. The others are called only after OpenItems
+  // has succeeded.
 
   /// False where the system does not have this view, or refuses it.
-  virtual bool OpenItems() = 0;
-  virtual bool ClearItems() = 0;
+  virtual bool OpenItems() { return false; }
+  virtual bool ClearItems() { return false; }
   /// Puts a flavour into the item with identifier 1.
-  virtual bool PutFlavor(const std::string& type, const std::string& bytes) = 0;
+  virtual bool PutFlavor(const std::string& /*type*/, const std::string& /*bytes*/) { return false; }
   /// Exchanges changes with the other programs.
-  virtual void SynchronizeItems() = 0;
+  virtual void SynchronizeItems() {}
   /// 0 also when the count cannot be learned.
-  virtual std::size_t ItemCount() = 0;
+  virtual std::size_t ItemCount() { return 0; }
   /// `item` counts from 1.
-  virtual bool CopyFlavor(std::size_t item, const std::string& type, std::string& bytes) = 0;
+  virtual bool CopyFlavor(std::size_t /*item*/, const std::string& /*type*/, std::string& /*bytes*/) { return false; }
 
   // The general view. "public.utf8-plain-text" is the type of its text.
 

@@ -7,33 +7,31 @@
 #include "sim/application/Context.h"
 #include "sim/application/GetFunctions.h"
 #include "sim/calc/Engine.h"
+#include "sim/calc/Errors.h"
 #include "sim/calc/Unicode.h"
 #include "sim/solution/SolutionReader.h"
 #include "sim/solution/Sql.h"
 
 namespace sim {
 
+namespace errors = calc::errors;
+
 namespace {
 
-constexpr short kFileMissing = 100;
-constexpr short kNotAuthorised = 825;
-constexpr short kScriptMissing = 1825;
-constexpr int kFullAccessSet = 1;
 constexpr char16_t kPluginPrivilege[] = u"fmplugin";
-constexpr std::u16string_view kExtension = u".fmp12";
 
 Application* application = nullptr;  // the callbacks carry no context of their own
 
 FMX_ErrorCode StartScriptCallback(const FMX_Text* fileName, const FMX_Text* scriptName, FMX_ScriptControl,
                                   const FMX_Data* parameter) {
-  if (fileName == nullptr || scriptName == nullptr) return kFileMissing;
+  if (fileName == nullptr || scriptName == nullptr) return errors::kFileMissing;
   const auto value = parameter == nullptr ? calc::Value() : fmhost::ValueOf(*parameter);
   return application->StartScript(fmhost::TextOf(*fileName), fmhost::TextOf(*scriptName), value);
 }
 
 FMX_ErrorCode CurrentEnvironmentCallback(FMX_ExprEnv* environment) {
   const OpenFile* file = application->activeFile();
-  if (environment == nullptr || file == nullptr) return kFileMissing;
+  if (environment == nullptr || file == nullptr) return errors::kFileMissing;
   fmhost::Bind(*environment, file->id);
   return 0;
 }
@@ -45,15 +43,9 @@ const Account* OpeningAccount(const Solution& solution) {
     if (account != nullptr && account->enabled) return account;
   }
   for (const auto& account : solution.accounts) {
-    if (account.enabled && account.privilegeSetId == kFullAccessSet) return &account;
+    if (account.enabled && account.privilegeSetId == kFullAccess) return &account;
   }
   return nullptr;
-}
-
-std::u16string_view WithoutExtension(std::u16string_view name) {
-  if (name.size() <= kExtension.size()) return name;
-  const auto stem = name.size() - kExtension.size();
-  return calc::EqualIgnoringCase(name.substr(stem), kExtension) ? name.substr(0, stem) : name;
 }
 
 }  // namespace
@@ -144,26 +136,30 @@ std::vector<std::u16string> Application::DesignFunctionNames() const {
 
 const calc::HostFunction* Application::FindHostFunction(std::u16string_view name) {
   const auto folded = calc::FoldCase(name);
-  if (const auto known = hostFunctions_.find(folded); known != hostFunctions_.end()) return &known->second;
+  if (const auto own = hostFunctions_.find(folded); own != hostFunctions_.end()) return &own->second;
   const auto* registration = fmhost::FindFunction(name);
   if (registration == nullptr) return nullptr;
 
-  // Looked up again at each call: a plug-in may take its functions back.
-  auto& function = pluginFunctions_[folded];
+  auto [known, isNew] = pluginFunctions_.try_emplace(folded);
+  auto& function = known->second;
   function.name = registration->name;
   function.minArguments = registration->minArguments;
   function.maxArguments = registration->maxArguments;
-  function.call = [this, folded](std::span<const calc::Value> arguments) {
-    constexpr int kNoSuchFunction = 1224;
-    const auto* registered = fmhost::FindFunction(folded);
-    if (registered == nullptr) return calc::Value::OfError(kNoSuchFunction);
-    const auto file =
-        std::find_if(files_.begin(), files_.end(), [this](const auto& open) { return &open->solution == current_; });
-    calc::Value result;
-    const short error = fmhost::Call(*registered, file == files_.end() ? 0 : (*file)->id, arguments, result);
-    return error == 0 ? result : calc::Value::OfError(error);
-  };
+  // Set once, since it may be running now. It looks its function up again: a plug-in may take that back.
+  if (isNew) {
+    function.call = [this, folded](std::span<const calc::Value> arguments) { return CallPlugin(folded, arguments); };
+  }
   return &function;
+}
+
+calc::Value Application::CallPlugin(const std::u16string& name, std::span<const calc::Value> arguments) {
+  const auto* registration = fmhost::FindFunction(name);
+  if (registration == nullptr) return calc::Value::OfError(errors::kNoSuchFunction);
+  const auto file =
+      std::find_if(files_.begin(), files_.end(), [this](const auto& open) { return &open->solution == current_; });
+  calc::Value result;
+  const short error = fmhost::Call(*registration, file == files_.end() ? 0 : (*file)->id, arguments, result);
+  return error == 0 ? result : calc::Value::OfError(error);
 }
 
 int Application::Evaluate(std::u16string_view formula, calc::Value& result) {
@@ -186,7 +182,7 @@ short Application::ExecuteSql(std::uint64_t file, std::u16string_view fileName, 
                               std::span<const calc::Value> arguments, char16_t columnSeparator, char16_t rowSeparator,
                               calc::Value& result) {
   const OpenFile* target = fileName.empty() ? FileById(file) : FindFile(fileName);
-  if (target == nullptr) return kFileMissing;
+  if (target == nullptr) return errors::kFileMissing;
   result = calc::Value::OfText(sim::ExecuteSql(sql, target->solution, {&columnSeparator, 1}, {&rowSeparator, 1},
                                                arguments, behaviour_.lenientSql));
   return 0;
@@ -199,13 +195,13 @@ void Application::Idle(int level) {
 short Application::StartScript(std::u16string_view fileName, std::u16string_view scriptName,
                                const calc::Value& parameter) {
   OpenFile* file = FindFile(fileName);
-  if (file == nullptr) return kFileMissing;
+  if (file == nullptr) return errors::kFileMissing;
   const PrivilegeSet* set = CurrentPrivilegeSet(Context(*this, file));
   const bool allowed = set != nullptr && std::any_of(set->extendedPrivileges.begin(), set->extendedPrivileges.end(),
                                                      [](const auto& keyword) { return keyword == kPluginPrivilege; });
-  if (!allowed) return kNotAuthorised;
+  if (!allowed) return errors::kNotAuthorised;
   const Script* script = file->solution.FindScript(scriptName);
-  if (script == nullptr) return kScriptMissing;
+  if (script == nullptr) return errors::kNoScriptToStart;
   queuedScripts_.push_back({file, script, parameter});
   return 0;
 }

@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -99,6 +100,7 @@ class Application : public fmhost::Host {
 
  private:
   OpenFile* FileById(std::uint64_t id);
+  calc::Value CallPlugin(const std::u16string& name, std::span<const calc::Value> arguments);
 
   HostBehaviour behaviour_;
   HostIdentity identity_;

@@ -11,11 +11,7 @@ namespace {
 // here.
 const TableOccurrence* LayoutOccurrence(const Solution& solution) {
   const Layout* layout = StartLayout(solution);
-  if (layout == nullptr || !layout->occurrenceId) return nullptr;
-  for (const auto& occurrence : solution.occurrences) {
-    if (occurrence.id == *layout->occurrenceId) return &occurrence;
-  }
-  return nullptr;
+  return layout == nullptr || !layout->occurrenceId ? nullptr : solution.FindOccurrence(*layout->occurrenceId);
 }
 
 }  // namespace
@@ -29,8 +25,7 @@ std::optional<calc::Value> Context::Field(std::u16string_view occurrenceName, st
   const Solution& solution = file_->solution;
   const auto* occurrence =
       occurrenceName.empty() ? LayoutOccurrence(solution) : solution.FindOccurrence(occurrenceName);
-  if (occurrence == nullptr || !occurrence->baseTableId) return std::nullopt;
-  const auto* table = solution.FindBaseTable(*occurrence->baseTableId);
+  const auto* table = occurrence == nullptr ? nullptr : solution.TableOf(*occurrence);
   if (table == nullptr) return std::nullopt;
   for (const auto& field : table->fields) {
     if (calc::EqualIgnoringCase(field.name, name)) return calc::Value();  // an export holds no records

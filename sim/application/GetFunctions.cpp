@@ -21,7 +21,6 @@ namespace {
 
 using calc::Value;
 
-constexpr int kFullAccessSet = 1;
 constexpr long long kDaysToUnixEpoch = 719163;  // 1 January 1970, counted from 1 January of year 1 as day 1
 constexpr long long kSecondsPerDay = 86400;
 
@@ -96,10 +95,8 @@ std::u16string ApplicationVersion(const Context& context) {
 std::u16string LayoutTable(const Context& context) {
   const Layout* layout = context.file() == nullptr ? nullptr : StartLayout(context.file()->solution);
   if (layout == nullptr || !layout->occurrenceId) return u"";
-  for (const auto& occurrence : context.file()->solution.occurrences) {
-    if (occurrence.id == *layout->occurrenceId) return occurrence.name;
-  }
-  return u"";
+  const auto* occurrence = context.file()->solution.FindOccurrence(*layout->occurrenceId);
+  return occurrence == nullptr ? u"" : occurrence->name;
 }
 
 std::u16string ExtendedPrivileges(const Context& context) {
@@ -202,7 +199,7 @@ const Layout* StartLayout(const Solution& solution) {
 
 const PrivilegeSet* CurrentPrivilegeSet(const Context& context) {
   if (context.script() != nullptr && context.script()->script->runWithFullAccess) {
-    return context.file()->solution.FindPrivilegeSet(kFullAccessSet);
+    return context.file()->solution.FindPrivilegeSet(kFullAccess);
   }
   return AccountPrivilegeSet(context);
 }

@@ -8,30 +8,15 @@
 #include "sim/application/Context.h"
 #include "sim/application/GetFunctions.h"
 #include "sim/application/HostPaths.h"
+#include "sim/calc/Errors.h"
 #include "sim/calc/Unicode.h"
 
 namespace sim {
 
+namespace errors = calc::errors;
+
 namespace {
 
-// Steps by number; their names are in the language of whoever saved the export.
-enum StepId {
-  kSaveCopyAsXml = 3,
-  kPause = 62,
-  kIf = 68,
-  kElse = 69,
-  kEndIf = 70,
-  kCustomDialog = 87,
-  kComment = 89,
-  kExitScript = 103,
-  kElseIf = 125,
-  kSetVariable = 141
-};
-
-constexpr int kFullAccessSet = 1;
-constexpr int kNoPrivilege = 9;
-constexpr int kFileMissing = 100;
-constexpr int kCannotCreateFile = 800;
 constexpr double kLongestPauseSeconds = 86400;
 
 // Carries out the steps of one run.
@@ -54,16 +39,12 @@ class Execution {
   using StepFunction = void (Execution::*)(const ScriptStep&);
 
   void Perform(const ScriptStep& step) {
-    static const std::map<int, StepFunction> kSteps = {{kSaveCopyAsXml, &Execution::SaveCopyAsXml},
-                                                       {kPause, &Execution::Pause},
-                                                       {kIf, &Execution::EnterBlock},
-                                                       {kElse, &Execution::LeaveBlock},
-                                                       {kElseIf, &Execution::LeaveBlock},
-                                                       {kEndIf, &Execution::Nothing},
-                                                       {kComment, &Execution::Nothing},
-                                                       {kCustomDialog, &Execution::ShowDialog},
-                                                       {kExitScript, &Execution::Exit},
-                                                       {kSetVariable, &Execution::SetVariable}};
+    static const std::map<int, StepFunction> kSteps = {
+        {kStepSaveAsXml, &Execution::SaveCopyAsXml}, {kStepPause, &Execution::Pause},
+        {kStepIf, &Execution::EnterBlock},           {kStepElse, &Execution::LeaveBlock},
+        {kStepElseIf, &Execution::LeaveBlock},       {kStepEndIf, &Execution::Nothing},
+        {kStepComment, &Execution::Nothing},         {kStepShowDialog, &Execution::ShowDialog},
+        {kStepExitScript, &Execution::Exit},         {kStepSetVariable, &Execution::SetVariable}};
     const auto known = kSteps.find(step.id);
     if (known == kSteps.end()) return Tell(step, "is not simulated; skipped");
     (this->*known->second)(step);
@@ -99,10 +80,10 @@ class Execution {
     for (std::size_t i = from + 1; i < steps_.size(); ++i) {
       const ScriptStep& step = steps_[i];
       if (!step.enabled) continue;
-      if (step.id == kIf) ++depth;
-      const bool branch = step.id == kElseIf || step.id == kElse || step.id == kEndIf;
+      if (step.id == kStepIf) ++depth;
+      const bool branch = step.id == kStepElseIf || step.id == kStepElse || step.id == kStepEndIf;
       if (branch && depth == 0) return i;
-      if (step.id == kEndIf) --depth;
+      if (step.id == kStepEndIf) --depth;
     }
     return steps_.size();
   }
@@ -111,13 +92,13 @@ class Execution {
     if (Holds(step)) return;
     for (position_ = NextBranch(position_); position_ < steps_.size(); position_ = NextBranch(position_)) {
       const ScriptStep& branch = steps_[position_];
-      if (branch.id != kElseIf || Holds(branch)) return;
+      if (branch.id != kStepElseIf || Holds(branch)) return;
     }
   }
 
   // An Else or Else If that is reached in passing ends the branch above it.
   void LeaveBlock(const ScriptStep&) {
-    while (position_ < steps_.size() && steps_[position_].id != kEndIf) position_ = NextBranch(position_);
+    while (position_ < steps_.size() && steps_[position_].id != kStepEndIf) position_ = NextBranch(position_);
   }
 
   void Nothing(const ScriptStep&) {}
@@ -126,7 +107,7 @@ class Execution {
     calc::Value value, repetition;
     if (!Evaluate(step, step.calculation, value) || !Evaluate(step, step.repetition, repetition)) return;
     const bool global = step.text.starts_with(u"$$");
-    if (!step.text.starts_with(u'$')) return Fail(step, kFileMissing, "no variable is named");
+    if (!step.text.starts_with(u'$')) return Fail(step, errors::kFileMissing, "no variable is named");
     const int index = step.repetition.empty() ? 1 : static_cast<int>(repetition.AsNumber().ToInteger());
     auto& variables = global ? frame_.file->globals : frame_.locals;
     variables[{calc::FoldCase(std::u16string_view(step.text).substr(global ? 2 : 1)), index}] = value;
@@ -156,17 +137,17 @@ class Execution {
   // The export that the file was opened from is the copy: nothing in a simulated file changes.
   void SaveCopyAsXml(const ScriptStep& step) {
     const PrivilegeSet* set = CurrentPrivilegeSet(Context(application_, frame_.file));
-    if (set == nullptr || set->id != kFullAccessSet) return Fail(step, kNoPrivilege, "it needs full access");
+    if (set == nullptr || set->id != kFullAccess) return Fail(step, errors::kNoPrivilege, "it needs full access");
     calc::Value window;
     if (!Evaluate(step, step.calculation, window)) return;
     const OpenFile* file = frame_.file;
     if (!step.calculation.empty()) file = FileOfWindow(window.AsText());
-    if (file == nullptr) return Fail(step, kFileMissing, "no window \"" + calc::ToUtf8(window.AsText()) + "\"");
+    if (file == nullptr) return Fail(step, errors::kFileMissing, "no window \"" + calc::ToUtf8(window.AsText()) + "\"");
     for (const auto& destination : step.destinations) {
       const std::string path = MachinePath(DestinationPath(destination), FolderOf(*frame_.file));
       std::error_code failure;
       std::filesystem::copy_file(file->solution.path, path, std::filesystem::copy_options::overwrite_existing, failure);
-      if (failure) return Fail(step, kCannotCreateFile, path + ": " + failure.message());
+      if (failure) return Fail(step, errors::kCannotCreateFile, path + ": " + failure.message());
     }
     frame_.lastError = 0;
   }

@@ -1,10 +1,14 @@
-// FileMaker's error numbers that formulas run into.
+// FileMaker's error numbers, as far as formulas, scripts and plug-ins run into them here.
 #pragma once
 
 namespace calc::errors {
 
+inline constexpr int kNoPrivilege = 9;
 inline constexpr int kDivisionByZero = 15;
+inline constexpr int kFileMissing = 100;
 inline constexpr int kFieldMissing = 102;
+inline constexpr int kCannotCreateFile = 800;
+inline constexpr int kNotAuthorised = 825;  // the account lacks the extended privilege fmplugin
 inline constexpr int kGeneral = 1200;
 inline constexpr int kTooFewArguments = 1201;
 inline constexpr int kTooManyArguments = 1202;
@@ -14,9 +18,13 @@ inline constexpr int kOpenText = 1206;
 inline constexpr int kUnbalancedParenthesis = 1207;
 inline constexpr int kNotAFunction = 1208;
 inline constexpr int kNameMissing = 1209;
+inline constexpr int kAlreadyRegistered = 1210;
 inline constexpr int kListNotAllowed = 1211;
 inline constexpr int kOperatorExpected = 1212;
 inline constexpr int kInvalidGetParameter = 1215;
+inline constexpr int kNoSuchFunction = 1224;
+inline constexpr int kNotSupported = 1225;
+inline constexpr int kNoScriptToStart = 1825;  // asked for by a plug-in
 
 // FileMaker tells no number of its own for these.
 inline constexpr int kBadArgument = kGeneral;

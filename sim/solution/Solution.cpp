@@ -6,6 +6,14 @@
 #include "sim/calc/Unicode.h"
 
 namespace sim {
+
+std::u16string_view WithoutExtension(std::u16string_view fileName) {
+  constexpr std::u16string_view kExtension = u".fmp12";
+  if (fileName.size() <= kExtension.size()) return fileName;
+  const auto stem = fileName.size() - kExtension.size();
+  return calc::EqualIgnoringCase(fileName.substr(stem), kExtension) ? fileName.substr(0, stem) : fileName;
+}
+
 namespace {
 
 template <typename Item, typename Test>

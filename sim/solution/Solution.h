@@ -90,8 +90,11 @@ struct ValueList {
   std::u16string customValues;  ///< separated by carriage returns; empty for a list from a field
 };
 
+/// The id of the privilege set with full access, whatever its (localised) name.
+inline constexpr int kFullAccess = 1;
+
 struct PrivilegeSet {
-  int id = 0;  ///< 1 is full access, whatever its (localised) name
+  int id = 0;
   std::u16string name;
   std::vector<std::u16string> extendedPrivileges;  ///< keywords such as "fmplugin"
 };
@@ -102,6 +105,9 @@ struct Account {
   bool enabled = true;
   int privilegeSetId = 0;
 };
+
+/// A file's name as FileMaker's functions give it: without ".fmp12" at its end, in any case.
+std::u16string_view WithoutExtension(std::u16string_view fileName);
 
 struct Solution {
   std::string path;         ///< of the export, UTF-8

@@ -23,7 +23,6 @@ namespace {
 
 using std::operator""sv;
 
-constexpr std::u16string_view kExtension = u".fmp12";
 constexpr std::string_view kSupportedVersions = "2.";
 constexpr std::size_t kChunk = 1 << 20;
 
@@ -89,12 +88,6 @@ bool CheckRoot(pugi::xml_node root, std::string& reason) {
     return true;
   }
   return false;
-}
-
-std::u16string WithoutExtension(std::u16string_view name) {
-  const bool extended = name.size() > kExtension.size() &&
-                        calc::EqualIgnoringCase(name.substr(name.size() - kExtension.size()), kExtension);
-  return std::u16string(extended ? name.substr(0, name.size() - kExtension.size()) : name);
 }
 
 bool ReadExport(std::string text, const std::string& path, Solution& solution, std::string& reason) {

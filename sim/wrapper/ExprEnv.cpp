@@ -1,6 +1,7 @@
 // Calculation contexts and registration.
 #include <utility>
 
+#include "sim/calc/Errors.h"
 #include "sim/wrapper/Host.h"
 #include "sim/wrapper/Objects.h"
 #include "sim/wrapper/Registry.h"
@@ -9,8 +10,6 @@ namespace fmhost {
 
 namespace {
 
-constexpr short kGeneralError = 1200;
-constexpr short kNotSupported = 1225;
 constexpr fmx::ptrtype kOnlySession = 1;
 
 Host* host = nullptr;
@@ -36,7 +35,7 @@ Registration MakeRegistration(const fmx::QuadChar& plugin, short id, const fmx::
 
 short Host::ExecuteSql(std::uint64_t, std::u16string_view, std::u16string_view, std::span<const calc::Value>, char16_t,
                        char16_t, calc::Value&) {
-  return kNotSupported;
+  return calc::errors::kNotSupported;
 }
 
 void SetHost(Host* newHost) { host = newHost; }
@@ -61,7 +60,7 @@ FM_API void FM_ExprEnv_Delete(void* self, _fmxcpt& x) {
 FM_API errcode FM_ExprEnv_Evaluate(const void* self, const Text& expression, Data& result, _fmxcpt& x) {
   return HostCall(__func__, x, [&]() -> errcode {
     const auto file = Live<fmhost::ExprEnvObject>(self).file;
-    if (fmhost::host == nullptr) return fmhost::kGeneralError;
+    if (fmhost::host == nullptr) return calc::errors::kGeneral;
     const fmhost::Scope asHost("");
     calc::Value value;
     const errcode error = fmhost::host->Evaluate(file, fmhost::TextOf(expression), value);
@@ -71,7 +70,7 @@ FM_API errcode FM_ExprEnv_Evaluate(const void* self, const Text& expression, Dat
 }
 
 FM_API errcode FM_ExprEnv_EvaluateGetFunction(const void* self, short, Data&, _fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return Live<fmhost::ExprEnvObject>(self), fmhost::kNotSupported; });
+  return HostCall(__func__, x, [&] { return Live<fmhost::ExprEnvObject>(self), calc::errors::kNotSupported; });
 }
 
 FM_API errcode FM_ExprEnv_ExecuteFileSQLTextResult(const void* self, const Text& sql, const Text& file,
@@ -79,7 +78,7 @@ FM_API errcode FM_ExprEnv_ExecuteFileSQLTextResult(const void* self, const Text&
                                                    uint16 rowSeparator, _fmxcpt& x) {
   return HostCall(__func__, x, [&]() -> errcode {
     const auto context = Live<fmhost::ExprEnvObject>(self).file;
-    if (fmhost::host == nullptr) return fmhost::kGeneralError;
+    if (fmhost::host == nullptr) return calc::errors::kGeneral;
     std::vector<calc::Value> arguments;
     for (const auto& value : Live<fmhost::DataVectObject>(&parameters).values) arguments.push_back(value->value);
     const fmhost::Scope asHost("");

@@ -3,31 +3,24 @@
 #include <algorithm>
 #include <utility>
 
+#include "sim/calc/Errors.h"
 #include "sim/calc/Unicode.h"
 #include "sim/wrapper/Objects.h"
 
 namespace fmhost {
 
-namespace {
-
-constexpr short kGeneralError = 1200;
-constexpr short kTooFewParameters = 1201;
-constexpr short kTooManyParameters = 1202;
-constexpr short kAlreadyRegistered = 1210;
-constexpr short kNoSuchFunction = 1224;
-
-}  // namespace
+namespace errors = calc::errors;
 
 short Registry::Add(Registration registration) {
   const bool sensible = !registration.name.empty() && registration.function != nullptr &&
                         registration.minArguments >= 0 &&
                         (registration.maxArguments == -1 || registration.maxArguments >= registration.minArguments);
-  if (!sensible) return kGeneralError;
+  if (!sensible) return errors::kGeneral;
   const bool taken = std::any_of(entries_.begin(), entries_.end(), [&](const Registration& entry) {
     return (entry.plugin == registration.plugin && entry.id == registration.id) ||
            calc::EqualIgnoringCase(entry.name, registration.name);
   });
-  if (taken) return kAlreadyRegistered;
+  if (taken) return errors::kAlreadyRegistered;
   registration.owner = Ledger::Instance().owner();
   entries_.push_back(std::move(registration));
   return 0;
@@ -36,7 +29,7 @@ short Registry::Add(Registration registration) {
 short Registry::Remove(const std::string& plugin, short id) {
   const auto removed =
       std::erase_if(entries_, [&](const Registration& entry) { return entry.plugin == plugin && entry.id == id; });
-  return removed > 0 ? 0 : kNoSuchFunction;
+  return removed > 0 ? 0 : errors::kNoSuchFunction;
 }
 
 void Registry::Drop(const std::string& owner, std::vector<std::u16string>& names) {
@@ -77,8 +70,8 @@ std::vector<std::u16string> DropRegistrations(const std::string& owner) {
 short Call(const Registration& function, std::uint64_t file, std::span<const calc::Value> arguments,
            calc::Value& result) {
   const auto count = static_cast<long>(arguments.size());
-  if (count < function.minArguments) return kTooFewParameters;
-  if (function.maxArguments != -1 && count > function.maxArguments) return kTooManyParameters;
+  if (count < function.minArguments) return errors::kTooFewArguments;
+  if (function.maxArguments != -1 && count > function.maxArguments) return errors::kTooManyArguments;
 
   const Scope asHost("");
   const fmx::ExprEnvUniquePtr environment;

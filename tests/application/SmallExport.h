@@ -1,12 +1,10 @@
 // Small exports, written as files for the simulated application to open.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <string>
+
+#include "tests/support/FolderTest.h"
 
 /// The formula parameter of a step.
 inline std::string Formula(const std::string& formula) {
@@ -54,15 +52,8 @@ struct SmallFile {
       "name=\"[Full Access]\"></PrivilegeSetReference></ObjectList></ExtendedPrivilege>";
 };
 
-/// A folder of a test's own.
-class SmallExports : public testing::Test {
+class SmallExports : public FolderTest {
  protected:
-  SmallExports() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "varnix-export-test-XXXXXX").string();
-    folder_ = mkdtemp(pattern.data());
-  }
-  ~SmallExports() override { std::filesystem::remove_all(folder_); }
-
   /// Writes the export and returns its path.
   std::string Write(const SmallFile& file) {
     const std::string path = folder_ + "/" + file.name + ".xml";
@@ -95,6 +86,4 @@ class SmallExports : public testing::Test {
            "</FMSaveAsXML>\n";
     return path;
   }
-
-  std::string folder_;
 };

@@ -17,22 +17,18 @@
 #include "host/FileDescriptor.h"
 #include "tests/core/NewProcess.h"
 #include "tests/core/SystemCalls.h"
+#include "tests/support/FolderTest.h"
 #include "tests/support/ScriptedHost.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
-class FileIOTest : public testing::Test {
+class FileIOTest : public FolderTest {
  protected:
-  FileIOTest() {
-    std::string pattern = testing::TempDir() + "fileio.XXXXXX";
-    directory_ = mkdtemp(pattern.data());
-  }
   ~FileIOTest() override {
     system_calls::beforeRead = nullptr;
     system_calls::reportedSize = -1;
-    fs::remove_all(directory_);
   }
 
   std::string Write(const std::string& name, const std::string& bytes) const {
@@ -40,7 +36,7 @@ class FileIOTest : public testing::Test {
     return directory_ / name;
   }
 
-  fs::path directory_;
+  const fs::path directory_ = folder_;
 };
 
 std::string AllByteValues(std::size_t size) {

@@ -4,25 +4,22 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <string>
 
 #include "core/Prefs.h"
 #include "tests/core/NewProcess.h"
+#include "tests/support/FolderTest.h"
 
 /// Leads the platform's store, in this process and those it starts, to below `home`. Each program brings its own.
 void MoveHome(const std::filesystem::path& home);
 
-class PrefsTest : public testing::Test {
+class PrefsTest : public FolderTest {
  protected:
   PrefsTest() {
-    std::string pattern = testing::TempDir() + "prefs.XXXXXX";
-    home_ = mkdtemp(pattern.data());
     GiveToUser(home_);
     MoveHome(home_);
   }
-  ~PrefsTest() override { std::filesystem::remove_all(home_); }
 
   static void GiveToUser(const std::filesystem::path& path) {
     if (geteuid() != 0) return;
@@ -40,5 +37,5 @@ class PrefsTest : public testing::Test {
   static std::string LoadUrl() { return InNewProcess(Prefs::LoadBaseUrl); }
   static std::string LoadKey() { return InNewProcess(Prefs::LoadLicenseKey); }
 
-  std::filesystem::path home_;
+  const std::filesystem::path home_ = folder_;
 };

@@ -2,9 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <filesystem>
 
-#include "tests/fmsim/Process.h"
+#include "tests/support/FolderTest.h"
+#include "tests/support/Process.h"
 
 namespace {
 
@@ -13,22 +13,17 @@ using Arguments = std::vector<std::string>;
 const std::string kWorkshop = SAMPLES "/Workshop.xml";
 const std::string kTimesheets = SAMPLES "/Timesheets.xml";
 
-class Fmsim : public testing::Test {
+class Fmsim : public FolderTest {
  protected:
   Fmsim() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "varnix-fmsim-test-XXXXXX").string();
-    folder_ = mkdtemp(pattern.data());
     setenv("XDG_CONFIG_HOME", folder_.c_str(), 1);
     unsetenv("DISPLAY");  // the clipboard of whoever runs the tests is not ours
   }
-  ~Fmsim() override { std::filesystem::remove_all(folder_); }
 
   static ProcessResult Run(Arguments arguments, const std::string& input = "") {
     arguments.insert(arguments.begin(), FMSIM);
     return RunProcess(arguments, input);
   }
-
-  std::string folder_;
 };
 
 TEST_F(Fmsim, CarriesOutItsOptionsInOrder) {

@@ -9,6 +9,7 @@
 #include <fstream>
 
 #include "core/Product.h"
+#include "tests/support/FolderTest.h"
 #include "tests/support/ScriptedHost.h"
 
 namespace {
@@ -16,11 +17,9 @@ namespace {
 constexpr fmx::ptrtype kUntouched = 0xABCDEF0123456789;
 
 // A fresh load of the binary with its own settings folder; its globals start anew each time.
-class PluginBinary : public testing::Test {
+class PluginBinary : public FolderTest {
  protected:
   PluginBinary() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "varnix-plugin-test-XXXXXX").string();
-    folder_ = mkdtemp(pattern.data());
     setenv("XDG_CONFIG_HOME", folder_.c_str(), 1);
     unsetenv("DISPLAY");  // the clipboard of whoever runs the tests is not ours
   }
@@ -30,7 +29,6 @@ class PluginBinary : public testing::Test {
       Send(kFMXT_Shutdown);
       dlclose(library_);
     }
-    std::filesystem::remove_all(folder_);
   }
 
   void Load(short hostVersion = 71) {
@@ -68,7 +66,6 @@ class PluginBinary : public testing::Test {
   }
 
   ScriptedHost host_;
-  std::string folder_;
   void* library_ = nullptr;
   FMX_ExternCallProc entryPoint_ = nullptr;
   FMX_ExternCallStruct call_{};

@@ -4,8 +4,6 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <optional>
 #include <string>
@@ -13,6 +11,7 @@
 
 #include "sim/calc/Unicode.h"
 #include "tests/solution/ExportBuilder.h"
+#include "tests/support/FolderTest.h"
 
 namespace sim {
 namespace {
@@ -181,20 +180,10 @@ TEST(SolutionReader, CutOffAnywhereAnExportIsRefusedAndTheSolutionKept) {
   }
 }
 
-class SolutionFile : public testing::Test {
- protected:
-  void SetUp() override {
-    std::string pattern = testing::TempDir() + "solution-XXXXXX";
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    directory_ = pattern;
-  }
-  void TearDown() override { std::filesystem::remove_all(directory_); }
-
-  std::string directory_;
-};
+using SolutionFile = FolderTest;
 
 TEST_F(SolutionFile, IsReadWhole) {
-  const std::string path = directory_ + "/Größe.xml";
+  const std::string path = folder_ + "/Größe.xml";
   std::string text = BuildExport("2.2.3.4");
   text.insert(text.find("</Structure>"), 3'000'001, ' ');  // takes several reads, the last one short
   std::ofstream(path, std::ios::binary) << text;
@@ -207,15 +196,15 @@ TEST_F(SolutionFile, IsReadWhole) {
 }
 
 TEST_F(SolutionFile, ThatCannotBeOpenedIsNamedWithTheReason) {
-  const std::string empty = directory_ + "/empty.xml";
+  const std::string empty = folder_ + "/empty.xml";
   std::ofstream(empty).flush();
-  const std::string missing = directory_ + "/missing.xml";
+  const std::string missing = folder_ + "/missing.xml";
   const struct {
     std::string path;
     const char* reason;
   } cases[] = {{missing, " cannot be opened: No such file or directory"},
                {empty + "/x.xml", " cannot be opened: Not a directory"},
-               {directory_, " is not a regular file"},
+               {folder_, " is not a regular file"},
                {empty, " is empty"}};
   for (const auto& test : cases) {
     Solution solution;

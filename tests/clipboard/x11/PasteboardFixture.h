@@ -19,7 +19,7 @@
 #include "tests/clipboard/x11/TestClock.h"
 #include "tests/clipboard/x11/XClient.h"
 #include "tests/clipboard/x11/XServer.h"
-#include "tests/fmsim/Process.h"
+#include "tests/support/Process.h"
 
 class PasteboardFixture : public testing::Test {
  protected:

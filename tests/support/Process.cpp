@@ -1,4 +1,4 @@
-#include "tests/fmsim/Process.h"
+#include "tests/support/Process.h"
 
 #include <fcntl.h>
 #include <spawn.h>
