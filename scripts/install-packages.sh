@@ -1,13 +1,13 @@
 #!/bin/sh
-# Installs what is missing of the Debian or Ubuntu packages that the named groups (build, test) need.
+# Installs what is missing of the Debian or Ubuntu packages that the named groups (plugin, simulator, test) need.
 # A trailing "?" marks a package that only some releases have, because others carry its files elsewhere.
 set -eu
 
 packages=
 for group in "$@"; do
   case $group in
-    build) packages="$packages g++ cmake make pkg-config libgmp-dev libicu-dev libpugixml-dev libedit-dev
-                     libxcb1-dev" ;;
+    plugin) packages="$packages g++ cmake make pkg-config libxcb1-dev" ;;
+    simulator) packages="$packages libgmp-dev libicu-dev libpugixml-dev libedit-dev" ;;
     test) packages="$packages clang libclang-rt-dev? libgtest-dev libbenchmark-dev rapidjson-dev libssl-dev
                     libgnustep-base-dev libblocksruntime-dev binutils xvfb xclip" ;;
     *) echo "install-packages: unknown group $group" >&2; exit 2 ;;
