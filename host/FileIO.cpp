@@ -29,13 +29,15 @@ FileDescriptor OpenRegularFile(const std::string& path, struct stat& info) {
   return FileDescriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
 }
 
-/// Reads to the end of `file`, whatever size it reported: it may be growing or shrinking.
+/// Adds all that `file` still holds to `content`, whatever size it reported: it may be growing or shrinking.
 bool ReadToEnd(int file, std::size_t reportedSize, std::string& content) {
-  std::string bytes(reportedSize + kSpareBytes, '\0');
-  std::size_t used = 0;
+  std::size_t used = content.size();
+  // Exactly, since growth on its own would double it, and with room for the end of an upload's form.
+  content.reserve(used + reportedSize + 2 * kSpareBytes);
+  content.resize(used + reportedSize + kSpareBytes);
   for (;;) {
-    if (used == bytes.size()) bytes.resize(2 * used);
-    const ssize_t count = read(file, &bytes[used], std::min(bytes.size() - used, kLargestRead));
+    if (used == content.size()) content.resize(2 * used);
+    const ssize_t count = read(file, &content[used], std::min(content.size() - used, kLargestRead));
     if (count == 0) break;
     if (count > 0) {
       used += static_cast<std::size_t>(count);
@@ -43,26 +45,34 @@ bool ReadToEnd(int file, std::size_t reportedSize, std::string& content) {
       return false;
     }
   }
-  bytes.resize(used);
-  content = std::move(bytes);
+  content.resize(used);
   return true;
 }
 
 }  // namespace
 
-bool FileIO::Read(const std::string& path, std::string& content, std::string& error) {
+bool FileIO::Append(const std::string& path, std::string& content, std::string& error) {
   struct stat info;
   const FileDescriptor file = OpenRegularFile(path, info);
   if (!file.IsOpen() || fstat(file.get(), &info) != 0 || !IsRegular(info)) {
     error = "ERROR: Could not open file: " + path;
     return false;
   }
+  const std::size_t before = content.size();
   try {
     if (ReadToEnd(file.get(), static_cast<std::size_t>(info.st_size), content)) return true;
   } catch (const std::exception&) {  // no string takes that many bytes, or the memory does not
   }
+  content.resize(before);
   error = "ERROR: Failed to read file: " + path;
   return false;
+}
+
+bool FileIO::Read(const std::string& path, std::string& content, std::string& error) {
+  std::string bytes;
+  if (!Append(path, bytes, error)) return false;
+  content = std::move(bytes);
+  return true;
 }
 
 fmx::errcode Do_ReadFile(short, const fmx::ExprEnv&, const fmx::DataVect& args, fmx::Data& result) {

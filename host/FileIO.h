@@ -12,6 +12,9 @@ namespace FileIO {
 /// a device never holds up the caller.
 bool Read(const std::string& path, std::string& content, std::string& error);
 
+/// The same, but adds the bytes to the end of `content`, with room for a little more. On failure `content` is as it was.
+bool Append(const std::string& path, std::string& content, std::string& error);
+
 }  // namespace FileIO
 
 fmx::errcode Do_ReadFile(short funcId, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result);

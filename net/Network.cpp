@@ -1,0 +1,117 @@
+#include "net/Network.h"
+
+#include <condition_variable>
+#include <cstdio>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <random>
+
+#include "host/FileIO.h"
+#include "net/Transfer.h"
+
+namespace Network {
+namespace {
+
+// Where a transfer leaves its outcome. It outlives a caller that has stopped waiting.
+struct Delivery {
+  std::mutex mutex;
+  std::condition_variable arrived;
+  std::optional<Outcome> outcome;
+};
+
+bool IsURL(const std::string& url, std::string& error) {
+  if (Network::IsURL(url)) return true;
+  error = "ERROR: Invalid URL: " + url;
+  return false;
+}
+
+// Adds the file to `body`, where it is to stand.
+bool AppendFile(const std::string& path, std::string& body, std::string& error) {
+  std::string detail;
+  if (FileIO::Append(path, body, detail)) return true;
+  error = "ERROR: Could not read file: " + path;
+  return false;
+}
+
+std::optional<Outcome> Transfer(Request request) {
+  const auto delivery = std::make_shared<Delivery>();
+  StartTransfer(std::move(request), [delivery](Outcome outcome) {
+    const std::lock_guard lock(delivery->mutex);
+    delivery->outcome = std::move(outcome);
+    delivery->arrived.notify_one();
+  });
+  std::unique_lock lock(delivery->mutex);
+  delivery->arrived.wait_for(lock, WaitTimeLimit(), [&] { return delivery->outcome.has_value(); });
+  return std::move(delivery->outcome);
+}
+
+bool SendRequest(Request request, std::string& response, std::string& error) {
+  std::optional<Outcome> outcome = Transfer(std::move(request));
+  if (!outcome) {
+    error = "ERROR: Request timed out.";
+    return false;
+  }
+  if (!outcome->failure.empty()) {
+    error = "ERROR: " + outcome->failure;
+    return false;
+  }
+  if (outcome->status >= 400) error = "ERROR: HTTP " + std::to_string(outcome->status) + " — " + outcome->body;
+  if (outcome->hasBody) response = std::move(outcome->body);
+  return outcome->status < 400;
+}
+
+std::string NewBoundary() {
+  char boundary[23];
+  std::snprintf(boundary, sizeof boundary, "VarnixBoundary%08X", std::random_device{}());
+  return boundary;
+}
+
+std::string Field(const std::string& boundary, const char* name, const std::string& value) {
+  return "--" + boundary + "\r\nContent-Disposition: form-data; name=\"" + name + "\"\r\n\r\n" + value + "\r\n";
+}
+
+}  // namespace
+
+bool Post(const std::string& url, std::string body, std::string& response, std::string& error) {
+  if (!IsURL(url, error)) return false;
+  return SendRequest({.url = url,
+                      .method = "POST",
+                      .headers = {{"Content-Type", "application/json"}, {"Accept", "application/json"}},
+                      .body = std::move(body)},
+                     response, error);
+}
+
+bool Get(const std::string& url, std::string& response, std::string& error) {
+  if (!IsURL(url, error)) return false;
+  return SendRequest({.url = url, .method = "GET", .headers = {{"Accept", "application/json"}}, .body = {}}, response,
+                     error);
+}
+
+bool PostFile(const std::string& url, const std::string& filePath, std::string& response, std::string& error) {
+  std::string body;
+  if (!IsURL(url, error) || !AppendFile(filePath, body, error)) return false;
+  return SendRequest({.url = url,
+                      .method = "POST",
+                      .headers = {{"Content-Type", "application/octet-stream"}},
+                      .body = std::move(body)},
+                     response, error);
+}
+
+bool PostMultipart(const std::string& url, const std::string& accountKey, const std::string& filename,
+                   const std::string& filePath, std::string& response, std::string& error) {
+  if (!IsURL(url, error)) return false;
+  const std::string boundary = NewBoundary();
+  std::string body = Field(boundary, "licenseKey", accountKey) + Field(boundary, "filename", filename);
+  body += "--" + boundary + "\r\nContent-Disposition: form-data; name=\"file\"; filename=\"" + filename +
+          "\"\r\nContent-Type: application/xml\r\n\r\n";
+  if (!AppendFile(filePath, body, error)) return false;
+  body += "\r\n--" + boundary + "--\r\n";
+  return SendRequest({.url = url,
+                      .method = "POST",
+                      .headers = {{"Content-Type", "multipart/form-data; boundary=" + boundary}},
+                      .body = std::move(body)},
+                     response, error);
+}
+
+}  // namespace Network

@@ -1,0 +1,39 @@
+// The seam to the platform's URL layer: one HTTP transfer, and the limits on it. The URL layer follows redirects, keeps
+// cookies, decodes content, uses the system's proxies and checks certificates as it does by default.
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace Network {
+
+struct Request {
+  std::string url;     ///< taken by IsURL
+  const char* method;  ///< "GET" or "POST"; the literal is kept
+  std::vector<std::pair<std::string, std::string>> headers;
+  std::string body;  ///< sent with a POST, byte for byte
+};
+
+struct Outcome {
+  bool hasBody = false;  ///< a body arrived, though it may be empty
+  std::string body;
+  std::string failure;  ///< why the transfer failed, in words for people; "" when an answer arrived
+  long long status = 0;
+};
+
+/// Whether the URL layer can make a URL of `text` (bytes, meant to be UTF-8). Safe on any thread.
+bool IsURL(const std::string& text);
+
+/// Starts the transfer and returns at once. `completion` is called exactly once, on a thread of the URL layer, and must
+/// neither throw nor wait; on failure the outcome's `failure` is not empty. Safe on any thread.
+void StartTransfer(Request request, std::function<void(Outcome)> completion);
+
+/// How long a transfer may stay without data before the URL layer gives it up.
+std::chrono::milliseconds TransferTimeLimit();
+/// How long a caller waits for a transfer. Both limits are 120 seconds; tests define their own.
+std::chrono::milliseconds WaitTimeLimit();
+
+}  // namespace Network
