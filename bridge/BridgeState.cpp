@@ -8,13 +8,10 @@ std::string g_baseUrl = kDefaultBaseUrl;
 std::string g_registeredFileName;
 std::string g_pendingGetSchemaCmdId;
 std::string g_pendingTargetFileName;
-std::string g_latestVersion;
 PendingCmd g_pendingCmd;
 
 bool g_registered = false;
 
-std::int64_t g_lastVersionCheckMs = 0;
-std::atomic<bool> g_versionCheckInFlight = false;
 bool g_pendingSchemaReady = false;
 std::int64_t g_pendingSchemaQueuedMs = 0;
 std::int64_t g_lastPollMs = 0;

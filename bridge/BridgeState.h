@@ -20,13 +20,10 @@ extern std::string g_baseUrl;                ///< origin of the service
 extern std::string g_registeredFileName;     ///< file from which the bridge was signed in
 extern std::string g_pendingGetSchemaCmdId;  ///< schema request that waits for its live push
 extern std::string g_pendingTargetFileName;  ///< file that must be active before the live-push script starts
-extern std::string g_latestVersion;          ///< newest version the service has told
 extern PendingCmd g_pendingCmd;              ///< handed from the poll to the idle call
 
 extern bool g_registered;  ///< signed in; the bridge runs
 
-extern std::int64_t g_lastVersionCheckMs;
-extern std::atomic<bool> g_versionCheckInFlight;
 extern bool g_pendingSchemaReady;             ///< a schema wait is armed
 extern std::int64_t g_pendingSchemaQueuedMs;  ///< when it was armed
 extern std::int64_t g_lastPollMs;             ///< when the last poll was started

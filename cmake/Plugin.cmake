@@ -16,6 +16,11 @@ add_library(varnix STATIC
   host/FileIO.cpp
   net/Base64.cpp
   net/Json.cpp
+  net/Network.cpp
+  net/ServiceFunctions.cpp
+  net/TimeLimits.cpp
+  net/Version.cpp
+  net/VersionCheck.cpp
   schema/ContextDebug.cpp
   schema/OpenFiles.cpp
   schema/SchemaBuilder.cpp)
@@ -24,8 +29,10 @@ if(APPLE)
 else()
   find_package(PkgConfig REQUIRED)
   pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb)
+  pkg_check_modules(CURL REQUIRED IMPORTED_TARGET libcurl)
   find_package(Threads REQUIRED)
   target_sources(varnix PRIVATE
+    bridge/Background_linux.cpp
     clipboard/Clipboard_linux.cpp
     clipboard/PasteboardContent.cpp
     clipboard/x11/Connection.cpp
@@ -36,8 +43,13 @@ else()
     clipboard/x11/SelectionReader.cpp
     clipboard/x11/Session.cpp
     clipboard/x11/SystemClipboard.cpp
-    core/Prefs_linux.cpp)
-  target_link_libraries(varnix PRIVATE PkgConfig::XCB Threads::Threads)
+    core/HostProcess_linux.cpp
+    core/Prefs_linux.cpp
+    net/Network_linux.cpp
+    net/UrlSyntax.cpp
+    net/curl/CurlTransfer.cpp
+    net/curl/TransferThread.cpp)
+  target_link_libraries(varnix PRIVATE PkgConfig::XCB PkgConfig::CURL Threads::Threads)
 endif()
 target_include_directories(varnix PUBLIC ${PROJECT_SOURCE_DIR})
 

@@ -5,6 +5,8 @@
 #include "core/HostText.h"
 #include "core/Product.h"
 #include "host/FileIO.h"
+#include "net/ServiceFunctions.h"
+#include "net/VersionCheck.h"
 #include "schema/ContextDebug.h"
 #include "schema/OpenFiles.h"
 #include "schema/SchemaBuilder.h"
@@ -63,15 +65,15 @@ constexpr ExternalFunction kFunctions[] = {
     {105, "Varnix.HTTPPost", 2, 2,
      "Varnix.HTTPPost( url ; jsonBody )",
      "Synchronous HTTP POST with a JSON body. Returns the response body or an error string.",
-     Do_NotBuiltYet},
+     Do_HTTPPost},
     {106, "Varnix.PushSnapshot", 2, 2,
      "Varnix.PushSnapshot( ingestUrl ; xmlPath )",
      "Reads an XML file and pushes it to Varnix as a snapshot.",
-     Do_NotBuiltYet},
+     Do_PushSnapshot},
     {107, "Varnix.PushScript", 3, 4,
      "Varnix.PushScript( licenseKey ; bridgeUrl ; xmlType { ; label } )",
      "Reads FM XML from the clipboard and pushes it to Varnix. xmlType: XMSC, XMSS, XMFD, XMTB, XMLO, XMFN.",
-     Do_NotBuiltYet},
+     Do_PushScript},
     {108, "Varnix.GetSchema", 0, 1,
      "Varnix.GetSchema( { fileName } )",
      "Returns a JSON snapshot of an open FM file's schema: tables, fields, scripts, layouts, and custom functions. "
@@ -86,7 +88,7 @@ constexpr ExternalFunction kFunctions[] = {
      "Varnix.UploadFile( url ; licenseKey ; filename ; posixPath )",
      "POSTs a file as multipart/form-data to the given URL with licenseKey and filename fields. "
      "Returns the response body.",
-     Do_NotBuiltYet},
+     Do_UploadFile},
     {111, "Varnix.LivePush", 1, 1,
      "Varnix.LivePush( posixPath )",
      "Uploads a SaveAsXML file to Varnix Live Schema and completes the pending Get Schema command. "
@@ -104,7 +106,7 @@ constexpr ExternalFunction kFunctions[] = {
      "Varnix.UpdateAvailable",
      "Returns empty if the plugin is up to date, or a human-readable notice if a newer version is available at "
      VARNIX_GUIDE_ADDRESS ".",
-     Do_NotBuiltYet},
+     Do_UpdateAvailable},
     {115, "Varnix.ClipboardFormats", 0, 0,
      "Varnix.ClipboardFormats",
      "Returns diagnostic clipboard format ids and names currently available on the system clipboard.",

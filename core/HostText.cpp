@@ -23,6 +23,13 @@ std::string GetTextArg(const fmx::DataVect& args, unsigned int index) {
   return Utf8FromText(args.At(index).GetAsText());
 }
 
+std::string EmptyArgumentError(std::initializer_list<std::pair<const char*, const std::string&>> arguments) {
+  for (const auto& [name, value] : arguments) {
+    if (value.empty()) return std::string("ERROR: ") + name + " is empty.";
+  }
+  return "";
+}
+
 void SetTextResult(const std::string& utf8, fmx::Data& result) {
   const fmx::TextUniquePtr text;
   text->Assign(utf8.c_str(), fmx::Text::kEncoding_UTF8);

@@ -60,9 +60,16 @@ char* EncodeUnits(const char* bytes, std::size_t units, char* out) {
 
 }  // namespace
 
+std::size_t Base64Length(std::size_t byteCount) { return (byteCount + 2) / 3 * 4; }
+
 std::string Base64Encode(const std::string& bytes) {
   std::string result;
-  result.reserve((bytes.size() + 2) / 3 * 4);
+  result.reserve(Base64Length(bytes.size()));
+  Base64Append(bytes, result);
+  return result;
+}
+
+void Base64Append(const std::string& bytes, std::string& result) {
   char piece[kUnitsAtOnce * kUnitCharacters];
   const char* from = bytes.data();
   std::size_t left = bytes.size();
@@ -76,8 +83,7 @@ std::string Base64Encode(const std::string& bytes) {
   char rest[2 * kUnit + kOverread] = {};
   std::copy_n(from, left, rest);
   EncodeUnits(rest, 2, piece);
-  result.append(piece, (left + 2) / 3 * 4);
+  result.append(piece, Base64Length(left));
   const std::size_t missing = (3 - left % 3) % 3;
   result.replace(result.size() - missing, missing, missing, '=');
-  return result;
 }

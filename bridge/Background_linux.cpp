@@ -1,0 +1,89 @@
+// A pool of threads that grows with the work. They live as long as the plug-in: when it is unloaded, or the process
+// ends, jobs that wait are dropped and those that run are cut short.
+#include <condition_variable>
+#include <deque>
+#include <exception>
+#include <mutex>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "bridge/Background.h"
+#include "core/HostProcess_linux.h"
+#include "net/Network_linux.h"
+
+namespace {
+
+constexpr std::size_t kMostThreads = 32;
+
+class Pool {
+ public:
+  ~Pool() {
+    {
+      const std::lock_guard lock(mutex_);
+      stopping_ = true;
+      waiting_.clear();
+    }
+    hasWork_.notify_all();
+    StopTransfers();  // what the jobs wait for
+    for (auto& thread : threads_) thread.join();
+  }
+
+  void Add(std::function<void()> job) {
+    const std::lock_guard lock(mutex_);
+    if (stopping_) return;
+    waiting_.push_back(std::move(job));
+    if (waiting_.size() > idle_ && threads_.size() < kMostThreads) StartThread();
+    hasWork_.notify_one();
+  }
+
+ private:
+  void StartThread() {
+    const SignalsBlocked blocked;
+    try {
+      threads_.emplace_back([this] { Work(); });
+    } catch (const std::exception&) {
+      if (threads_.empty()) waiting_.clear();  // there is nobody to run it
+    }
+  }
+
+  void Work() {
+    std::unique_lock lock(mutex_);
+    for (;;) {
+      ++idle_;
+      hasWork_.wait(lock, [this] { return stopping_ || !waiting_.empty(); });
+      --idle_;
+      if (stopping_) return;
+      std::function<void()> job = std::move(waiting_.front());
+      waiting_.pop_front();
+      lock.unlock();
+      RunDroppingExceptions(job);
+      job = nullptr;
+      lock.lock();
+    }
+  }
+
+  static void RunDroppingExceptions(const std::function<void()>& job) {
+    try {
+      job();
+    } catch (const std::exception&) {  // out of memory: the job's own affair
+    }
+  }
+
+  std::mutex mutex_;  // guards what follows
+  std::condition_variable hasWork_;
+  std::deque<std::function<void()>> waiting_;
+  std::vector<std::thread> threads_;
+  std::size_t idle_ = 0;
+  bool stopping_ = false;
+};
+
+}  // namespace
+
+void bg(std::function<void()> job) noexcept {
+  static Pool pool;
+  try {
+    pool.Add(std::move(job));
+  } catch (const std::exception&) {  // no memory to queue it
+  }
+}

@@ -1,0 +1,21 @@
+#include "core/HostProcess_linux.h"
+
+#include <dlfcn.h>
+#include <pthread.h>
+
+#include <initializer_list>
+
+SignalsBlocked::SignalsBlocked() {
+  sigset_t all;
+  sigfillset(&all);
+  for (const int fault : {SIGSEGV, SIGBUS, SIGILL, SIGFPE}) sigdelset(&all, fault);
+  pthread_sigmask(SIG_SETMASK, &all, &before_);
+}
+
+SignalsBlocked::~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+
+void KeepLoaded(const void* address) {
+  Dl_info home;
+  if (dladdr(address, &home) == 0) return;
+  dlopen(home.dli_fname, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE);
+}

@@ -1,0 +1,84 @@
+#include "net/ServiceFunctions.h"
+
+#include <string>
+#include <utility>
+
+#include "clipboard/Clipboard.h"
+#include "core/HostText.h"
+#include "host/FileIO.h"
+#include "net/Base64.h"
+#include "net/Json.h"
+#include "net/Network.h"
+
+namespace {
+
+std::string SendJson(const std::string& url, std::string body) {
+  std::string response, error;
+  return Network::Post(url, std::move(body), response, error) ? response : error;
+}
+
+// The file and its base64 are in memory together, but never twice.
+bool ReadSnapshot(const std::string& path, std::string& record, std::string& error) {
+  constexpr std::string_view kBefore = "{\"content\":\"", kBetween = "\",\"filename\":\"", kAfter = "\"}";
+  std::string bytes;
+  if (!FileIO::Read(path, bytes, error)) return false;
+  const std::string name = JsonEscape(path.substr(path.rfind('/') + 1));
+  record.reserve(kBefore.size() + Base64Length(bytes.size()) + kBetween.size() + name.size() + kAfter.size());
+  record.append(kBefore);
+  Base64Append(bytes, record);
+  record.append(kBetween).append(name).append(kAfter);
+  return true;
+}
+
+std::string PushSnapshot(const std::string& ingestUrl, const std::string& xmlPath) {
+  std::string record, error;
+  if (!ReadSnapshot(xmlPath, record, error)) return error;
+  return SendJson(ingestUrl, std::move(record));
+}
+
+std::string PushScript(const std::string& licenseKey, const std::string& bridgeUrl, const std::string& xmlType,
+                       const std::string& label) {
+  std::string xml, response, error;
+  if (!Clipboard::GetXML(xmlType, xml, error)) return error;
+  if (xml.empty()) return "ERROR: No " + xmlType + " XML on clipboard. Copy the FM object first.";
+  std::string record = "{\"licenseKey\":\"" + JsonEscape(licenseKey) + "\",\"xmlType\":\"" + JsonEscape(xmlType) +
+                       "\",\"xmlContent\":\"" + JsonEscape(xml) + "\",\"label\":\"" + JsonEscape(label) + "\"}";
+  return Network::Post(bridgeUrl, std::move(record), response, error) ? "OK" : error;
+}
+
+}  // namespace
+
+fmx::errcode Do_HTTPPost(short, const fmx::ExprEnv&, const fmx::DataVect& args, fmx::Data& result) {
+  const std::string url = GetTextArg(args, 0);
+  std::string jsonBody = GetTextArg(args, 1);
+  const std::string error = EmptyArgumentError({{"url", url}, {"jsonBody", jsonBody}});
+  SetTextResult(error.empty() ? SendJson(url, std::move(jsonBody)) : error, result);
+  return 0;
+}
+
+fmx::errcode Do_UploadFile(short, const fmx::ExprEnv&, const fmx::DataVect& args, fmx::Data& result) {
+  std::string response, error;
+  const bool sent = Network::PostMultipart(GetTextArg(args, 0), GetTextArg(args, 1), GetTextArg(args, 2),
+                                           GetTextArg(args, 3), response, error);
+  SetTextResult(sent ? response : error, result);
+  return 0;
+}
+
+fmx::errcode Do_PushSnapshot(short, const fmx::ExprEnv&, const fmx::DataVect& args, fmx::Data& result) {
+  const std::string ingestUrl = GetTextArg(args, 0);
+  const std::string xmlPath = GetTextArg(args, 1);
+  const std::string error = EmptyArgumentError({{"ingestUrl", ingestUrl}, {"xmlPath", xmlPath}});
+  SetTextResult(error.empty() ? PushSnapshot(ingestUrl, xmlPath) : error, result);
+  return 0;
+}
+
+fmx::errcode Do_PushScript(short, const fmx::ExprEnv&, const fmx::DataVect& args, fmx::Data& result) {
+  const std::string licenseKey = GetTextArg(args, 0);
+  const std::string bridgeUrl = GetTextArg(args, 1);
+  const std::string xmlType = GetTextArg(args, 2);
+  const std::string label = GetTextArg(args, 3);
+  const std::string error =
+      EmptyArgumentError({{"licenseKey", licenseKey}, {"bridgeUrl", bridgeUrl}, {"xmlType", xmlType}});
+  SetTextResult(error.empty() ? PushScript(licenseKey, bridgeUrl, xmlType, label) : error, result);
+  return 0;
+}

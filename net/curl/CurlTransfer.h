@@ -1,0 +1,47 @@
+// One transfer as a libcurl handle, from its request to its outcome.
+#pragma once
+
+#include <curl/curl.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "net/Transfer.h"
+
+/// Lives on the transfer thread. Not movable, since libcurl keeps its address.
+class CurlTransfer {
+ public:
+  CurlTransfer(Network::Request request, std::function<void(Network::Outcome)> completion);
+  CurlTransfer(const CurlTransfer&) = delete;
+  CurlTransfer& operator=(const CurlTransfer&) = delete;
+
+  /// Makes the handle, with the cookies of `shared`. Returns why that failed, or nullptr.
+  const char* Prepare(CURLSH* shared);
+  /// The handle, once prepared; GetPrivate(handle) is this object.
+  CURL* handle() const { return handle_.get(); }
+
+  /// Tells the completion how the transfer ended.
+  void Finish(CURLcode code);
+  /// The same when it never came to a transfer.
+  void Fail(const char* reason);
+
+ private:
+  static std::size_t Receive(char* bytes, std::size_t size, std::size_t count, void* self) noexcept;
+
+  void SetOptions(CURLSH* shared);
+
+  template <class Value>
+  void Set(CURLoption option, Value value) {
+    const CURLcode code = curl_easy_setopt(handle_.get(), option, value);
+    if (firstRefusal_ == CURLE_OK) firstRefusal_ = code;
+  }
+
+  const Network::Request request_;
+  const std::function<void(Network::Outcome)> completion_;
+  std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)> headers_{nullptr, curl_slist_free_all};
+  std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> handle_{nullptr, curl_easy_cleanup};
+  CURLcode firstRefusal_ = CURLE_OK;
+  char description_[CURL_ERROR_SIZE] = "";
+  std::string received_;
+};

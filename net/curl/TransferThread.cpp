@@ -1,0 +1,138 @@
+#include "net/curl/TransferThread.h"
+
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <climits>
+#include <system_error>
+#include <utility>
+
+#include "core/HostProcess_linux.h"
+
+namespace {
+
+constexpr int kLongestWaitMs = 60'000;  // something always wakes the thread earlier
+constexpr char kCancelled[] = "cancelled";
+
+// Gives the calling thread a descriptor table of its own with no more in it than standard streams and `kept`. What
+// libcurl opens, which it does not mark close-on-exec, is then never inherited by what the host starts. Before Linux
+// 5.9 the table stays the host's.
+void KeepDescriptorsToThisThread(int kept) {
+  const auto after = static_cast<unsigned>(kept) + 1;
+  if (close_range(after, UINT_MAX, CLOSE_RANGE_UNSHARE) != 0) return;
+  if (kept > STDERR_FILENO + 1) close_range(STDERR_FILENO + 1, static_cast<unsigned>(kept) - 1, 0);
+}
+
+/// The transfers under way, with what they share. Lives on the transfer thread.
+class Transfers {
+ public:
+  Transfers() {
+    curl_share_setopt(shared_.get(), CURLSHOPT_SHARE, CURL_LOCK_DATA_COOKIE);
+    curl_share_setopt(shared_.get(), CURLSHOPT_SHARE, CURL_LOCK_DATA_SSL_SESSION);
+  }
+  ~Transfers() {
+    for (const auto& transfer : running_) {
+      curl_multi_remove_handle(multi_.get(), transfer->handle());
+      transfer->Fail(kCancelled);
+    }
+  }
+
+  void Add(std::unique_ptr<CurlTransfer> transfer) {
+    if (const char* refusal = transfer->Prepare(shared_.get())) return transfer->Fail(refusal);
+    const CURLMcode added = curl_multi_add_handle(multi_.get(), transfer->handle());
+    if (added != CURLM_OK) return transfer->Fail(curl_multi_strerror(added));
+    running_.push_back(std::move(transfer));
+  }
+
+  void WaitAndProceed(int wakeDescriptor) {
+    curl_waitfd wake{.fd = wakeDescriptor, .events = CURL_WAIT_POLLIN, .revents = 0};
+    curl_multi_poll(multi_.get(), &wake, 1, kLongestWaitMs, nullptr);
+    int stillRunning = 0;
+    curl_multi_perform(multi_.get(), &stillRunning);
+    int messages = 0;
+    while (const CURLMsg* message = curl_multi_info_read(multi_.get(), &messages)) {
+      if (message->msg == CURLMSG_DONE) Finish(message->easy_handle, message->data.result);
+    }
+  }
+
+ private:
+  void Finish(CURL* handle, CURLcode code) {
+    curl_multi_remove_handle(multi_.get(), handle);
+    std::erase_if(running_, [&](const auto& transfer) {
+      if (transfer->handle() != handle) return false;
+      transfer->Finish(code);
+      return true;
+    });
+  }
+
+  // The handles go first, then the connections, which may hold what is shared.
+  std::unique_ptr<CURLSH, decltype(&curl_share_cleanup)> shared_{curl_share_init(), curl_share_cleanup};
+  std::unique_ptr<CURLM, decltype(&curl_multi_cleanup)> multi_{curl_multi_init(), curl_multi_cleanup};
+  std::vector<std::unique_ptr<CurlTransfer>> running_;
+};
+
+}  // namespace
+
+void TransferThread::Start(std::unique_ptr<CurlTransfer> transfer) {
+  const char* refusal = nullptr;
+  {
+    const std::lock_guard lock(mutex_);
+    refusal = stopping_ ? kCancelled : StartThread();
+    if (refusal == nullptr) {
+      arrived_.push_back(std::move(transfer));
+      eventfd_write(wake_->get(), 1);
+    }
+  }
+  if (refusal != nullptr) transfer->Fail(refusal);
+}
+
+const char* TransferThread::StartThread() {
+  if (thread_.joinable()) return nullptr;
+  if (curl_global_init(CURL_GLOBAL_DEFAULT) != CURLE_OK) return "libcurl could not be initialised";
+  // A thread that libcurl has left looking up a name may outlive the plug-in.
+  KeepLoaded(reinterpret_cast<const void*>(&curl_easy_init));
+  wake_.emplace(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
+  if (!wake_->IsOpen()) return "too many open files";
+  try {
+    const SignalsBlocked blocked;  // among them SIGPIPE, which TLS connections can raise
+    thread_ = std::thread([this] { Run(); });
+  } catch (const std::system_error&) {
+    return "no thread could be started";
+  }
+  return nullptr;
+}
+
+void TransferThread::Run() {
+  const int wake = wake_->get();
+  KeepDescriptorsToThisThread(wake);
+  Transfers transfers;
+  for (;;) {
+    Orders orders = TakeOrders();
+    for (auto& transfer : orders.transfers) {
+      if (orders.stop) {
+        transfer->Fail(kCancelled);
+      } else {
+        transfers.Add(std::move(transfer));
+      }
+    }
+    if (orders.stop) return;
+    transfers.WaitAndProceed(wake);
+  }
+}
+
+TransferThread::Orders TransferThread::TakeOrders() {
+  const std::lock_guard lock(mutex_);
+  eventfd_t ignored;
+  eventfd_read(wake_->get(), &ignored);
+  return {stopping_, std::exchange(arrived_, {})};
+}
+
+void TransferThread::Stop() {
+  {
+    const std::lock_guard lock(mutex_);
+    stopping_ = true;
+    if (!thread_.joinable()) return;
+    eventfd_write(wake_->get(), 1);
+  }
+  thread_.join();
+}
