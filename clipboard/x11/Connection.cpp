@@ -141,7 +141,9 @@ Property Connection::Take(xcb_window_t window, xcb_atom_t property) {
     ++progress_;
     if (reply == nullptr) return {};
     const auto size = static_cast<std::size_t>(xcb_get_property_value_length(reply.get()));
-    if (offset == 0) taken.bytes.reserve(total = size + reply->bytes_after);
+    if (offset == 0) total = size + reply->bytes_after;
+    if (total > kMaxValueBytes) return {};
+    taken.bytes.reserve(total);
     taken.type = reply->type;
     taken.format = reply->format;
     taken.bytes.append(static_cast<const char*>(xcb_get_property_value(reply.get())), size);

@@ -19,6 +19,8 @@ namespace x11 {
 
 /// How long the server may leave this program without any sign before it is taken for gone.
 inline constexpr std::int64_t kServerPatienceMs = 2000;
+/// The most that is read of one value: several times what anybody copies, and no more than the memory has room for.
+inline constexpr std::size_t kMaxValueBytes = std::size_t{1} << 28;
 
 struct FreeMemory {
   void operator()(void* memory) const { std::free(memory); }
@@ -82,7 +84,7 @@ class Connection {
   std::vector<std::string> NamesOf(const std::vector<xcb_atom_t>& atoms);
 
   xcb_window_t OwnerOf(xcb_atom_t selection);
-  /// Reads a property and deletes it.
+  /// Reads a property and deletes it. Nothing when it is larger than kMaxValueBytes.
   Property Take(xcb_window_t window, xcb_atom_t property);
   bool IsOwnWindow(xcb_window_t window) const;
 

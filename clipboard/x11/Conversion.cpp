@@ -10,13 +10,11 @@ namespace x11 {
 
 namespace {
 
-constexpr std::size_t kMaxReservedBytes = std::size_t{1} << 28;
-
 // The owner announces at least so many bytes. It may be wrong.
 std::size_t AnnouncedBytes(const Property& announcement) {
   std::uint32_t count = 0;
   if (announcement.bytes.size() >= sizeof count) std::memcpy(&count, announcement.bytes.data(), sizeof count);
-  return std::min<std::size_t>(count, kMaxReservedBytes);
+  return std::min<std::size_t>(count, kMaxValueBytes);
 }
 
 }  // namespace
@@ -60,6 +58,8 @@ std::optional<Property> Conversion::ReceivePieces(std::size_t announced, std::in
     Property piece = TakeProperty();
     if (piece.type == XCB_NONE) continue;  // the event told of a piece that had been taken already
     if (piece.bytes.empty()) return all;
+    stalled_ = all.bytes.size() + piece.bytes.size() > kMaxValueBytes;
+    if (stalled_) return std::nullopt;
     all.type = piece.type;
     all.format = piece.format;
     all.bytes += piece.bytes;

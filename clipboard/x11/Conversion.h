@@ -32,7 +32,7 @@ class Conversion {
   bool AwaitAnswer(std::int64_t deadline);
   /// Waits for the answer and takes it, however large; nothing when the owner refuses, stalls or dies.
   std::optional<Property> Receive();
-  /// Whether the owner, though alive, has let a deadline pass.
+  /// Whether the owner, though alive, has let a deadline pass, or has sent more than anybody can want.
   bool HasStalled() const { return stalled_; }
 
   void Handle(const xcb_generic_event_t& event);

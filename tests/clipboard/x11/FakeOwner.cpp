@@ -34,8 +34,8 @@ void FakeOwner::Handle(const Request& request) {
   ++requests_;
   const Request previous = std::exchange(last_, request);
   const bool asksForTargets = client_.NameOf(request.target) == "TARGETS";
-  const bool isIncremental =
-      manner_ == Manner::kStallsBetweenPieces || manner_ == Manner::kDiesBetweenPieces || manner_ == Manner::kTrickles;
+  const bool isIncremental = manner_ == Manner::kStallsBetweenPieces || manner_ == Manner::kDiesBetweenPieces ||
+                             manner_ == Manner::kTrickles || manner_ == Manner::kEndless;
   if (manner_ == Manner::kSilent) return;
   if (manner_ == Manner::kRefusing) return client_.Notify(request, XCB_NONE);
   if (manner_ == Manner::kAnswersLate && previous.requestor == XCB_NONE) return;
@@ -45,7 +45,7 @@ void FakeOwner::Handle(const Request& request) {
   isIncremental_ = true;
   const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
   xcb_change_window_attributes(client_.xcb(), request.requestor, XCB_CW_EVENT_MASK, &events);
-  const std::uint32_t size = 100;
+  const std::uint32_t size = 1 << 28;
   xcb_change_property(client_.xcb(), XCB_PROP_MODE_REPLACE, request.requestor, request.property, client_.Atom("INCR"),
                       32, 1, &size);
   client_.Notify(request, request.property);
@@ -74,5 +74,7 @@ void FakeOwner::SendPiece() {
     return;
   }
   if (manner_ == Manner::kTrickles) AdvanceClock(400);
-  xcb_change_property(client_.xcb(), XCB_PROP_MODE_REPLACE, last_.requestor, last_.property, last_.target, 8, 1, "x");
+  const std::string piece(manner_ == Manner::kEndless ? 1 << 20 : 1, 'x');
+  xcb_change_property(client_.xcb(), XCB_PROP_MODE_REPLACE, last_.requestor, last_.property, last_.target, 8,
+                      static_cast<std::uint32_t>(piece.size()), piece.data());
 }

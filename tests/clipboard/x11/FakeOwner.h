@@ -16,6 +16,7 @@ enum class Manner {
   kStallsBetweenPieces,  // sends the first piece of its content and no other
   kDiesBetweenPieces,    // sends the first piece and vanishes
   kTrickles,             // sends pieces of one byte, 400 ms apart, for ever
+  kEndless,              // sends pieces of a megabyte, as fast as they are taken, for ever
   kAnswersTwice,         // sends each answer again
   kAnswersLate,          // answers a request, with the bytes "late", only when the next one has come
 };

@@ -59,7 +59,7 @@ TEST_F(PasteboardReads, OneOperationAsksOnceForTheTypes) {
 // Whatever an owner does wrong, its clipboard counts as empty and the next owner's is read.
 TEST_F(PasteboardReads, NothingFromABrokenOwnerAndThenTheNextOnes) {
   for (const auto manner : {Manner::kSilent, Manner::kRefusing, Manner::kStallsBetweenPieces,
-                            Manner::kDiesBetweenPieces, Manner::kTrickles}) {
+                            Manner::kDiesBetweenPieces, Manner::kTrickles, Manner::kEndless}) {
     SCOPED_TRACE(static_cast<int>(manner));
     {
       const FakeOwner broken(server_->display(), manner, {"UTF8_STRING"}, "broken");
