@@ -14,41 +14,19 @@
 namespace calc {
 namespace {
 
-// Binary operators bind from loosest (1) to tightest; 0 for those that only stand before an operand.
-int LevelOf(Operator op) {
-  switch (op) {
-    case Operator::kOr:
-    case Operator::kXor:
-      return 1;
-    case Operator::kAnd:
-      return 2;
-    case Operator::kEqual:
-    case Operator::kNotEqual:
-    case Operator::kLess:
-    case Operator::kLessOrEqual:
-    case Operator::kGreater:
-    case Operator::kGreaterOrEqual:
-      return 3;
-    case Operator::kConcatenate:
-      return 4;
-    case Operator::kAdd:
-    case Operator::kSubtract:
-      return 5;
-    case Operator::kMultiply:
-    case Operator::kDivide:
-      return 6;
-    case Operator::kPower:
-      return 7;
-    case Operator::kNot:
-      return 0;
-  }
-  return 0;
-}
+// How tightly binary operators bind, in the order of Operator.
+constexpr int kLevels[] = {
+    5, 5,              // + -
+    6, 6,              // * /
+    7,                 // ^
+    4,                 // &
+    3, 3, 3, 3, 3, 3,  // comparisons
+    2,                 // and
+    1, 1,              // or xor
+    0,                 // not, which only stands before an operand
+};
 
-template <typename Content>
-Node MakeNode(Content content) {
-  return Node{std::move(content)};
-}
+int LevelOf(Operator op) { return kLevels[static_cast<std::size_t>(op)]; }
 
 std::unique_ptr<Node> Own(Node node) { return std::make_unique<Node>(std::move(node)); }
 
@@ -56,7 +34,7 @@ Node MakeCall(const Callable& callable, std::vector<Node> arguments) {
   return std::visit(
       [&arguments](auto target) {
         if constexpr (std::is_pointer_v<decltype(target)>) {
-          return MakeNode(Call<std::remove_cvref_t<decltype(*target)>>{target, std::move(arguments)});
+          return Node{Call<std::remove_cvref_t<decltype(*target)>>{target, std::move(arguments)}};
         } else {
           return Node();
         }
@@ -73,7 +51,7 @@ class Parser {
   }
 
   Formula ParseFormula() {
-    if (token_.kind == TokenKind::kEnd) return {MakeNode(Literal{}), slotCount_};
+    if (token_.kind == TokenKind::kEnd) return {Node{Literal{}}, slotCount_};
     Node root = ParseExpression();
     if (token_.kind != TokenKind::kEnd) FailAfterOperand();
     return {std::move(root), slotCount_};
@@ -160,7 +138,7 @@ Node Parser::ParseExpression(int minimum) {
       Advance();
       chain.links.push_back({op, ParseExpression(level + 1)});
     }
-    left = MakeNode(std::move(chain));
+    left = Node{std::move(chain)};
   }
   return left;
 }
@@ -175,7 +153,7 @@ Node Parser::ParsePrefixed() {
   }
   Node operand = ParseOperand();
   if (operators.empty()) return operand;
-  return MakeNode(Prefixed{std::move(operators), Own(std::move(operand))});
+  return Node{Prefixed{std::move(operators), Own(std::move(operand))}};
 }
 
 Node Parser::ParseOperand() {
@@ -183,12 +161,12 @@ Node Parser::ParseOperand() {
     case TokenKind::kText: {
       Value value = Value::OfText(std::move(token_.text));
       Advance();
-      return MakeNode(Literal{std::move(value)});
+      return Node{Literal{std::move(value)}};
     }
     case TokenKind::kNumber: {
       Value value = token_.number.InRange() ? Value::OfNumber(token_.number) : Value::OfError(errors::kOutOfRange);
       Advance();
-      return MakeNode(Literal{std::move(value)});
+      return Node{Literal{std::move(value)}};
     }
     case TokenKind::kOpen: {
       Advance();
@@ -201,7 +179,7 @@ Node Parser::ParseOperand() {
       return ParseName();
     case TokenKind::kLocalVariable:
     case TokenKind::kGlobalVariable:
-      return MakeNode(ParseVariable());
+      return Node{ParseVariable()};
     case TokenKind::kOpenList:
       throw SyntaxError{errors::kListNotAllowed};
     default:
@@ -239,12 +217,12 @@ Node Parser::ParseField(std::u16string name) {
     Advance();
   }
   field.repetition = ParseRepetition();
-  return MakeNode(std::move(field));
+  return Node{std::move(field)};
 }
 
 // A name without parentheses: a local name, a function that needs no arguments, else a field.
 Node Parser::NameAlone(std::u16string name) {
-  if (const int* slot = FindSlot(FoldCase(name))) return MakeNode(LocalName{*slot});
+  if (const int* slot = FindSlot(FoldCase(name))) return Node{LocalName{*slot}};
   const Callable callable = FindCallable(name, environment_);
   if (!callable.IsKnown()) return ParseField(std::move(name));
   if (callable.signature.minArguments > 0) throw SyntaxError{errors::kOperandExpected};
@@ -273,7 +251,8 @@ Node Parser::ParseForm(Form form) {
 std::vector<Node> Parser::ParseArguments(const Signature& signature) {
   std::vector<Node> arguments;
   int single = 0;
-  for (bool more = !Is(TokenKind::kClose); more; more = Take(TokenKind::kSeparator)) {
+  // FileMaker lets one separator end the list: people line up the rows of a Case.
+  for (bool more = !Is(TokenKind::kClose); more; more = Take(TokenKind::kSeparator) && !Is(TokenKind::kClose)) {
     if (Is(TokenKind::kOpenList) && signature.listSize != 0 && !arguments.empty()) {
       ParseList(arguments, signature.listSize);
     } else {
@@ -308,14 +287,14 @@ Node Parser::ParseGet() {
   GetCall call{std::move(token_.text)};
   if (!environment_.Get(call.parameter)) throw SyntaxError{errors::kInvalidGetParameter};
   Advance();
-  return MakeNode(std::move(call));
+  return Node{std::move(call)};
 }
 
 Node Parser::ParseLet(size_t scope) {
   LetCall call{ParseAssignments(scope), nullptr};
   ExpectSeparator();
   call.result = Own(ParseExpression());
-  return MakeNode(std::move(call));
+  return Node{std::move(call)};
 }
 
 Node Parser::ParseWhile(size_t scope) {
@@ -327,7 +306,7 @@ Node Parser::ParseWhile(size_t scope) {
   call.logic = ParseAssignments(scope);
   ExpectSeparator();
   call.result = Own(ParseExpression());
-  return MakeNode(std::move(call));
+  return Node{std::move(call)};
 }
 
 std::vector<Assignment> Parser::ParseAssignments(size_t scope) {
