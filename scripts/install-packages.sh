@@ -7,7 +7,7 @@ packages=
 for group in "$@"; do
   case $group in
     plugin) packages="$packages g++ cmake make pkg-config libxcb1-dev libcurl4-openssl-dev" ;;
-    simulator) packages="$packages libgmp-dev libicu-dev libpugixml-dev libedit-dev" ;;
+    simulator) packages="$packages libgmp-dev libmpfr-dev libicu-dev libpugixml-dev libedit-dev" ;;
     test) packages="$packages clang libclang-rt-dev? libgtest-dev libbenchmark-dev rapidjson-dev libssl-dev
                     libgnustep-base-dev libblocksruntime-dev binutils xvfb xclip" ;;
     *) echo "install-packages: unknown group $group" >&2; exit 2 ;;

@@ -1,6 +1,4 @@
 // Roots, logarithms, angles and factorials.
-#include <cmath>
-
 #include "sim/calc/Errors.h"
 #include "sim/calc/Functions.h"
 #include "sim/calc/Operators.h"
@@ -9,17 +7,25 @@ namespace calc {
 namespace {
 
 // A real function where it is defined; everything else is an error.
-template <long double (*function)(long double)>
+template <RealFunction function>
 Value Real(Arguments arguments) {
-  const long double result = function(arguments[0].AsNumber().ToReal());
-  return std::isfinite(result) ? NumberValue(Number::FromReal(result)) : Value::OfError(errors::kBadArgument);
+  const auto result = arguments[0].AsNumber().Apply(function);
+  return result ? NumberValue(*result) : Value::OfError(errors::kBadArgument);
 }
 
-long double Pi() { return std::acos(-1.0L); }
-long double DegreesOf(long double radians) { return radians * 180 / Pi(); }
-long double RadiansOf(long double degrees) { return degrees * Pi() / 180; }
+int Degrees(mpfr_ptr result, mpfr_srcptr radians, mpfr_rnd_t rounding) {
+  mpfr_const_pi(result, rounding);
+  mpfr_div(result, radians, result, rounding);
+  return mpfr_mul_ui(result, result, 180, rounding);
+}
 
-Value PiValue(Arguments) { return Value::OfNumber(Number::FromReal(Pi())); }
+int Radians(mpfr_ptr result, mpfr_srcptr degrees, mpfr_rnd_t rounding) {
+  mpfr_const_pi(result, rounding);
+  mpfr_mul(result, degrees, result, rounding);
+  return mpfr_div_ui(result, result, 180, rounding);
+}
+
+Value Pi(Arguments) { return NumberValue(*Number(-1).Apply(mpfr_acos)); }
 
 Value Factorial(Arguments arguments) {
   const long long number = arguments[0].AsNumber().ToInteger();
@@ -34,21 +40,21 @@ Value Factorial(Arguments arguments) {
 }
 
 constexpr Builtin kFunctions[] = {
-    {u"Acos", {1, 1}, Real<std::acos>},
-    {u"Asin", {1, 1}, Real<std::asin>},
-    {u"Atan", {1, 1}, Real<std::atan>},
-    {u"Cos", {1, 1}, Real<std::cos>},
-    {u"Degrees", {1, 1}, Real<DegreesOf>},
-    {u"Exp", {1, 1}, Real<std::exp>},
+    {u"Acos", {1, 1}, Real<mpfr_acos>},
+    {u"Asin", {1, 1}, Real<mpfr_asin>},
+    {u"Atan", {1, 1}, Real<mpfr_atan>},
+    {u"Cos", {1, 1}, Real<mpfr_cos>},
+    {u"Degrees", {1, 1}, Real<Degrees>},
+    {u"Exp", {1, 1}, Real<mpfr_exp>},
     {u"Factorial", {1, 2}, Factorial},
-    {u"Lg", {1, 1}, Real<std::log2>},
-    {u"Ln", {1, 1}, Real<std::log>},
-    {u"Log", {1, 1}, Real<std::log10>},
-    {u"Pi", {0, 0}, PiValue},
-    {u"Radians", {1, 1}, Real<RadiansOf>},
-    {u"Sin", {1, 1}, Real<std::sin>},
-    {u"Sqrt", {1, 1}, Real<std::sqrt>},
-    {u"Tan", {1, 1}, Real<std::tan>},
+    {u"Lg", {1, 1}, Real<mpfr_log2>},
+    {u"Ln", {1, 1}, Real<mpfr_log>},
+    {u"Log", {1, 1}, Real<mpfr_log10>},
+    {u"Pi", {0, 0}, Pi},
+    {u"Radians", {1, 1}, Real<Radians>},
+    {u"Sin", {1, 1}, Real<mpfr_sin>},
+    {u"Sqrt", {1, 1}, Real<mpfr_sqrt>},
+    {u"Tan", {1, 1}, Real<mpfr_tan>},
 };
 
 }  // namespace

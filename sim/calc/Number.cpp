@@ -6,6 +6,7 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <memory>
 #include <utility>
 
 #include "sim/calc/Unicode.h"
@@ -80,6 +81,38 @@ Number ParseAscii(const char* begin, const char* end) {
 
 }  // namespace
 
+// What MPFR calculates with: a number of a few bits more than the digits there are.
+class Number::Real {
+ public:
+  Real() { mpfr_init2(value_, kBits); }
+  explicit Real(const Number& number) : Real() {
+    const std::string text = number.digits_.get_str() + "e" + std::to_string(-number.scale_);
+    mpfr_set_str(value_, text.c_str(), 10, MPFR_RNDN);
+  }
+  ~Real() {
+    mpfr_clear(value_);
+    mpfr_free_cache();  // belongs to the thread, which may end without doing so
+  }
+  Real(const Real&) = delete;
+  Real& operator=(const Real&) = delete;
+
+  mpfr_ptr value() { return value_; }
+
+  // nullopt for what is no number and for infinity.
+  std::optional<Number> ToNumber() const {
+    if (mpfr_number_p(value_) == 0) return std::nullopt;
+    mpfr_exp_t exponent = 0;
+    const std::unique_ptr<char, void (*)(char*)> digits(
+        mpfr_get_str(nullptr, &exponent, 10, kMaxDigits, value_, MPFR_RNDN), mpfr_free_str);
+    return Number(mpz_class(digits.get(), 10), kMaxDigits - exponent).RoundedToSignificant(kIrrationalDigits);
+  }
+
+ private:
+  static constexpr mpfr_prec_t kBits = 1400;  // 421 digits
+
+  mpfr_t value_;
+};
+
 Number::Number(long long value) : Number(mpz_class(static_cast<long>(value)), 0) {
   static_assert(sizeof(long) == sizeof(long long));
 }
@@ -110,16 +143,6 @@ Number Number::FromDouble(double value) {
   std::array<char, 64> buffer;
   const auto written = std::to_chars(buffer.begin(), buffer.end(), std::fabs(value), std::chars_format::scientific);
   const Number result = ParseAscii(buffer.begin(), written.ptr);
-  return std::signbit(value) ? -result : result;
-}
-
-Number Number::FromReal(long double value) {
-  if (!std::isfinite(value)) return {};
-  constexpr int kDigits = std::numeric_limits<long double>::digits10;
-  std::array<char, 64> buffer;
-  const auto written =
-      std::to_chars(buffer.begin(), buffer.end(), std::fabs(value), std::chars_format::scientific, kDigits - 1);
-  const Number result = ParseAscii(buffer.begin(), written.ptr).RoundedToSignificant(kIrrationalDigits);
   return std::signbit(value) ? -result : result;
 }
 
@@ -157,9 +180,9 @@ std::u16string Number::ToText() const {
   return {text.begin(), text.end()};
 }
 
-long double Number::ToReal() const {
+double Number::ToDouble() const {
   const std::string text = digits_.get_str() + "e" + std::to_string(-scale_);
-  long double result = 0;
+  double result = 0;
   std::from_chars(text.data(), text.data() + text.size(), result);
   return result;
 }
@@ -200,6 +223,12 @@ std::optional<Number> Number::FloorDividedBy(const Number& divisor) const {
   return Number(std::move(quotient), 0);
 }
 
+std::optional<Number> Number::Apply(RealFunction function) const {
+  Real result;
+  function(result.value(), Real(*this).value(), MPFR_RNDN);
+  return result.ToNumber();
+}
+
 std::optional<Number> Number::IntegerPower(const Number& exponent) const {
   const mpz_class count = abs(Rescale(exponent.digits_, exponent.scale_, 0, DivideRounding));
   Number result = 1;
@@ -218,10 +247,10 @@ std::optional<Number> Number::Power(const Number& exponent) const {
   if (Sign() == 0) return exponent.Sign() < 0 ? std::nullopt : std::optional<Number>(exponent.Sign() == 0 ? 1 : 0);
   if (exponent.IsInteger()) return IntegerPower(exponent);
   if (Sign() < 0) return std::nullopt;
-  const long double result = std::pow(ToReal(), exponent.ToReal());
-  if (!std::isfinite(result)) return std::nullopt;
-  const Number power = FromReal(result);
-  return power.InRange() ? std::optional<Number>(power) : std::nullopt;
+  Real power;
+  mpfr_pow(power.value(), Real(*this).value(), Real(exponent).value(), MPFR_RNDN);
+  const auto result = power.ToNumber();
+  return result && result->InRange() ? result : std::nullopt;
 }
 
 Number Number::Rounded(int places) const {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <gmpxx.h>
+#include <mpfr.h>
 
 #include <compare>
 #include <optional>
@@ -13,6 +14,9 @@ namespace calc {
 /// Digits after the point that a division keeps unless told otherwise.
 inline constexpr int kDivisionPlaces = 16;
 
+/// An irrational function as MPFR has them.
+using RealFunction = int (*)(mpfr_ptr result, mpfr_srcptr argument, mpfr_rnd_t rounding);
+
 /// An exact decimal: an integer of any length times a power of ten. Addition, subtraction and multiplication are exact
 /// up to FileMaker's 400 significant digits; division and the irrational functions are rounded. FileMaker's numbers lie
 /// between 10^-400, below which they are zero, and 10^400, from which on they are no longer in range.
@@ -22,16 +26,13 @@ class Number {
   Number(long long value);  // NOLINT: integers are numbers
   /// The shortest decimal that reads back as `value`; zero for what is no number.
   static Number FromDouble(double value);
-  /// The result of an irrational function: 16 digits after the point, more only if it takes more to have 16 digits.
-  static Number FromReal(long double value);
 
   /// Reads a literal as formulas write it ("12", ".5", "1e3"); nothing else may stand around it. nullopt if it is none.
   static std::optional<Number> Parse(std::u16string_view literal);
 
   /// FileMaker's text form: ".25", "-.5", "0", no trailing zeros, no separators. Never an exponent.
   std::u16string ToText() const;
-  double ToDouble() const { return static_cast<double>(ToReal()); }
-  long double ToReal() const;
+  double ToDouble() const;
   /// Truncates toward zero; values out of range give the nearest limit.
   long long ToInteger() const;
 
@@ -46,7 +47,11 @@ class Number {
   std::optional<Number> DividedBy(const Number& divisor, int places = kDivisionPlaces) const;
   /// The next lower integer of the exact quotient. nullopt when `divisor` is zero.
   std::optional<Number> FloorDividedBy(const Number& divisor) const;
-  /// nullopt when the power does not exist (zero to a negative power, a root of a negative number) or is too large.
+  /// Correct to 16 digits after the point, or to more if it takes more to have 16 digits. nullopt where `function` is
+  /// not defined or infinite; the result may be out of range.
+  std::optional<Number> Apply(RealFunction function) const;
+  /// As correct as Apply, or exact for integer exponents from 0 on. nullopt when the power does not exist (zero to a
+  /// negative power, a root of a negative number) or is too large.
   std::optional<Number> Power(const Number& exponent) const;
 
   /// Halves go away from zero; negative places round tens, hundreds...
@@ -62,6 +67,8 @@ class Number {
   /// Every number passes through here: drops zeros at the end, rounds to the digits there are, and keeps the scale
   /// small.
   Number(mpz_class digits, long long scale);
+
+  class Real;
 
   Number RoundedToSignificant(int count) const;
   std::optional<Number> IntegerPower(const Number& exponent) const;
