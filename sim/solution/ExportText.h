@@ -10,8 +10,9 @@ namespace sim {
 
 /// Turns the bytes of an export, UTF-16 of either order or UTF-8, with or without a byte-order mark, into UTF-8 without
 /// one. The XML declaration is not looked at: FileMaker's names no encoding and converting tools leave it as it is.
-/// False with `reason` when the bytes end within a UTF-16 unit.
-bool DecodeExport(std::string& text, std::string& reason);
+/// False with `reason`, which names the line, when the bytes are no such text. Half characters in UTF-16, which
+/// FileMaker writes when a text in the file holds one, become U+FFFD, and `notes` a line that says so.
+bool DecodeExport(std::string& text, std::string& reason, std::vector<std::string>& notes);
 
 /// Where the lines of a text start; made before a parser that works in place destroys it.
 class LineIndex {

@@ -1,6 +1,8 @@
 // The recurring pieces of an export's XML.
 #include "sim/solution/ExportXml.h"
 
+#include <charconv>
+#include <set>
 #include <string_view>
 
 #include "sim/calc/Unicode.h"
@@ -17,7 +19,29 @@ std::u16string Text(pugi::xml_node element) {
 
 bool IsTrue(pugi::xml_attribute attribute) { return attribute.value() == std::string_view("True"); }
 
-int Id(pugi::xml_node element) { return element.attribute("id").as_int(); }
+int Id(pugi::xml_node element) {
+  const std::string_view text = element.attribute("id").value();
+  int id = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), id);
+  if (error == std::errc() && end == text.data() + text.size() && id >= 0) return id;
+  throw Damage{element.offset_debug(), "a " + std::string(element.name()) + " without a usable id"};
+}
+
+int ReferencedId(pugi::xml_node element, const char* reference) {
+  if (const pugi::xml_node child = element.child(reference)) return Id(child);
+  throw Damage{element.offset_debug(), "a " + std::string(element.name()) + " without a " + reference};
+}
+
+std::vector<pugi::xml_node> Entries(pugi::xml_node list, const char* name) {
+  std::vector<pugi::xml_node> entries;
+  std::set<int> ids;
+  for (const pugi::xml_node entry : list.children(name)) {
+    if (!ids.insert(Id(entry)).second)
+      throw Damage{entry.offset_debug(), "a second " + std::string(name) + " of one id"};
+    entries.push_back(entry);
+  }
+  return entries;
+}
 
 std::u16string Name(pugi::xml_node element) { return Text(element.attribute("name")); }
 

@@ -37,9 +37,9 @@ std::u16string CustomValues(pugi::xml_node element) {
 void ReadValueLists(pugi::xml_node design, Solution& solution) {
   std::map<int, pugi::xml_node> options;
   for (const pugi::xml_node element : design.child("OptionsForValueLists").children("ValueList")) {
-    options[xml::Id(element.child("ValueListReference"))] = element;
+    options[xml::ReferencedId(element, "ValueListReference")] = element;
   }
-  for (const pugi::xml_node element : design.child("ValueListCatalog").children("ValueList")) {
+  for (const pugi::xml_node element : xml::Entries(design.child("ValueListCatalog"), "ValueList")) {
     ValueList& list = solution.valueLists.emplace_back();
     list.id = xml::Id(element);
     list.name = xml::Name(element);
@@ -57,10 +57,10 @@ void ReadCustomFunctions(pugi::xml_node design, Solution& solution) {
   std::map<int, pugi::xml_node> formulas;
   const pugi::xml_node calculations = design.child("CalcsForCustomFunctions").child("ObjectList");
   for (const pugi::xml_node element : calculations.children("CustomFunctionCalc")) {
-    formulas[xml::Id(element.child("CustomFunctionReference"))] = element;
+    formulas[xml::ReferencedId(element, "CustomFunctionReference")] = element;
   }
   const pugi::xml_node functions = design.child("CustomFunctionsCatalog").child("ObjectList");
-  for (const pugi::xml_node element : functions.children("CustomFunction")) {
+  for (const pugi::xml_node element : xml::Entries(functions, "CustomFunction")) {
     if (!IsFunction(element)) continue;
     calc::CustomFunction& function = solution.customFunctions.emplace_back();
     function.name = xml::Name(element);
@@ -74,7 +74,7 @@ void ReadCustomFunctions(pugi::xml_node design, Solution& solution) {
 }  // namespace
 
 void ReadLists(pugi::xml_node design, Solution& solution) {
-  for (const pugi::xml_node element : design.child("LayoutCatalog").children("Layout")) {
+  for (const pugi::xml_node element : xml::Entries(design.child("LayoutCatalog"), "Layout")) {
     solution.layouts.push_back(ReadLayout(element));
   }
   ReadValueLists(design, solution);

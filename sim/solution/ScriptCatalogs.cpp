@@ -64,9 +64,9 @@ ScriptStep ReadStep(pugi::xml_node element) {
 void ReadScripts(pugi::xml_node design, Solution& solution) {
   std::unordered_map<int, pugi::xml_node> stepLists;
   for (const pugi::xml_node element : design.child("StepsForScripts").children("Script")) {
-    stepLists[xml::Id(element.child("ScriptReference"))] = element.child("ObjectList");
+    stepLists[xml::ReferencedId(element, "ScriptReference")] = element.child("ObjectList");
   }
-  for (const pugi::xml_node element : design.child("ScriptCatalog").children("Script")) {
+  for (const pugi::xml_node element : xml::Entries(design.child("ScriptCatalog"), "Script")) {
     Script& script = solution.scripts.emplace_back();
     script.id = xml::Id(element);
     script.name = xml::Name(element);

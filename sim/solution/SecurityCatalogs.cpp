@@ -31,7 +31,7 @@ void GrantToSets(pugi::xml_node extendedPrivilege, std::vector<PrivilegeSet>& se
 
 void ReadSecurity(pugi::xml_node design, Solution& solution) {
   for (const pugi::xml_node element :
-       design.child("PrivilegeSetsCatalog").child("ObjectList").children("PrivilegeSet")) {
+       xml::Entries(design.child("PrivilegeSetsCatalog").child("ObjectList"), "PrivilegeSet")) {
     PrivilegeSet& set = solution.privilegeSets.emplace_back();
     set.id = xml::Id(element);
     set.name = xml::Name(element);
@@ -40,12 +40,12 @@ void ReadSecurity(pugi::xml_node design, Solution& solution) {
        design.child("ExtendedPrivilegesCatalog").child("ObjectList").children("ExtendedPrivilege")) {
     GrantToSets(element, solution.privilegeSets);
   }
-  for (const pugi::xml_node element : design.child("AccountsCatalog").child("ObjectList").children("Account")) {
+  for (const pugi::xml_node element : xml::Entries(design.child("AccountsCatalog").child("ObjectList"), "Account")) {
     Account& account = solution.accounts.emplace_back();
     account.id = xml::Id(element);
     account.name = AccountName(element.child("Authentication"));
     account.enabled = element.attribute("enable").value() != "False"sv;
-    account.privilegeSetId = xml::Id(element.child("PrivilegeSetReference"));
+    account.privilegeSetId = xml::ReferencedId(element, "PrivilegeSetReference");
   }
 }
 

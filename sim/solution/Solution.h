@@ -125,6 +125,7 @@ struct Solution {
   std::vector<PrivilegeSet> privilegeSets;
   std::u16string autoLoginAccount;  ///< empty when the file asks at opening
   std::optional<int> startLayoutId;
+  std::vector<std::string> notes;  ///< what does not work as in FileMaker, a line each: for whoever opens the file
 
   const BaseTable* FindBaseTable(int id) const;
   /// The table of `occurrence`; nullptr when that is another file's.

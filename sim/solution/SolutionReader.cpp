@@ -26,8 +26,18 @@ using std::operator""sv;
 constexpr std::string_view kSupportedVersions = "2.";
 constexpr std::size_t kChunk = 1 << 20;
 
-// Carriage returns are data in an export, so line ends are left alone.
-constexpr unsigned kParseOptions = pugi::parse_cdata | pugi::parse_escapes | pugi::parse_wconv_attribute;
+// Carriage returns are data in an export, so line ends are left alone. A fragment may hold text outside its root, which
+// would else be passed over.
+constexpr unsigned kParseOptions =
+    pugi::parse_cdata | pugi::parse_escapes | pugi::parse_wconv_attribute | pugi::parse_fragment;
+constexpr const char* kBlanks = " \t\r\n";
+constexpr std::string_view kLanguage = "English";  // of the formulas that can be calculated
+
+std::string OneLine(std::string text) {
+  std::replace_if(
+      text.begin(), text.end(), [](unsigned char byte) { return byte < 0x20; }, ' ');
+  return text;
+}
 
 bool ReadBytes(const std::string& path, std::string& bytes, std::string& reason) {
   std::error_code failure;
@@ -55,19 +65,23 @@ bool ReadBytes(const std::string& path, std::string& bytes, std::string& reason)
   return false;
 }
 
-/// Parses in place: `text` is destroyed and must outlive `document`.
+/// Parses in place: `text` is destroyed and must outlive `document`. Throws Damage for malformed XML.
 bool ParseXml(std::string& text, pugi::xml_document& document, std::string& reason) {
-  const LineIndex lines(text);
+  text += '\n';  // the parser would pass over a last character that is no tag's
   const auto result = document.load_buffer_inplace(text.data(), text.size(), kParseOptions, pugi::encoding_utf8);
-  if (result) return true;
   if (result.status == pugi::status_out_of_memory) throw std::bad_alloc();
-  if (result.status == pugi::status_no_document_element) {
+  if (!result) throw xml::Damage{result.offset, result.description()};
+  const pugi::xml_node root = document.document_element();
+  if (!root) {
     reason = "is not XML";
-  } else {
-    const auto line = lines.LineOf(static_cast<std::size_t>(result.offset));
-    reason = "is malformed in line " + std::to_string(line) + ": " + result.description();
+    return false;
   }
-  return false;
+  for (const pugi::xml_node node : document.children()) {
+    if (node == root) continue;
+    const auto blanks = static_cast<std::ptrdiff_t>(std::strspn(node.value(), kBlanks));
+    throw xml::Damage{node.offset_debug() + blanks, "content outside the root element"};
+  }
+  return true;
 }
 
 bool CheckRoot(pugi::xml_node root, std::string& reason) {
@@ -90,29 +104,44 @@ bool CheckRoot(pugi::xml_node root, std::string& reason) {
   return false;
 }
 
+void ReadDesign(pugi::xml_node root, Solution& solution) {
+  solution.fileName = xml::Text(root.attribute("File"));
+  solution.name = WithoutExtension(solution.fileName);
+  solution.formatVersion = xml::Text(root.attribute("version"));
+  solution.savedBy = xml::Text(root.attribute("Source"));
+  const std::string language = root.attribute("locale").as_string(kLanguage.data());
+  if (language != kLanguage) {
+    solution.notes.push_back("was saved by a FileMaker in " + language +
+                             ": names and scripts can be used, but functions in its formulas are spelled in that "
+                             "language and fail; save it with an English FileMaker to calculate them");
+  }
+  const pugi::xml_node design = root.child("Structure").child("AddAction");
+  ReadTables(design, solution);
+  ReadLists(design, solution);
+  ReadScripts(design, solution);
+  ReadSecurity(design, solution);
+  ReadOpening(root.child("Metadata").child("AddAction"), solution);
+}
+
 bool ReadExport(std::string text, const std::string& path, Solution& solution, std::string& reason) {
-  if (!DecodeExport(text, reason)) return false;
+  Solution result;
+  if (!DecodeExport(text, reason, result.notes)) return false;
   if (text.empty()) {
     reason = "is empty";
     return false;
   }
-  pugi::xml_document document;
-  if (!ParseXml(text, document, reason)) return false;
-  const pugi::xml_node root = document.document_element();
-  if (!CheckRoot(root, reason)) return false;
-
-  Solution result;
+  const LineIndex lines(text);
+  try {
+    pugi::xml_document document;
+    if (!ParseXml(text, document, reason) || !CheckRoot(document.document_element(), reason)) return false;
+    ReadDesign(document.document_element(), result);
+  } catch (const xml::Damage& damage) {
+    const auto line = lines.LineOf(static_cast<std::size_t>(damage.offset));
+    reason = "is malformed in line " + std::to_string(line) + ": " + damage.reason;
+    return false;
+  }
   result.path = path;
-  result.fileName = xml::Text(root.attribute("File"));
-  result.name = WithoutExtension(result.fileName);
-  result.formatVersion = xml::Text(root.attribute("version"));
-  result.savedBy = xml::Text(root.attribute("Source"));
-  const pugi::xml_node design = root.child("Structure").child("AddAction");
-  ReadTables(design, result);
-  ReadLists(design, result);
-  ReadScripts(design, result);
-  ReadSecurity(design, result);
-  ReadOpening(root.child("Metadata").child("AddAction"), result);
+  for (std::string& note : result.notes) note = OneLine(path + " " + note);
   solution = std::move(result);
   return true;
 }
@@ -126,9 +155,7 @@ bool Report(const std::string& path, std::string& error, Read read) {
   } catch (const std::exception&) {  // nothing but the allocation of memory throws
     reason = "is too large for the memory there is";
   }
-  error = path + " " + reason;
-  std::replace_if(
-      error.begin(), error.end(), [](unsigned char byte) { return byte < 0x20; }, ' ');
+  error = OneLine(path + " " + reason);
   return false;
 }
 

@@ -8,7 +8,7 @@
 namespace sim {
 
 /// Reads the export at `path` (UTF-8). On failure returns false and `error` holds one line that names the file, the
-/// reason and, for malformed XML, the line; `solution` is then untouched.
+/// reason and, for a damaged one, the line; `solution` is then untouched.
 bool ReadSolution(const std::string& path, Solution& solution, std::string& error);
 
 /// The same for an export already in memory: `bytes` in any encoding that exports come in. `path` only names it.

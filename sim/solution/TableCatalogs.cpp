@@ -61,35 +61,35 @@ Field ReadField(pugi::xml_node element) {
 }
 
 /// The table that a field catalog belongs to; the oldest version names it by one of its occurrences.
-BaseTable* TableOfCatalog(pugi::xml_node catalog, Solution& solution) {
+BaseTable& TableOfCatalog(pugi::xml_node catalog, Solution& solution) {
   std::optional<int> id;
   if (const pugi::xml_node table = catalog.child("BaseTableReference")) {
     id = xml::Id(table);
-  } else if (const auto* occurrence = solution.FindOccurrence(xml::Id(catalog.child("TableOccurrenceReference")))) {
-    id = occurrence->baseTableId;
+  } else if (const auto* of = solution.FindOccurrence(xml::ReferencedId(catalog, "TableOccurrenceReference"))) {
+    id = of->baseTableId;
   }
-  const auto found = std::find_if(solution.baseTables.begin(), solution.baseTables.end(),
-                                  [id](const BaseTable& table) { return table.id == id; });
-  return found == solution.baseTables.end() ? nullptr : &*found;
+  for (BaseTable& table : solution.baseTables) {
+    if (table.id == id) return table;
+  }
+  throw xml::Damage{catalog.offset_debug(), "a FieldCatalog of an unknown table"};
 }
 
 }  // namespace
 
 void ReadTables(pugi::xml_node design, Solution& solution) {
-  for (const pugi::xml_node element : design.child("BaseTableCatalog").children("BaseTable")) {
+  for (const pugi::xml_node element : xml::Entries(design.child("BaseTableCatalog"), "BaseTable")) {
     BaseTable& table = solution.baseTables.emplace_back();
     table.id = xml::Id(element);
     table.name = xml::Name(element);
     table.modifications = element.child("UUID").attribute("modifications").as_int();
   }
-  for (const pugi::xml_node element : design.child("TableOccurrenceCatalog").children("TableOccurrence")) {
+  for (const pugi::xml_node element : xml::Entries(design.child("TableOccurrenceCatalog"), "TableOccurrence")) {
     solution.occurrences.push_back(ReadOccurrence(element));
   }
   for (const pugi::xml_node catalog : design.child("FieldsForTables").children("FieldCatalog")) {
-    BaseTable* table = TableOfCatalog(catalog, solution);
-    if (!table) continue;
-    for (const pugi::xml_node element : catalog.child("ObjectList").children("Field")) {
-      table->fields.push_back(ReadField(element));
+    BaseTable& table = TableOfCatalog(catalog, solution);
+    for (const pugi::xml_node element : xml::Entries(catalog.child("ObjectList"), "Field")) {
+      table.fields.push_back(ReadField(element));
     }
   }
 }

@@ -65,6 +65,7 @@ std::string Describe(const Solution& file) {
   for (const auto& it : file.valueLists) text += Line("value list", it.id, it.name, it.customValues);
   for (const auto& it : file.customFunctions) text += Line("function", it.name, it.parameters, it.formula);
   for (const auto& it : file.privilegeSets) text += Line("privilege set", it.id, it.name, it.extendedPrivileges);
+  for (const auto& note : file.notes) text += note + "\n";
   for (const auto& it : file.accounts) text += Line("account", it.id, it.name, it.enabled, it.privilegeSetId);
   return text;
 }
@@ -89,10 +90,12 @@ std::string Utf16(std::string_view utf8, bool big) {
 
 const std::string kMark = "\xEF\xBB\xBF";
 
-/// A root with the given attributes around an empty design.
-std::string Root(const std::string& attributes) {
-  return "<FMSaveAsXML " + attributes + "><Structure><AddAction></AddAction></Structure></FMSaveAsXML>";
+/// A root with the given attributes around a design, in the second line.
+std::string Root(const std::string& attributes, const std::string& design = "") {
+  return "<FMSaveAsXML " + attributes + "><Structure><AddAction>\n" + design + "</AddAction></Structure></FMSaveAsXML>";
 }
+
+std::string Mini(const std::string& design) { return Root("version=\"2.2.3.0\" File=\"Mini\"", design); }
 
 TEST(SolutionReader, ReadsTheSameDesignFromEveryFormatVersion) {
   for (const std::string_view version : kFormatVersions) {
@@ -120,8 +123,19 @@ TEST(SolutionReader, TakesLineFeedsInAValueListForTheCarriageReturnsTheyWere) {
   }
 }
 
-TEST(SolutionReader, TakesMissingCatalogsForEmptyOnes) {
-  EXPECT_EQ(Open(Root("version=\"2.2.3.0\" File=\"Mini\"")), "file|Mini|Mini|||-\n");
+TEST(SolutionReader, TakesMissingCatalogsForEmptyOnes) { EXPECT_EQ(Open(Mini("")), "file|Mini|Mini|||-\n"); }
+
+TEST(SolutionReader, NotesWhatOpensButDoesNotWork) {
+  const std::string design = Open(Mini(""));
+  EXPECT_EQ(Open(Root("version=\"2.2.3.0\" File=\"Mini\" locale=\"English\"")), design);
+  EXPECT_EQ(
+      Open(Root("version=\"2.2.3.0\" File=\"Mini\" locale=\"German\"")),
+      design +
+          "a.xml was saved by a FileMaker in German: names and scripts can be used, but functions in its formulas "
+          "are spelled in that language and fail; save it with an English FileMaker to calculate them\n");
+  std::string half = Utf16(Mini("<!--\n?-->"), false);
+  half.replace(half.find('?'), 2, "\x3D\xD8");
+  EXPECT_EQ(Open(half), design + "a.xml holds half a character in line 3, which reads as U+FFFD here\n");
 }
 
 TEST(SolutionReader, RefusesWhatIsNoUsableExportWithTheReason) {
@@ -134,8 +148,8 @@ TEST(SolutionReader, RefusesWhatIsNoUsableExportWithTheReason) {
       {"\xFF\xFE", "a.xml is empty"},
       {"\xFF\xFE<", "a.xml is cut off within a UTF-16 character"},
       {"just text", "a.xml is not XML"},
-      {"\xFF", "a.xml is not XML"},
-      {std::string(7, '\0'), "a.xml is not XML"},
+      {"<a>\n\xFF\n</a>", "a.xml is not valid UTF-8 in line 2"},
+      {"<a>\n</a>\n" + std::string(7, '\0'), "a.xml holds a zero byte in line 3"},
       {"<fmxmlsnippet/>", "a.xml is not a \"Save a Copy as XML\" export: its root element is fmxmlsnippet"},
       {Root(""), "a.xml has the format version \"\", which is not supported"},
       {Root("version=\"3&#10;\""), "a.xml has the format version \"3 \", which is not supported"},
@@ -157,6 +171,17 @@ TEST(SolutionReader, NamesTheLineOfMalformedXml) {
       {"<a>\n\n<1>", "a.xml is malformed in line 3: Could not determine tag type"},
       {"<a>\r<b>\r</a>", "a.xml is malformed in line 3: Start-end tags mismatch"},
       {"<a>\r\r\n<![CDATA[\r\r x", "a.xml is malformed in line 2: Error parsing CDATA section"},
+      {"<a>\n</a>\n \n<b/>", "a.xml is malformed in line 4: content outside the root element"},
+      {"<a/>\n<!-- x -->\nx", "a.xml is malformed in line 3: content outside the root element"},
+      {Mini("<LayoutCatalog>\n<Layout id=\"1x\"/></LayoutCatalog>"),
+       "a.xml is malformed in line 3: a Layout without a usable id"},
+      {Mini("<ScriptCatalog><Script/></ScriptCatalog>"), "a.xml is malformed in line 2: a Script without a usable id"},
+      {Mini("<ValueListCatalog><ValueList id=\"1\"/>\n<ValueList id=\"1\"/></ValueListCatalog>"),
+       "a.xml is malformed in line 3: a second ValueList of one id"},
+      {Mini("<StepsForScripts><Script/></StepsForScripts>"),
+       "a.xml is malformed in line 2: a Script without a ScriptReference"},
+      {Mini("<FieldsForTables><FieldCatalog><BaseTableReference id=\"9\"/></FieldCatalog></FieldsForTables>"),
+       "a.xml is malformed in line 2: a FieldCatalog of an unknown table"},
       // What the first versions wrote for a comment that holds a CDATA section.
       {"<Step>\n<Comment value=\"<![CDATA[\"Value\"]]>\"></Comment></Step>",
        "a.xml is malformed in line 2: Error parsing element attribute"},
