@@ -8,14 +8,14 @@ MAKEFLAGS += --no-print-directory
 ## run: the simulated FileMaker with the plug-in loaded: a prompt on a terminal, else a tour of everything.
 ##      make run SOLUTION=path/to/export.xml opens a solution of your own.
 run:
-	@scripts/install-packages.sh plugin simulator
+	@scripts/install-packages.sh plugin tools
 	@cmake -S . -B $(BUILD) -DVARNIX_BUILD_TESTS=OFF > /dev/null
 	@cmake --build $(BUILD) -j $(JOBS) --target plugin fmsim
 	@scripts/run.sh $(BUILD) "$(SOLUTION)"
 
 ## test: every test, plain and then under the address and undefined-behaviour sanitizers.
 test:
-	scripts/install-packages.sh plugin simulator test
+	scripts/install-packages.sh plugin tools test
 	cmake -S . -B $(BUILD) -DVARNIX_BUILD_TESTS=ON
 	cmake --build $(BUILD) -j $(JOBS)
 	ctest --test-dir $(BUILD) --output-on-failure -j $(JOBS)
@@ -25,14 +25,14 @@ test:
 
 ## bench: speed against well-known libraries, as ratios in one run; fails below what is demanded.
 bench:
-	scripts/install-packages.sh plugin simulator test
+	scripts/install-packages.sh plugin tools test
 	cmake -S . -B $(BUILD) -DVARNIX_BUILD_TESTS=ON
 	cmake --build $(BUILD) -j $(JOBS) --target benches
 	$(BUILD)/bench/run-benches
 
 ## fuzz: each fuzzer for SECONDS (60).
 fuzz:
-	scripts/install-packages.sh plugin simulator test
+	scripts/install-packages.sh plugin tools test
 	cmake -S . -B $(BUILD)/sanitize -DCMAKE_CXX_COMPILER=clang++ -DVARNIX_SANITIZE=address,undefined
 	cmake --build $(BUILD)/sanitize -j $(JOBS) --target fuzzers
 	scripts/fuzz.sh $(BUILD)/sanitize $(or $(SECONDS),60)

@@ -1,5 +1,5 @@
 #!/bin/sh
-# Installs what is missing of the Debian or Ubuntu packages that the named groups (plugin, simulator, test) need.
+# Installs what is missing of the Debian or Ubuntu packages that the named groups (plugin, tools, test) need.
 # A trailing "?" marks a package that only some releases have, because others carry its files elsewhere.
 set -eu
 
@@ -7,7 +7,8 @@ packages=
 for group in "$@"; do
   case $group in
     plugin) packages="$packages g++ cmake make pkg-config libxcb1-dev libcurl4-openssl-dev" ;;
-    simulator) packages="$packages libgmp-dev libmpfr-dev libicu-dev libpugixml-dev libedit-dev" ;;
+    tools) packages="$packages libgmp-dev libmpfr-dev libicu-dev libpugixml-dev libedit-dev
+                    libcpp-httplib-dev nlohmann-json3-dev libsqlite3-dev" ;;
     test) packages="$packages clang libclang-rt-dev? libgtest-dev libbenchmark-dev rapidjson-dev libssl-dev
                     libgnustep-base-dev libblocksruntime-dev binutils xvfb xclip" ;;
     *) echo "install-packages: unknown group $group" >&2; exit 2 ;;

@@ -1,0 +1,89 @@
+// A SQLite database whose committed changes outlive a killed process and a lost supply.
+#pragma once
+
+#include <sqlite3.h>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace service {
+
+/// Bytes that SQLite keeps as they are, text or not.
+struct Blob {
+  std::string_view bytes;
+};
+
+/// Not for use from two threads at once. Every operation throws std::runtime_error with SQLite's words when it fails.
+class Database {
+ public:
+  /// Opens or creates the file at `path`, for this process alone.
+  explicit Database(const std::string& path);
+
+  /// Carries out statements without parameters or rows.
+  void Execute(const char* sql);
+
+  sqlite3* handle() const { return handle_.get(); }
+
+ private:
+  struct Close {
+    void operator()(sqlite3* handle) const { sqlite3_close(handle); }
+  };
+  std::unique_ptr<sqlite3, Close> handle_;
+};
+
+/// One statement with its parameters ?1, ?2 ... The texts given must outlive it.
+class Statement {
+ public:
+  template <class... Values>
+  Statement(Database& database, const char* sql, const Values&... values) : database_(database.handle()) {
+    Prepare(sql);
+    int index = 0;
+    (Bind(++index, values), ...);
+  }
+
+  /// Moves to the next row; false when there is none.
+  bool Step();
+
+  /// The columns of the present row. Null reads as 0, "" and nullopt.
+  std::int64_t Integer(int column) const;
+  std::string Text(int column) const;
+  std::optional<std::string> OptionalText(int column) const;
+
+ private:
+  void Prepare(const char* sql);
+  void Bind(int index, std::int64_t value);
+  void Bind(int index, std::string_view text);
+  void Bind(int index, const std::string& text) { Bind(index, std::string_view(text)); }
+  void Bind(int index, const char* text) { Bind(index, std::string_view(text)); }
+  void Bind(int index, Blob blob);
+  template <class Value>
+  void Bind(int index, const std::optional<Value>& value) {
+    if (value) Bind(index, *value);
+  }
+
+  struct Finalize {
+    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+  };
+  sqlite3* database_;
+  std::unique_ptr<sqlite3_stmt, Finalize> statement_;
+};
+
+/// Changes between construction and Commit happen all or not at all.
+class Transaction {
+ public:
+  explicit Transaction(Database& database);
+  ~Transaction();
+  Transaction(const Transaction&) = delete;
+  Transaction& operator=(const Transaction&) = delete;
+
+  void Commit();
+
+ private:
+  Database& database_;
+  bool committed_ = false;
+};
+
+}  // namespace service

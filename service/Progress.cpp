@@ -1,0 +1,46 @@
+#include "service/Progress.h"
+
+#include <iostream>
+
+namespace service {
+namespace {
+
+constexpr char kClearLine[] = "\r\033[K";
+
+struct Unit {
+  const char* name;
+  long seconds;
+};
+
+constexpr Unit kUnits[] = {{"d", 86400}, {"h", 3600}, {"min", 60}};
+
+std::string DescribeDuration(long seconds) {
+  for (const auto& unit : kUnits) {
+    if (seconds >= 2 * unit.seconds) return std::to_string(seconds / unit.seconds) + ' ' + unit.name;
+  }
+  return std::to_string(seconds) + " s";
+}
+
+}  // namespace
+
+std::string DescribeState(const nlohmann::json& command) {
+  const std::string state = command.at("state");
+  const std::string text = state + ' ' + DescribeDuration(command.at("secondsInState")) + " ago";
+  return state == "delivered" ? text + ", no completion" : text;
+}
+
+Progress::~Progress() {
+  if (onTerminal_) std::cerr << kClearLine << std::flush;
+}
+
+void Progress::Show(const nlohmann::json& command) {
+  if (!onTerminal_) return;
+  std::cerr << kClearLine;
+  const auto& diagnostics = command.at("diagnostics");
+  for (; diagnosticsShown_ < diagnostics.size(); ++diagnosticsShown_) {
+    std::cerr << diagnostics[diagnosticsShown_].at("message").get<std::string>() << '\n';
+  }
+  std::cerr << command.at("type").get<std::string>() << ": " << DescribeState(command) << std::flush;
+}
+
+}  // namespace service
