@@ -1,24 +1,33 @@
 #include "bridge/IdleLoop.h"
 
-#include <string>
+#include <cstdint>
 
 #include "bridge/BridgeState.h"
 #include "bridge/ClipboardUpkeep.h"
-#include "core/HostText.h"
+#include "bridge/Commands.h"
+#include "bridge/CurrentContext.h"
+#include "bridge/Polling.h"
+#include "bridge/SchemaRequest.h"
+#include "core/Clock.h"
+#include "net/VersionCheck.h"
 
 namespace {
 
-// The idle call has no calculation context of its own: one is made and bound to FileMaker's current file for each use.
-std::string EvalInCurrentContext(const char* expression) {
-  const fmx::ExprEnvUniquePtr env;
-  FMX_SetToCurrentEnv(env.get());
-  return EvalCalc(env.get(), expression);
+constexpr std::int64_t kVersionCheckIntervalMs = 86'400'000;
+
+void CheckVersionWhenDue() {
+  if (g_versionCheckInFlight || SteadyMilliseconds() - g_lastVersionCheckMs < kVersionCheckIntervalMs) return;
+  CheckVersionInBackground();
 }
 
 }  // namespace
 
-void Do_PluginIdle(FMX_ExternCallStruct*) {
+void Do_PluginIdle(FMX_ExternCallStruct* call) {
   KeepClipboardConvertible();  // signed in or not
   if (!g_registered) return;
-  if (g_registeredFileName.empty()) g_registeredFileName = EvalInCurrentContext("Get(FileName)");
+  if (g_registeredFileName.empty()) g_registeredFileName = CurrentFileName(*call);
+  if (WatchSchemaRequest(*call)) return;
+  if (CarryOutPendingCommand(*call)) return;
+  CheckVersionWhenDue();
+  PollWhenDue();
 }

@@ -4,7 +4,13 @@
 add_library(varnix STATIC
   bridge/BridgeState.cpp
   bridge/ClipboardUpkeep.cpp
+  bridge/Commands.cpp
   bridge/IdleLoop.cpp
+  bridge/LivePush.cpp
+  bridge/Polling.cpp
+  bridge/Register.cpp
+  bridge/SchemaRequest.cpp
+  bridge/ServiceMessages.cpp
   clipboard/Clipboard.cpp
   clipboard/ClipboardFunctions.cpp
   clipboard/ClipboardTypes.cpp
@@ -16,7 +22,9 @@ add_library(varnix STATIC
   host/FileIO.cpp
   net/Base64.cpp
   net/Json.cpp
+  net/JsonRecord.cpp
   net/Network.cpp
+  net/PercentEncode.cpp
   net/ServiceFunctions.cpp
   net/TimeLimits.cpp
   net/Version.cpp

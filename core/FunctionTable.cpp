@@ -1,6 +1,8 @@
 // The function table, laid out to be read against the function reference.
 #include "core/FunctionTable.h"
 
+#include "bridge/LivePush.h"
+#include "bridge/Register.h"
 #include "clipboard/ClipboardFunctions.h"
 #include "core/HostText.h"
 #include "core/Product.h"
@@ -19,12 +21,6 @@ fmx::QuadCharUniquePtr PluginId() { return fmx::QuadCharUniquePtr('V', 'r', 'n',
 
 fmx::errcode Do_Version(short, const fmx::ExprEnv&, const fmx::DataVect&, fmx::Data& result) {
   SetTextResult(kPluginVersion, result);
-  return 0;
-}
-
-// Registered under the names of functions whose subsystem does not exist yet, so that scripts get a clear answer.
-fmx::errcode Do_NotBuiltYet(short, const fmx::ExprEnv&, const fmx::DataVect&, fmx::Data& result) {
-  SetTextResult("ERROR: not built yet.", result);
   return 0;
 }
 
@@ -57,7 +53,7 @@ constexpr ExternalFunction kFunctions[] = {
      "Varnix.Register( email ; licenseKey ; machineId { ; baseUrl } )",
      "Registers this FM installation with Varnix and starts the background bridge. Call once at file open. "
      "Use Get(PersistentID) for machineId. baseUrl is optional for local development sites.",
-     Do_NotBuiltYet},
+     Do_Register},
     {104, "Varnix.ReadFile", 1, 1,
      "Varnix.ReadFile( path )",
      "Reads a file from disk and returns its contents as text.",
@@ -93,7 +89,7 @@ constexpr ExternalFunction kFunctions[] = {
      "Varnix.LivePush( posixPath )",
      "Uploads a SaveAsXML file to Varnix Live Schema and completes the pending Get Schema command. "
      "Call from the Varnix Live Push script after Save a Copy As [XML].",
-     Do_NotBuiltYet},
+     Do_LivePush},
     {112, "Varnix.GetTextClipboard", 0, 0,
      "Varnix.GetTextClipboard",
      "Reads plain UTF-8 text from the system clipboard. Returns empty if clipboard has no text.",

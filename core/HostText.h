@@ -9,13 +9,17 @@
 
 #include <initializer_list>
 #include <string>
-#include <utility>
 
 /// Argument `index` (from 0); "" when there is no such argument or it is empty.
 std::string GetTextArg(const fmx::DataVect& args, unsigned int index);
 
+struct NamedArgument {
+  const char* name;
+  const std::string& value;
+};
+
 /// "ERROR: <name> is empty." for the first of the named arguments that is empty, or "" when none is.
-std::string EmptyArgumentError(std::initializer_list<std::pair<const char*, const std::string&>> arguments);
+std::string EmptyArgumentError(std::initializer_list<NamedArgument> arguments);
 
 /// Makes `result` a text value; it keeps its locale.
 void SetTextResult(const std::string& utf8, fmx::Data& result);

@@ -8,6 +8,7 @@
 #include "host/FileIO.h"
 #include "net/Base64.h"
 #include "net/Json.h"
+#include "net/JsonRecord.h"
 #include "net/Network.h"
 
 namespace {
@@ -41,9 +42,10 @@ std::string PushScript(const std::string& licenseKey, const std::string& bridgeU
   std::string xml, response, error;
   if (!Clipboard::GetXML(xmlType, xml, error)) return error;
   if (xml.empty()) return "ERROR: No " + xmlType + " XML on clipboard. Copy the FM object first.";
-  std::string record = "{\"licenseKey\":\"" + JsonEscape(licenseKey) + "\",\"xmlType\":\"" + JsonEscape(xmlType) +
-                       "\",\"xmlContent\":\"" + JsonEscape(xml) + "\",\"label\":\"" + JsonEscape(label) + "\"}";
-  return Network::Post(bridgeUrl, std::move(record), response, error) ? "OK" : error;
+  const bool pushed = Network::Post(
+      bridgeUrl, JsonRecord({{"licenseKey", licenseKey}, {"xmlType", xmlType}, {"xmlContent", xml}, {"label", label}}),
+      response, error);
+  return pushed ? "OK" : error;
 }
 
 }  // namespace

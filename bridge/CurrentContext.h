@@ -1,0 +1,26 @@
+// A calculation environment for idle calls, which have none of their own.
+#pragma once
+
+#include <FMWrapper/FMXCalcEngine.h>
+#include <FMWrapper/FMXExtern.h>
+
+#include <string>
+
+#include "core/HostText.h"
+
+/// An environment bound to FileMaker's current file at the time it is made. FileMaker's main thread only, and only
+/// while `call` is being handled.
+class CurrentContext {
+ public:
+  explicit CurrentContext(const FMX_ExternCallStruct& call) { call.cCurrentEnv(env_.get()); }
+
+  fmx::ExprEnv* get() const { return env_.get(); }
+
+ private:
+  const fmx::ExprEnvUniquePtr env_;
+};
+
+/// The name of FileMaker's current file, "" when there is none.
+inline std::string CurrentFileName(const FMX_ExternCallStruct& call) {
+  return EvalCalc(CurrentContext(call).get(), "Get(FileName)");
+}

@@ -1,0 +1,46 @@
+#include "bridge/Polling.h"
+
+#include <cstdint>
+#include <string>
+#include <utility>
+
+#include "bridge/Account.h"
+#include "bridge/Background.h"
+#include "bridge/BridgeState.h"
+#include "core/Clock.h"
+#include "core/Product.h"
+#include "net/Json.h"
+#include "net/Network.h"
+
+namespace {
+
+constexpr std::int64_t kPollIntervalMs = 3000;
+
+bool SaysNoCommand(const std::string& answer) {
+  return answer.find("\"command\":null") != answer.npos || answer.find("\"command\": null") != answer.npos;
+}
+
+void Poll(const Account& account) {
+  const std::string url =
+      account.baseUrl + "/api/bridge/command/next?licenseKey=" + account.licenseKey + "&version=" + kPluginVersion;
+  std::string answer, error;
+  if (!Network::Get(url, answer, error) || SaysNoCommand(answer)) return;
+  PendingCmd command{JsonGetString(answer, "id"), JsonGetString(answer, "type"), {}};
+  if (command.id.empty() || command.type.empty()) return;
+  command.json = std::move(answer);
+  g_pendingCmd = std::move(command);
+  g_hasPendingCmd.exchange(true);
+}
+
+}  // namespace
+
+void PollWhenDue() {
+  const std::int64_t now = SteadyMilliseconds();
+  if (now - g_lastPollMs < kPollIntervalMs) return;
+  g_lastPollMs = now;
+  if (g_pollInFlight.exchange(true)) return;
+  const auto flight = LoweredAtEnd(g_pollInFlight);
+  // The last poll may have brought a command after this idle call looked for one: it must be taken before the next.
+  if (g_hasPendingCmd) return;
+  bg([account = CurrentAccount(), flight] { Poll(account); });
+}

@@ -1,0 +1,47 @@
+#include "bridge/Register.h"
+
+#include <string>
+
+#include "bridge/BridgeState.h"
+#include "core/HostText.h"
+#include "core/Prefs.h"
+#include "core/Product.h"
+#include "net/JsonRecord.h"
+#include "net/Network.h"
+#include "net/VersionCheck.h"
+
+namespace {
+
+void SignIn(const std::string& licenseKey, const std::string& baseUrl, const std::string& fileName) {
+  g_licenseKey = licenseKey;
+  g_baseUrl = baseUrl;
+  g_registered = true;
+  Prefs::SaveLicenseKey(licenseKey);
+  Prefs::SaveBaseUrl(baseUrl);
+  if (!fileName.empty()) g_registeredFileName = fileName;
+  CheckVersionInBackground();
+}
+
+}  // namespace
+
+fmx::errcode Do_Register(short, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result) {
+  const std::string email = GetTextArg(args, 0);
+  const std::string licenseKey = GetTextArg(args, 1);
+  const std::string machineId = GetTextArg(args, 2);
+  std::string baseUrl = GetTextArg(args, 3);
+  if (baseUrl.empty()) baseUrl = kDefaultBaseUrl;
+
+  std::string error = EmptyArgumentError(
+      {{"email", email}, {"licenseKey", licenseKey}, {"machineId", machineId}, {"baseUrl", baseUrl}});
+  if (error.empty()) {
+    const std::string body = JsonRecord(
+        {{"email", email}, {"licenseKey", licenseKey}, {"machineId", machineId}, {"pluginVersion", kPluginVersion}});
+    std::string response;
+    if (Network::Post(baseUrl + "/api/bridge/register", body, response, error)) {
+      SignIn(licenseKey, baseUrl, EvalCalc(const_cast<fmx::ExprEnv*>(&env), "Get(FileName)"));
+      error = "OK";
+    }
+  }
+  SetTextResult(error, result);
+  return 0;
+}

@@ -1,0 +1,107 @@
+#include "bridge/SchemaRequest.h"
+
+#include <cstdint>
+
+#include "bridge/Account.h"
+#include "bridge/Background.h"
+#include "bridge/BridgeState.h"
+#include "bridge/CurrentContext.h"
+#include "bridge/Notify.h"
+#include "bridge/ServiceMessages.h"
+#include "core/Ascii.h"
+#include "core/Clock.h"
+
+namespace {
+
+constexpr char kScriptName[] = "Varnix Live Push";
+constexpr std::int64_t kWaitLimitMs = 30'000;
+constexpr fmx::errcode kNoPrivilege = 825;
+constexpr fmx::errcode kNoSuchScript = 1825;
+
+void PostProgress(const char* code, const std::string& message) {
+  bg([account = CurrentAccount(), code, message] { PostDiagnostic(account, code, "received", message); });
+}
+
+void Fail(const std::string& commandId, const char* code, const std::string& message) {
+  Notify("Varnix — Schema Sync Failed", message);
+  bg([account = CurrentAccount(), commandId, code, message] {
+    PostDiagnostic(account, code, "error", message);
+    SendComplete(account.baseUrl, account.licenseKey, commandId, "failed", message);
+  });
+}
+
+std::string StartFailure(fmx::errcode error, const std::string& target) {
+  switch (error) {
+    case kNoPrivilege:
+      return "FileMaker blocked Varnix from starting \"Varnix Live Push\" in \"" + target +
+             "\" (FM error 825). In Manage Security > Advanced Settings > Extended Privileges, enable fmplugin for "
+             "this account's privilege set, or add fmpluginVrnx for the Varnix plug-in.";
+    case kNoSuchScript:
+      return "\"Varnix Live Push\" script not found in \"" + target + "\". Add the script to this file and try again.";
+    default:
+      return "Could not start \"Varnix Live Push\" in \"" + target + "\" (FM error " + std::to_string(error) +
+             "). Make sure the file is open.";
+  }
+}
+
+// In FileMaker's current file, or else in `fileName`.
+fmx::errcode StartScript(const FMX_ExternCallStruct& call, const std::string& fileName) {
+  const fmx::TextUniquePtr script, file;
+  script->Assign(kScriptName, fmx::Text::kEncoding_UTF8);
+  if (call.cStartScript(nullptr, script.get(), kFMXT_Resume, nullptr) == 0) return 0;
+  file->Assign(fileName.c_str(), fmx::Text::kEncoding_UTF8);
+  return call.cStartScript(file.get(), script.get(), kFMXT_Resume, nullptr);
+}
+
+void StartLivePush(const FMX_ExternCallStruct& call, const std::string& currentFile) {
+  const std::string commandId = g_pendingGetSchemaCmdId;
+  const std::string target = g_pendingTargetFileName;
+  g_pendingSchemaReady = false;
+  PostProgress("LC_SCRIPT_TRIGGER", "Triggering \"Varnix Live Push\" in \"" + target + "\"...");
+  const fmx::errcode error = StartScript(call, currentFile);
+  if (error == 0) {
+    PostProgress("LC_SCRIPT_TRIGGERED", "Script queued — waiting for FileMaker to run \"Varnix Live Push\"...");
+    return;
+  }
+  if (!g_pendingSchemaReady) ForgetSchemaRequest();  // unless FileMaker let in another request meanwhile
+  Fail(commandId, "LC_SCRIPT_ERROR", StartFailure(error, target));
+}
+
+void GiveUp() {
+  const std::string commandId = g_pendingGetSchemaCmdId;
+  const std::string message = "\"" + g_pendingTargetFileName +
+                              "\" was not the active FileMaker file within 30 seconds. Make sure the file is open and "
+                              "try again.";
+  g_pendingSchemaReady = false;
+  ForgetSchemaRequest();
+  Fail(commandId, "LC_TIMEOUT", message);
+}
+
+}  // namespace
+
+void ArmSchemaRequest(const std::string& commandId, const std::string& target) {
+  g_pendingGetSchemaCmdId = commandId;
+  g_pendingTargetFileName = target;
+  g_pendingSchemaQueuedMs = SteadyMilliseconds();
+  g_pendingSchemaReady = true;
+  PostProgress("LC_SCHEMA_QUEUED", "Queued — waiting for \"" + target + "\" to be active in FileMaker...");
+}
+
+bool WatchSchemaRequest(const FMX_ExternCallStruct& call) {
+  if (!g_pendingSchemaReady) return false;
+  const std::string currentFile = CurrentFileName(call);
+  if (!g_pendingSchemaReady) return true;  // the evaluation let in another idle call, which has settled it
+  const bool isActive = !currentFile.empty() && EqualIgnoringAsciiCase(currentFile, g_pendingTargetFileName);
+  if (isActive && call.parm1 < kFMXT_ScriptPaused) {
+    StartLivePush(call, currentFile);
+    return true;
+  }
+  if (SteadyMilliseconds() - g_pendingSchemaQueuedMs <= kWaitLimitMs) return false;
+  GiveUp();
+  return true;
+}
+
+void ForgetSchemaRequest() {
+  g_pendingGetSchemaCmdId.clear();
+  g_pendingTargetFileName.clear();
+}

@@ -1,0 +1,11 @@
+#include "net/JsonRecord.h"
+
+#include "net/Json.h"
+
+std::string JsonRecord(std::initializer_list<JsonMember> members) {
+  std::string record;
+  for (const auto& [name, value] : members) {
+    record.append(record.empty() ? "{\"" : ",\"").append(name).append("\":\"").append(JsonEscape(value)) += '"';
+  }
+  return record + '}';
+}
