@@ -4,6 +4,7 @@
 #import <Foundation/Foundation.h>
 
 #include <memory>
+#include <string_view>
 
 namespace {
 
@@ -92,7 +93,7 @@ void Network::StartTransfer(Request request, std::function<void(Outcome)> comple
               delivery->Deliver(ToOutcome(data, response, error));
             }];
       [task resume];
-    } @catch (NSException*) {  // of the session; the delivery, left alone, tells of it
+    } @catch (...) {  // the delivery, left alone, tells of it
     }
   }
 }

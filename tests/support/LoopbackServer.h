@@ -1,0 +1,82 @@
+// A TCP server on the loopback interface that behaves as a test tells it, and records what it is sent byte for byte.
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <functional>
+#include <list>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+class LoopbackServer {
+ public:
+  class Connection {
+   public:
+    /// The next request, head and body; "" once the client has closed. It is recorded.
+    std::string ReadRequest();
+    /// False once the client is gone.
+    bool Send(std::string_view bytes);
+    /// Ends the connection by a reset instead of an orderly close.
+    void Reset();
+    /// Waits, without answering, until the client or the server ends the connection.
+    void WaitForEnd();
+    /// Waits; false once the server is being destroyed.
+    bool Sleep(std::chrono::milliseconds time);
+
+   private:
+    friend class LoopbackServer;
+    Connection(LoopbackServer& server, int socket) : server_(server), socket_(socket) {}
+    LoopbackServer& server_;
+    const int socket_;
+    std::string ahead_;  // read beyond the last request
+  };
+  /// Runs on a thread of its own for each connection, which is closed when it returns.
+  using Handler = std::function<void(Connection&)>;
+
+  explicit LoopbackServer(Handler handler);
+  /// Ends all connections.
+  ~LoopbackServer();
+  LoopbackServer(const LoopbackServer&) = delete;
+  LoopbackServer& operator=(const LoopbackServer&) = delete;
+
+  /// "http://127.0.0.1:<port>" and `path`.
+  std::string Url(std::string_view path = "") const;
+  int port() const { return port_; }
+
+  /// The requests so far, in the order in which they were complete.
+  std::vector<std::string> Requests();
+  /// The same once there are `count`, or after ten seconds.
+  std::vector<std::string> WaitForRequests(std::size_t count);
+
+ private:
+  void Accept();
+  void Serve(int socket);
+
+  const Handler handler_;
+  int listener_;
+  int port_ = 0;
+  std::mutex mutex_;  // guards what follows
+  std::condition_variable changed_;
+  bool ending_ = false;
+  std::vector<std::string> requests_;
+  std::vector<int> open_;
+  std::list<std::thread> threads_;
+  std::thread acceptor_;
+};
+
+/// Answers every request of a connection with what `answer` gives for it: status, body and further header lines.
+struct CannedAnswer {
+  int status = 200;
+  std::string body;
+  std::string headers;  // each line ended by CRLF
+};
+LoopbackServer::Handler Answering(std::function<CannedAnswer(const std::string& request)> answer);
+
+/// The first line of a request without the version: "POST /path".
+std::string RequestLine(const std::string& request);
+/// What follows the head.
+std::string RequestBody(const std::string& request);
