@@ -184,7 +184,7 @@ short Application::ExecuteSql(std::uint64_t file, std::u16string_view fileName, 
   const OpenFile* target = fileName.empty() ? FileById(file) : FindFile(fileName);
   if (target == nullptr) return errors::kFileMissing;
   result = calc::Value::OfText(sim::ExecuteSql(sql, target->solution, {&columnSeparator, 1}, {&rowSeparator, 1},
-                                               arguments, behaviour_.lenientSql));
+                                               arguments, behaviour_));
   return 0;
 }
 

@@ -198,7 +198,7 @@ Value DatabaseNames(const OpenFiles& files) {
 Value Sql(const Solution* current, const HostBehaviour& behaviour, Arguments arguments) {
   if (!current) return Value::OfText(u"?");
   return Value::OfText(ExecuteSql(arguments[0].AsText(), *current, arguments[1].AsText(), arguments[2].AsText(),
-                                  arguments.subspan(3), behaviour.lenientSql));
+                                  arguments.subspan(3), behaviour));
 }
 
 }  // namespace

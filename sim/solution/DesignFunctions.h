@@ -1,19 +1,14 @@
 // FileMaker's design functions and ExecuteSQL over the open files.
 #pragma once
 
-#include <functional>
+#include <string>
 #include <vector>
 
 #include "sim/calc/Environment.h"
+#include "sim/solution/HostBehaviour.h"
 #include "sim/solution/Solution.h"
 
 namespace sim {
-
-/// How closely the simulated host follows the real one where that hides something from a test.
-struct HostBehaviour {
-  bool allDesignFunctions = true;  ///< false: PrivilegeSetNames and CustomFunctionNames do not exist, as in FileMaker
-  bool lenientSql = false;         ///< true: a doubled quote pair around a literal is accepted as one pair
-};
 
 struct Window {
   std::u16string name;

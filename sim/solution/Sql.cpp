@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "sim/calc/Unicode.h"
 #include "sim/solution/SqlLexer.h"
 #include "sim/solution/SqlParser.h"
 
@@ -15,6 +16,8 @@ namespace {
 using calc::Value;
 
 constexpr std::u16string_view kRefused = u"?";
+constexpr const char* kNotKnownHere =
+    "ExecuteSQL gives \"?\": the simulator does not know this part of FileMaker's SQL: ";
 constexpr std::u16string_view kDefaultColumnSeparator = u",";
 constexpr std::u16string_view kDefaultRowSeparator = u"\r";
 
@@ -65,17 +68,20 @@ std::u16string Join(const SqlQuery& query, const std::vector<SqlRow>& rows, std:
 }  // namespace
 
 std::u16string ExecuteSql(std::u16string_view sql, const Solution& solution, std::u16string_view columnSeparator,
-                          std::u16string_view rowSeparator, std::span<const Value> arguments, bool lenient) {
+                          std::u16string_view rowSeparator, std::span<const Value> arguments,
+                          const HostBehaviour& behaviour) {
   try {
-    const SqlQuery query = ParseSql(sql, lenient, solution, arguments);
+    const SqlQuery query = ParseSql(sql, behaviour.lenientSql, solution, arguments);
     std::vector<SqlRow> rows = Filtered(query);
     if (query.count) return calc::Number(static_cast<long long>(rows.size())).ToText();
     Sort(rows, query.order);
     return Join(query, rows, columnSeparator.empty() ? kDefaultColumnSeparator : columnSeparator,
                 rowSeparator.empty() ? kDefaultRowSeparator : rowSeparator);
+  } catch (const SqlUnknown& unknown) {
+    if (behaviour.tell) behaviour.tell(std::string(kNotKnownHere) + calc::ToUtf8(unknown.part));
   } catch (const SqlRefused&) {
-    return std::u16string(kRefused);
   }
+  return std::u16string(kRefused);
 }
 
 }  // namespace sim

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "sim/calc/Value.h"
+#include "sim/solution/HostBehaviour.h"
 #include "sim/solution/Solution.h"
 
 namespace sim {
@@ -13,8 +14,10 @@ namespace sim {
 /// Runs one SELECT over `solution` (the grammar stands in SqlParser.cpp). Columns are joined with `columnSeparator`
 /// (empty: a comma), rows with `rowSeparator` (empty: a carriage return), with none after the last. `arguments` stand
 /// for the question marks in order; left-over ones do no harm. Anything else, and anything FileMaker would refuse,
-/// gives the text "?". Table occurrences hold no records. `lenient` accepts a literal between doubled single quotes.
+/// gives the text "?"; where only the simulator does not know the SQL, `behaviour` tells. Table occurrences hold no
+/// records.
 std::u16string ExecuteSql(std::u16string_view sql, const Solution& solution, std::u16string_view columnSeparator,
-                          std::u16string_view rowSeparator, std::span<const calc::Value> arguments, bool lenient);
+                          std::u16string_view rowSeparator, std::span<const calc::Value> arguments,
+                          const HostBehaviour& behaviour);
 
 }  // namespace sim

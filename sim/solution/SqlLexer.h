@@ -10,6 +10,11 @@ namespace sim {
 /// Thrown inside the SQL units when a query is refused; ExecuteSql turns it into "?".
 struct SqlRefused {};
 
+/// Thrown likewise for what FileMaker's SQL has but the simulator has not: "GROUP".
+struct SqlUnknown {
+  std::u16string part;
+};
+
 struct SqlToken {
   enum Kind { kEnd, kWord, kQuotedName, kText, kNumber, kSymbol };
   Kind kind = kEnd;

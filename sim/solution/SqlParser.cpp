@@ -1,14 +1,16 @@
 // Recursive descent over:
-//   SELECT [DISTINCT] { COUNT(*) | * | column, ... } FROM table [WHERE condition] [ORDER BY column [ASC|DESC], ...]
+//   SELECT [DISTINCT] { COUNT(*) | * | column, ... } FROM table [[AS] alias] [WHERE condition]
+//   [ORDER BY column [ASC|DESC], ...]
+// where a column may be qualified by the alias or, without one, by the table.
 #include "sim/solution/SqlParser.h"
 
 #include <algorithm>
-#include <iterator>
 #include <string>
 #include <utility>
 
 #include "sim/calc/Unicode.h"
 #include "sim/solution/SqlLexer.h"
+#include "sim/solution/SqlWords.h"
 
 namespace sim {
 namespace {
@@ -17,15 +19,10 @@ using calc::Value;
 
 constexpr int kDeepestNesting = 100;
 
-// Words that cannot be a name unless it is quoted.
-constexpr std::u16string_view kReserved[] = {u"SELECT", u"DISTINCT", u"FROM", u"WHERE",   u"ORDER", u"BY",
-                                             u"ASC",    u"DESC",     u"AND",  u"OR",      u"NOT",   u"LIKE",
-                                             u"IN",     u"IS",       u"NULL", u"BETWEEN", u"COUNT"};
-
-bool IsReserved(std::u16string_view word) {
-  return std::any_of(std::begin(kReserved), std::end(kReserved),
-                     [word](std::u16string_view reserved) { return calc::EqualIgnoringCase(reserved, word); });
-}
+struct SqlName {
+  std::u16string qualifier;  ///< empty when there is none
+  std::u16string name;
+};
 
 class Parser {
  public:
@@ -37,73 +34,115 @@ class Parser {
     Expect(u"SELECT");
     query.distinct = Accept(u"DISTINCT");
     query.count = Accept(u"COUNT");
-    const std::vector<std::u16string> names = query.count ? CountedNames() : ColumnNames();
+    const std::vector<SqlName> names = query.count ? CountedNames() : ColumnNames();
     Expect(u"FROM");
-    auto table = FindSqlTable(Name(), solution_);
-    if (!table) throw SqlRefused();
-    columns_ = std::move(table->columns);
-    query.rows = std::move(table->rows);
+    query.rows = Table();
     if (!query.count) query.columns = Columns(names);
     query.where = Accept(u"WHERE") ? Condition() : SqlAll({});
     if (Accept(u"ORDER")) query.order = Order(query);
-    if (Current().kind != SqlToken::kEnd) throw SqlRefused();
+    if (Current().kind != SqlToken::kEnd) Refuse();
     return query;
   }
 
  private:
   const SqlToken& Current() const { return tokens_[at_]; }
 
+  static bool IsAt(const SqlToken& token, std::u16string_view text) {
+    if (token.kind == SqlToken::kSymbol) return token.text == text;
+    return token.kind == SqlToken::kWord && calc::EqualIgnoringCase(token.text, text);
+  }
+  bool Is(std::u16string_view text) const { return IsAt(Current(), text); }
+
   bool Accept(std::u16string_view text) {
-    const SqlToken& token = Current();
-    const bool found = token.kind == SqlToken::kSymbol
-                           ? token.text == text
-                           : token.kind == SqlToken::kWord && calc::EqualIgnoringCase(token.text, text);
+    const bool found = Is(text);
     if (found) ++at_;
     return found;
   }
 
   void Expect(std::u16string_view text) {
-    if (!Accept(text)) throw SqlRefused();
+    if (!Accept(text)) Refuse();
+  }
+
+  /// The current token cannot stand here, as far as the simulator knows. With GROUP BY it might.
+  [[noreturn]] void Refuse() const {
+    const SqlToken& token = Current();
+    const bool quoted = token.kind == SqlToken::kQuotedName || token.kind == SqlToken::kText;
+    if (!quoted && IsUnknownSqlPart(token.text)) throw SqlUnknown{token.text};
+    for (const SqlToken& other : tokens_) {
+      if (IsAt(other, u"GROUP")) throw SqlUnknown{other.text};
+    }
+    throw SqlRefused();
+  }
+
+  void UnknownIf(bool unknown, std::u16string_view part) const {
+    if (unknown) throw SqlUnknown{std::u16string(part)};
+  }
+
+  bool IsName() const {
+    const SqlToken& token = Current();
+    return token.kind == SqlToken::kQuotedName || (token.kind == SqlToken::kWord && !IsReservedSqlWord(token.text));
   }
 
   std::u16string Name() {
-    const SqlToken& token = Current();
-    const bool isName =
-        token.kind == SqlToken::kQuotedName || (token.kind == SqlToken::kWord && !IsReserved(token.text));
-    if (!isName) throw SqlRefused();
-    ++at_;
+    if (!IsName()) Refuse();
+    const SqlToken& token = tokens_[at_++];
+    UnknownIf(token.kind == SqlToken::kWord && Is(u"(") && IsSqlFunction(token.text), token.text);
     return token.text;
   }
 
-  std::vector<std::u16string> CountedNames() {
+  SqlName ColumnName() {
+    SqlName column{{}, Name()};
+    if (!Accept(u".")) return column;
+    UnknownIf(Is(u"*"), u"all columns of one table");
+    column.qualifier = std::exchange(column.name, Name());
+    return column;
+  }
+
+  std::vector<SqlName> CountedNames() {
     Expect(u"(");
+    UnknownIf(IsName() || Is(u"DISTINCT"), u"COUNT of a column");
     Expect(u"*");
     Expect(u")");
     return {};
   }
 
   /// No name stands for all columns.
-  std::vector<std::u16string> ColumnNames() {
-    std::vector<std::u16string> names;
+  std::vector<SqlName> ColumnNames() {
+    std::vector<SqlName> names;
     if (Accept(u"*")) return names;
     do {
-      names.push_back(Name());
+      UnknownIf(Current().kind == SqlToken::kText || Current().kind == SqlToken::kNumber, u"a value as a column");
+      names.push_back(ColumnName());
+      UnknownIf(Is(u"*"), u"*");
+      UnknownIf(Is(u"AS"), u"AS after a column");
     } while (Accept(u","));
     return names;
   }
 
-  SqlColumn Column(std::u16string_view name) const {
-    const auto found = std::find_if(columns_.begin(), columns_.end(), [name](const SqlColumn& column) {
-      return calc::EqualIgnoringCase(column.name, name);
+  /// Finds the table, with its alias, and its columns; returns its rows.
+  std::vector<SqlRow> Table() {
+    qualifier_ = Name();
+    auto table = FindSqlTable(qualifier_, solution_);
+    if (!table) throw SqlRefused();
+    if (Accept(u"AS") || IsName()) qualifier_ = Name();
+    UnknownIf(Is(u","), u"more than one table");
+    columns_ = std::move(table->columns);
+    return std::move(table->rows);
+  }
+
+  SqlColumn Column(const SqlName& wanted) const {
+    const bool foreign = !wanted.qualifier.empty() && !calc::EqualIgnoringCase(wanted.qualifier, qualifier_);
+    const auto found = std::find_if(columns_.begin(), columns_.end(), [&wanted](const SqlColumn& column) {
+      return calc::EqualIgnoringCase(column.name, wanted.name);
     });
-    if (found == columns_.end()) throw SqlRefused();
+    if (foreign || found == columns_.end()) throw SqlRefused();
     return *found;
   }
 
-  std::vector<SqlColumn> Columns(const std::vector<std::u16string>& names) const {
+  std::vector<SqlColumn> Columns(const std::vector<SqlName>& names) const {
     if (names.empty()) return columns_;
     std::vector<SqlColumn> columns;
-    for (const std::u16string& name : names) columns.push_back(Column(name));
+    for (const SqlName& name : names) columns.push_back(Column(name));
     return columns;
   }
 
@@ -112,7 +151,8 @@ class Parser {
     Expect(u"BY");
     std::vector<SqlOrder> order;
     do {
-      SqlOrder by{.column = Column(Name())};
+      UnknownIf(Current().kind == SqlToken::kNumber, u"ORDER BY a column's number");
+      SqlOrder by{.column = Column(ColumnName())};
       const bool selected = std::any_of(query.columns.begin(), query.columns.end(),
                                         [&by](const SqlColumn& column) { return column.name == by.column.name; });
       if ((query.count || query.distinct) && !selected) throw SqlRefused();
@@ -124,7 +164,7 @@ class Parser {
   }
 
   SqlCondition Condition() {
-    if (++depth_ > kDeepestNesting) throw SqlRefused();
+    UnknownIf(++depth_ > kDeepestNesting, u"conditions as deep as these");
     std::vector<SqlCondition> alternatives;
     do {
       std::vector<SqlCondition> all;
@@ -195,7 +235,9 @@ class Parser {
       return {SqlType::kNumber, std::nullopt, Value::OfNumber(calc::Number::Parse(token.text).value_or(0))};
     }
     if (Accept(u"?")) return Argument();
-    const SqlColumn column = Column(Name());
+    UnknownIf(Is(u"("), u"a value in parentheses");
+    UnknownIf(Is(u"SELECT"), u"SELECT in a condition");
+    const SqlColumn column = Column(ColumnName());
     return {column.type, column, Value()};
   }
 
@@ -213,6 +255,7 @@ class Parser {
   const Solution& solution_;
   std::span<const Value> arguments_;
   std::size_t nextArgument_ = 0;
+  std::u16string qualifier_;
   std::vector<SqlColumn> columns_;
   int depth_ = 0;
 };

@@ -31,8 +31,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   static const sim::Solution solution = MakeSolution();
   static const calc::Value arguments[] = {calc::Value::OfText(u"O%"), calc::Value::OfNumber(2), calc::Value()};
   const std::u16string sql = calc::ToUtf16({reinterpret_cast<const char*>(data), size});
-  const std::u16string strict = sim::ExecuteSql(sql, solution, u"", u"", arguments, false);
-  const std::u16string lenient = sim::ExecuteSql(sql, solution, u"", u"", arguments, true);
+  const std::u16string strict = sim::ExecuteSql(sql, solution, u"", u"", arguments, {});
+  const std::u16string lenient = sim::ExecuteSql(sql, solution, u"", u"", arguments, {.lenientSql = true});
   if (strict != lenient && sql.find(u"''") == sql.npos) std::abort();
   return 0;
 }

@@ -1,0 +1,17 @@
+// The simulated host's ways that differ from FileMaker's.
+#pragma once
+
+#include <functional>
+#include <string>
+
+namespace sim {
+
+/// How closely the simulated host follows the real one where that hides something from a test.
+struct HostBehaviour {
+  bool allDesignFunctions = true;  ///< false: PrivilegeSetNames and CustomFunctionNames do not exist, as in FileMaker
+  bool lenientSql = false;         ///< true: a doubled quote pair around a literal is accepted as one pair
+  /// Shows a line where the simulator, not what it was asked, is to blame for a failure; empty: nobody watches.
+  std::function<void(const std::string& line)> tell = {};
+};
+
+}  // namespace sim
