@@ -1,11 +1,12 @@
 #include "service/Database.h"
 
-#include <stdexcept>
+#include <new>
 
 namespace service {
 namespace {
 
 void Check(sqlite3* database, int result) {
+  if (result == SQLITE_BUSY) throw DatabaseInUse(sqlite3_errmsg(database));
   if (result != SQLITE_OK) throw std::runtime_error(sqlite3_errmsg(database));
 }
 

@@ -6,10 +6,15 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
 namespace service {
+
+class DatabaseInUse : public std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
 
 /// Bytes that SQLite keeps as they are, text or not.
 struct Blob {
@@ -19,7 +24,7 @@ struct Blob {
 /// Not for use from two threads at once. Every operation throws std::runtime_error with SQLite's words when it fails.
 class Database {
  public:
-  /// Opens or creates the file at `path`, for this process alone.
+  /// Opens or creates the file at `path`, for this process alone. Throws DatabaseInUse while another has it.
   explicit Database(const std::string& path);
 
   /// Carries out statements without parameters or rows.

@@ -23,7 +23,8 @@ constexpr const char* kShown[] = {"id",    "type",     "fileName",    "xmlType",
 
 ExitStatus RunList(const CommandLine& line) {
   Client client(line);
-  for (const auto& command : client.Get("/operator/commands").at("commands")) {
+  const nlohmann::json answer = client.Get("/operator/commands");
+  for (const auto& command : answer.at("commands")) {
     std::cout << command.at("id").get<std::string>() << "  " << std::left << std::setw(21)
               << command.at("type").get<std::string>() << "  " << DescribeState(command);
     for (const char* name : {"fileName", "xmlType", "error"}) {

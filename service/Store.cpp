@@ -56,10 +56,13 @@ std::int64_t Now() {
   return duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
 }
 
-std::string DatabasePath(const std::string& folder) {
-  namespace fs = std::filesystem;
-  fs::create_directories(folder);
-  return (fs::path(folder) / kFileName).string();
+Database OpenIn(const std::string& folder) try {
+  std::filesystem::create_directories(folder);
+  return Database((std::filesystem::path(folder) / kFileName).string());
+} catch (const DatabaseInUse&) {
+  throw std::runtime_error(folder + " is in use by another service");
+} catch (const std::runtime_error& error) {
+  throw std::runtime_error(folder + " cannot be used: " + error.what());
 }
 
 CommandSummary ReadCommand(const Statement& row) {
@@ -93,11 +96,11 @@ void ClaimResult(Database& database, const Command& command, std::int64_t record
 
 }  // namespace
 
-Store::Store(const std::string& folder) : database_(DatabasePath(folder)) {
+Store::Store(const std::string& folder) : database_(OpenIn(folder)) {
   Statement version(database_, "PRAGMA user_version");
   version.Step();
   if (version.Integer(0) == kLayoutVersion) return;
-  if (version.Integer(0) != 0) throw std::runtime_error("it was written by another version of the service");
+  if (version.Integer(0) != 0) throw std::runtime_error(folder + " was written by another version of this service");
   Transaction transaction(database_);
   database_.Execute(kLayout);
   transaction.Commit();

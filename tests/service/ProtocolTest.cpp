@@ -1,0 +1,173 @@
+// The bridge protocol, byte for byte as the plug-in sends and reads it.
+#include <gtest/gtest.h>
+
+#include "net/Base64.h"
+#include "net/Json.h"
+#include "tests/service/RunningService.h"
+#include "tests/support/FolderTest.h"
+
+namespace {
+
+class Protocol : public FolderTest {
+ protected:
+  // Queues, polls, lets `answer` send what the plug-in would, and completes. Returns the command's id.
+  template <class Answer>
+  std::string CarryOut(const std::string& members, Answer answer) {
+    const std::string id = service_.Queue(members);
+    EXPECT_EQ(JsonGetString(service_.Poll(), "id"), id);
+    answer();
+    Complete(id);
+    return id;
+  }
+
+  void Complete(const std::string& id, const std::string& members = R"("status":"completed")") {
+    const auto answer =
+        service_.Post("/api/bridge/command/" + id + "/complete", R"({"licenseKey":"K1",)" + members + '}');
+    EXPECT_EQ(answer.status, 200);
+    EXPECT_EQ(answer.body, R"({"ok":true})");
+  }
+
+  void Push(const std::string& members) {
+    EXPECT_EQ(service_.Post("/api/bridge/push", R"({"licenseKey":"K1",)" + members + '}').status, 200);
+  }
+
+  void Ingest(const std::string& fileName, const std::string& bytes) {
+    const auto answer =
+        service_.Post("/api/live/ingest/K1?filename=" + fileName, bytes, "Content-Type: application/octet-stream\r\n");
+    EXPECT_EQ(answer.status, 200) << answer.body;
+  }
+
+  std::string Result(const std::string& id) { return service_.Get("/operator/commands/" + id + "/result").body; }
+
+  // The content of the newest record.
+  std::string NewestContent() {
+    const std::string records = service_.Get("/operator/records?limit=1").body;
+    const auto number = records.find(R"("number":)") + 9;
+    return service_.Get("/operator/records/" + records.substr(number, records.find(',', number) - number) + "/content")
+        .body;
+  }
+
+  RunningService service_{folder_};
+};
+
+std::string AllBytes() {
+  std::string bytes;
+  for (int byte = 0; byte < 256; ++byte) bytes += static_cast<char>(byte);
+  return bytes;
+}
+
+TEST_F(Protocol, AnswersWithoutWorkInTheSpellingThatThePlugInLooksFor) {
+  EXPECT_EQ(service_.Exchange(Request("GET", "/api/bridge/command/next?licenseKey=K1&version=1.6.16")),
+            "HTTP/1.1 200 OK\r\nConnection: close\r\nContent-Length: 16\r\nContent-Type: application/json\r\n\r\n"
+            R"({"command":null})");
+  EXPECT_EQ(service_.Get("/api/plugin/version").body, R"({"version":"1.6.16"})");
+  EXPECT_EQ(
+      service_
+          .Post("/api/bridge/register", R"({"email":"E1","licenseKey":"K1","machineId":"M1","pluginVersion":"1.6.16"})")
+          .body,
+      R"({"ok":true,"record":1})");
+}
+
+TEST_F(Protocol, DeliversCommandsInOrderAsOneCompactObject) {
+  const std::string commands[] = {
+      R"("type":"GET_CLIPBOARD")",
+      R"("type":"GET_CLIPBOARD","xmlType":"XMSS")",
+      R"("type":"GET_CLIPBOARD_FORMATS")",
+      R"("type":"LIST_FILES")",
+      R"("type":"DEBUG_CONTEXT","fileName":"Büro \"A\"")",
+      R"("type":"GET_SCHEMA","fileName":"a/b\\c")",
+      R"("type":"SET_CLIPBOARD","xmlType":"XMSS","xmlContent":"<a b=\"\\\">\t\r\n\"type\":\"X\" 😀\u007f</a>")",
+  };
+  std::vector<std::string> ids;
+  for (const auto& command : commands) ids.push_back(service_.Queue(command));
+  for (std::size_t i = 0; i < std::size(commands); ++i) {
+    std::string members = commands[i];
+    if (const auto escape = members.find("\\u007f"); escape != std::string::npos) members.replace(escape, 6, "\x7f");
+    EXPECT_EQ(service_.Poll(), R"({"command":{"id":")" + ids[i] + R"(",)" + members + "}}");
+  }
+  EXPECT_EQ(service_.Poll(), R"({"command":null})");
+}
+
+TEST_F(Protocol, GivesEachCommandItsOwnPush) {
+  struct Case {
+    std::string type;
+    std::string push;
+  };
+  const Case cases[] = {
+      {"GET_CLIPBOARD", R"("xmlType":"XMSC","xmlContent":"result")"},
+      {"GET_CLIPBOARD_FORMATS", R"("xmlType":"CLIPBOARD_FORMATS","xmlContent":"result","label":"Clipboard Formats")"},
+      {"LIST_FILES", R"("xmlType":"FILE_LIST","xmlContent":"result","label":"Open Files")"},
+      {"DEBUG_CONTEXT", R"("xmlType":"CONTEXT_DEBUG","xmlContent":"result","label":"FileMaker Context Debug")"},
+  };
+  for (const auto& [type, push] : cases) {
+    const std::string queued = R"("type":")" + type + '"';
+    CarryOut(queued, [&] { Push(push); });
+    const auto empty = CarryOut(queued, [] {});
+    EXPECT_EQ(Result(empty), R"({"error":"the command has no result"})") << type;
+
+    const auto id = CarryOut(queued, [&, &push = push] {
+      Push(R"("xmlType":"OTHER","xmlContent":"not this","label":"")");
+      Push(push);
+      Push(R"("xmlType":"XMSC","xmlContent":"sent by a script","label":"")");
+    });
+    EXPECT_EQ(Result(id), "result") << type;
+  }
+}
+
+TEST_F(Protocol, KeepsTheLiveUploadOfTheFileAskedForByteForByte) {
+  const auto id = CarryOut(R"("type":"GET_SCHEMA","fileName":"My Büro")", [&] {
+    service_.Post("/api/bridge/diagnostic",
+                  R"({"licenseKey":"K1","code":"LC_SCHEMA_QUEUED","status":"received","message":"Queued — \"T\""})");
+    Ingest("My%20B%C3%BCro.fmp12.xml", AllBytes());
+    Ingest("Other.fmp12.xml", "not this");
+  });
+  EXPECT_EQ(Result(id), AllBytes());
+  EXPECT_EQ(service_.Told(id, "message"), "Queued — \"T\"");
+  EXPECT_EQ(service_.Told(id, "state"), "completed");
+
+  const auto any = CarryOut(R"("type":"GET_SCHEMA")", [&] { Ingest("schema.fmp12.xml", ""); });
+  EXPECT_EQ(Result(any), "");
+  EXPECT_EQ(service_.Get("/operator/commands/" + any + "/result").status, 200);
+}
+
+TEST_F(Protocol, TakesSnapshotsAndForms) {
+  for (const std::string& file : {AllBytes(), std::string("x"), std::string("xy"), std::string()}) {
+    const auto answer =
+        service_.Post("/api/snapshot/K1", R"({"content":")" + Base64Encode(file) + R"(","filename":"b.xml"})");
+    EXPECT_EQ(answer.status, 200) << answer.body;
+    EXPECT_EQ(NewestContent(), file);
+  }
+  const std::string boundary = "VarnixBoundary0123ABCD";
+  const std::string file = "\r\n--VarnixBoundary0123ABCE\r\n" + AllBytes() + "\r\n--VarnixBoundary0123ABC\r\n";
+  const auto part = [&](const std::string& name, const std::string& rest) {
+    return "--" + boundary + "\r\nContent-Disposition: form-data; name=\"" + name + '"' + rest + "\r\n";
+  };
+  const std::string form = part("licenseKey", "\r\n\r\nK1") + part("filename", "\r\n\r\nä \"b\".xml") +
+                           part("file", "; filename=\"ä \"b\".xml\"\r\nContent-Type: application/xml\r\n\r\n" + file) +
+                           "--" + boundary + "--\r\n";
+  const auto answer =
+      service_.Post("/api/upload", form, "Content-Type: multipart/form-data; boundary=" + boundary + "\r\n");
+  EXPECT_EQ(answer.status, 200) << answer.body;
+  EXPECT_EQ(NewestContent(), file);
+  EXPECT_EQ(JsonGetString(service_.Get("/operator/records?kind=upload").body, "name"), "ä \"b\".xml");
+}
+
+TEST_F(Protocol, ShowsACommandWithoutCompletionAsDeliveredAndTheFirstCompletionHolds) {
+  const auto lost = service_.Queue(R"("type":"LIST_FILES")");
+  const auto failed = service_.Queue(R"("type":"LIST_FILES")");
+  service_.Poll();
+  service_.Poll();
+  EXPECT_EQ(service_.Poll(), R"({"command":null})");
+  Push(R"("xmlType":"FILE_LIST","xmlContent":"a","label":"Open Files")");
+  Complete(failed, R"("status":"failed","error":"ERROR: HTTP 500 — \"x\"")");
+  Complete(failed, R"("status":"failed","error":"ERROR: HTTP 500 — \"x\"")");  // sent again, answered again
+  EXPECT_EQ(service_.Told(failed, "error"), "ERROR: HTTP 500 — \"x\"");
+  EXPECT_EQ(service_.Told(lost, "state"), "delivered");
+  EXPECT_EQ(service_.Told(lost, "finishedAt"), "");
+  const auto other =
+      service_.Post("/api/bridge/command/" + failed + "/complete", R"({"licenseKey":"K1","status":"completed"})");
+  EXPECT_EQ(other.status, 409);
+  EXPECT_EQ(service_.Told(failed, "state"), "failed");
+}
+
+}  // namespace

@@ -1,0 +1,163 @@
+// What the service refuses, and how it says so.
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <functional>
+
+#include "net/Json.h"
+#include "tests/service/RunningService.h"
+#include "tests/support/FolderTest.h"
+
+namespace {
+
+class Refusal : public FolderTest {};
+
+struct Case {
+  std::string path;
+  std::string body;
+  int status;
+  std::string error;
+};
+
+TEST_F(Refusal, SaysWhatIsWrongWithAMessage) {
+  const RunningService service(folder_);
+  const std::string queued = service.Queue(R"("type":"LIST_FILES")");
+  const std::string push = "/api/bridge/push";
+  const std::string commands = "/operator/commands";
+  const std::string complete = "/api/bridge/command/" + queued + "/complete";
+  const Case cases[] = {
+      {push, "", 400, "the body is not JSON in UTF-8: error at byte 1"},
+      {push, "{\"licenseKey\":\"SECRET", 400, "the body is not JSON in UTF-8: error at byte 22"},
+      {push, R"({} {})", 400, "the body is not JSON in UTF-8: error at byte 4"},
+      {push, "{\"licenseKey\":\"\xff\"}", 400, "the body is not JSON in UTF-8: error at byte 16"},
+      {push, R"(["a"])", 400, "the body must be a JSON object"},
+      {push, R"("a")", 400, "the body must be a JSON object"},
+      {push, R"({"licenseKey":7})", 400, "licenseKey must be a string"},
+      {push, R"({"licenseKey":{"a":"b"}})", 400, "licenseKey must be a string"},
+      {push, R"({"licenseKey":null})", 400, "licenseKey must be a string"},
+      {push, R"({"licenseKey":"K","licenseKey":"K"})", 400, "licenseKey is given twice"},
+      {push, R"({"licenceKey":"K"})", 400, "unknown member licenceKey"},
+      {push, R"({"licenseKey":"K","xmlType":"XMSS"})", 400, "xmlContent is missing"},
+      {push, std::string(100000, '['), 400, "the body must be a JSON object"},
+      {complete, R"({"licenseKey":"K","status":"done"})", 400, "status must be completed or failed"},
+      {complete, R"({"licenseKey":"K","status":"failed"})", 409, "the command has not been delivered"},
+      {"/api/bridge/command/no/complete", R"({"licenseKey":"K","status":"failed"})", 404, "there is no such command"},
+      {"/api/live/ingest/K", "x", 400, "filename is missing"},
+      {"/api/live/ingest/K?filename=%ff", "x", 400, "the file name is not UTF-8"},
+      {"/api/snapshot/K", R"({"content":"AA=","filename":""})", 400, "content is not base64"},
+      {"/api/snapshot/K", R"({"content":"AB==","filename":""})", 400, "content is not base64"},
+      {"/api/snapshot/K", R"({"content":"A===","filename":""})", 400, "content is not base64"},
+      {"/api/upload", "x", 415, "a multipart form is expected here"},
+      {commands, R"({"type":"get_clipboard"})", 400,
+       "type must be one of GET_CLIPBOARD, GET_CLIPBOARD_FORMATS, LIST_FILES, DEBUG_CONTEXT, GET_SCHEMA, "
+       "SET_CLIPBOARD"},
+      {commands, R"({"type":"LIST_FILES","fileName":"A"})", 400, "LIST_FILES takes no fileName"},
+      {commands, R"({"type":"SET_CLIPBOARD","xmlType":"XMSS"})", 400, "SET_CLIPBOARD needs xmlContent"},
+      {commands, R"({"type":"SET_CLIPBOARD","xmlType":"XMSS","xmlContent":"\u0007"})", 400,
+       "xmlContent holds control characters, which the plug-in cannot read"},
+      {"/nothing", "x", 404, "there is no such address"},
+      {"/" + std::string(8000, 'x'), "x", 404, "there is no such address"},
+      {"/api/live/ingest/" + std::string(8000, '/'), "x", 400, "filename is missing"},
+  };
+  for (const auto& [path, body, status, error] : cases) {
+    const auto answer = service.Post(path, body);
+    EXPECT_EQ(answer.status, status) << path << ' ' << body;
+    EXPECT_EQ(answer.body, R"({"error":")" + error + "\"}") << path << ' ' << body;
+  }
+  EXPECT_EQ(service.Get("/operator/commands?limit=0").body, R"({"error":"limit must be a number from 1 to 1000"})");
+  EXPECT_EQ(service.Get("/operator/records/99/content").status, 404);
+  EXPECT_EQ(service.Get("/operator/records/99999999999999999999/content").status, 404);
+  EXPECT_EQ(service.Told(queued, "state"), "queued");
+}
+
+TEST_F(Refusal, TakesNoCommandForWhatIsNotAPollOfAPlugIn) {
+  const RunningService service(folder_);
+  const std::string id = service.Queue(R"("type":"LIST_FILES")");
+  const std::string poll = "/api/bridge/command/next?licenseKey=K1";
+  EXPECT_EQ(service.Exchange(Request("HEAD", poll)).substr(9, 3), "405");
+  EXPECT_EQ(service.Exchange(Request("PUT", poll)).substr(9, 3), "405");
+  for (const char* header : {"Origin: http://127.0.0.1:1\r\n", "Origin: null\r\n", "Sec-Fetch-Site: cross-site\r\n"}) {
+    EXPECT_EQ(service.Get(poll, header).status, 403) << header;
+  }
+  EXPECT_EQ(service.Exchange("GET " + poll + " HTTP/1.1\r\nHost: rebound.example\r\n\r\n").substr(9, 3), "403");
+  EXPECT_EQ(service.Told(id, "state"), "queued");
+  EXPECT_EQ(JsonGetString(service.Get(poll, "Sec-Fetch-Site: none\r\n").body, "id"), id);
+}
+
+TEST_F(Refusal, ChecksTheKeyOfEveryRequestThatBearsOne) {
+  const RunningService service(folder_, {"--key", "Right-1"});
+  const std::string octets = "Content-Type: application/octet-stream\r\n";
+  const std::string form = "Content-Type: multipart/form-data; boundary=B\r\n";
+  const auto formOf = [](const std::string& key) {
+    const std::string part = "--B\r\nContent-Disposition: form-data; name=";
+    return part + "\"licenseKey\"\r\n\r\n" + key + "\r\n" + part + "\"filename\"\r\n\r\nf\r\n" + part +
+           "\"file\"\r\n\r\nx\r\n--B--\r\n";
+  };
+  struct Keyed {
+    const char* what;
+    std::function<HttpAnswer(const std::string&)> send;
+    int accepted;
+  };
+  const Keyed requests[] = {
+      {"poll", [&](auto& key) { return service.Get("/api/bridge/command/next?licenseKey=" + key); }, 200},
+      {"push",
+       [&](auto& key) {
+         return service.Post("/api/bridge/push", R"({"licenseKey":")" + key + R"(","xmlType":"X","xmlContent":""})");
+       },
+       200},
+      {"completion",
+       [&](auto& key) {
+         return service.Post("/api/bridge/command/1/complete", R"({"licenseKey":")" + key + R"(","status":"failed"})");
+       },
+       404},
+      {"ingest", [&](auto& key) { return service.Post("/api/live/ingest/" + key + "?filename=f", "x", octets); }, 200},
+      {"snapshot", [&](auto& key) { return service.Post("/api/snapshot/" + key, R"({"content":"","filename":""})"); },
+       200},
+      {"form", [&](auto& key) { return service.Post("/api/upload", formOf(key), form); }, 200},
+      {"operator's page",
+       [&](auto& key) { return service.Get("/operator/status", "Authorization: Bearer " + key + "\r\n"); }, 200},
+      {"operator's command",
+       [&](auto& key) {
+         return service.Post("/operator/commands", R"({"type":"LIST_FILES"})", "Authorization: Bearer " + key + "\r\n");
+       },
+       201},
+  };
+  for (const auto& [what, send, accepted] : requests) {
+    for (const std::string key : {"Right-2", "Right-", "Right-11", "right-1", ""}) {
+      const auto answer = send(key);
+      EXPECT_EQ(answer.status, 401) << what << ' ' << key;
+      EXPECT_EQ(answer.body, R"({"error":"the account key is wrong"})") << what << ' ' << key;
+    }
+    EXPECT_EQ(send("Right-1").status, accepted) << what;
+  }
+  EXPECT_EQ(service.Get("/api/plugin/version").status, 200);
+  EXPECT_EQ(service.Get("/operator/status").status, 401);
+}
+
+TEST_F(Refusal, BoundsBodies) {
+  constexpr std::size_t kLimit = 1 << 20;
+  const RunningService service(folder_, {"--max-body", "1"});
+  const std::string path = "/api/live/ingest/K?filename=f";
+  const std::string tooLarge = R"({"error":"the body is larger than 1048576 bytes"})";
+  EXPECT_EQ(service.Post(path, std::string(kLimit, 'x')).status, 200);
+  for (const auto& address : {path, std::string("/api/bridge/push")}) {
+    const auto answer = service.Post(address, std::string(kLimit + 1, 'x'));
+    EXPECT_EQ(answer.status, 413) << address;
+    EXPECT_EQ(answer.body, tooLarge) << address;
+  }
+  const std::string chunked = "POST " + path + " HTTP/1.1\r\nHost: localhost\r\nTransfer-Encoding: chunked\r\n\r\n";
+  EXPECT_EQ(service.Exchange(chunked + "1\r\nx\r\n0\r\n\r\n").substr(9, 3), "200");
+  EXPECT_EQ(service.Exchange(chunked + "100001\r\n" + std::string(kLimit + 1, 'x')).substr(9, 3), "413");
+  EXPECT_EQ(service.Exchange("POST " + path + " HTTP/1.1\r\nHost: localhost\r\n\r\n").substr(9, 3), "411");
+
+  const int broken =
+      service.SendOnly("POST " + path + "2 HTTP/1.1\r\nHost: localhost\r\nContent-Length: 9\r\n\r\nhalf");
+  shutdown(broken, SHUT_WR);
+  char byte;
+  recv(broken, &byte, 1, 0);  // until the service is done with it
+  close(broken);
+  EXPECT_EQ(service.Get("/operator/records").body.find(R"("name":"f2")"), std::string::npos);
+}
+
+}  // namespace

@@ -1,0 +1,55 @@
+// varnix-service as a process of its own, and requests to it as bytes on a socket.
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+struct HttpAnswer {
+  int status = 0;  ///< 0 when the connection ended without an answer
+  std::string body;
+};
+
+class RunningService {
+ public:
+  /// Starts `varnix-service serve` with its data in `folder` and waits until it listens; `options` may name the port.
+  explicit RunningService(const std::string& folder, std::vector<std::string> options = {});
+  ~RunningService();
+  RunningService(const RunningService&) = delete;
+  RunningService& operator=(const RunningService&) = delete;
+
+  /// Ends the process and returns its exit status, or 128 and the signal that ended it.
+  int End(int signal);
+
+  const std::string& url() const { return url_; }
+  std::string port() const { return url_.substr(url_.rfind(':') + 1); }
+
+  /// Sends `bytes` and returns all that comes back until the service closes the connection.
+  std::string Exchange(const std::string& bytes) const;
+
+  /// Sends `bytes` and does not wait for the answer; the caller closes the socket that is returned.
+  int SendOnly(const std::string& bytes) const;
+
+  /// A request with the headers that the plug-in sends.
+  HttpAnswer Get(const std::string& path, const std::string& headers = "") const;
+  HttpAnswer Post(const std::string& path, const std::string& body,
+                  const std::string& headers = "Content-Type: application/json\r\n") const;
+
+  /// Queues a command given as the members of its JSON object and returns its id.
+  std::string Queue(const std::string& members) const;
+
+  /// One poll as the plug-in makes it: the answer's body.
+  std::string Poll() const;
+
+  /// The text that the plug-in's own reader finds for `key` in the operator's view of a command.
+  std::string Told(const std::string& id, const std::string& key) const;
+
+ private:
+  pid_t child_ = -1;
+  std::string url_;
+};
+
+/// A whole request. `headers` are lines with their ends.
+std::string Request(const std::string& method, const std::string& path, const std::string& headers = "",
+                    const std::string& body = "");

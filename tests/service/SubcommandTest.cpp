@@ -1,0 +1,158 @@
+// The subcommands as people and scripts use them.
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <fstream>
+#include <thread>
+
+#include "net/Json.h"
+#include "tests/service/RunningService.h"
+#include "tests/support/FolderTest.h"
+#include "tests/support/Process.h"
+
+namespace {
+
+using Arguments = std::vector<std::string>;
+
+class Subcommands : public FolderTest {
+ protected:
+  ~Subcommands() override {
+    unsetenv("VARNIX_KEY");
+    unsetenv("VARNIX_SERVICE");
+  }
+
+  ProcessResult Run(Arguments arguments, const std::string& input = "") {
+    arguments.insert(arguments.begin(), SERVICE);
+    return RunProcess(arguments, input);
+  }
+
+  // Runs `send` against `service` while a plug-in takes the command and sends `push`, if any, and `completion`.
+  ProcessResult Send(const RunningService& service, Arguments arguments, const std::string& push,
+                     const std::string& completion, const std::string& input = "") {
+    std::thread plugin([&] {
+      while ((polled_ = service.Poll()) == R"({"command":null})") std::this_thread::yield();
+      if (!push.empty()) service.Post("/api/bridge/push", R"({"licenseKey":"K1",)" + push + '}');
+      const std::string path = "/api/bridge/command/" + JsonGetString(polled_, "id") + "/complete";
+      EXPECT_EQ(service.Post(path, R"({"licenseKey":"K1",)" + completion + '}').status, 200);
+    });
+    arguments.insert(arguments.end(), {"--service", service.url()});
+    const auto result = Run(arguments, input);
+    plugin.join();
+    return result;
+  }
+
+  std::string polled_;
+};
+
+constexpr char kCompleted[] = R"("status":"completed")";
+
+TEST_F(Subcommands, SendPrintsTheResultAndNothingElse) {
+  const RunningService service(folder_);
+  auto result = Send(service, {"send", "GET_CLIPBOARD", "--xml-type", "XMSS"},
+                     R"("xmlType":"XMSC","xmlContent":"<fmxmlsnippet>\n\té</fmxmlsnippet>")", kCompleted);
+  EXPECT_EQ(result.output, "<fmxmlsnippet>\n\té</fmxmlsnippet>");
+  EXPECT_EQ(result.errors, "");
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(JsonGetString(polled_, "xmlType"), "XMSS");
+
+  result = Send(service, {"send", "list-files"}, "", R"("status":"failed","error":"ERROR: no files")");
+  EXPECT_EQ(result.output, "");
+  EXPECT_EQ(result.errors, "varnix-service: ERROR: no files\n");
+  EXPECT_EQ(result.status, 1);
+
+  const std::string xml = "<fmxmlsnippet type=\"FMObjectList\">\r\n</fmxmlsnippet>";
+  result = Send(service, {"send", "SET_CLIPBOARD", "--xml-type", "XMSS", "--content", "-"}, "", kCompleted, xml);
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(JsonGetString(polled_, "xmlContent"), xml);
+}
+
+TEST_F(Subcommands, SendTellsWhenACommandIsNotFinishedInTime) {
+  const RunningService service(folder_);
+  setenv("VARNIX_SERVICE", service.url().c_str(), 1);
+  const auto queued = Run({"send", "LIST_FILES", "--wait", "0"});
+  EXPECT_EQ(queued.status, 0);
+  const std::string id = queued.output.substr(0, 16);
+  EXPECT_EQ(queued.output, id + '\n');
+
+  auto late = Run({"send", "LIST_FILES", "--wait", "1"});
+  EXPECT_EQ(late.status, 3);
+  EXPECT_EQ(late.output, "");
+  EXPECT_NE(late.errors.find(" is queued "), std::string::npos) << late.errors;
+  EXPECT_NE(late.errors.find("No plug-in has asked"), std::string::npos) << late.errors;
+
+  EXPECT_EQ(JsonGetString(service.Poll(), "id"), id);
+  const auto list = Run({"list"});
+  EXPECT_EQ(list.status, 0);
+  EXPECT_EQ(list.output.rfind(id + "  LIST_FILES             delivered ", 0), 0u) << list.output;
+  EXPECT_NE(list.output.find("ago, no completion\n"), std::string::npos) << list.output;
+  const auto shown = Run({"show", id});
+  EXPECT_EQ(shown.status, 0);
+  EXPECT_EQ(shown.output.rfind("id: " + id + "\ntype: LIST_FILES\nqueuedAt: 2", 0), 0u) << shown.output;
+}
+
+TEST_F(Subcommands, SendWaitsThroughARestartOfTheService) {
+  auto service = std::make_unique<RunningService>(folder_);
+  const std::string port = service->port();
+  ProcessResult result;
+  std::thread sender([&, url = service->url()] { result = Run({"send", "LIST_FILES", "--service", url}); });
+  while ((polled_ = service->Poll()) == R"({"command":null})") std::this_thread::yield();
+  const std::string id = JsonGetString(polled_, "id");
+  while (service->Told(id, "state") != "delivered") std::this_thread::yield();
+  service->End(SIGKILL);
+  service = std::make_unique<RunningService>(folder_, Arguments{"--listen", "127.0.0.1:" + port});
+  service->Post("/api/bridge/push",
+                R"({"licenseKey":"K1","xmlType":"FILE_LIST","xmlContent":"Workshop","label":"Open Files"})");
+  service->Post("/api/bridge/command/" + id + "/complete", R"({"licenseKey":"K1","status":"completed"})");
+  sender.join();
+  EXPECT_EQ(result.output, "Workshop");
+  EXPECT_EQ(result.status, 0) << result.errors;
+}
+
+TEST_F(Subcommands, TakeTheKeyFromTheEnvironment) {
+  setenv("VARNIX_KEY", "Secret-1", 1);
+  const RunningService service(folder_);
+  const Arguments list = {"list", "--service", service.url()};
+  EXPECT_EQ(Run(list).status, 0);
+  setenv("VARNIX_KEY", "Secret-2", 1);
+  const auto refused = Run(list);
+  EXPECT_EQ(refused.status, 4);
+  EXPECT_EQ(refused.errors, "varnix-service: the account key is wrong\n");
+}
+
+TEST_F(Subcommands, RefuseWrongUsageAndSayWhatIsRight) {
+  std::ofstream(folder_ + "/latin1.xml") << "\xe4";
+  struct Case {
+    Arguments arguments;
+    int status;
+    std::string errors;
+  };
+  const Case cases[] = {
+      {{}, 2, "a subcommand is missing"},
+      {{"sing"}, 2, "unknown subcommand sing"},
+      {{"send"}, 2, "send needs TYPE"},
+      {{"send", "LIST_FILES", "--port", "1"}, 2, "send does not take --port"},
+      {{"send", "LIST_FILES", "--wait"}, 2, "--wait needs SECONDS"},
+      {{"send", "LIST_FILES", "--wait", "1s"}, 2, "--wait takes a whole number from 0 to 86400"},
+      {{"send", "SET_CLIPBOARD", "--xml-type", "XMSS"}, 2, "SET_CLIPBOARD needs xmlContent"},
+      {{"send", "SET_CLIPBOARD", "--content", "/no/such"}, 1, "/no/such cannot be read"},
+      {{"send", "SET_CLIPBOARD", "--content", folder_ + "/latin1.xml"}, 1, folder_ + "/latin1.xml is not UTF-8"},
+      {{"list", "--service", "127.0.0.1:1"}, 2, "the service's address has the form http://HOST:PORT, not 127.0.0.1:1"},
+      {{"list", "--service", "http://127.0.0.1:1"}, 4, "no answer from http://127.0.0.1:1 (Connection)"},
+      {{"show", "../x"}, 2, "../x is not a command's ID"},
+      {{"serve", "--listen", "8765"}, 2, "--listen takes ADDR:PORT, not 8765"},
+      {{"serve", "--listen", "127.0.0.1:99999"}, 2, "there is no port 99999"},
+      {{"serve", "--listen", "0.0.0.0:0"}, 2, "to be reached from other machines, the service needs a key"},
+      {{"serve", "--key", "a/b"},
+       2,
+       "a key is made of letters, digits and - . _ ~, because it is sent in addresses as it stands"},
+  };
+  for (const auto& [arguments, status, errors] : cases) {
+    const auto result = Run(arguments);
+    EXPECT_EQ(result.status, status) << errors;
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors.substr(0, result.errors.find('\n')), "varnix-service: " + errors);
+  }
+  EXPECT_EQ(Run({"--help"}).output.rfind("usage: varnix-service SUBCOMMAND", 0), 0u);
+}
+
+}  // namespace
