@@ -4,7 +4,6 @@
 #include <pthread.h>
 #include <sys/eventfd.h>
 
-#include <chrono>
 #include <csignal>
 #include <new>
 #include <system_error>
@@ -44,11 +43,11 @@ void KeepLoaded() {
 
 }  // namespace
 
-Session::Session(const std::string& display) : wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+Session::Session(const std::string& display, Milliseconds patience) : wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
   StartThread(display);
   std::unique_lock lock(mutex_);
   const auto tried = [this] { return state_ != State::kConnecting; };
-  if (!changed_.wait_for(lock, kServerPatience, tried)) KeepLoaded();
+  if (!changed_.wait_for(lock, patience, tried)) KeepLoaded();
 }
 
 Session::~Session() {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <memory>
@@ -26,9 +27,9 @@ class Session {
  public:
   enum class State { kConnecting, kConnected, kClosed };
 
-  /// Connects to `display`, waiting at most kServerPatienceMs. A server that accepts and then says nothing holds the
-  /// thread where nothing can reach it: the state stays kConnecting, and the plug-in stays in memory from then on.
-  explicit Session(const std::string& display);
+  /// Connects to `display`, waiting at most `patience`. A server that accepts and then says nothing holds the thread
+  /// where nothing can reach it: the state stays kConnecting, and the plug-in stays in memory from then on.
+  Session(const std::string& display, std::chrono::milliseconds patience);
   /// Has a clipboard manager save what this program owns, and ends the thread; both in bounded time. Not in the state
   /// kConnecting.
   ~Session();

@@ -9,13 +9,22 @@
 
 namespace x11 {
 
+namespace {
+
+constexpr std::chrono::milliseconds kPatience{kServerPatienceMs};
+
+}  // namespace
+
 SystemClipboard& SystemClipboard::Shared() {
   static SystemClipboard clipboard;
   return clipboard;
 }
 
 SystemClipboard::SystemClipboard()
-    : content_(std::make_shared<PasteboardContent>()), nextAttempt_(SteadyMilliseconds()), process_(getpid()) {}
+    : content_(std::make_shared<PasteboardContent>()),
+      nextAttempt_(SteadyMilliseconds()),
+      patience_(kPatience),
+      process_(getpid()) {}
 
 // In a process that the host has forked there is no thread to end, and the connection is still the host's. A thread
 // that waits for a server that never answers cannot be ended; it owns all it touches.
@@ -57,9 +66,13 @@ Session* SystemClipboard::ConnectedSession() {
   if (session_ == nullptr) {
     const char* const display = std::getenv("DISPLAY");
     if (display == nullptr || *display == '\0' || SteadyMilliseconds() < nextAttempt_) return nullptr;
-    session_ = std::make_unique<Session>(display);
+    session_ = std::make_unique<Session>(display, patience_);
   }
-  if (session_->state() != Session::State::kConnected) return nullptr;
+  const Session::State state = session_->state();
+  // One that was waited for in vain is not waited for again until it has come after all.
+  if (state == Session::State::kConnecting) patience_ = {};
+  if (state != Session::State::kConnected) return nullptr;
+  patience_ = kPatience;
   if (!contentOffered_) {
     // What was written without a server goes to this one, unless another program has its clipboard already.
     if (!content_->Types().empty()) session_->AcquireIfFree(*content_);

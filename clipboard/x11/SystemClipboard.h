@@ -4,6 +4,7 @@
 
 #include <sys/types.h>
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -46,6 +47,7 @@ class SystemClipboard {
   std::unique_ptr<Session> session_;
   bool contentOffered_ = false;  // to the session, when it was new
   std::int64_t nextAttempt_;
+  std::chrono::milliseconds patience_;  // with it
   const pid_t process_;
 };
 

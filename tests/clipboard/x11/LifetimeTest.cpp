@@ -18,6 +18,31 @@ using PasteboardLifetime = PasteboardFixture;
 
 std::ptrdiff_t ThreadCount() { return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {}); }
 
+/// Accepts connections and never says anything.
+class SilentServer {
+ public:
+  SilentServer() : listener_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    auto* const generic = reinterpret_cast<sockaddr*>(&address);
+    socklen_t size = sizeof address;
+    const bool listens = bind(listener_.get(), generic, size) == 0 && listen(listener_.get(), 1) == 0 &&
+                         getsockname(listener_.get(), generic, &size) == 0;
+    constexpr int kFirstPort = 6000;  // that of display 0
+    if (listens) display_ = "127.0.0.1:" + std::to_string(ntohs(address.sin_port) - kFirstPort);
+  }
+
+  /// "" when it could not be made.
+  const std::string& display() const { return display_; }
+  /// A program that has connected, if any; disconnects it when destroyed.
+  FileDescriptor Accept() const { return FileDescriptor(accept4(listener_.get(), nullptr, nullptr, SOCK_CLOEXEC)); }
+
+ private:
+  const FileDescriptor listener_;
+  std::string display_;
+};
+
 TEST_F(PasteboardLifetime, WithoutADisplayThePasteboardIsInsideTheProcess) {
   for (const char* const display : {"", ":", "nowhere.invalid:0", "/no/such/socket"}) {
     ConnectTo(display);
@@ -92,19 +117,28 @@ TEST_F(PasteboardLifetime, AServerThatHangsIsGivenUp) {
 }
 
 TEST_F(PasteboardLifetime, AServerThatNeverAnswersHoldsNeitherTheWriteNorTheExit) {
-  const FileDescriptor listener(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t size = sizeof address;
-  ASSERT_EQ(bind(listener.get(), reinterpret_cast<const sockaddr*>(&address), size), 0);
-  ASSERT_EQ(listen(listener.get(), 1), 0);
-  ASSERT_EQ(getsockname(listener.get(), reinterpret_cast<sockaddr*>(&address), &size), 0);
-  constexpr int kFirstPort = 6000;  // that of display 0
-  setenv("DISPLAY", ("127.0.0.1:" + std::to_string(ntohs(address.sin_port) - kFirstPort)).c_str(), 1);
+  const SilentServer server;
+  ASSERT_NE(server.display(), "");
+  setenv("DISPLAY", server.display().c_str(), 1);
   EXPECT_EQ(RunProcess({SHORT_LIVED_PROGRAM, "10"}).status, 0);
-  const FileDescriptor accepted(accept4(listener.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
-  EXPECT_TRUE(accepted.IsOpen());  // it did try
+  EXPECT_TRUE(server.Accept().IsOpen());  // it did try
+}
+
+TEST_F(PasteboardLifetime, AServerThatWasWaitedForInVainIsNotWaitedForAgain) {
+  const SilentServer server;
+  ASSERT_NE(server.display(), "");
+  ConnectTo(server.display());
+  ASSERT_TRUE(Write("ours", {}));
+  for (auto attempts = kMaxSeconds * 1000 / x11::kServerPatienceMs; attempts > 0;) {  // too many to wait for each
+    if (server.Accept().IsOpen()) --attempts;
+    AdvanceClock(x11::kReconnectPauseMs);
+    EXPECT_EQ(Text(), "ours");
+  }
+  ConnectTo(server_->display());
+  while (other_->OwnerOf("CLIPBOARD") == XCB_NONE) {
+    AdvanceClock(x11::kReconnectPauseMs);
+    EXPECT_EQ(Text(), "ours");
+  }
 }
 
 TEST_F(PasteboardLifetime, UnloadingLeavesNeitherCodeNorThreads) {
