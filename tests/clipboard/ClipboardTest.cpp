@@ -47,6 +47,7 @@ TEST_F(ClipboardTest, WritesTheBytesUnchangedUnderEveryNameOfTheKind) {
     for (const auto& xml : {std::string(kSnippet), "\xEF\xBB\xBF\r\n<x/>\r"s, "a\0b"s, std::string(1 << 20, 'x')}) {
       std::string error, read;
       EXPECT_TRUE(Clipboard::SetXML("XMSS", xml, error));
+      EXPECT_EQ(fake.calls.back(), older ? "SynchronizeItems" : "SetString");
       ExpectXml("XMSS", xml);
       EXPECT_TRUE(Clipboard::GetXML("XMSS", read, error));
       EXPECT_EQ(read, xml);
@@ -88,9 +89,12 @@ TEST_F(ClipboardTest, NamesTheLastTypeThatTheGeneralViewRefusesAndWritesTheOther
   EXPECT_EQ(error, "ERROR: NSPasteboard setString failed");
 }
 
-TEST_F(ClipboardTest, WritesNoTextFormOfBytesThatAreNotUtf8) {
+TEST_F(ClipboardTest, WritesNeitherTextNorTypeNamesThatAreNotUtf8) {
   fake.hasItems = false;
   std::string error;
+  EXPECT_TRUE(Clipboard::SetXML("XMS\xFF", kSnippet, error));
+  EXPECT_EQ(fake.items.front(), (FakePasteboard::Item{{"CorePasteboardFlavorType 0x584D53FF", kSnippet},
+                                                      {"public.utf8-plain-text", kSnippet}}));
   EXPECT_TRUE(Clipboard::SetXML("XMSS", "<\xFF>", error));
   EXPECT_EQ(fake.Bytes("Mac-XMSS"), "<\xFF>");
   EXPECT_EQ(fake.items.front().size(), kStepTypes.size());
@@ -109,6 +113,10 @@ TEST_F(ClipboardTest, ReadsItemsBeforeCandidates) {
     Clipboard::GetXML("XMSS", xml, error);
     EXPECT_EQ(xml, "second item, first name") << "the general view goes by candidates";
   }
+  fake.items.front() = {{"Other", "0"}};
+  fake.refused = {"DataForType CorePasteboardFlavorType 0x584D5353"};
+  Clipboard::GetXML("XMSS", xml, error);
+  EXPECT_EQ(xml, "second item, first name") << "the older view reads to the last item";
 }
 
 TEST_F(ClipboardTest, DropsTheHeaderOnlyInFrontOfASnippet) {

@@ -12,6 +12,7 @@
 
 namespace {
 
+using namespace std::string_literals;
 using Names = std::vector<std::string>;
 
 TEST(ClipboardTypeCandidates, StandInTheOrderInWhichTheyAreTried) {
@@ -66,31 +67,17 @@ std::string SlowDetection(const std::string& xml) {
 }
 
 TEST(DetectXmlClipboardType, AgreesWithTheTestsOneAfterTheOther) {
-  const std::string pieces[] = {"<Step",
-                                "<Script",
-                                "ScriptUUID",
-                                "ScriptUUI",
-                                "<BaseTable",
-                                "<Table",
-                                "<Field",
-                                "<ValueList",
-                                "<CustomFunction",
-                                "<Ste",
-                                "<",
-                                "U",
-                                "UUID",
-                                "Script",
-                                "x",
-                                "<field",
-                                std::string(3000, ' '),
-                                std::string(40000, '<'),
-                                std::string(33000, 'U')};
+  std::vector<std::string> pieces = {"<Step",  "<Script", "ScriptUUID", "ScriptUUI",      "<BaseTable", "<Table",
+                                     "<Field", "<Ste",    "<field",     "UUID",           "Script",     "<ValueList",
+                                     "<",      "U",       "x",          "<CustomFunction"};
+  for (const auto& [size, c] : {std::pair(3000, ' '), {40000, '<'}, {33000, 'U'}}) pieces.emplace_back(size, c);
   std::mt19937 random(1);
   for (int round = 0; round < 3000; ++round) {
     std::string xml;
     // Mostly little is in it, so that every mark gets its chance to win, across the edges of blocks too.
-    for (int n = static_cast<int>(random() % 6); n > 0; --n)
-      xml += pieces[random() % std::size(pieces)].substr(0, 1 + random() % 40000);
+    for (int n = static_cast<int>(random() % 6); n > 0; --n) {
+      xml += pieces[random() % pieces.size()].substr(0, 1 + random() % 40000);
+    }
     EXPECT_EQ(DetectXmlClipboardType(xml), SlowDetection(xml));
   }
   for (std::size_t before : {32766u, 32767u, 32768u, 65530u}) {
@@ -126,17 +113,13 @@ struct Probe : testing::Test {
 TEST_F(Probe, TriesKindsInTheirOwnOrder) {
   for (const bool older : {true, false}) {
     fake.hasItems = older;
-    for (const auto& [present, expected] : {std::pair<Names, const char*>{{"Mac-XMTB", "Mac-XMSC"}, "XMSC"},
-                                            {{"XMLO", "Mac-XMVL", "Mac-XMFN"}, "XMFN"},
-                                            {{"Mac-XMFN", "FieldDefinition", "BaseTable"}, "XMTB"},
-                                            {{"XMLO"}, "XMLO"}}) {
-      FakePasteboard::Item item;
-      for (const auto& name : present) item.emplace_back(name, name);
+    FakePasteboard::Item item;
+    for (const char* kind : {"XMLO", "XMVL", "XMFN", "XMFD", "XMTB", "XML2", "XMSC", "XMSS"}) {
+      item.emplace_back("Mac-"s + kind, kind);
       fake.Replace(item);
       std::string code, xml, error = "of an earlier call";
       EXPECT_TRUE(ProbeFileMakerClipboardXML(code, xml, error));
-      EXPECT_EQ(code, expected);
-      EXPECT_EQ(error, "");
+      EXPECT_EQ(code + xml + error, kind + ""s + kind);
     }
   }
 }

@@ -68,7 +68,7 @@ XClient::Content XClient::Take(const std::string& property, xcb_window_t window)
 }
 
 XClient::Content XClient::TakePieces(const std::string& property) {
-  Content all{"", "", 0};
+  Content all;
   const xcb_atom_t atom = Atom(property);
   while (const auto event = Next(XCB_PROPERTY_NOTIFY)) {
     const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(*event);
@@ -78,7 +78,6 @@ XClient::Content XClient::TakePieces(const std::string& property) {
     all.type = piece.type;
     if (piece.bytes.empty()) break;
     all.bytes += piece.bytes;
-    ++all.pieces;
   }
   return all;
 }

@@ -21,7 +21,6 @@ class XClient {
   struct Content {
     std::string type;  ///< "" when there was no such property
     std::string bytes;
-    int pieces = 1;
   };
 
   explicit XClient(const std::string& display);
