@@ -1,5 +1,4 @@
 // Accounts and privileges of an export, and what its file does on opening.
-#include <algorithm>
 #include <string_view>
 
 #include "sim/solution/Catalogs.h"
@@ -20,10 +19,9 @@ std::u16string AccountName(pugi::xml_node parent) {
 
 void GrantToSets(pugi::xml_node extendedPrivilege, std::vector<PrivilegeSet>& sets) {
   for (const pugi::xml_node reference : extendedPrivilege.child("ObjectList").children("PrivilegeSetReference")) {
-    const auto set = std::find_if(sets.begin(), sets.end(), [id = xml::Id(reference)](const PrivilegeSet& candidate) {
-      return candidate.id == id;
-    });
-    if (set != sets.end()) set->extendedPrivileges.push_back(xml::Name(extendedPrivilege));
+    for (PrivilegeSet& set : sets) {
+      if (set.id == xml::Id(reference)) set.extendedPrivileges.push_back(xml::Name(extendedPrivilege));
+    }
   }
 }
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <initializer_list>
 #include <map>
 #include <optional>
 #include <string>
@@ -67,4 +68,12 @@ struct FormulaCase {
 template <size_t size>
 void ExpectAll(const FormulaCase (&cases)[size], TestEnvironment environment = {}) {
   for (const FormulaCase& test : cases) EXPECT_EQ(environment.Show(test.formula), test.shown) << test.formula;
+}
+
+/// The formulas that all show the same.
+inline void ExpectEach(const char* shown, std::initializer_list<std::string_view> formulas) {
+  TestEnvironment environment;
+  for (const std::string_view formula : formulas) {
+    EXPECT_EQ(environment.Show(formula), shown) << formula.substr(0, 100);
+  }
 }

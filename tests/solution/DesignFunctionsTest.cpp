@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -19,127 +20,117 @@ class DesignFunctionsTest : public testing::Test {
     dotted_.fileName = u"Log.v2.fmp12";
     dotted_.name = u"Log.v2";
     dotted_.occurrences = {{1, u"Entries", {}}};
-    closed_ = dotted_;
-    closed_.fileName = u"Closed.fmp12";
-    closed_.name = u"Closed";
+    dotted_.valueLists = {{1, u"Levels", u"High"}};
     open_.files = {&sales_, &dotted_};
     open_.windows = {{u"Log", &dotted_}, {u"Sales", &sales_}, {u"Sales - 2", &sales_}};
   }
 
+  struct Case {
+    const char* call;  ///< the function and its arguments, separated by semicolons
+    const char* expected;
+  };
+
   /// Carriage returns as |; "no function" or "wrong number" when FileMaker could not parse the call.
-  std::string Call(std::u16string_view name, const std::vector<std::u16string>& arguments) {
+  std::string Call(const char* call) {
+    std::vector<calc::Value> arguments;
+    std::stringstream parts(call);
+    for (std::string part; std::getline(parts, part, ';');) {
+      arguments.push_back(calc::Value::OfText(calc::ToUtf16(part)));
+    }
+    const std::u16string name = arguments.front().AsText();
+    arguments.erase(arguments.begin());
     const auto functions = DesignFunctions(open_, current_, behaviour_);
     const auto function = std::find_if(functions.begin(), functions.end(),
-                                       [name](const calc::HostFunction& candidate) { return candidate.name == name; });
+                                       [&name](const calc::HostFunction& candidate) { return candidate.name == name; });
     if (function == functions.end()) return "no function";
     const int count = static_cast<int>(arguments.size());
     if (count < function->minArguments || (function->maxArguments >= 0 && count > function->maxArguments)) {
       return "wrong number";
     }
-    std::vector<calc::Value> values;
-    for (const auto& argument : arguments) values.push_back(calc::Value::OfText(argument));
-    std::string text = calc::ToUtf8(function->call(values).AsText());
+    std::string text = calc::ToUtf8(function->call(arguments).AsText());
     std::replace(text.begin(), text.end(), '\r', '|');
     return text;
   }
 
+  void ExpectAll(const std::vector<Case>& cases) {
+    for (const Case& test : cases) EXPECT_EQ(Call(test.call), test.expected) << test.call;
+  }
+
   Solution sales_ = SampleSolution();
   Solution dotted_;
-  Solution closed_;
   OpenFiles open_;
   const Solution* current_ = &sales_;
   HostBehaviour behaviour_;
 };
 
 TEST_F(DesignFunctionsTest, ListNamesInTheOrderOfTheirKind) {
-  const struct {
-    const char16_t* name;
-    std::vector<std::u16string> arguments;
-    const char* expected;
-  } cases[] = {
-      {u"TableNames", {u""}, "Orders|contacts|SysLog|Remote"},
-      {u"TableIDs", {u""}, "1065089|1065090|1065091|1065092"},
-      {u"BaseTableNames", {u""}, "Orders|Contacts"},
-      {u"LayoutNames", {u""}, "List|-|Orders|Blank"},
-      {u"ScriptNames", {u""}, "Start|-|Reset"},
-      {u"ValueListNames", {u""}, "Names|YN"},
-      {u"ValueListItems", {u"", u"yn"}, "Yes|No"},
-      {u"ValueListItems", {u"", u"Names"}, ""},
-      {u"ValueListItems", {u"", u"Nope"}, ""},
-      {u"PrivilegeSetNames", {u""}, "[Full Access]|[Read-Only Access]"},
-      {u"CustomFunctionNames", {u""}, "Zip|Add"},
-      {u"CustomFunctionNames", {}, "Zip|Add"},
-      {u"WindowNames", {}, "Log|Sales|Sales - 2"},
-      {u"WindowNames", {u""}, "Sales|Sales - 2"},
-      {u"WindowNames", {u"Log.v2.fmp12"}, "Log"},
-      {u"WindowNames", {u"Closed"}, ""},
-      {u"DatabaseNames", {}, "Sales|Log.v2"},
-      {u"ExecuteSQL", {u"SELECT TableId FROM FileMaker_Tables WHERE TableName = ?", u"", u"", u"SysLog"}, "1065091"},
-      {u"ExecuteSQL",
-       {u"SELECT FieldId, FieldName FROM FileMaker_BaseTableFields WHERE FieldId < 3", u"::", u"|"},
-       "2::Number|1::Title|1::Name"},
-      {u"ExecuteSQL", {u"SELECT", u""}, "wrong number"},
-      {u"ScriptNames", {}, "wrong number"},
-      {u"FieldNames", {u""}, "wrong number"}};
-  for (const auto& test : cases) EXPECT_EQ(Call(test.name, test.arguments), test.expected) << calc::ToUtf8(test.name);
+  ExpectAll({{"TableNames;Sales", "Orders|contacts|SysLog|Remote"},
+             {"TableIDs;Sales", "1065089|1065090|1065091|1065092"},
+             {"BaseTableNames;Sales", "Orders|Contacts"},
+             {"LayoutNames;Sales", "List|-|Orders|Blank"},
+             {"ValueListNames;Sales", "Names|YN"},
+             {"ValueListItems;;yn", "Yes|No"},
+             {"ValueListItems;;Names", ""},
+             {"ValueListItems;;Nope", ""},
+             {"PrivilegeSetNames;Sales", "[Full Access]|[Read-Only Access]"},
+             {"CustomFunctionNames", "Zip|Add"},
+             {"WindowNames", "Log|Sales|Sales - 2"},
+             {"WindowNames;Sales", "Sales|Sales - 2"},
+             {"WindowNames;Log.v2.fmp12", "Log"},
+             {"WindowNames;Closed", ""},
+             {"DatabaseNames", "Sales|Log.v2"},
+             {"ExecuteSQL;SELECT FieldId, FieldName FROM FileMaker_BaseTableFields WHERE FieldName > ?;/;!;Scan",
+              "1/Title!3/Total"},
+             {"ExecuteSQL;SELECT;x", "wrong number"},
+             {"ScriptNames", "wrong number"},
+             {"FieldNames;Sales", "wrong number"}});
 }
 
 TEST_F(DesignFunctionsTest, FieldsComeFromALayoutsTableBeforeAnOccurrenceOfThatName) {
-  const struct {
-    const char16_t* name;
-    std::vector<std::u16string> arguments;
-    const char* expected;
-  } cases[] = {{u"FieldNames", {u"", u"ORDERS"}, "Name"},
-               {u"FieldNames", {u"", u"List"}, "Name"},
-               {u"FieldNames", {u"", u"Contacts"}, "Name"},
-               {u"FieldNames", {u"", u"Remote"}, ""},
-               {u"FieldNames", {u"", u"Blank"}, ""},
-               {u"FieldNames", {u"", u"Zoo"}, ""},
-               {u"FieldNames", {u"", u"-"}, ""},
-               {u"FieldNames", {u"", u"Nope"}, ""},
-               {u"FieldType", {u"", u"Orders::number"}, "Standard Number Indexed 1"},
-               {u"FieldType", {u"", u"Title"}, "Standard Text Unindexed 3"},
-               {u"FieldType", {u"", u"Total"}, "StoredCalc Number Unindexed 1"},
-               {u"FieldType", {u"", u"Now"}, "UnstoredCalc Time Unindexed 1"},
-               {u"FieldType", {u"", u"Latest"}, "Summary Timestamp Unindexed 1"},
-               {u"FieldType", {u"", u"Orders::Due"}, "Global Date Unindexed 1"},
-               {u"FieldType", {u"", u"Orders::Name"}, ""},
-               {u"FieldType", {u"", u"Nope::Title"}, ""},
-               {u"FieldComment", {u"", u"Orders::Number"}, "unique"},
-               {u"FieldRepetitions", {u"", u"List", u"Name"}, "1"},
-               {u"FieldRepetitions", {u"", u"List", u"Title"}, ""}};
-  for (const auto& test : cases)
-    EXPECT_EQ(Call(test.name, test.arguments), test.expected) << calc::ToUtf8(test.arguments[1]);
+  ExpectAll({{"FieldNames;;ORDERS", "Name"},
+             {"FieldNames;;List", "Name"},
+             {"FieldNames;;Contacts", "Name"},
+             {"FieldNames;;Remote", ""},
+             {"FieldNames;;Blank", ""},
+             {"FieldNames;;Zoo", ""},
+             {"FieldNames;;-", ""},
+             {"FieldNames;;Nope", ""},
+             {"FieldType;;Orders::number", "Standard Number Indexed 1"},
+             {"FieldType;;Title", "Standard Text Unindexed 3"},
+             {"FieldType;;Total", "StoredCalc Number Unindexed 1"},
+             {"FieldType;;Now", "UnstoredCalc Time Unindexed 1"},
+             {"FieldType;;Latest", "Summary Timestamp Unindexed 1"},
+             {"FieldType;;Orders::Due", "Global Date Unindexed 1"},
+             {"FieldType;;Orders::Name", ""},
+             {"FieldType;;Nope::Title", ""},
+             {"FieldComment;;Orders::Number", "unique"},
+             {"FieldRepetitions;;List;Name", "1"},
+             {"FieldRepetitions;;List;Title", ""}});
   sales_.layouts.clear();
-  EXPECT_EQ(Call(u"FieldNames", {u"", u"ORDERS"}), "Title|Number|Total|Now|Latest|Due|Scan");
-  EXPECT_EQ(Call(u"FieldIDs", {u"", u"ORDERS"}), "1|2|3|4|5|6|7");
-  EXPECT_EQ(Call(u"FieldRepetitions", {u"", u"Orders", u"title"}), "3");
+  ExpectAll({{"FieldNames;;ORDERS", "Title|Number|Total|Now|Latest|Due|Scan"},
+             {"FieldIDs;;ORDERS", "1|2|3|4|5|6|7"},
+             {"FieldRepetitions;;Orders;title", "3"}});
 }
 
 TEST_F(DesignFunctionsTest, TheFileIsNamedWithoutRegardToCaseAndWithItsExtensionIfItHoldsAPeriod) {
-  const struct {
-    const char16_t* file;
-    const char* expected;
-  } cases[] = {{u"SALES", "Start|-|Reset"},
-               {u"sales.FMP12", "Start|-|Reset"},
-               {u"Log.v2", ""},
-               {u"Closed", ""},
-               {u"Sales.xml", ""},
-               {u"fmp12", ""}};
-  for (const auto& test : cases) EXPECT_EQ(Call(u"ScriptNames", {test.file}), test.expected) << calc::ToUtf8(test.file);
-  EXPECT_EQ(Call(u"TableNames", {u"log.v2.fmp12"}), "Entries");
+  ExpectAll({{"ScriptNames;SALES", "Start|-|Reset"},
+             {"ScriptNames;sales.FMP12", "Start|-|Reset"},
+             {"TableNames;log.v2.fmp12", "Entries"},
+             {"TableNames;Log.v2", ""},
+             {"TableNames;Closed", ""},
+             {"TableNames;Sales.xml", ""},
+             {"ValueListItems;;Levels", ""}});
   current_ = &dotted_;
-  EXPECT_EQ(Call(u"TableNames", {u""}), "Entries");
+  ExpectAll({{"ValueListItems;;Levels", "High"}});
   current_ = nullptr;
-  EXPECT_EQ(Call(u"TableNames", {u""}), "");
-  EXPECT_EQ(Call(u"ExecuteSQL", {u"SELECT * FROM FileMaker_Tables", u"", u""}), "?");
+  ExpectAll({{"ValueListItems;;Levels", ""}, {"ExecuteSQL;SELECT * FROM FileMaker_Tables;,;,", "?"}});
 }
 
 TEST_F(DesignFunctionsTest, AsInFileMakerSomeListsHaveNoFunction) {
   behaviour_.allDesignFunctions = false;
-  EXPECT_EQ(Call(u"PrivilegeSetNames", {u""}), "no function");
-  EXPECT_EQ(Call(u"CustomFunctionNames", {u""}), "no function");
-  EXPECT_EQ(Call(u"ScriptNames", {u""}), "Start|-|Reset");
+  ExpectAll({{"PrivilegeSetNames;Sales", "no function"},
+             {"CustomFunctionNames;Sales", "no function"},
+             {"ScriptNames;Sales", "Start|-|Reset"}});
 }
 
 }  // namespace

@@ -43,7 +43,6 @@ TEST(Sql, Selects) {
       {"SELECT * FROM FileMaker_BaseTables", "Orders|129|4/Contacts|131|12"},
       {"SELECT * FROM FileMaker_BaseTableFields WHERE FieldId = 1",
        "Orders|Title|varchar(20)|1|Normal|3|4/Contacts|Name|global varchar|1|Normal|1|12"},
-      {"SELECT TableName FROM FileMaker_Fields WHERE FieldName = 'Name'", "SysLog/contacts"},
       {"select\ttablename,\r\n\"TABLEID\" from filemaker_tables where TABLEID=1065089", "Orders|1065089"},
       {"SELECT f.FieldName FROM FileMaker_Fields AS f WHERE F.FieldId = 7 ORDER BY f.\"TableName\"", "Scan"},
       {"SELECT \"x\".TableId, BaseTableName FROM FileMaker_Tables \"X\" WHERE X.TableName = 'Orders'",
@@ -53,13 +52,11 @@ TEST(Sql, Selects) {
       {"SELECT COUNT ( * ) FROM FileMaker_Fields WHERE FieldName = 'none'", "0"},
       {"SELECT DISTINCT BaseTableName FROM FileMaker_Tables", "Contacts/Orders/"},
       {"SELECT DISTINCT FieldClass FROM FileMaker_Fields ORDER BY FieldClass DESC", "Summary/Normal/Calculated"},
-      {"SELECT TableName FROM FileMaker_Tables ORDER BY TableName", "Orders/Remote/SysLog/contacts"},
       {"SELECT TableName FROM FileMaker_Tables ORDER BY BaseTableName DESC, TableId ASC",
        "Orders/contacts/SysLog/Remote"},
       {"SELECT BaseTableName FROM FileMaker_BaseTables ORDER BY ModCount", "Orders/Contacts"},
       {"SELECT Title FROM Orders", ""},
       {"SELECT \"Title\", Due FROM \"ORDERS\" WHERE Number > 1 AND Due = 'x' ORDER BY Total", ""},
-      {"SELECT COUNT(*) FROM Orders", "0"},
       {"SELECT * FROM Remote", ""}};
   for (const Case& test : cases) EXPECT_EQ(Query(test.query), test.expected) << test.query;
 }
@@ -70,15 +67,11 @@ TEST(Sql, Filters) {
                         {"FieldName < 'Now'", "Due/Latest"},
                         {"FieldId >= 6 OR FieldName = 'Now' AND FieldId = 1", "Due/Scan"},
                         {"( FieldId >= 6 OR FieldName = 'Now' ) AND FieldId < 7", "Due/Now"},
-                        {"NOT FieldId > 1", "Title"},
                         {"NOT ( FieldId > 1 AND NOT FieldId = 7 )", "Scan/Title"},
-                        {"FieldName LIKE 'T%'", "Title/Total"},
                         {"FieldName LIKE '%t%e%'", "Latest/Title"},
                         {"FieldName LIKE 'N_w%%'", "Now"},
-                        {"FieldName LIKE 't%'", ""},
                         {"FieldName NOT LIKE '%t%'", "Due/Now/Number/Scan"},
                         {"FieldName LIKE ''", ""},
-                        {"FieldName NOT LIKE ''", ""},
                         {"FieldName IN ( 'Now', 'Due', '' )", "Due/Now"},
                         {"FieldId NOT IN (1,2,3,4)", "Due/Latest/Scan"},
                         {"FieldId NOT IN (1,'')", "?"},
@@ -86,8 +79,7 @@ TEST(Sql, Filters) {
                         {"FieldId BETWEEN 2 AND 4 AND FieldId <> 3", "Now/Number"},
                         {"FieldId NOT BETWEEN 2.5 AND 7", "Number/Title"},
                         {"FieldType IS NULL", ""},
-                        {"FieldId IS NOT NULL AND FieldId = 1", "Title"},
-                        {"FieldName = 'O''Hara' OR FieldId = 1", "Title"},
+                        {"FieldName = 'O''Hara' OR FieldId IS NOT NULL AND FieldId = 1", "Title"},
                         {"FieldName = FieldName AND FieldId = FieldReps", ""},
                         {"FieldName = '' OR FieldName <> ''", ""}};
   for (const Case& test : cases) {
