@@ -87,11 +87,11 @@ void Network::StartTransfer(Request request, std::function<void(Outcome)> comple
   @autoreleasepool {
     const auto delivery = std::make_shared<Delivery>(std::move(completion));
     @try {
-      NSURLSessionDataTask* task = [[NSURLSession sharedSession]
-          dataTaskWithRequest:ToURLRequest(std::move(request))
-            completionHandler:^(NSData* data, NSURLResponse* response, NSError* error) {
-              delivery->Deliver(ToOutcome(data, response, error));
-            }];
+      NSURLSessionDataTask* task =
+          [[NSURLSession sharedSession] dataTaskWithRequest:ToURLRequest(std::move(request))
+                                          completionHandler:^(NSData* data, NSURLResponse* response, NSError* error) {
+                                            delivery->Deliver(ToOutcome(data, response, error));
+                                          }];
       [task resume];
     } @catch (...) {  // the delivery, left alone, tells of it
     }

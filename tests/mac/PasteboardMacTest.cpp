@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "tests/mac/standin/PasteboardControl.h"
+#include "tests/mac/standin/StandIn.h"
 #include "tests/support/FakePasteboard.h"
 
 namespace {
@@ -182,15 +183,15 @@ TEST_F(PasteboardMacTest, KeepsNothingAliveBeyondAnAccess) {
     pasteboard->DataForType("A", bytes);
     pasteboard->String();
     pasteboard->Types();
-    return PasteboardControl::FoundationObjects();
+    return StandIn::FoundationObjects();
   };
   for (const bool raises : {false, true}) {
     if (raises) PasteboardControl::raising = {"SetData A", "SetString", "String"};
     useAll();  // the runtime keeps some objects from the first time
-    const int before = PasteboardControl::FoundationObjects();
+    const int before = StandIn::FoundationObjects();
     const int during = useAll();
     EXPECT_GT(during, before);
-    EXPECT_EQ(PasteboardControl::FoundationObjects(), before);
+    EXPECT_EQ(StandIn::FoundationObjects(), before);
     EXPECT_EQ(PasteboardControl::CoreObjects(), 0u);
   }
 }

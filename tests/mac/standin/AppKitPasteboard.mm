@@ -1,11 +1,10 @@
 // NSPasteboard over FakePasteboard::Current().
 #import <AppKit/AppKit.h>
-#import <Foundation/NSDebug.h>
 
 #include <algorithm>
-#include <cstdlib>
 
 #include "tests/mac/standin/PasteboardControl.h"
+#include "tests/mac/standin/StandIn.h"
 #include "tests/support/FakePasteboard.h"
 
 NSPasteboardType const NSPasteboardTypeString = @"public.utf8-plain-text";
@@ -13,7 +12,7 @@ NSString* const NSPasteboardCommunicationException = @"NSPasteboardCommunication
 
 namespace {
 
-using PasteboardControl::Misuse;
+using StandIn::Misuse;
 
 FakePasteboard& Store() { return *FakePasteboard::Current(); }
 
@@ -132,13 +131,3 @@ BOOL Put(const std::string& type, const std::string& bytes) {
 }
 
 @end
-
-int PasteboardControl::FoundationObjects() {
-  static const bool wasCounting = GSDebugAllocationActive(YES);
-  static_cast<void>(wasCounting);
-  int count = 0;
-  Class* classes = GSDebugAllocationClassList();
-  for (Class* each = classes; each != nullptr && *each != Nil; ++each) count += GSDebugAllocationCount(*each);
-  free(classes);
-  return count;
-}

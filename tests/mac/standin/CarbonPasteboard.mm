@@ -2,13 +2,12 @@
 // there at the reference's last PasteboardSynchronize.
 #import <ApplicationServices/ApplicationServices.h>
 
-#include <cstdio>
-#include <cstdlib>
 #include <map>
 #include <memory>
 
 #include "core/Utf8.h"
 #include "tests/mac/standin/PasteboardControl.h"
+#include "tests/mac/standin/StandIn.h"
 #include "tests/support/FakePasteboard.h"
 
 struct __CFString {
@@ -28,7 +27,7 @@ struct OpaquePasteboardRef {
 
 namespace {
 
-using PasteboardControl::Misuse;
+using StandIn::Misuse;
 
 constexpr std::uintptr_t kFirstForeignIdentifier = 0x5000;  // no index looks like it
 
@@ -76,11 +75,6 @@ const std::string* FindFlavor(const FakePasteboard::Item& item, const std::strin
 }  // namespace
 
 std::size_t PasteboardControl::CoreObjects() { return Live().size(); }
-
-void PasteboardControl::Misuse(const std::string& what) {
-  std::fprintf(stderr, "misuse of the system's interface: %s\n", what.c_str());
-  std::abort();
-}
 
 CFStringRef StandInConstantString(const char* text) {
   static std::map<std::string, __CFString> constants;

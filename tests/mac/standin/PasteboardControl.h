@@ -1,7 +1,7 @@
 // A test's hold on the stand-ins of Carbon's and AppKit's pasteboard. What is on the pasteboard, which calls it refuses
 // and which it has seen is FakePasteboard::Current(), under the names of the seam's methods, so that the tests of the
 // clipboard operations run on the macOS unit as they are. Besides those names, "GetItemIdentifier", "CFString" and
-// "CFData" can be refused. A call that the real system would not survive ends the test.
+// "CFData" can be refused.
 #pragma once
 
 #include <cstddef>
@@ -15,10 +15,5 @@ inline std::set<std::string> raising;
 
 /// Core Foundation objects, pasteboard references among them, that have not been released.
 std::size_t CoreObjects();
-
-/// Foundation's objects alive, less those at the first call; autoreleased ones count until their pool is drained.
-int FoundationObjects();
-
-[[noreturn]] void Misuse(const std::string& what);
 
 }  // namespace PasteboardControl

@@ -1,0 +1,71 @@
+// The URL layer of macOS over a stand-in of the URL session, beyond what the tests of the HTTP calls show of it.
+#include <gtest/gtest.h>
+
+#include <future>
+
+#include "net/Transfer.h"
+#include "tests/mac/standin/StandIn.h"
+#include "tests/mac/standin/UrlSessionControl.h"
+#include "tests/support/FakeUrlLayer.h"
+
+namespace {
+
+using UrlSessionControl::Mood;
+
+constexpr char kUrl[] = "http://a.example/";
+
+struct NetworkMacTest : testing::Test {
+  ~NetworkMacTest() override { UrlSessionControl::mood = Mood::kWilling; }
+
+  static Network::Outcome Transfer(Mood mood = Mood::kWilling) {
+    UrlSessionControl::mood = mood;
+    const auto promise = std::make_shared<std::promise<Network::Outcome>>();
+    Network::StartTransfer({kUrl, "POST", {{"Accept", "*/*"}}, "body"},
+                           [promise](Network::Outcome outcome) { promise->set_value(std::move(outcome)); });
+    return promise->get_future().get();
+  }
+
+  FakeUrlLayer layer;
+};
+
+TEST_F(NetworkMacTest, TakesNoTextForAUrlThatFoundationRefuses) {
+  EXPECT_TRUE(Network::IsURL(kUrl));
+  for (const char* text : {"http://a.example/a b", "http://a.example/\xC3", "\xFF"}) EXPECT_FALSE(Network::IsURL(text));
+}
+
+TEST_F(NetworkMacTest, AsksForNothingCachedAndForTheTimeLimit) {
+  Transfer();
+  EXPECT_EQ(UrlSessionControl::cachePolicy, 1u);
+  EXPECT_EQ(UrlSessionControl::timeoutInterval, 90);
+}
+
+TEST_F(NetworkMacTest, TellsOfEveryTransferThatTheSessionDoesNotMake) {
+  for (const Mood mood : {Mood::kMakesNoTask, Mood::kRaises, Mood::kForgets}) {
+    EXPECT_EQ(Transfer(mood).failure, "The transfer could not be started.");
+  }
+  EXPECT_TRUE(layer.calls.empty());
+}
+
+TEST_F(NetworkMacTest, MakesDoWithWhatTheSessionLeavesOut) {
+  layer.answer = {true, "body", "", 404};
+  const Network::Outcome notHttp = Transfer(Mood::kIsNotHttp);
+  EXPECT_EQ(notHttp.body, "body");
+  EXPECT_EQ(notHttp.status, 0);
+  layer.answer.failure = "nobody will read this";
+  EXPECT_EQ(Transfer(Mood::kDescribesNothing).failure, "The transfer failed.");
+}
+
+TEST_F(NetworkMacTest, KeepsNothingAliveBeyondATransfer) {
+  int before = 0;
+  for (const bool first : {true, false}) {  // the runtime keeps some objects from the first time
+    for (const Mood mood : {Mood::kWilling, Mood::kMakesNoTask, Mood::kRaises, Mood::kForgets}) {
+      FakeUrlLayer other;
+      other.answer = {true, "body", "", 200};
+      Transfer(mood);
+    }
+    if (first) before = StandIn::FoundationObjects();
+  }
+  EXPECT_EQ(StandIn::FoundationObjects(), before);
+}
+
+}  // namespace

@@ -1,0 +1,53 @@
+// A URL layer that answers every transfer as its test says, from another thread, and records what it was asked for.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "net/Transfer.h"
+
+class FakeUrlLayer {
+ public:
+  struct Call {
+    std::string url;
+    std::string method;
+    std::map<std::string, std::string> headers;
+    std::string body;
+    const void* bodyAddress;  ///< where the body was when it arrived here
+  };
+
+  FakeUrlLayer() { Current() = this; }
+  ~FakeUrlLayer() {
+    for (auto& thread : threads_) thread.join();
+    Current() = nullptr;
+  }
+
+  /// The one that serves the seam.
+  static FakeUrlLayer*& Current() {
+    static FakeUrlLayer* current = nullptr;
+    return current;
+  }
+
+  std::vector<Call> calls;
+  Network::Outcome answer;
+  /// Whether answers wait for Deliver().
+  bool holds = false;
+
+  void Take(Call call, std::function<void(Network::Outcome)> completion) {
+    calls.push_back(std::move(call));
+    held_.push_back([completion = std::move(completion), outcome = answer] { completion(outcome); });
+    if (!holds) Deliver();
+  }
+
+  void Deliver() {
+    for (auto& answering : std::exchange(held_, {})) threads_.emplace_back(std::move(answering));
+  }
+
+ private:
+  std::vector<std::function<void()>> held_;
+  std::vector<std::thread> threads_;
+};
