@@ -9,7 +9,7 @@ for group in "$@"; do
     plugin) packages="$packages g++ cmake make pkg-config libxcb1-dev libcurl4-openssl-dev" ;;
     tools) packages="$packages libgmp-dev libmpfr-dev libicu-dev libpugixml-dev libedit-dev
                     libcpp-httplib-dev nlohmann-json3-dev libsqlite3-dev" ;;
-    test) packages="$packages clang libclang-rt-dev? libgtest-dev libbenchmark-dev rapidjson-dev libssl-dev openssl
+    test) packages="$packages clang libclang-rt-dev? libgtest-dev libbenchmark-dev rapidjson-dev libssl-dev openssl curl
                     libgnustep-base-dev libblocksruntime-dev binutils xvfb xclip" ;;
     *) echo "install-packages: unknown group $group" >&2; exit 2 ;;
   esac

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cstdint>
 #include <cstdlib>
 #include <stdexcept>
 #include <utility>
@@ -104,6 +105,21 @@ std::string LoopbackServer::Connection::ReadRequest() {
     if (count <= 0) return "";
     bytes.append(buffer, static_cast<std::size_t>(count));
   }
+}
+
+bool LoopbackServer::Connection::SkipRequest() {
+  std::string head;
+  std::string buffer(1 << 20, '\0');
+  for (std::size_t received = 0, size = SIZE_MAX; received < size;) {
+    const ssize_t count = recv(socket_, buffer.data(), buffer.size(), 0);
+    if (count <= 0) return false;
+    received += static_cast<std::size_t>(count);
+    if (size != SIZE_MAX) continue;
+    head.append(buffer, 0, static_cast<std::size_t>(count));
+    const std::size_t headEnd = head.find(kHeadEnd);
+    if (headEnd != head.npos) size = headEnd + kHeadEnd.size() + ContentLength(head.substr(0, headEnd));
+  }
+  return true;
 }
 
 bool LoopbackServer::Connection::Send(std::string_view bytes) {

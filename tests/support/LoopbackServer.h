@@ -18,6 +18,8 @@ class LoopbackServer {
    public:
     /// The next request, head and body; "" once the client has closed. It is recorded.
     std::string ReadRequest();
+    /// Reads a request of any size and forgets it; false once the client has closed.
+    bool SkipRequest();
     /// False once the client is gone.
     bool Send(std::string_view bytes);
     /// Ends the connection by a reset instead of an orderly close.
