@@ -7,6 +7,7 @@ add_library(varnix STATIC
   bridge/Commands.cpp
   bridge/IdleLoop.cpp
   bridge/LivePush.cpp
+  bridge/NotificationScript.cpp
   bridge/Polling.cpp
   bridge/Register.cpp
   bridge/SchemaRequest.cpp
@@ -19,6 +20,7 @@ add_library(varnix STATIC
   core/HostText.cpp
   core/Lines.cpp
   core/Utf8.cpp
+  host/AppleScript.cpp
   host/FileIO.cpp
   net/Base64.cpp
   net/Json.cpp
@@ -33,7 +35,13 @@ add_library(varnix STATIC
   schema/OpenFiles.cpp
   schema/SchemaBuilder.cpp)
 if(APPLE)
-  target_sources(varnix PRIVATE clipboard/Clipboard_mac.mm core/Prefs_mac.mm)
+  target_sources(varnix PRIVATE
+    bridge/Background_mac.cpp
+    bridge/Notify_mac.cpp
+    clipboard/Clipboard_mac.mm
+    core/Prefs_mac.mm
+    host/AppleScript_mac.mm
+    net/Network_mac.mm)
 else()
   find_package(PkgConfig REQUIRED)
   pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb)
@@ -41,6 +49,7 @@ else()
   find_package(Threads REQUIRED)
   target_sources(varnix PRIVATE
     bridge/Background_linux.cpp
+    bridge/Notify_linux.cpp
     clipboard/Clipboard_linux.cpp
     clipboard/PasteboardContent.cpp
     clipboard/x11/Connection.cpp
@@ -53,6 +62,7 @@ else()
     clipboard/x11/SystemClipboard.cpp
     core/HostProcess_linux.cpp
     core/Prefs_linux.cpp
+    host/AppleScript_linux.cpp
     net/Network_linux.cpp
     net/UrlSyntax.cpp
     net/curl/CurlTransfer.cpp
@@ -76,6 +86,11 @@ endif()
 
 add_library(plugin MODULE core/VarnixPlugin.cpp)
 target_link_libraries(plugin PRIVATE varnix)
+if(APPLE)
+  # Jobs on the system's queues may still run while the process exits, so nothing static is destroyed then.
+  target_compile_options(varnix PRIVATE -fno-c++-static-destructors)
+  target_compile_options(plugin PRIVATE -fno-c++-static-destructors)
+endif()
 set_target_properties(plugin PROPERTIES PREFIX "" OUTPUT_NAME Varnix LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
 if(APPLE)
   set_target_properties(plugin PROPERTIES BUNDLE ON BUNDLE_EXTENSION fmplugin)

@@ -1,0 +1,103 @@
+// Notifications through notify-send, which desktops have. It is started without a shell, and only if it is there.
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <string_view>
+
+#include "bridge/Background.h"
+#include "bridge/Notify.h"
+#include "host/FileDescriptor.h"
+
+namespace {
+
+constexpr int kLongestRunMs = 5000;  // the end of the process waits for a job, and so for the tool
+
+// The system takes no argument above 128 KiB, and escaping makes a byte at most five.
+constexpr std::size_t kLongestMessage = 25'000;
+
+/// The size of what fits into `limit` bytes of the UTF-8 text.
+std::size_t WholeCharacters(std::string_view text, std::size_t limit) {
+  if (text.size() <= limit) return text.size();
+  while (limit > 0 && (text[limit] & 0xC0) == 0x80) --limit;
+  return limit;
+}
+
+/// `message` as the tool wants it: with its own escapes, and in the markup of notifications.
+std::string Body(std::string_view message) {
+  std::string body;
+  for (const char c : message.substr(0, WholeCharacters(message, kLongestMessage))) {
+    switch (c) {
+      case '\\':
+        body += "\\\\";
+        break;
+      case '&':
+        body += "&amp;";
+        break;
+      case '<':
+        body += "&lt;";
+        break;
+      case '>':
+        body += "&gt;";
+        break;
+      default:
+        body += c;
+    }
+  }
+  return body;
+}
+
+/// How the child begins: with nothing of the host's, neither open files nor ways to take signals.
+class CleanStart {
+ public:
+  CleanStart() {
+    posix_spawn_file_actions_init(&files);
+    posix_spawn_file_actions_addopen(&files, STDIN_FILENO, "/dev/null", O_RDWR, 0);
+    posix_spawn_file_actions_adddup2(&files, STDIN_FILENO, STDOUT_FILENO);
+    posix_spawn_file_actions_adddup2(&files, STDIN_FILENO, STDERR_FILENO);
+    posix_spawn_file_actions_addclosefrom_np(&files, STDERR_FILENO + 1);
+    posix_spawnattr_init(&signals);
+    posix_spawnattr_setflags(&signals, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+    sigset_t set;
+    sigemptyset(&set);
+    posix_spawnattr_setsigmask(&signals, &set);
+    sigfillset(&set);
+    posix_spawnattr_setsigdefault(&signals, &set);
+  }
+  ~CleanStart() {
+    posix_spawn_file_actions_destroy(&files);
+    posix_spawnattr_destroy(&signals);
+  }
+  CleanStart(const CleanStart&) = delete;
+  CleanStart& operator=(const CleanStart&) = delete;
+
+  posix_spawn_file_actions_t files;
+  posix_spawnattr_t signals;
+};
+
+/// Waits for the tool, which hangs for as long as a desktop does not answer, and ends it when that takes too long.
+void Reap(pid_t tool) {
+  const FileDescriptor process(static_cast<int>(syscall(SYS_pidfd_open, tool, 0)));
+  pollfd ended = {process.get(), POLLIN, 0};
+  if (process.IsOpen() && poll(&ended, 1, kLongestRunMs) == 0) kill(tool, SIGKILL);
+  while (waitpid(tool, nullptr, 0) < 0 && errno == EINTR) continue;
+}
+
+}  // namespace
+
+void Notify(const std::string& title, const std::string& message) {
+  bg([summary = title, body = Body(message)]() mutable {
+    char name[] = "notify-send";
+    char application[] = "--app-name=Varnix";
+    char noOptionsFromHere[] = "--";
+    char* const arguments[] = {name, application, noOptionsFromHere, summary.data(), body.data(), nullptr};
+    const CleanStart start;
+    pid_t tool = 0;
+    if (posix_spawnp(&tool, name, &start.files, &start.signals, arguments, environ) == 0) Reap(tool);
+  });
+}

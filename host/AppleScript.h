@@ -1,0 +1,25 @@
+// Runs AppleScript, which can do to FileMaker what its plug-in interface cannot. Everything blocks its caller until the
+// script has ended; use it on the main thread, the only one on which macOS runs scripts safely.
+//
+// Texts are UTF-8. True is success. The result is written on success only, and `error` on failure only.
+#pragma once
+
+#include <string>
+
+namespace AppleScript {
+
+/// How every error begins.
+inline constexpr char kErrorStart[] = "ERROR (AppleScript): ";
+
+/// Runs the script `source`; `result` is its value, "" when that is no text.
+bool Run(const std::string& source, std::string& result, std::string& error);
+
+bool GetFrontDocumentName(std::string& name, std::string& error);
+
+/// Saves FileMaker's front document as XML at `posixPath`. Backslashes in the path are taken for AppleScript's escapes.
+bool SaveFrontDocumentAsXML(const std::string& posixPath, std::string& error);
+
+/// The same, then moves the file's text into `xml`: the file is gone afterwards, unless it could not be read.
+bool ExportFrontDocumentAsXML(const std::string& posixPath, std::string& xml, std::string& error);
+
+}  // namespace AppleScript
