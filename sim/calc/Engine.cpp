@@ -15,6 +15,9 @@ int Evaluate(std::u16string_view formula, Environment& environment, Value& resul
   } catch (const RecursionTooDeep&) {
     result = Value::OfError(errors::kTooDeep);
     return errors::kTooDeep;
+  } catch (const Cancelled&) {
+    result = Value::OfError(errors::kCancelled);
+    return errors::kCancelled;
   }
 }
 

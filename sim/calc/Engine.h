@@ -13,7 +13,7 @@ namespace calc {
 /// Evaluates `formula`. Returns 0 and the value; a formula that does not parse gives FileMaker's error number and
 /// leaves `result` empty; one that fails while running gives the number and the value "?". An error that comes out of a
 /// variable no longer has a number: 0 and the value "?". Endless recursion and nesting end with an error, never with
-/// the stack.
+/// the stack. A cancelled formula ends with error 1.
 int Evaluate(std::u16string_view formula, Environment& environment, Value& result);
 
 /// 0 when `formula` parses in `environment`, else the error number.

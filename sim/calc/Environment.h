@@ -1,6 +1,7 @@
 // What surrounds a calculation: the file it runs in, its variables, and the functions others bring.
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <map>
 #include <optional>
@@ -49,6 +50,10 @@ class Environment {
 
   virtual Variables& Locals() = 0;
   virtual Variables& Globals() = 0;
+
+  /// Asked for once per calculation: what ends it with error 1 as soon as it is not zero; a signal handler or another
+  /// thread may set it. nullptr: nothing does.
+  virtual const std::atomic<int>* CancelFlag() const { return nullptr; }
 };
 
 }  // namespace calc

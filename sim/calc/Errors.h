@@ -3,6 +3,7 @@
 
 namespace calc::errors {
 
+inline constexpr int kCancelled = 1;  // by the user
 inline constexpr int kNoPrivilege = 9;
 inline constexpr int kDivisionByZero = 15;
 inline constexpr int kFileMissing = 100;

@@ -27,6 +27,7 @@ Value CheckLength(Value value) {
 
 Value Evaluator::Run(const Node& node) {
   if (StackLeft() < kStackReserve) throw RecursionTooDeep();
+  if (cancelFlag_ != nullptr && cancelFlag_->load(std::memory_order_relaxed) != 0) throw Cancelled();
   return std::visit(*this, node.content);
 }
 

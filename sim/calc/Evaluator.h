@@ -16,12 +16,15 @@ namespace calc {
 /// through every branch of its endless tree.
 struct RecursionTooDeep {};
 
+/// Thrown once the environment's cancel flag is set.
+struct Cancelled {};
+
 class Evaluator {
  public:
-  explicit Evaluator(Environment& environment) : environment_(environment) {}
+  explicit Evaluator(Environment& environment) : environment_(environment), cancelFlag_(environment.CancelFlag()) {}
 
   /// Parses and runs `source`, which sees no local names. Returns the number of the syntax error, or 0 and the value,
-  /// which may be an error value. Throws RecursionTooDeep.
+  /// which may be an error value. Throws RecursionTooDeep and Cancelled.
   int EvaluateText(std::u16string_view source, Value& result);
 
   // Functions that decide which of their arguments are evaluated, and in which surroundings.
@@ -67,6 +70,7 @@ class Evaluator {
   const ParsedFunction& ParsedFormOf(const CustomFunction& function);
 
   Environment& environment_;
+  const std::atomic<int>* cancelFlag_;
   std::vector<Value>* slots_ = nullptr;  // of the formula that runs
   std::map<const CustomFunction*, ParsedFunction> parsed_;
   int precision_ = kDivisionPlaces;
