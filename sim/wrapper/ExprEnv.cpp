@@ -12,8 +12,6 @@ namespace {
 
 constexpr fmx::ptrtype kOnlySession = 1;
 
-Host* host = nullptr;
-
 std::string PluginId(const fmx::QuadChar& id) {
   const auto& bytes = Live<QuadCharObject>(&id).bytes;
   return {bytes.begin(), bytes.end()};
@@ -32,13 +30,6 @@ Registration MakeRegistration(const fmx::QuadChar& plugin, short id, const fmx::
 }
 
 }  // namespace
-
-short Host::ExecuteSql(std::uint64_t, std::u16string_view, std::u16string_view, std::span<const calc::Value>, char16_t,
-                       char16_t, calc::Value&) {
-  return calc::errors::kNotSupported;
-}
-
-void SetHost(Host* newHost) { host = newHost; }
 
 void Bind(fmx::ExprEnv& environment, std::uint64_t file) { Live<ExprEnvObject>(&environment).file = file; }
 
@@ -60,10 +51,11 @@ FM_API void FM_ExprEnv_Delete(void* self, _fmxcpt& x) {
 FM_API errcode FM_ExprEnv_Evaluate(const void* self, const Text& expression, Data& result, _fmxcpt& x) {
   return HostCall(__func__, x, [&]() -> errcode {
     const auto file = Live<fmhost::ExprEnvObject>(self).file;
-    if (fmhost::host == nullptr) return calc::errors::kGeneral;
+    fmhost::Host* host = fmhost::CurrentHost();
+    if (host == nullptr) return calc::errors::kGeneral;
     const fmhost::Scope asHost("");
     calc::Value value;
-    const errcode error = fmhost::host->Evaluate(file, fmhost::TextOf(expression), value);
+    const errcode error = host->Evaluate(file, fmhost::TextOf(expression), value);
     fmhost::SetValue(result, value);
     return error;
   });
@@ -78,14 +70,15 @@ FM_API errcode FM_ExprEnv_ExecuteFileSQLTextResult(const void* self, const Text&
                                                    uint16 rowSeparator, _fmxcpt& x) {
   return HostCall(__func__, x, [&]() -> errcode {
     const auto context = Live<fmhost::ExprEnvObject>(self).file;
-    if (fmhost::host == nullptr) return calc::errors::kGeneral;
+    fmhost::Host* host = fmhost::CurrentHost();
+    if (host == nullptr) return calc::errors::kGeneral;
     std::vector<calc::Value> arguments;
     for (const auto& value : Live<fmhost::DataVectObject>(&parameters).values) arguments.push_back(value->value);
     const fmhost::Scope asHost("");
     calc::Value value;
     const errcode error =
-        fmhost::host->ExecuteSql(context, fmhost::TextOf(file), fmhost::TextOf(sql), arguments,
-                                 static_cast<char16_t>(columnSeparator), static_cast<char16_t>(rowSeparator), value);
+        host->ExecuteSql(context, fmhost::TextOf(file), fmhost::TextOf(sql), arguments,
+                         static_cast<char16_t>(columnSeparator), static_cast<char16_t>(rowSeparator), value);
     fmhost::SetValue(result, value);
     return error;
   });

@@ -5,6 +5,7 @@
 #include <FMWrapper/FMXCalcEngine.h>
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -26,6 +27,8 @@ class FMHOST_API Host {
   virtual short ExecuteSql(std::uint64_t file, std::u16string_view fileName, std::u16string_view sql,
                            std::span<const calc::Value> arguments, char16_t columnSeparator, char16_t rowSeparator,
                            calc::Value& result);
+  /// Plug-in code let an exception out; `line` tells all: "Leaky.fmx: Leaky.Open threw std::bad_alloc".
+  virtual void PluginThrew(const std::string& line);
 };
 
 /// `host` must outlive its time in force; nullptr: every evaluation fails with error 1200.
@@ -58,7 +61,7 @@ FMHOST_API const std::vector<Registration>& ScriptSteps();
 /// nullptr when there is none; names compare without regard to case.
 FMHOST_API const Registration* FindFunction(std::u16string_view name);
 /// Calls a plug-in's function in the context of `file`. 0 and the value, 1201/1202 for a wrong number of arguments, or
-/// the error the function returned.
+/// the error the function returned, or 1200 when it threw.
 FMHOST_API short Call(const Registration& function, std::uint64_t file, std::span<const calc::Value> arguments,
                       calc::Value& result);
 /// Forgets what `owner` left registered, and returns the names.
@@ -75,6 +78,10 @@ class FMHOST_API Scope {
  private:
   std::string previous_;
 };
+
+/// Runs `call`, code of the plug-in `owner`, in its Scope. FileMaker would not survive an exception that comes out of
+/// it; here the host is told, with `what` as the name of the call, and the result is false.
+FMHOST_API bool Guard(std::string owner, const std::string& what, const std::function<void()>& call);
 
 /// One line per plug-in and kind of object that is still alive: "Leaky.fmx: 2 Text objects never deleted".
 FMHOST_API std::vector<std::string> LiveObjects();

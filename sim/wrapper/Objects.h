@@ -17,6 +17,10 @@
 
 namespace fmhost {
 
+class Host;
+/// nullptr when there is none.
+Host* CurrentHost();
+
 struct QuadCharObject {
   static constexpr char kKind[] = "QuadChar";
   std::array<fmx::uchar, 4> bytes{};

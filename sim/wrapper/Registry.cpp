@@ -84,10 +84,9 @@ short Call(const Registration& function, std::uint64_t file, std::span<const cal
   }
   const fmx::DataUniquePtr answer;
   short error = 0;
-  {
-    const Scope asPlugin(function.owner);
-    error = function.function(function.id, *environment, *list, *answer);
-  }
+  const bool returned = Guard(function.owner, calc::ToUtf8(function.name),
+                              [&] { error = function.function(function.id, *environment, *list, *answer); });
+  if (!returned) return errors::kGeneral;
   if (error == 0) result = ValueOf(*answer);
   return error;
 }

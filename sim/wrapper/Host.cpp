@@ -1,0 +1,57 @@
+// Who answers the plug-ins, and the guard around calls of their code.
+#include "sim/wrapper/Host.h"
+
+#include <cxxabi.h>
+
+#include <cstdlib>
+#include <exception>
+#include <memory>
+#include <typeinfo>
+
+#include "sim/calc/Errors.h"
+#include "sim/wrapper/Objects.h"
+
+namespace fmhost {
+
+namespace {
+
+Host* host = nullptr;
+
+// Of the exception being handled.
+std::string TypeName() {
+  const std::type_info* type = abi::__cxa_current_exception_type();
+  if (type == nullptr) return "a foreign exception";
+  const std::unique_ptr<char, void (*)(void*)> name(abi::__cxa_demangle(type->name(), nullptr, nullptr, nullptr),
+                                                    std::free);
+  return name == nullptr ? type->name() : name.get();
+}
+
+}  // namespace
+
+short Host::ExecuteSql(std::uint64_t, std::u16string_view, std::u16string_view, std::span<const calc::Value>, char16_t,
+                       char16_t, calc::Value&) {
+  return calc::errors::kNotSupported;
+}
+
+void Host::PluginThrew(const std::string&) {}
+
+void SetHost(Host* newHost) { host = newHost; }
+
+Host* CurrentHost() { return host; }
+
+bool Guard(std::string owner, const std::string& what, const std::function<void()>& call) {
+  std::string thrown;
+  try {
+    const Scope asPlugin(owner);
+    call();
+    return true;
+  } catch (const std::exception& exception) {
+    thrown = TypeName() + ": " + exception.what();
+  } catch (...) {
+    thrown = TypeName();
+  }
+  if (host != nullptr) host->PluginThrew(owner + ": " + what + " threw " + thrown);
+  return false;
+}
+
+}  // namespace fmhost
