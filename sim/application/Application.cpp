@@ -188,6 +188,10 @@ short Application::ExecuteSql(std::uint64_t file, std::u16string_view fileName, 
   return 0;
 }
 
+void Application::PluginThrew(const std::string& line) {
+  if (onPluginThrew) onPluginThrew(line);
+}
+
 void Application::Idle(int level) {
   for (const auto& plugin : plugins_) plugin->Idle(level);
 }

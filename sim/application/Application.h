@@ -1,8 +1,10 @@
 // The simulated FileMaker Pro: open files, windows, running scripts, and the answers to plug-ins. One thread.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -89,6 +91,17 @@ class Application : public fmhost::Host {
   /// The script that runs now, nullptr when none does; set by whoever runs it.
   ScriptFrame* runningScript = nullptr;
 
+  /// Of calculations while no file is open.
+  calc::Variables globals;
+  calc::Variables locals;
+
+  /// Ends what is being calculated, and the script that runs, once it is not zero; nullptr: nothing does.
+  const std::atomic<int>* cancelFlag = nullptr;
+  bool IsCancelled() const { return cancelFlag != nullptr && *cancelFlag != 0; }
+
+  /// Called at once with a line for every exception that a plug-in lets out.
+  std::function<void(const std::string& line)> onPluginThrew;
+
   /// Shuts down and unloads all plug-ins. Returns a line for everything they left behind or did wrong.
   std::vector<std::string> Quit();
 
@@ -97,6 +110,7 @@ class Application : public fmhost::Host {
   short ExecuteSql(std::uint64_t file, std::u16string_view fileName, std::u16string_view sql,
                    std::span<const calc::Value> arguments, char16_t columnSeparator, char16_t rowSeparator,
                    calc::Value& result) override;
+  void PluginThrew(const std::string& line) override;
 
  private:
   OpenFile* FileById(std::uint64_t id);

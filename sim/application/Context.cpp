@@ -52,9 +52,9 @@ const ScriptFrame* Context::script() const {
 
 calc::Variables& Context::Locals() {
   if (script() != nullptr) return application_.runningScript->locals;
-  return file_ != nullptr ? file_->locals : noFileVariables_;
+  return file_ != nullptr ? file_->locals : application_.locals;
 }
 
-calc::Variables& Context::Globals() { return file_ != nullptr ? file_->globals : noFileVariables_; }
+calc::Variables& Context::Globals() { return file_ != nullptr ? file_->globals : application_.globals; }
 
 }  // namespace sim

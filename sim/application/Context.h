@@ -18,6 +18,7 @@ class Context : public calc::Environment {
   const calc::CustomFunction* FindCustomFunction(std::u16string_view name) override;
   calc::Variables& Locals() override;
   calc::Variables& Globals() override;
+  const std::atomic<int>* CancelFlag() const override { return application_.cancelFlag; }
 
   Application& application() const { return application_; }
   const OpenFile* file() const { return file_; }
@@ -27,7 +28,6 @@ class Context : public calc::Environment {
  private:
   Application& application_;
   OpenFile* file_;
-  calc::Variables noFileVariables_;
 };
 
 }  // namespace sim

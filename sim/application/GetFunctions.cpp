@@ -99,6 +99,18 @@ std::u16string LayoutTable(const Context& context) {
   return occurrence == nullptr ? u"" : occurrence->name;
 }
 
+// Counted from 1 in the order of the file's list.
+long long LayoutNumber(const Context& context) {
+  if (context.file() == nullptr) return 0;
+  const Layout* current = StartLayout(context.file()->solution);
+  long long number = 0;
+  for (const auto& layout : context.file()->solution.layouts) {
+    if (layout.kind == ListItem::kItem) ++number;
+    if (&layout == current) return number;
+  }
+  return 0;
+}
+
 std::u16string ExtendedPrivileges(const Context& context) {
   std::u16string list;
   const PrivilegeSet* set = CurrentPrivilegeSet(context);
@@ -126,9 +138,12 @@ const Parameter kParameters[] = {
      [](const Context& c) { return Text(c.file() && c.file()->account ? c.file()->account->name : u""); }},
     {u"AccountPrivilegeSetName", [](const Context& c) { return Text(NameOf(AccountPrivilegeSet(c))); }},
     {u"ApplicationVersion", [](const Context& c) { return Text(ApplicationVersion(c)); }},
+    // The files are not on a server.
+    {u"ConnectionState", [](const Context&) { return Number(0); }},
     {u"CurrentDate",
      [](const Context&) { return Value::OfMoment(calc::Type::kDate, LocalSeconds() / kSecondsPerDay + 1); }},
     {u"CurrentExtendedPrivileges", [](const Context& c) { return Text(ExtendedPrivileges(c)); }},
+    {u"CurrentHostTimestamp", [](const Context&) { return Value::OfMoment(calc::Type::kTimestamp, LocalSeconds()); }},
     {u"CurrentPrivilegeSetName", [](const Context& c) { return Text(NameOf(CurrentPrivilegeSet(c))); }},
     {u"CurrentTime",
      [](const Context&) { return Value::OfMoment(calc::Type::kTime, LocalSeconds() % kSecondsPerDay); }},
@@ -155,6 +170,7 @@ const Parameter kParameters[] = {
        const Layout* layout = c.file() == nullptr ? nullptr : StartLayout(c.file()->solution);
        return Text(layout == nullptr ? u"" : layout->name);
      }},
+    {u"LayoutNumber", [](const Context& c) { return Number(LayoutNumber(c)); }},
     {u"LayoutTableName", [](const Context& c) { return Text(LayoutTable(c)); }},
     {u"PersistentID", [](const Context&) { return Text(PersistentId()); }},
     // The name that FileMaker 8 used; plug-ins still ask for it.

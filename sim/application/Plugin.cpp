@@ -17,6 +17,19 @@ constexpr std::size_t kStringCapacity = 1024;  // in UTF-16 units
 constexpr std::size_t kIdleOption = 7;         // from 0, in the options string
 constexpr std::size_t kOptionsLength = 11;
 
+std::string MessageName(FMX_ExternCallSwitch message) {
+  switch (message) {
+    case kFMXT_Init:
+      return "the initialise message";
+    case kFMXT_Idle:
+      return "the idle message";
+    case kFMXT_Shutdown:
+      return "the shutdown message";
+    default:
+      return "the message for a string";
+  }
+}
+
 }  // namespace
 
 std::unique_ptr<Plugin> Plugin::Load(const std::string& path, const HostIdentity& host, std::string& error) {
@@ -53,10 +66,8 @@ std::unique_ptr<Plugin> Plugin::Load(const std::string& path, const HostIdentity
   plugin->name_ = plugin->AskString(kFMXT_NameStr);
   plugin->description_ = plugin->AskString(kFMXT_AppConfigStr);
   plugin->helpUrl_ = plugin->AskString(kFMXT_HelpURLStr);
-  if (!plugin->Initialise(host)) {
-    fmhost::DropRegistrations(name);
-    error = "plug-in " + name + " does not want to be enabled by a host of extension version " +
-            std::to_string(host.extensionVersion);
+  if (!plugin->Initialise(host, error)) {
+    for (const auto& line : plugin->TakeLeftovers()) error += '\n' + line;
     return nullptr;
   }
   return plugin;
@@ -73,13 +84,12 @@ Plugin::Plugin(std::string fileName, void* library, FMX_ExternCallProc entryPoin
 
 Plugin::~Plugin() { dlclose(library_); }
 
-void Plugin::Send(FMX_ExternCallSwitch message, FMX_UChar parm1, FMX_PtrType parm2, FMX_PtrType parm3) {
-  const fmhost::Scope asPlugin(fileName_);
+bool Plugin::Send(FMX_ExternCallSwitch message, FMX_UChar parm1, FMX_PtrType parm2, FMX_PtrType parm3) {
   call_.whichCall = message;
   call_.parm1 = parm1;
   call_.parm2 = parm2;
   call_.parm3 = parm3;
-  call_.entryPoint(&call_);
+  return fmhost::Guard(fileName_, MessageName(message), [this] { call_.entryPoint(&call_); });
 }
 
 std::u16string Plugin::AskString(int id) {
@@ -90,10 +100,16 @@ std::u16string Plugin::AskString(int id) {
   return buffer.data();
 }
 
-bool Plugin::Initialise(const HostIdentity& host) {
+bool Plugin::Initialise(const HostIdentity& host, std::string& error) {
   call_.result = 0;
-  Send(kFMXT_Init, host.application, reinterpret_cast<FMX_PtrType>(host.version.c_str()));
-  return static_cast<short>(call_.result) != kDoNotEnable;
+  if (!Send(kFMXT_Init, host.application, reinterpret_cast<FMX_PtrType>(host.version.c_str()))) {
+    error = "plug-in " + fileName_ + " cannot be enabled";
+    return false;
+  }
+  if (static_cast<short>(call_.result) != kDoNotEnable) return true;
+  error = "plug-in " + fileName_ + " does not want to be enabled by a host of extension version " +
+          std::to_string(host.extensionVersion);
+  return false;
 }
 
 void Plugin::Idle(int level) {
@@ -102,6 +118,10 @@ void Plugin::Idle(int level) {
 
 std::vector<std::string> Plugin::Shutdown() {
   Send(kFMXT_Shutdown);
+  return TakeLeftovers();
+}
+
+std::vector<std::string> Plugin::TakeLeftovers() {
   std::vector<std::string> leftovers;
   for (const auto& name : fmhost::DropRegistrations(fileName_)) {
     leftovers.push_back(fileName_ + ": left \"" + calc::ToUtf8(name) + "\" registered");

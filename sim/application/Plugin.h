@@ -21,7 +21,8 @@ struct HostIdentity {
 class Plugin {
  public:
   /// Loads the plug-in at `path`, asks its strings and initialises it. On failure returns null and `error` says why:
-  /// the file is missing or no plug-in, or the plug-in does not want to be enabled.
+  /// the file is missing or no plug-in, or the plug-in does not want to be enabled or throws; a line each follows for
+  /// what such a one left behind.
   static std::unique_ptr<Plugin> Load(const std::string& path, const HostIdentity& host, std::string& error);
 
   /// Unloads; call Shutdown before.
@@ -44,9 +45,13 @@ class Plugin {
  private:
   Plugin(std::string fileName, void* library, FMX_ExternCallProc entryPoint, const HostIdentity& host);
 
-  void Send(FMX_ExternCallSwitch message, FMX_UChar parm1 = 0, FMX_PtrType parm2 = 0, FMX_PtrType parm3 = 0);
+  /// False when the plug-in threw.
+  bool Send(FMX_ExternCallSwitch message, FMX_UChar parm1 = 0, FMX_PtrType parm2 = 0, FMX_PtrType parm3 = 0);
   std::u16string AskString(int id);
-  bool Initialise(const HostIdentity& host);
+  /// On failure `error` says why.
+  bool Initialise(const HostIdentity& host, std::string& error);
+  /// See Shutdown. The functions are registered no longer.
+  std::vector<std::string> TakeLeftovers();
 
   std::string fileName_;
   void* library_;

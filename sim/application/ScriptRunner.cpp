@@ -29,6 +29,10 @@ class Execution {
     while (position_ < steps_.size() && !exited_) {
       const ScriptStep& step = steps_[position_];
       if (step.enabled) Perform(step);
+      if (application_.IsCancelled()) {
+        Tell(step, "was cancelled, and the script with it");
+        return false;
+      }
       ++position_;
       surroundings_.idle(kFMXT_ScriptRunning, std::chrono::milliseconds(0));
     }
@@ -47,6 +51,7 @@ class Execution {
         {kStepExitScript, &Execution::Exit},         {kStepSetVariable, &Execution::SetVariable}};
     const auto known = kSteps.find(step.id);
     if (known == kSteps.end()) return Tell(step, "is not simulated; skipped");
+    stepError_ = 0;
     (this->*known->second)(step);
   }
 
@@ -56,19 +61,22 @@ class Execution {
   }
 
   void Fail(const ScriptStep& step, int error, const std::string& what) {
-    frame_.lastError = error;
+    frame_.lastError = stepError_ = error;
     failed_ = true;
     Tell(step, "failed with error " + std::to_string(error) + ": " + what);
   }
 
-  // An empty formula is empty text.
+  // An empty formula is empty text. One that fails while running is shown as a failure, but gives "?" and the step goes
+  // on with that, as in FileMaker. Without a value, for want of a formula that can be parsed, there is nothing to do.
   bool Evaluate(const ScriptStep& step, const std::u16string& formula, calc::Value& value) {
     if (formula.empty()) return value = {}, true;
     const int error = application_.EvaluateIn(frame_.file, formula, value);
+    if (application_.IsCancelled()) return false;
     if (error != 0) Fail(step, error, calc::ToUtf8(formula));
-    return error == 0;
+    return error == 0 || value.IsError();
   }
 
+  // "?" counts as true, as it does for the function If.
   bool Holds(const ScriptStep& step) {
     calc::Value condition;
     return Evaluate(step, step.calculation, condition) && condition.AsBoolean();
@@ -111,7 +119,7 @@ class Execution {
     const int index = step.repetition.empty() ? 1 : static_cast<int>(repetition.AsNumber().ToInteger());
     auto& variables = global ? frame_.file->globals : frame_.locals;
     variables[{calc::FoldCase(std::u16string_view(step.text).substr(global ? 2 : 1)), index}] = value;
-    frame_.lastError = 0;
+    frame_.lastError = stepError_;
   }
 
   void Exit(const ScriptStep& step) {
@@ -131,7 +139,7 @@ class Execution {
     calc::Value title, message;
     if (!Evaluate(step, step.title, title) || !Evaluate(step, step.calculation, message)) return;
     surroundings_.show("dialog \"" + calc::ToUtf8(title.AsText()) + "\": " + calc::ToUtf8(message.AsText()));
-    frame_.lastError = 0;
+    frame_.lastError = stepError_;
   }
 
   // The export that the file was opened from is the copy: nothing in a simulated file changes.
@@ -140,6 +148,7 @@ class Execution {
     if (set == nullptr || set->id != kFullAccess) return Fail(step, errors::kNoPrivilege, "it needs full access");
     calc::Value window;
     if (!Evaluate(step, step.calculation, window)) return;
+    if (step.destinations.empty()) return Fail(step, errors::kCancelled, "it names no file, and nobody can be asked");
     const OpenFile* file = frame_.file;
     if (!step.calculation.empty()) file = FileOfWindow(window.AsText());
     if (file == nullptr) return Fail(step, errors::kFileMissing, "no window \"" + calc::ToUtf8(window.AsText()) + "\"");
@@ -149,7 +158,7 @@ class Execution {
       std::filesystem::copy_file(file->solution.path, path, std::filesystem::copy_options::overwrite_existing, failure);
       if (failure) return Fail(step, errors::kCannotCreateFile, path + ": " + failure.message());
     }
-    frame_.lastError = 0;
+    frame_.lastError = stepError_;
   }
 
   const OpenFile* FileOfWindow(const std::u16string& name) {
@@ -174,6 +183,7 @@ class Execution {
   ScriptFrame& frame_;
   const std::vector<ScriptStep>& steps_;
   std::size_t position_ = 0;
+  int stepError_ = 0;  // of the current step
   bool exited_ = false;
   bool failed_ = false;
 };

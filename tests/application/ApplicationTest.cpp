@@ -48,6 +48,8 @@ TEST_F(ApplicationTest, AnswersFromTheFrontFile) {
       {"Orders::Nothing", "[102]"},
       {"Get ( Nothing )", "[1215]"},
       {"Get ( SystemPlatform )", "1"},
+      {"Get ( ConnectionState ) & Get ( LayoutNumber )", "01"},
+      {"Get ( CurrentHostTimestamp ) - Get ( CurrentTimestamp ) < 2", "1"},
       {"Get ( ApplicationVersion )", "Pro 22.0.1"},
       {"Exact ( Get ( PersistentID ) ; Get ( PersistentID ) ) and Length ( Get ( PersistentID ) ) = 32", "1"},
       {"Get ( UUID ) ≠ Get ( UUID ) and Length ( Get ( UUID ) ) = 36", "1"},
@@ -68,6 +70,8 @@ TEST_F(ApplicationTest, AnswersFromTheFrontFile) {
 }
 
 TEST_F(ApplicationTest, KeepsVariablesPerFile) {
+  EXPECT_EQ(Eval("Let ( [ $a = 3 ; $$a = 4 ] ; \"\" )"), "");
+  EXPECT_EQ(Eval("$a & $$a"), "34") << "without a file too";
   Open({.name = "One"});
   EXPECT_EQ(Eval("Let ( [ $a = 1 ; $$b = 2 ] ; $a + $$b )"), "3");
   Open({.name = "Two"});

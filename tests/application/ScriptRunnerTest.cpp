@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <sstream>
 
 #include "sim/calc/Unicode.h"
@@ -23,6 +24,7 @@ class ScriptRunner : public SmallExports {
   // Opens a file whose script has `steps`, runs it, and returns its result.
   std::string Run(const std::string& steps, SmallFile file = {}) {
     sim::Application application;
+    application.cancelFlag = &cancel;
     file.steps = steps;
     std::string error;
     EXPECT_TRUE(application.Open(Write(file), error)) << error;
@@ -37,6 +39,7 @@ class ScriptRunner : public SmallExports {
     return calc::ToUtf8(result.AsText());
   }
 
+  std::atomic<int> cancel{0};
   bool succeeded = false;
   Lines shown;
   std::vector<std::pair<int, long long>> pauses;
@@ -75,6 +78,15 @@ TEST_F(ScriptRunner, GoesOnAfterAFailureButReportsIt) {
   EXPECT_EQ(Run(SetVariable("$x", "1 +") + Exit("Get ( LastError ) & $x")), "1204");
   EXPECT_FALSE(succeeded);
   EXPECT_EQ(shown, Lines{"script \"Go\", step 1 \"Set Variable\" failed with error 1204: 1 +"});
+  EXPECT_EQ(Run(If("1 / 0") + Exit("Get ( LastError )") + EndIf()), "15") << "? is true";
+  EXPECT_FALSE(succeeded);
+}
+
+TEST_F(ScriptRunner, EndsWhenItIsCancelled) {
+  cancel = 2;
+  EXPECT_EQ(Run(Step(6, "Go to Layout") + Exit("1")), "");
+  EXPECT_FALSE(succeeded);
+  EXPECT_EQ(shown.back(), "script \"Go\", step 1 \"Go to Layout\" was cancelled, and the script with it");
 }
 
 TEST_F(ScriptRunner, SendsIdleMessagesWhilePaused) {
@@ -105,6 +117,7 @@ TEST_F(ScriptRunner, SavesTheExportItselfAsXml) {
   EXPECT_TRUE(std::filesystem::exists(folder_ + "/beside.xml")) << "a relative path is one beside the file";
 
   EXPECT_EQ(Run(path + save("\"Other\"", "$path") + Exit("Get ( LastError )")), "100");
+  EXPECT_EQ(Run(Step(3, "Save a Copy as XML") + Exit("Get ( LastError )")), "1") << "it names no file";
   EXPECT_EQ(Run(save("", "filemac:/Macintosh HD/no/such/folder/x.xml") + Exit("Get ( LastError )")), "800");
   EXPECT_FALSE(succeeded);
   SmallFile restricted{.privilegeSet = 4};

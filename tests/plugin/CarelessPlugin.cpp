@@ -1,13 +1,19 @@
-// A plug-in that leaves objects and a function behind, and deletes an object twice.
+// A plug-in that leaves objects and a function behind, deletes an object twice, and lets exceptions out.
 #pragma GCC visibility push(default)
 #include <FMWrapper/FMXExtern.h>
 #pragma GCC visibility pop
 
 #include <FMWrapper/FMXCalcEngine.h>
 
+#include <stdexcept>
+
 FMX_ExternCallPtr gFMX_ExternCallPtr = nullptr;
 
 namespace {
+
+constexpr short kFirstHost = 56;
+int idleMessages = 0;
+bool throwsOnIdle = false;
 
 fmx::errcode Leak(short, const fmx::ExprEnv&, const fmx::DataVect&, fmx::Data&) {
   fmx::_fmxcpt x;
@@ -41,6 +47,18 @@ fmx::errcode CurrentFile(short, const fmx::ExprEnv&, const fmx::DataVect&, fmx::
   return env->Evaluate(*expression, result);
 }
 
+fmx::errcode CountIdleMessages(short, const fmx::ExprEnv&, const fmx::DataVect&, fmx::Data& result) {
+  const fmx::FixPtUniquePtr count(idleMessages);
+  result.SetAsNumber(*count);
+  return 0;
+}
+
+// Now, and with the next idle message.
+fmx::errcode Throw(short, const fmx::ExprEnv&, const fmx::DataVect&, fmx::Data&) {
+  throwsOnIdle = true;
+  throw std::runtime_error("out of ink");
+}
+
 void Register(short id, const char* name, short arguments, fmx::ExtPluginType function) {
   const fmx::QuadCharUniquePtr plugin('C', 'a', 'r', 'e');
   const fmx::TextUniquePtr text;
@@ -52,16 +70,26 @@ void Register(short id, const char* name, short arguments, fmx::ExtPluginType fu
 
 void FMExternCallProc(FMX_ExternCallPtr call) {
   gFMX_ExternCallPtr = call;
-  if (call->whichCall == kFMXT_Init) {
+  if (call->whichCall == kFMXT_Init && call->extnVersion < kFirstHost) {
+    fmx::_fmxcpt x;
+    fmx::FM_Text_Constructor1(x);
+    call->result = static_cast<FMX_PtrType>(kDoNotEnable);
+  } else if (call->whichCall == kFMXT_Init) {
     Register(1, "Careless.Leak", 0, Leak);
     Register(2, "Careless.DeleteTwice", 0, DeleteTwice);
     Register(3, "Careless.StartScript", 2, StartScript);
     Register(4, "Careless.CurrentFile", 0, CurrentFile);
+    Register(5, "Careless.IdleMessages", 0, CountIdleMessages);
+    Register(6, "Careless.Throw", 0, Throw);
     call->result = 76;
+  }
+  if (call->whichCall == kFMXT_Idle) {
+    ++idleMessages;
+    if (throwsOnIdle) throw 7;
   }
   if (call->whichCall == kFMXT_Shutdown) {
     const fmx::QuadCharUniquePtr plugin('C', 'a', 'r', 'e');
-    for (const short id : {2, 3, 4}) fmx::ExprEnv::UnRegisterExternalFunction(*plugin, id);
+    for (const short id : {2, 3, 4, 5, 6}) fmx::ExprEnv::UnRegisterExternalFunction(*plugin, id);
   }
   if (call->whichCall == kFMXT_GetString) {
     auto* out = reinterpret_cast<fmx::unichar16*>(call->result);
