@@ -54,6 +54,19 @@ void ListFunctions(Session&, const std::string&) {
   }
 }
 
+std::string Trimmed(const std::string& text) {
+  const auto first = text.find_first_not_of(" \t\r");
+  if (first == text.npos) return {};
+  return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
+}
+
+void RunScript(Session& session, const std::string& argument) {
+  const auto semicolon = std::min(argument.find(';'), argument.size());
+  const bool given = semicolon < argument.size();
+  if (given && !session.EvaluateScriptParameter(argument.substr(semicolon + 1))) return;
+  session.RunScript(Trimmed(argument.substr(0, semicolon)));
+}
+
 void Idle(Session& session, const std::string& argument) {
   double seconds = 0;
   const auto [end, error] = std::from_chars(argument.data(), argument.data() + argument.size(), seconds);
@@ -80,8 +93,7 @@ constexpr Command kCommands[] = {
     {".activate", "FILE", "bring a file to the front",
      [](Session& session, const std::string& name) { session.Activate(name); }},
     {".scripts", "", "list the scripts of the active file", ListScripts},
-    {".run", "SCRIPT", "run a script of the active file",
-     [](Session& session, const std::string& name) { session.RunScript(name); }},
+    {".run", "SCRIPT [; CALC]", "run a script of the active file, with CALC as its parameter", RunScript},
     {".plugin", "FILE", "load a plug-in", [](Session& session, const std::string& path) { session.LoadPlugin(path); }},
     {".plugins", "", "show what the plug-ins say of themselves", ListPlugins},
     {".functions", "", "list the functions of the plug-ins", ListFunctions},
@@ -99,15 +111,9 @@ void Help(Session&, const std::string&) {
   std::cout << "Type a calculation, or:\n";
   for (const auto& command : kCommands) {
     std::string usage = std::string("  ") + command.name + ' ' + command.argument;
-    usage.resize(std::max<std::size_t>(usage.size() + 1, 22), ' ');
+    usage.resize(std::max<std::size_t>(usage.size() + 1, 25), ' ');
     std::cout << usage << command.help << '\n';
   }
-}
-
-std::string Trimmed(const std::string& text) {
-  const auto first = text.find_first_not_of(" \t\r");
-  if (first == text.npos) return {};
-  return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
 }
 
 LineResult ExecuteCommand(Session& session, const std::string& line) {

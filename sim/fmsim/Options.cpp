@@ -57,6 +57,10 @@ const Option kOptions[] = {
      [](const std::string& value) -> Action { return [=](Session& session) { return session.Evaluate(value); }; }},
     {"--run", "SCRIPT", "run a script of the active file",
      [](const std::string& value) -> Action { return [=](Session& session) { return session.RunScript(value); }; }},
+    {"--parameter", "TEXT", "the parameter of the script that the next --run runs",
+     [](const std::string& value) -> Action {
+       return [=](Session& session) { return session.SetScriptParameter(value), true; };
+     }},
     {"--activate", "FILE", "bring an open file to the front",
      [](const std::string& value) -> Action { return [=](Session& session) { return session.Activate(value); }; }},
     {"--idle", "SECONDS", "send idle messages for some time",
@@ -150,5 +154,5 @@ std::string Usage() {
   }
   return text +
          "Without --eval, --run or --idle it then reads lines: calculations, and commands (.help lists them).\n"
-         "Exit status: 0, 1 when anything failed, 2 for wrong usage.\n";
+         "Exit status: 0, 1 when anything failed, 2 for wrong usage, 130 after Ctrl-C.\n";
 }

@@ -3,8 +3,10 @@
 
 #include "sim/fmsim/Session.h"
 
-/// Gives the prompt until the user ends it. Idle messages keep flowing while it waits for input.
+/// Gives the prompt until the user ends it. Idle messages keep flowing while it waits for input. Ctrl-C ends what is
+/// being typed or carried out.
 void RunPrompt(Session& session);
 
-/// Carries out the lines of standard input until its end. Idle messages flow while it waits for more.
+/// Carries out the lines of standard input until its end. Idle messages flow while it waits for more. Any caught
+/// signal ends it.
 void RunLines(Session& session);

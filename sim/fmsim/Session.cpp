@@ -1,17 +1,18 @@
 #include "sim/fmsim/Session.h"
 
-#include <csignal>
+#include <algorithm>
 #include <iostream>
-#include <thread>
+#include <utility>
 
 #include "sim/application/ScriptRunner.h"
 #include "sim/calc/Engine.h"
 #include "sim/calc/Unicode.h"
 #include "sim/fmsim/ErrorTexts.h"
+#include "sim/fmsim/Signals.h"
 
 namespace {
 
-volatile std::sig_atomic_t interrupted = 0;
+using std::chrono::steady_clock;
 
 // FileMaker's carriage returns would overwrite each other on a terminal.
 std::string Printable(const std::string& text) {
@@ -24,18 +25,24 @@ std::string Printable(const std::string& text) {
   return lines;
 }
 
-}  // namespace
-
-bool Interrupted() { return interrupted != 0; }
-
-void CatchInterrupts() {
-  struct sigaction action {};
-  action.sa_handler = [](int) { interrupted = 1; };
-  sigaction(SIGINT, &action, nullptr);
-  sigaction(SIGTERM, &action, nullptr);
+void Tell(const std::string& line) {
+  std::cout.flush();
+  std::cerr << Printable(line) << '\n';
 }
 
-Session::Session() = default;
+}  // namespace
+
+Session::Session() {
+  application_.cancelFlag = &CaughtSignal();
+  application_.onPluginThrew = [this](const std::string& line) {
+    Fail(line);
+    pluginThrew_ = true;
+  };
+  auto behaviour = application_.behaviour();
+  behaviour.tell = Tell;
+  application_.SetBehaviour(behaviour);
+}
+
 Session::~Session() { Quit(); }
 
 bool Session::Fail(const std::string& message) {
@@ -52,7 +59,9 @@ bool Session::LoadPlugin(const std::string& path) {
 
 bool Session::Open(const std::string& path) {
   std::string error;
-  return application_.Open(path, error) || Fail(error);
+  if (!application_.Open(path, error)) return Fail(error);
+  for (const auto& note : application_.files().back()->solution.notes) Tell(note);
+  return true;
 }
 
 bool Session::Activate(const std::string& fileName) {
@@ -77,53 +86,70 @@ bool Session::Check(std::string_view formula) {
   return true;
 }
 
+void Session::SetScriptParameter(const std::string& text) {
+  scriptParameter_ = calc::Value::OfText(calc::ToUtf16(text));
+}
+
+bool Session::EvaluateScriptParameter(std::string_view formula) {
+  calc::Value value;
+  const int error = application_.Evaluate(calc::ToUtf16(formula), value);
+  if (error != 0) return Fail(ErrorText(error));
+  scriptParameter_ = value;
+  return true;
+}
+
 bool Session::RunScript(const std::string& name) {
+  const auto parameter = std::exchange(scriptParameter_, {});
   auto* file = application_.activeFile();
   if (file == nullptr) return Fail("no file is open to run a script of");
   const auto* script = file->solution.FindScript(calc::ToUtf16(name));
   if (script == nullptr) {
     return Fail("no script \"" + name + "\" in \"" + calc::ToUtf8(file->solution.name) + "\" (" + ErrorText(104) + ")");
   }
-  return Run({file, script, {}}, true);
+  return Run({file, script, parameter}, true);
 }
 
 bool Session::Run(const sim::QueuedScript& queued, bool printResult) {
   const sim::ScriptSurroundings surroundings{
-      [](const std::string& line) {
-        std::cout.flush();
-        std::cerr << Printable(line) << '\n';
-      },
-      [this](int level, std::chrono::milliseconds duration) { IdleFor(level, duration); }};
+      Tell, [this](int level, std::chrono::milliseconds duration) { IdleFor(level, duration); }};
   calc::Value result;
-  if (!sim::RunScript(application_, surroundings, *queued.file, *queued.script, queued.parameter, result)) {
-    failed_ = true;
-    return false;
-  }
-  if (printResult && !result.IsEmpty()) std::cout << Printable(calc::ToUtf8(result.AsText())) << std::endl;
-  return true;
+  const bool succeeded =
+      sim::RunScript(application_, surroundings, *queued.file, *queued.script, queued.parameter, result);
+  if (!succeeded) failed_ = true;
+  const std::string text = Printable(calc::ToUtf8(result.AsText()));
+  if (printResult && !text.empty() && !application_.IsCancelled()) std::cout << text << std::endl;
+  return succeeded;
 }
 
-void Session::Idle() {
-  application_.Idle(idleLevel_);
+bool Session::Idle(int level) {
+  lastIdle_ = steady_clock::now();
+  application_.Idle(level);
+  if (application_.runningScript != nullptr) return false;
+  bool ran = false;
   while (const auto script = application_.TakeQueuedScript()) {
     Run(*script, false);
+    ran = true;
   }
+  return ran;
+}
+
+bool Session::AwaitInput(int descriptor, const std::function<void()>& onScript) {
+  bool ready = false;
+  while (!ready && CaughtSignal() == 0) {
+    if (steady_clock::now() >= NextIdle() && Idle(idleLevel_)) onScript();
+    ready = WaitForInput(descriptor, NextIdle());
+  }
+  return CaughtSignal() == 0;
 }
 
 void Session::IdleFor(std::chrono::milliseconds duration) { IdleFor(idleLevel_, duration); }
 
 void Session::IdleFor(int level, std::chrono::milliseconds duration) {
-  const auto end = std::chrono::steady_clock::now() + duration;
-  for (;;) {
-    if (application_.runningScript == nullptr) {
-      Idle();
-    } else {
-      application_.Idle(level);
-    }
-    const auto next = std::chrono::steady_clock::now() + idleInterval_;
-    if (next > end || Interrupted()) break;
-    std::this_thread::sleep_until(next);
-  }
+  const auto end = steady_clock::now() + duration;
+  do {
+    Idle(level);
+    WaitForInput(-1, std::min(NextIdle(), end));
+  } while (steady_clock::now() < end && CaughtSignal() == 0);
 }
 
 void Session::Quit() {

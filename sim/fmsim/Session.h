@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,19 +25,23 @@ class Session {
   bool Evaluate(std::string_view formula);
   /// Evaluates `formula` and tells whether it is true.
   bool Check(std::string_view formula);
+  /// The parameter of the next script that RunScript runs: a text, or what `formula` gives.
+  void SetScriptParameter(const std::string& text);
+  bool EvaluateScriptParameter(std::string_view formula);
   /// Runs a script of the active file and prints its result, if any.
   bool RunScript(const std::string& name);
 
   void SetIdleInterval(std::chrono::milliseconds interval) { idleInterval_ = interval; }
-  std::chrono::milliseconds idleInterval() const { return idleInterval_; }
   void SetIdleLevel(int level) { idleLevel_ = level; }
-  /// Sends one idle message and runs the scripts that plug-ins have started.
-  void Idle();
-  /// Sends idle messages at the interval for `duration`, at least one.
+  /// Waits until `descriptor` can be read. Meanwhile idle messages flow at the interval, and scripts that plug-ins have
+  /// started run; `onScript` is called after each. False when a signal has been caught.
+  bool AwaitInput(
+      int descriptor, const std::function<void()>& onScript = [] {});
+  /// Sends idle messages at the interval for `duration`, at least one, or until a signal is caught.
   void IdleFor(std::chrono::milliseconds duration);
 
   bool Fail(const std::string& message);
-  bool failed() const { return failed_; }
+  bool failed() const { return failed_ || pluginThrew_; }
   /// What a person mistyped at the prompt is no failure of the run.
   void ForgetFailures() { failed_ = false; }
 
@@ -47,15 +52,19 @@ class Session {
   void Quit();
 
  private:
+  using Time = std::chrono::steady_clock::time_point;
+
   void IdleFor(int level, std::chrono::milliseconds duration);
+  /// Sends one idle message, and outside scripts runs those that plug-ins have started. Returns whether any ran.
+  bool Idle(int level);
+  Time NextIdle() const { return lastIdle_ + idleInterval_; }
   bool Run(const sim::QueuedScript& script, bool printResult);
 
   sim::Application application_;
   std::chrono::milliseconds idleInterval_{100};
+  Time lastIdle_ = std::chrono::steady_clock::now();
   int idleLevel_ = 0;
+  calc::Value scriptParameter_;
   bool failed_ = false;
+  bool pluginThrew_ = false;
 };
-
-/// True once the user has asked the program to end (Ctrl-C, SIGTERM).
-bool Interrupted();
-void CatchInterrupts();

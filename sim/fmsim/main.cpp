@@ -1,25 +1,18 @@
 // fmsim: the simulated FileMaker on the command line.
-#include <pthread.h>
 #include <unistd.h>
 
 #include <clocale>
-#include <csignal>
 #include <cstdlib>
 #include <iostream>
 
 #include "sim/fmsim/Options.h"
 #include "sim/fmsim/Prompt.h"
+#include "sim/fmsim/Signals.h"
 
 namespace {
 
 constexpr int kWrongUsage = 2;
-constexpr std::size_t kStackBytes = std::size_t{512} << 20;  // custom functions recurse thousands of levels deep
-
-struct Arguments {
-  int argc;
-  char** argv;
-  int status;
-};
+constexpr int kSignalled = 128;  // and the signal, as the shell has it
 
 int Run(int argc, char** argv) {
   CommandLine line;
@@ -32,14 +25,14 @@ int Run(int argc, char** argv) {
     std::cout << Usage();
     return 0;
   }
-  CatchInterrupts();
+  CatchSignals();
   Session session;
   for (const auto& action : line.actions) {
-    if (Interrupted()) break;
-    action(session);
+    if (CaughtSignal() == 0) action(session);
   }
-  if (!line.evaluates) isatty(STDIN_FILENO) != 0 ? RunPrompt(session) : RunLines(session);
+  if (!line.evaluates && CaughtSignal() == 0) isatty(STDIN_FILENO) != 0 ? RunPrompt(session) : RunLines(session);
   session.Quit();
+  if (CaughtSignal() != 0) return kSignalled + CaughtSignal();
   return session.failed() ? EXIT_FAILURE : EXIT_SUCCESS;
 }
 
@@ -47,28 +40,5 @@ int Run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   if (std::setlocale(LC_CTYPE, "") == nullptr || MB_CUR_MAX == 1) std::setlocale(LC_CTYPE, "C.UTF-8");
-
-  // FileMaker's main thread, with room for deep recursion; the stack is only reserved, not used.
-  Arguments arguments{argc, argv, EXIT_FAILURE};
-  pthread_attr_t attributes;
-  pthread_attr_init(&attributes);
-  pthread_attr_setstacksize(&attributes, kStackBytes);
-  pthread_t thread;
-  const auto body = [](void* data) -> void* {
-    auto& given = *static_cast<Arguments*>(data);
-    given.status = Run(given.argc, given.argv);
-    return nullptr;
-  };
-  if (pthread_create(&thread, &attributes, body, &arguments) != 0) {
-    std::cerr << "fmsim: cannot start its main thread\n";
-    return EXIT_FAILURE;
-  }
-  // Ctrl-C must reach the thread that waits for input, not this one.
-  sigset_t signals;
-  sigemptyset(&signals);
-  sigaddset(&signals, SIGINT);
-  sigaddset(&signals, SIGTERM);
-  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-  pthread_join(thread, nullptr);
-  return arguments.status;
+  return Run(argc, argv);
 }

@@ -1,10 +1,7 @@
 // fmsim as a person or a script uses it: options in order, results, messages, exit status.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
-#include "tests/support/FolderTest.h"
-#include "tests/support/Process.h"
+#include "tests/fmsim/FmsimTest.h"
 
 namespace {
 
@@ -12,19 +9,6 @@ using Arguments = std::vector<std::string>;
 
 const std::string kWorkshop = SAMPLES "/Workshop.xml";
 const std::string kTimesheets = SAMPLES "/Timesheets.xml";
-
-class Fmsim : public FolderTest {
- protected:
-  Fmsim() {
-    setenv("XDG_CONFIG_HOME", folder_.c_str(), 1);
-    unsetenv("DISPLAY");  // the clipboard of whoever runs the tests is not ours
-  }
-
-  static ProcessResult Run(Arguments arguments, const std::string& input = "") {
-    arguments.insert(arguments.begin(), FMSIM);
-    return RunProcess(arguments, input);
-  }
-};
 
 TEST_F(Fmsim, CarriesOutItsOptionsInOrder) {
   const auto result = Run({"--eval", "DatabaseNames", "--open", kTimesheets, "--open", kWorkshop, "--eval",
@@ -57,6 +41,17 @@ TEST_F(Fmsim, SaysWhatFailedAndGoesOn) {
       {{"--plugin", CARELESS_PLUGIN, "--eval", "Careless.Leak"},
        "\n",
        "Careless.fmx: left \"Careless.Leak\" registered\nCareless.fmx: 2 Text objects never deleted\n"},
+      {{"--host-version", "55", "--plugin", CARELESS_PLUGIN},
+       "",
+       "plug-in Careless.fmx does not want to be enabled by a host of extension version 55\n"
+       "Careless.fmx: 1 Text object never deleted\n"},
+      {{"--plugin", CARELESS_PLUGIN, "--eval", "Careless.Throw", "--idle", "0"},
+       "",
+       "Careless.fmx: Careless.Throw threw std::runtime_error: out of ink\nerror 1200: the calculation failed\n"
+       "Careless.fmx: the idle message threw int\nCareless.fmx: left \"Careless.Leak\" registered\n"},
+      {{"--open", Write({.steps = SetVariable("$x", "1 / 0") + Exit("\"end \" & GetAsText ( $x )")}), "--run", "Go"},
+       "end ?\n",
+       "script \"Go\", step 1 \"Set Variable\" failed with error 15: 1 / 0\n"},
   };
   for (const auto& c : cases) {
     const auto result = Run(c.arguments);
@@ -95,6 +90,12 @@ TEST_F(Fmsim, TakesLinesFromAPipe) {
   EXPECT_EQ(result.errors, "NOT OK  1 = 2\nno command .nonsense; .help lists them\n");
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(Run({}, "\"last line without its end\"").output, "last line without its end\n");
+}
+
+TEST_F(Fmsim, GivesScriptsTheirParameters) {
+  const std::string small = Write({.steps = Exit("\"<\" & Get ( ScriptParameter ) & \">\"")});
+  EXPECT_EQ(Run({"--open", small, "--parameter", "1 + 1", "--run", "Go", "--run", "Go"}).output, "<1 + 1>\n<>\n");
+  EXPECT_EQ(Run({"--open", small}, ".run Go ; 1 + 1\n.run Go\n.run Go ; 1 +").output, "<2>\n<>\n");
 }
 
 TEST_F(Fmsim, ListsTheDesignOfASampleThroughThePlugin) {

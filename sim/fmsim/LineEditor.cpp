@@ -1,0 +1,131 @@
+#include "sim/fmsim/LineEditor.h"
+
+#include <strings.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cwchar>
+#include <string_view>
+#include <utility>
+
+namespace {
+
+constexpr int kHistoryLines = 1000;
+constexpr std::string_view kWordBreaks = " \t\"()[]{};&+-*/^=<>";  // no dot: it is part of plug-in function names
+
+const char* Prompt(EditLine*) { return kPrompt; }
+
+LineEditor& Self(EditLine* editor) {
+  void* self = nullptr;
+  el_get(editor, EL_CLIENTDATA, &self);
+  return *static_cast<LineEditor*>(self);
+}
+
+bool SameLetter(char a, char b) {
+  return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b));
+}
+
+// How far all of `names` begin alike, without regard to case.
+std::size_t CommonLength(const std::vector<std::string>& names) {
+  std::size_t length = names.front().size();
+  for (const auto& name : names) {
+    const auto differing =
+        std::mismatch(names.front().begin(), names.front().end(), name.begin(), name.end(), SameLetter);
+    length = std::min(length, static_cast<std::size_t>(differing.first - names.front().begin()));
+  }
+  while ((names.front()[length] & 0xC0) == 0x80) --length;  // not within a UTF-8 character
+  return length;
+}
+
+}  // namespace
+
+LineEditor::LineEditor(Await await, Names names)
+    : await_(std::move(await)),
+      names_(std::move(names)),
+      history_(history_init(), history_end),
+      editor_(el_init("fmsim", stdin, stdout, stderr), el_end) {
+  HistEvent event;
+  history(history_.get(), &event, H_SETSIZE, kHistoryLines);
+  history(history_.get(), &event, H_SETUNIQUE, 1);
+  EditLine* editor = editor_.get();
+  el_set(editor, EL_CLIENTDATA, this);
+  el_set(editor, EL_PROMPT, Prompt);
+  el_set(editor, EL_EDITOR, "emacs");
+  el_set(editor, EL_HIST, history, history_.get());
+  el_set(editor, EL_GETCFN, static_cast<el_rfunc_t>(ReadCharacter));
+  el_set(editor, EL_ADDFN, "fmsim-complete", "Complete a name", Complete);
+  el_set(editor, EL_BIND, "^I", "fmsim-complete", nullptr);
+  el_set(editor, EL_BIND, "^R", "em-inc-search-prev", nullptr);
+  el_source(editor, nullptr);  // the user's own ~/.editrc
+}
+
+std::optional<std::string> LineEditor::ReadLine() {
+  el_resize(editor_.get());
+  // Before the prompt shows: a terminal that still collects lines would cut what is pasted at 4095 characters.
+  el_set(editor_.get(), EL_PREP_TERM, 1);
+  int length = 0;
+  const char* typed = el_gets(editor_.get(), &length);
+  if (typed == nullptr) return std::nullopt;
+  std::string line(typed, static_cast<std::size_t>(length));
+  while (line.ends_with('\n') || line.ends_with('\r')) line.pop_back();
+  HistEvent event;
+  if (!line.empty()) history(history_.get(), &event, H_ENTER, line.c_str());
+  return line;
+}
+
+int LineEditor::ReadCharacter(EditLine* editor, wchar_t* character) { return Self(editor).ReadCharacter(*character); }
+
+int LineEditor::ReadCharacter(wchar_t& character) {
+  std::mbstate_t state{};
+  for (;;) {
+    if (!await_([this] { el_set(editor_.get(), EL_REFRESH); })) {
+      errno = EINTR;
+      return -1;
+    }
+    char byte = 0;
+    const ssize_t count = read(STDIN_FILENO, &byte, 1);
+    if (count < 0 && errno == EINTR) continue;
+    if (count <= 0) return static_cast<int>(count);
+    const std::size_t used = std::mbrtowc(&character, &byte, 1, &state);
+    if (used != static_cast<std::size_t>(-2)) {
+      if (used == static_cast<std::size_t>(-1)) character = L'\uFFFD';
+      return 1;
+    }
+  }
+}
+
+unsigned char LineEditor::Complete(EditLine* editor, int) {
+  const LineInfo* line = el_line(editor);
+  const std::string_view before(line->buffer, static_cast<std::size_t>(line->cursor - line->buffer));
+  const std::string word(before.substr(before.find_last_of(kWordBreaks) + 1));
+  auto names = Self(editor).names_();
+  std::erase_if(names,
+                [&word](const std::string& name) { return strncasecmp(name.c_str(), word.c_str(), word.size()) != 0; });
+  if (names.empty()) return CC_REFRESH_BEEP;
+  const std::string common = names.front().substr(0, CommonLength(names));
+  if (common == word && names.size() > 1) {
+    Self(editor).List(names);
+    return CC_REDISPLAY;
+  }
+  el_deletestr(editor, static_cast<int>(std::mbstowcs(nullptr, word.c_str(), 0)));
+  el_insertstr(editor, common.c_str());
+  return CC_REFRESH;
+}
+
+// In columns, row by row, below the line that is being typed.
+void LineEditor::List(const std::vector<std::string>& names) {
+  int width = 0;
+  el_get(editor_.get(), EL_GETTC, "co", &width);
+  std::size_t longest = 0;
+  for (const auto& name : names) longest = std::max(longest, name.size());
+  const auto column = static_cast<int>(longest) + 2;
+  const int perRow = std::max(width / column, 1);
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    std::printf("%s%-*s", i % static_cast<std::size_t>(perRow) == 0 ? "\n" : "", column, names[i].c_str());
+  }
+  std::printf("\n");
+}
