@@ -47,4 +47,11 @@ std::string Client::Body(const httplib::Result& result) {
   throw ServiceError("it answered HTTP " + std::to_string(result->status));
 }
 
+std::string CommandPath(const std::string& id) {
+  if (id.empty() || id.find_first_not_of("0123456789abcdef") != std::string::npos) {
+    throw UsageError(id + " is not a command's ID");
+  }
+  return "/operator/commands/" + id;
+}
+
 }  // namespace service

@@ -40,4 +40,7 @@ class Client {
   httplib::Client http_;
 };
 
+/// Where the operator interface shows the command. Throws UsageError for what cannot be an id.
+std::string CommandPath(const std::string& id);
+
 }  // namespace service

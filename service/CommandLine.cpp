@@ -26,6 +26,7 @@ struct Subcommand {
 };
 
 constexpr Option kService = {"--service", "URL", "where the service is ($VARNIX_SERVICE, else http://127.0.0.1:8765)"};
+constexpr Option kWait = {"--wait", "SECONDS", "wait that long (60)"};
 constexpr Option kKey = {"--key", "KEY", "the service's account key ($VARNIX_KEY)"};
 
 const std::vector<Subcommand>& Subcommands() {
@@ -46,9 +47,10 @@ const std::vector<Subcommand>& Subcommands() {
        {{"--file", "NAME", "FileMaker file that the command is about"},
         {"--xml-type", "KIND", "kind of FileMaker XML, such as XMSS"},
         {"--content", "FILE|-", "XML for the clipboard, from a file or the standard input"},
-        {"--wait", "SECONDS", "give up after that time (60); 0: only queue it and print its id"},
+        {"--wait", "SECONDS", "wait that long (60); 0: print the command's ID instead of its result"},
         kService,
         kKey}},
+      {"result", "ID", "wait for a command and print its result", RunResult, {kWait, kService, kKey}},
       {"list", nullptr, "show the latest commands and their states", RunList, {kService, kKey}},
       {"show", "ID", "show everything about one command but its result", RunShow, {kService, kKey}},
   };

@@ -43,4 +43,8 @@ void Progress::Show(const nlohmann::json& command) {
   std::cerr << command.at("type").get<std::string>() << ": " << DescribeState(command) << std::flush;
 }
 
+void Progress::ShowTrouble(const std::string& text) {
+  if (onTerminal_) std::cerr << kClearLine << text << std::flush;
+}
+
 }  // namespace service

@@ -18,6 +18,7 @@ class Progress {
   Progress& operator=(const Progress&) = delete;
 
   void Show(const nlohmann::json& command);
+  void ShowTrouble(const std::string& text);
 
  private:
   bool onTerminal_;

@@ -37,10 +37,8 @@ ExitStatus RunList(const CommandLine& line) {
 }
 
 ExitStatus RunShow(const CommandLine& line) {
-  const std::string& id = line.operand();
-  if (id.find_first_not_of("0123456789abcdef") != std::string::npos) throw UsageError(id + " is not a command's ID");
   Client client(line);
-  const nlohmann::json command = client.Get("/operator/commands/" + id);
+  const nlohmann::json command = client.Get(CommandPath(line.operand()));
   for (const char* name : kShown) {
     if (command.contains(name)) std::cout << name << ": " << command[name].get<std::string>() << '\n';
   }

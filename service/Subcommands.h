@@ -7,6 +7,7 @@ namespace service {
 
 ExitStatus RunServe(const CommandLine& line);
 ExitStatus RunSend(const CommandLine& line);
+ExitStatus RunResult(const CommandLine& line);
 ExitStatus RunList(const CommandLine& line);
 ExitStatus RunShow(const CommandLine& line);
 

@@ -99,13 +99,15 @@ TEST_F(Protocol, GivesEachCommandItsOwnPush) {
       {"LIST_FILES", R"("xmlType":"FILE_LIST","xmlContent":"result","label":"Open Files")"},
       {"DEBUG_CONTEXT", R"("xmlType":"CONTEXT_DEBUG","xmlContent":"result","label":"FileMaker Context Debug")"},
   };
-  for (const auto& [type, push] : cases) {
+  for (const auto& test : cases) {
+    const std::string& type = test.type;
+    const std::string& push = test.push;
     const std::string queued = R"("type":")" + type + '"';
     CarryOut(queued, [&] { Push(push); });
     const auto empty = CarryOut(queued, [] {});
     EXPECT_EQ(Result(empty), R"({"error":"the command has no result"})") << type;
 
-    const auto id = CarryOut(queued, [&, &push = push] {
+    const auto id = CarryOut(queued, [&] {
       Push(R"("xmlType":"OTHER","xmlContent":"not this","label":"")");
       Push(push);
       Push(R"("xmlType":"XMSC","xmlContent":"sent by a script","label":"")");

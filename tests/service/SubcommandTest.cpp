@@ -90,20 +90,20 @@ TEST_F(Subcommands, SendTellsWhenACommandIsNotFinishedInTime) {
   EXPECT_EQ(shown.output.rfind("id: " + id + "\ntype: LIST_FILES\nqueuedAt: 2", 0), 0u) << shown.output;
 }
 
-TEST_F(Subcommands, SendWaitsThroughARestartOfTheService) {
+TEST_F(Subcommands, ResultWaitsThroughARestartOfTheService) {
   auto service = std::make_unique<RunningService>(folder_);
+  const std::string url = service->url();
   const std::string port = service->port();
+  const std::string id = service->Queue(R"("type":"LIST_FILES")");
   ProcessResult result;
-  std::thread sender([&, url = service->url()] { result = Run({"send", "LIST_FILES", "--service", url}); });
-  while ((polled_ = service->Poll()) == R"({"command":null})") std::this_thread::yield();
-  const std::string id = JsonGetString(polled_, "id");
-  while (service->Told(id, "state") != "delivered") std::this_thread::yield();
+  std::thread waiter([&] { result = Run({"result", id, "--service", url}); });
+  EXPECT_EQ(JsonGetString(service->Poll(), "id"), id);
   service->End(SIGKILL);
   service = std::make_unique<RunningService>(folder_, Arguments{"--listen", "127.0.0.1:" + port});
   service->Post("/api/bridge/push",
                 R"({"licenseKey":"K1","xmlType":"FILE_LIST","xmlContent":"Workshop","label":"Open Files"})");
   service->Post("/api/bridge/command/" + id + "/complete", R"({"licenseKey":"K1","status":"completed"})");
-  sender.join();
+  waiter.join();
   EXPECT_EQ(result.output, "Workshop");
   EXPECT_EQ(result.status, 0) << result.errors;
 }
