@@ -1,0 +1,109 @@
+// The script of a notification, and how Linux's tool is started.
+#include "bridge/Notify.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+
+#include <cerrno>
+#include <csignal>
+#include <fstream>
+#include <iterator>
+
+#include "bridge/Background.h"
+#include "bridge/NotificationScript.h"
+#include "host/FileDescriptor.h"
+#include "tests/support/FolderTest.h"
+
+void bg(std::function<void()> job) noexcept { job(); }
+
+namespace {
+
+bool g_timeIsUp = false;
+
+class NotifyTest : public FolderTest {
+ protected:
+  NotifyTest() { setenv("PATH", (folder_ + ":" + path_).c_str(), 1); }
+  ~NotifyTest() override {
+    setenv("PATH", path_.c_str(), 1);
+    g_timeIsUp = false;
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "a child process is left";
+  }
+
+  /// Puts a tool in place that does this, with the file to report to as $report.
+  void MakeTool(const std::string& commands) const {
+    std::ofstream(folder_ + "/notify-send") << "#!/bin/sh\nreport=" << folder_ << "/report\n" << commands << '\n';
+    ASSERT_EQ(chmod((folder_ + "/notify-send").c_str(), 0755), 0);
+  }
+
+  std::string Report() const {
+    std::ifstream report(folder_ + "/report", std::ios::binary);
+    return {std::istreambuf_iterator<char>(report), {}};
+  }
+
+  const std::string path_ = getenv("PATH");
+};
+
+TEST(NotificationScript, QuotesSoThatNoTextCanEndItsLiteral) {
+  EXPECT_EQ(NotificationScript("Varnix — Failed", "\"Sales\"\n\\ and \\\" and 'x' $(x) `x`"),
+            "display notification \"'Sales'\n\\\\ and \\\\' and 'x' $(x) `x`\" with title \"Varnix — Failed\"");
+  EXPECT_EQ(NotificationScript("\"", ""), "display notification \"\" with title \"'\"");
+}
+
+TEST_F(NotifyTest, GivesTheToolBothTextsAndNoWayToTakeThemForAnythingElse) {
+  MakeTool("printf '%s|' \"$@\" > $report");
+  Notify("-h", "--version \"x\" $(x) `x` \\n <b>&amp;</b>\n");
+  EXPECT_EQ(Report(), "--app-name=Varnix|--|-h|--version \"x\" $(x) `x` \\\\n &lt;b&gt;&amp;amp;&lt;/b&gt;\n|");
+}
+
+TEST_F(NotifyTest, CutsAMessageThatTheSystemWouldNotPass) {
+  MakeTool("printf %s \"$4\" > $report");
+  Notify("title", std::string(300'000, '&'));
+  EXPECT_EQ(Report().size(), 25'000 * std::string("&amp;").size());
+  Notify("title", std::string(24'998, 'x') + "€€");
+  EXPECT_EQ(Report(), std::string(24'998, 'x')) << "no half character";
+}
+
+TEST_F(NotifyTest, GivesTheToolNothingOfTheHosts) {
+  MakeTool(
+      "files=$(readlink /proc/$$/fd/0 /proc/$$/fd/1 /proc/$$/fd/2 /proc/$$/fd/77)\n"
+      "signals=$(sed -n 's/^Sig\\(Blk\\|Ign\\):.*\\(.......\\)$/\\1 \\2/p' /proc/$$/status)\n"  // without the C
+                                                                                                // library's own
+      "echo $files $signals > $report");
+  const FileDescriptor inherited(dup2(STDERR_FILENO, 77));
+  sigset_t blocked;
+  sigset_t before;
+  sigemptyset(&blocked);
+  sigaddset(&blocked, SIGUSR2);
+  pthread_sigmask(SIG_BLOCK, &blocked, &before);
+  const auto handler = std::signal(SIGUSR1, SIG_IGN);
+  Notify("title", "message");
+  std::signal(SIGUSR1, handler);
+  pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  EXPECT_EQ(Report(), "/dev/null /dev/null /dev/null Blk 0000000 Ign 0000000\n");
+}
+
+TEST_F(NotifyTest, EndsAToolThatHangs) {
+  MakeTool("exec sleep 1000");
+  g_timeIsUp = true;
+  Notify("title", "message");
+}
+
+TEST_F(NotifyTest, DoesNothingWithoutTheTool) {
+  setenv("PATH", folder_.c_str(), 1);
+  Notify("title", "message");
+}
+
+}  // namespace
+
+extern "C" {
+
+int __real_poll(pollfd* files, nfds_t count, int timeout);
+
+int __wrap_poll(pollfd* files, nfds_t count, int timeout) {
+  return g_timeIsUp ? 0 : __real_poll(files, count, timeout);
+}
+
+}  // extern "C"

@@ -1,0 +1,79 @@
+// Background work of macOS over a stand-in of its queues, and the notifications made by it.
+#include <dispatch/dispatch.h>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <pthread.h>
+
+#include <csignal>
+#include <cstdarg>
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <thread>
+
+#include "bridge/Background.h"
+#include "bridge/NotificationScript.h"
+#include "bridge/Notify.h"
+#include "tests/support/FolderTest.h"
+
+namespace {
+
+std::string g_tool;  // what osascript does; "" when it cannot be started
+
+TEST(Background, RunsJobsElsewhereAndDropsThemWithWhatTheyThrow) {
+  const auto owned = std::make_shared<std::thread::id>();
+  bg([owned] {
+    *owned = std::this_thread::get_id();
+    throw std::runtime_error("dropped");
+  });
+  StandInJoinJobs();
+  EXPECT_NE(*owned, std::thread::id());
+  EXPECT_NE(*owned, std::this_thread::get_id());
+  EXPECT_EQ(owned.use_count(), 1);
+}
+
+class NotifyMacTest : public FolderTest {};
+
+TEST_F(NotifyMacTest, WritesTheScriptToTheTool) {
+  g_tool = "cat > " + folder_ + "/script";
+  Notify("title", "mess\\age");
+  StandInJoinJobs();
+  std::ifstream script(folder_ + "/script");
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(script), {}), NotificationScript("title", "mess\\age"));
+}
+
+TEST_F(NotifyMacTest, OutlivesAToolThatEndsEarlyOrIsMissing) {
+  for (const char* tool : {"exit 1", ""}) {
+    g_tool = tool;
+    Notify("title", std::string(1 << 20, 'x'));
+    StandInJoinJobs();
+  }
+}
+
+}  // namespace
+
+extern "C" {
+
+std::FILE* __real_popen(const char* command, const char* mode);
+int __real_fcntl(int file, int command, ...);
+
+std::FILE* __wrap_popen(const char* command, const char* mode) {
+  EXPECT_STREQ(command, "/usr/bin/osascript");
+  return g_tool.empty() ? nullptr : __real_popen(g_tool.c_str(), mode);
+}
+
+// On macOS the file remembers; here the thread must do.
+int __wrap_fcntl(int file, int command, ...) {
+  std::va_list arguments;
+  va_start(arguments, command);
+  const long argument = va_arg(arguments, long);
+  va_end(arguments);
+  if (command != F_SETNOSIGPIPE) return __real_fcntl(file, command, argument);
+  sigset_t pipe;
+  sigemptyset(&pipe);
+  sigaddset(&pipe, SIGPIPE);
+  return argument == 1 ? pthread_sigmask(SIG_BLOCK, &pipe, nullptr) : -1;
+}
+
+}  // extern "C"
