@@ -74,6 +74,7 @@ ExitStatus RunServe(const CommandLine& line) {
   std::cout << server.url() << std::endl;
   int signal = 0;
   sigwait(&signals, &signal);
+  pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);  // a second one does not wait for running requests
   return kDone;
 }
 

@@ -1,5 +1,6 @@
 // What brings whole files: the live upload that answers a schema request, the snapshot and the form of
 // Varnix.UploadFile.
+#include <algorithm>
 #include <map>
 
 #include "core/Utf8.h"
@@ -14,6 +15,12 @@ namespace {
 using httplib::ContentReader;
 using httplib::Request;
 using httplib::Response;
+
+constexpr const char* kFormParts[] = {"licenseKey", "filename", "file"};
+
+bool IsFormPart(const std::string& name) {
+  return std::find(std::begin(kFormParts), std::end(kFormParts), name) != std::end(kFormParts);
+}
 
 void Keep(Context& context, const char* kind, const std::string& fileName, std::string_view content,
           Response& response) {
@@ -58,6 +65,7 @@ void TakeForm(Context& context, const Request& request, Response& response, cons
   Body* part = nullptr;
   const bool whole = reader(
       [&](const httplib::MultipartFormData& header) {
+        if (!IsFormPart(header.name)) throw HttpError(400, "the form has an unknown part");
         const auto [place, isNew] = parts.try_emplace(header.name, context.limit);
         if (!isNew) throw HttpError(400, "the form has a part twice");
         part = &place->second;
@@ -68,7 +76,7 @@ void TakeForm(Context& context, const Request& request, Response& response, cons
         return true;
       });
   if (!whole) throw HttpError(400, "the form is incomplete or malformed");
-  for (const char* name : {"licenseKey", "filename", "file"}) {
+  for (const char* name : kFormParts) {
     if (parts.count(name) == 0) throw HttpError(400, std::string("the form has no part ") + name);
   }
   context.access.CheckKey(parts.at("licenseKey").bytes());

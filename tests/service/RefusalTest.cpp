@@ -65,6 +65,11 @@ TEST_F(Refusal, SaysWhatIsWrongWithAMessage) {
     EXPECT_EQ(answer.status, status) << path << ' ' << body;
     EXPECT_EQ(answer.body, R"({"error":")" + error + "\"}") << path << ' ' << body;
   }
+  EXPECT_EQ(service
+                .Post("/api/upload", "--B\r\nContent-Disposition: form-data; name=\"x\"\r\n\r\n\r\n--B--\r\n",
+                      "Content-Type: multipart/form-data; boundary=B\r\n")
+                .body,
+            R"({"error":"the form has an unknown part"})");
   EXPECT_EQ(service.Get("/operator/commands?limit=0").body, R"({"error":"limit must be a number from 1 to 1000"})");
   EXPECT_EQ(service.Get("/operator/records/99/content").status, 404);
   EXPECT_EQ(service.Get("/operator/records/99999999999999999999/content").status, 404);
