@@ -46,7 +46,8 @@ struct SmallFile {
   std::string name = "Small";
   std::string steps{};               ///< of its script "Go"
   std::string fullAccess = "False";  ///< whether "Go" runs with full access
-  int privilegeSet = 1;              ///< of its account "Me"
+  std::string language = "English";
+  int privilegeSet = 1;  ///< of its account "Me"
   std::string privileges =
       "<ExtendedPrivilege id=\"11\" name=\"fmplugin\"><ObjectList><PrivilegeSetReference id=\"1\" "
       "name=\"[Full Access]\"></PrivilegeSetReference></ObjectList></ExtendedPrivilege>";
@@ -59,7 +60,8 @@ class SmallExports : public FolderTest {
     const std::string path = folder_ + "/" + file.name + ".xml";
     std::ofstream(path)
         << "<?xml version=\"1.0\"?>\n<FMSaveAsXML version=\"2.2.3.0\" Source=\"22.0.1\" File=\"" << file.name
-        << ".fmp12\" locale=\"English\"><Structure membercount=\"1\"><AddAction membercount=\"9\">"
+        << ".fmp12\" locale=\"" << file.language
+        << "\"><Structure membercount=\"1\"><AddAction membercount=\"9\">"
            "<BaseTableCatalog><BaseTable id=\"129\" name=\"Orders\"></BaseTable></BaseTableCatalog>"
            "<TableOccurrenceCatalog><TableOccurrence id=\"1065089\" name=\"Orders\" type=\"Local\">"
            "<BaseTableSourceReference type=\"BaseTableReference\"><BaseTableReference id=\"129\" name=\"Orders\">"

@@ -61,6 +61,19 @@ TEST_F(Fmsim, SaysWhatFailedAndGoesOn) {
   }
 }
 
+TEST_F(Fmsim, TellsWhatFileMakerCouldDo) {
+  const std::string small = Write({.language = "German"});
+  const auto result =
+      Run({"--open", small, "--eval", "ExecuteSQL ( \"SELECT MAX ( FieldId ) FROM FileMaker_Fields\" ; \"\" ; \"\" )"});
+  EXPECT_EQ(result.output, "?\n");
+  EXPECT_EQ(result.errors,
+            small +
+                " was saved by a FileMaker in German: names and scripts can be used, but functions in its formulas are "
+                "spelled in that language and fail; save it with an English FileMaker to calculate them\n"
+                "ExecuteSQL gives \"?\": the simulator does not know this part of FileMaker's SQL: MAX\n");
+  EXPECT_EQ(result.status, 0);
+}
+
 TEST_F(Fmsim, RefusesWrongUsageBeforeDoingAnything) {
   const Arguments cases[] = {{"--eval"},
                              {"--nonsense"},
