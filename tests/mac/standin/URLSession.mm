@@ -97,6 +97,17 @@ FakeUrlLayer::Call ToCall(NSURLRequest* request) {
 
 @implementation NSURLSession
 
+// GNUstep makes no URL of nil; the original raises.
++ (void)load {
+  static IMP makeURL;
+  Method method = class_getClassMethod([NSURL class], @selector(URLWithString:));
+  makeURL = method_getImplementation(method);
+  method_setImplementation(method, reinterpret_cast<IMP>(+[](id self, SEL selector, NSString* text) {
+                             if (text == nil) Misuse("nil for the text of a URL");
+                             return reinterpret_cast<id (*)(id, SEL, NSString*)>(makeURL)(self, selector, text);
+                           }));
+}
+
 + (NSURLSession*)sharedSession {
   static NSURLSession* shared = [[NSURLSession alloc] init];
   return shared;
