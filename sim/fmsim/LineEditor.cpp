@@ -57,7 +57,7 @@ LineEditor::LineEditor(Await await, Names names)
   el_set(editor, EL_EDITOR, "emacs");
   el_set(editor, EL_HIST, history, history_.get());
   el_set(editor, EL_GETCFN, static_cast<el_rfunc_t>(ReadCharacter));
-  el_set(editor, EL_ADDFN, "fmsim-complete", "Complete a name", Complete);
+  el_wset(editor, EL_ADDFN, L"fmsim-complete", L"Complete a name", Complete);  // el_set would leak copies
   el_set(editor, EL_BIND, "^I", "fmsim-complete", nullptr);
   el_set(editor, EL_BIND, "^R", "em-inc-search-prev", nullptr);
   el_source(editor, nullptr);  // the user's own ~/.editrc
