@@ -56,7 +56,7 @@ ExitStatus Report(Client& client, const std::string& path, const nlohmann::json&
     std::cerr << "varnix-service: " << command.value("error", "the plug-in gave no reason") << '\n';
     return kFailed;
   }
-  std::cerr << "varnix-service: not in time: command " << command.at("id").get<std::string>() << " is "
+  std::cerr << "varnix-service: not in time: command " << command.at("id").get<std::string>() << ": "
             << DescribeState(command) << '\n';
   if (client.Get("/operator/status").at("secondsSincePoll").is_null()) {
     std::cerr << "No plug-in has asked this service for commands since it was started.\n";

@@ -17,7 +17,7 @@ Json LastPoll::Describe() const {
 }
 
 void Answer(httplib::Response& response, const Json& json, int status) {
-  response.status = status;
+  if (status != 200) response.status = status;  // else the library chooses, for it may be asked for a part
   // What is kept is UTF-8 when it comes in; only the echo of a wrong request may be cut or never have been.
   constexpr auto kReplace = Json::error_handler_t::replace;
   response.set_content(json.dump(-1, ' ', false, kReplace), "application/json");

@@ -77,7 +77,7 @@ TEST_F(Subcommands, SendTellsWhenACommandIsNotFinishedInTime) {
   auto late = Run({"send", "LIST_FILES", "--wait", "1"});
   EXPECT_EQ(late.status, 3);
   EXPECT_EQ(late.output, "");
-  EXPECT_NE(late.errors.find(" is queued "), std::string::npos) << late.errors;
+  EXPECT_NE(late.errors.find(": queued "), std::string::npos) << late.errors;
   EXPECT_NE(late.errors.find("No plug-in has asked"), std::string::npos) << late.errors;
 
   EXPECT_EQ(JsonGetString(service.Poll(), "id"), id);
