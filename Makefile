@@ -5,12 +5,13 @@ MAKEFLAGS += --no-print-directory
 
 .PHONY: run test bench fuzz plugin clean
 
-## run: the simulated FileMaker with the plug-in loaded: a prompt on a terminal, else a tour of everything.
+## run: the local bridge service, and the simulated FileMaker with the plug-in: a prompt on a terminal, else a tour of
+##      everything.
 ##      make run SOLUTION=path/to/export.xml opens a solution of your own.
 run:
 	@scripts/install-packages.sh plugin tools
 	@cmake -S . -B $(BUILD) -DVARNIX_BUILD_TESTS=OFF > /dev/null
-	@cmake --build $(BUILD) -j $(JOBS) --target plugin fmsim
+	@cmake --build $(BUILD) -j $(JOBS) --target plugin fmsim service
 	@scripts/run.sh $(BUILD) "$(SOLUTION)"
 
 ## test: every test, plain and then under the address and undefined-behaviour sanitizers.

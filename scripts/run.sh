@@ -1,29 +1,63 @@
 #!/bin/sh
-# run.sh BUILD [SOLUTION]: the simulated FileMaker with the plug-in. A prompt on a terminal, else the tour.
+# run.sh BUILD [SOLUTION]: the local bridge service, and the simulated FileMaker with the plug-in signed in to it. A prompt
+# on a terminal, else the tour.
 set -eu
 
 build=$1
 solution=${2:-}
-here=$(dirname "$0")
+scripts=$(dirname "$0")
 
-# The plug-in's saved sign-in of these runs stays below the build folder.
-XDG_CONFIG_HOME=$(cd "$build" && pwd)/config
-export XDG_CONFIG_HOME
+work=$(mktemp -d)
+service=
+finish() {
+  [ -z "$service" ] || kill "$service" 2>/dev/null || true
+  rm -rf "$work"
+}
+trap finish EXIT
+trap 'exit 130' INT
+trap 'exit 143' TERM
 
-set -- --plugin "$build/Varnix.fmx"
+interactive=
+if [ -t 0 ] && [ -t 1 ]; then interactive=yes; fi
+
+# On a terminal, sign-in and commands last from run to run, below the build folder; the tour starts afresh.
+kept=$(cd "$build" && pwd)
+[ -n "$interactive" ] || kept=$work
+export XDG_CONFIG_HOME="$kept/config"
+
+"$build/varnix-service" serve --listen 127.0.0.1:0 --data "$kept/service" --latest-version 99.0.0 > "$work/address" &
+service=$!
+tries=0
+until [ -s "$work/address" ]; do
+  tries=$((tries + 1))
+  if [ $tries -gt 100 ] || ! kill -0 "$service" 2>/dev/null; then
+    echo "The bridge service did not start." >&2
+    exit 1
+  fi
+  sleep 0.1
+done
+VARNIX_SERVICE=$(cat "$work/address")
+export VARNIX_SERVICE
+
 if [ -n "$solution" ]; then
-  set -- "$@" --open "$solution"
-  tour=$here/tour-any.txt
+  set -- --open "$solution"
 else
-  set -- "$@" --open samples/Timesheets.xml --open samples/Workshop.xml
-  tour=$here/tour.txt
+  set -- --open samples/Timesheets.xml --open samples/Workshop.xml
+fi
+set -- --plugin "$build/Varnix.fmx" "$@"
+
+if [ -n "$interactive" ]; then
+  "$build/fmsim" "$@" \
+    --eval "Varnix.Register ( \"you@example.com\" ; \"local\" ; Get ( PersistentID ) ; \"$VARNIX_SERVICE\" )" > "$work/sign-in"
+  echo "The local bridge service is at $VARNIX_SERVICE; the plug-in is signed in: $(cat "$work/sign-in")"
+  echo "From another terminal:  $build/varnix-service send LIST_FILES --service $VARNIX_SERVICE"
+  status=0
+  "$build/fmsim" "$@" || status=$?
+  exit $status
 fi
 
-if [ -t 0 ] && [ -t 1 ]; then
-  exec "$build/fmsim" "$@"
-fi
 unset DISPLAY  # the tour has a clipboard of its own, and leaves yours alone
-if "$build/fmsim" "$@" < "$tour"; then
+if "$scripts/tour.sh" "$build" "$work" "${solution:+any}" "$@"; then
   echo "Everything worked. On a terminal, make run gives a prompt to try it yourself."
 else
   echo "Something did not work: see above." >&2

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 
 #include "core/Product.h"
 #include "tests/support/FolderTest.h"
@@ -152,6 +153,33 @@ TEST_F(PluginBinary, RegistersNineteenFunctionsInOrderAndTakesAllBack) {
   Send(kFMXT_Shutdown);
   EXPECT_TRUE(fmhost::Functions().empty());
   EXPECT_EQ(Initialise(), 76u) << "the host may enable the plug-in again";
+}
+
+std::string ArgumentCount(short least, short most) {
+  if (most == 0) return "none";
+  return std::to_string(least) + (most == least ? "" : " or " + std::to_string(most));
+}
+
+TEST_F(PluginBinary, TheFunctionReferenceDescribesWhatIsRegistered) {
+  Load();
+  Initialise();
+  std::ifstream file(REFERENCE);
+  std::stringstream reference;
+  reference << file.rdbuf();
+  std::string headings;
+  for (std::string line; std::getline(reference, line);) {
+    if (line.starts_with("## ")) headings += line + "\n";
+  }
+  std::string expectedHeadings;
+  for (const auto& function : fmhost::Functions()) {
+    const std::string name = calc::ToUtf8(function.name);
+    expectedHeadings += "## " + name + "\n";
+    const std::string entry = "\n## " + name + "\n\n```\n" + calc::ToUtf8(function.prototype) +
+                              "\n```\n\nArguments: " + ArgumentCount(function.minArguments, function.maxArguments) +
+                              "\n";
+    EXPECT_NE(reference.str().find(entry), std::string::npos) << "not in the reference: " << entry;
+  }
+  EXPECT_EQ(headings, expectedHeadings);
 }
 
 TEST_F(PluginBinary, AnswersEachFunctionWithItsOwnHandler) {

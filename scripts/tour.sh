@@ -1,0 +1,91 @@
+#!/bin/sh
+# tour.sh BUILD WORK any|"" FMSIM-OPTION...: plays the tour: first calculations, then what the service asks for. WORK is
+# an empty folder.
+set -u
+
+build=$1
+work=$2
+any=$3
+shift 3
+scripts=$(dirname "$0")
+failed=0
+
+# The simulated FileMaker reads its lines from a pipe, and what it prints passes a reader that notices the mark.
+mark="-- in step --"
+mkfifo "$work/input"
+{ "$build/fmsim" "$@" < "$work/input"; echo $? > "$work/status"; } |
+  while IFS= read -r line; do
+    if [ "$line" = "$mark" ]; then : > "$work/reached"; else printf '%s\n' "$line"; fi
+  done &
+reader=$!
+exec 3> "$work/input"
+
+# fmsim LINE...: has the simulated FileMaker carry out lines, and waits until it has.
+fmsim() {
+  printf '%s\n' "$@" ".say $mark" >&3
+  until [ -e "$work/reached" ]; do
+    if [ -e "$work/status" ]; then
+      echo "The simulated FileMaker has ended." >&2
+      exit 1
+    fi
+    sleep 0.05
+  done
+  rm "$work/reached"
+}
+
+say() { echo; echo "== $*"; }
+
+# send STATUS EXPECTED WORD...: has the service send a command to the plug-in. It must end with the exit status, and its
+# result or error contain EXPECTED.
+send() {
+  wanted=$1
+  expected=$2
+  shift 2
+  echo "varnix-service send $*"
+  status=0
+  "$build/varnix-service" send "$@" --wait 45 > "$work/result" 2>&1 || status=$?
+  size=$(wc -c < "$work/result")
+  head -c 500 "$work/result" | sed 's/^/  /'
+  [ "$size" -le 500 ] || printf ' ... (%s bytes)\n' "$size"
+  if [ $status -ne "$wanted" ] || { [ -n "$expected" ] && ! grep -qF -e "$expected" "$work/result"; }; then
+    echo "NOT OK  exit status $status; expected $wanted and: $expected" >&2
+    failed=1
+  fi
+}
+
+fmsim "Let ( \$\$service = \"$VARNIX_SERVICE\" ; \"\" )"
+if [ -n "$any" ]; then
+  fmsim "$(cat "$scripts/tour-any.txt")"
+  send 0 "" LIST_FILES
+else
+  fmsim "$(cat "$scripts/tour.txt")"
+  say "Signed in, the plug-in asks the service for commands every three seconds: here, for the open files"
+  send 0 Timesheets LIST_FILES
+  say "... for a report of what the plug-in sees"
+  send 0 '"registered":true' DEBUG_CONTEXT
+  say "... to put a table on FileMaker's clipboard, and to get it back"
+  send 0 "" SET_CLIPBOARD --xml-type XMTB --content samples/snippets/XMTB-parts-table.xml
+  send 0 Mac-XMTB GET_CLIPBOARD_FORMATS
+  send 0 "<BaseTable" GET_CLIPBOARD --xml-type XMTB
+  say "... for the design of a file, which its script Varnix Live Push saves and sends"
+  send 0 "</FMSaveAsXML>" GET_SCHEMA
+  say "... of a file whose privilege set does not let plug-ins start scripts"
+  fmsim ".activate Timesheets"
+  send 1 "(FM error 825)" GET_SCHEMA --file Timesheets
+  say "... of a file without the script"
+  sed 's/Varnix Live Push/Nightly Backup/g; s/File="Workshop.fmp12"/File="Scriptless.fmp12"/' \
+    samples/Workshop.xml > "$work/Scriptless.xml"
+  fmsim ".open $work/Scriptless.xml"
+  send 1 "script not found" GET_SCHEMA --file Scriptless
+  say "What the service remembers of it"
+  "$build/varnix-service" list || failed=1
+  schema=$("$build/varnix-service" list | awk '$2 == "GET_SCHEMA" { print $1; exit }')
+  "$build/varnix-service" show "$schema" | tee "$work/result"
+  grep -q "LC_SCRIPT_TRIGGERED" "$work/result" || { echo "NOT OK  diagnostics are missing" >&2; failed=1; }
+fi
+
+echo ".quit" >&3
+exec 3>&-
+wait "$reader"
+[ "$(cat "$work/status")" = 0 ] || failed=1
+exit $failed
