@@ -81,9 +81,9 @@ class Pool {
 }  // namespace
 
 void bg(std::function<void()> job) noexcept {
-  static Pool pool;
   try {
+    static Pool pool;
     pool.Add(std::move(job));
-  } catch (const std::exception&) {  // no memory to queue it
+  } catch (const std::exception&) {  // no memory for it
   }
 }

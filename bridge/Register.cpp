@@ -12,12 +12,13 @@
 
 namespace {
 
-void SignIn(const std::string& licenseKey, const std::string& baseUrl, const std::string& fileName) {
+void SignIn(const std::string& licenseKey, const std::string& baseUrl, const fmx::ExprEnv& env) {
   g_licenseKey = licenseKey;
   g_baseUrl = baseUrl;
   g_registered = true;
   Prefs::SaveLicenseKey(licenseKey);
   Prefs::SaveBaseUrl(baseUrl);
+  const std::string fileName = EvalCalc(const_cast<fmx::ExprEnv*>(&env), "Get(FileName)");
   if (!fileName.empty()) g_registeredFileName = fileName;
   CheckVersionInBackground();
 }
@@ -38,7 +39,7 @@ fmx::errcode Do_Register(short, const fmx::ExprEnv& env, const fmx::DataVect& ar
         {{"email", email}, {"licenseKey", licenseKey}, {"machineId", machineId}, {"pluginVersion", kPluginVersion}});
     std::string response;
     if (Network::Post(baseUrl + "/api/bridge/register", body, response, error)) {
-      SignIn(licenseKey, baseUrl, EvalCalc(const_cast<fmx::ExprEnv*>(&env), "Get(FileName)"));
+      SignIn(licenseKey, baseUrl, env);
       error = "OK";
     }
   }

@@ -63,7 +63,7 @@ void StartLivePush(const FMX_ExternCallStruct& call, const std::string& currentF
     PostProgress("LC_SCRIPT_TRIGGERED", "Script queued — waiting for FileMaker to run \"Varnix Live Push\"...");
     return;
   }
-  if (!g_pendingSchemaReady) ForgetSchemaRequest();  // unless FileMaker let in another request meanwhile
+  if (g_pendingGetSchemaCmdId == commandId) ForgetSchemaRequest();  // else FileMaker let in another one meanwhile
   Fail(commandId, "LC_SCRIPT_ERROR", StartFailure(error, target));
 }
 
