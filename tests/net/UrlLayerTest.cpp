@@ -217,7 +217,7 @@ TEST(UrlLayer, FollowsRedirectsAsABrowserDoes) {
                                            {303, "GET /to", ""},
                                            {307, "POST /to", "body"},
                                            {308, "POST /to", "body"}}) {
-    LoopbackServer server(Answering([status](const std::string& request) {
+    LoopbackServer server(Answering([status = status](const std::string& request) {
       return RequestLine(request).ends_with("/to") ? CannedAnswer{200, "arrived", ""}
                                                    : CannedAnswer{status, "", "Location: /to\r\n"};
     }));
