@@ -18,6 +18,7 @@ constexpr std::size_t kMostThreads = 32;
 
 class Pool {
  public:
+  Pool() { PrepareTransfers(); }  // so that at the end of the process the jobs end before what they use
   ~Pool() {
     {
       const std::lock_guard lock(mutex_);

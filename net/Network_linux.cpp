@@ -20,4 +20,6 @@ void Network::StartTransfer(Request request, std::function<void(Outcome)> comple
   g_transferThread.Start(std::make_unique<CurlTransfer>(std::move(request), std::move(completion)));
 }
 
+void PrepareTransfers() { curl_global_init(CURL_GLOBAL_DEFAULT); }
+
 void StopTransfers() { g_transferThread.Stop(); }
