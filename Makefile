@@ -14,7 +14,8 @@ run:
 	@cmake --build $(BUILD) -j $(JOBS) --target plugin fmsim service
 	@scripts/run.sh $(BUILD) "$(SOLUTION)"
 
-## test: every test, plain and then under the address and undefined-behaviour sanitizers.
+## test: every test, plain and then under the address and undefined-behaviour sanitizers; what has threads of the
+##       plug-in's in it also under the thread sanitizer.
 test:
 	scripts/install-packages.sh plugin tools test
 	cmake -S . -B $(BUILD) -DVARNIX_BUILD_TESTS=ON
@@ -23,6 +24,9 @@ test:
 	cmake -S . -B $(BUILD)/sanitize -DCMAKE_CXX_COMPILER=clang++ -DVARNIX_SANITIZE=address,undefined
 	cmake --build $(BUILD)/sanitize -j $(JOBS)
 	ctest --test-dir $(BUILD)/sanitize --output-on-failure -j $(JOBS)
+	cmake -S . -B $(BUILD)/thread -DCMAKE_CXX_COMPILER=clang++ -DVARNIX_SANITIZE=thread
+	cmake --build $(BUILD)/thread -j $(JOBS) --target threaded_tests
+	ctest --test-dir $(BUILD)/thread --output-on-failure -L thread
 
 ## bench: speed against well-known libraries, as ratios in one run; fails below what is demanded.
 bench:

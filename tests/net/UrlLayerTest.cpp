@@ -20,9 +20,9 @@ using Connection = LoopbackServer::Connection;
 
 namespace {
 
-// What a test with a silent server waits.
-std::chrono::milliseconds g_transferLimit = 60s;
-std::chrono::milliseconds g_waitLimit = 60s;
+// What a test with a silent server waits. Read by the transfer thread too.
+std::atomic<std::chrono::milliseconds> g_transferLimit{60s};
+std::atomic<std::chrono::milliseconds> g_waitLimit{60s};
 
 }  // namespace
 
@@ -285,6 +285,7 @@ TEST(UrlLayer, ManyCallsRunSideBySide) {
         [&, path = "/" + std::to_string(i)] { EXPECT_EQ(Get(server.Url(path)).response, "GET " + path); });
   }
   for (auto& caller : callers) caller.join();
+  const std::lock_guard lock(mutex);
   EXPECT_EQ(asked, kCalls);
 }
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <mutex>
 #include <utility>
 #include <vector>
 
@@ -40,7 +41,10 @@ class VersionCheck : public testing::Test {
   VersionCheck() { g_baseUrl = server_.Url(); }
 
   std::string NoticeAfter(CannedAnswer answer) {
-    answer_ = std::move(answer);
+    {
+      const std::lock_guard lock(mutex_);
+      answer_ = std::move(answer);
+    }
     CheckVersionInBackground();
     RunJobs();
     EXPECT_FALSE(g_versionCheckInFlight);
@@ -48,8 +52,12 @@ class VersionCheck : public testing::Test {
   }
 
   ScriptedHost host_;
+  std::mutex mutex_;
   CannedAnswer answer_;
-  LoopbackServer server_{Answering([this](const std::string&) { return answer_; })};
+  LoopbackServer server_{Answering([this](const std::string&) {
+    const std::lock_guard lock(mutex_);
+    return answer_;
+  })};
 };
 
 TEST_F(VersionCheck, TellsOfNewerVersionsAndKeepsTheLastWhenItLearnsNone) {
