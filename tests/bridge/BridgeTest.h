@@ -73,5 +73,5 @@ class BridgeTest : public FolderTest {
   std::size_t seen_ = 0;
 
  protected:
-  LoopbackServer server{Answering([this](const std::string& request) { return Answer(request); })};
+  LoopbackServer server{Answering([this](const std::string& request) { return Answer(request); })};  // ends first
 };

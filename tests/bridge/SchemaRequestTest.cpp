@@ -131,14 +131,14 @@ TEST_F(SchemaRequest, ALaterRequestIsTakenMeanwhileAndCountsFromItsOwnTime) {
   EXPECT_EQ(Sent(), (Texts{Told("LC_TIMEOUT", "error", timeout_), Ended("c2", timeout_)}));
 }
 
-TEST_F(SchemaRequest, AnIdleCallWithinTheEvaluationSettlesItOnce) {
+TEST_F(SchemaRequest, IdleCallsWithinTheEvaluationAndTheStartSettleItOnce) {
   const std::pair<const char*, Texts> cases[] = {
       {"Sales", triggered_}, {"Contacts", {Told("LC_TIMEOUT", "error", timeout_), Ended("c1", timeout_)}}};
   for (const auto& [file, sent] : cases) {
     Arm();
     host.answers = {{"Get(FileName)", file}};
     now += 30'001;
-    duringEvaluation = [this] { Idle(); };
+    duringEvaluation = duringStart = [this] { Idle(); };
     Idle();
     RunJobs();
     EXPECT_EQ(Sent(), sent);
