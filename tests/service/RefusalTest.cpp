@@ -113,17 +113,18 @@ TEST_F(Refusal, ChecksTheKeyOfEveryRequestThatBearsOne) {
       {"GET", "/operator/status", bearer, "", "200"},
       {"POST", "/operator/commands", bearer, R"({"type":"LIST_FILES"})", "201"},
   };
-  for (const auto& [method, path, headers, body, accepted] : requests) {
+  for (const auto& request : requests) {
+    const std::string& path = request.path;
     const auto with = [&](const std::string& key) {
       const auto filled = [&](const std::string& text) { return std::regex_replace(text, std::regex("@"), key); };
-      return service.Exchange(Request(method, filled(path), filled(headers), filled(body)));
+      return service.Exchange(Request(request.method, filled(path), filled(request.headers), filled(request.body)));
     };
     for (const char* key : {"Right-2", "Right-", "Right-11", "right-1", ""}) {
       const std::string answer = with(key);
       EXPECT_EQ(answer.substr(9, 3), "401") << path << ' ' << key;
       EXPECT_NE(answer.find(R"({"error":"the account key is wrong"})"), std::string::npos) << path << ' ' << key;
     }
-    EXPECT_EQ(with("Right-1").substr(9, 3), accepted) << path;
+    EXPECT_EQ(with("Right-1").substr(9, 3), request.accepted) << path;
   }
   EXPECT_EQ(service.Get("/api/plugin/version").status, 200);
   EXPECT_EQ(service.Get("/operator/status").status, 401);
