@@ -1,5 +1,9 @@
 // A pool of threads that grows with the work. They live as long as the plug-in: when it is unloaded, or the process
 // ends, jobs that wait are dropped and those that run are cut short.
+#include "bridge/Background_linux.h"
+
+#include <sys/eventfd.h>
+
 #include <condition_variable>
 #include <deque>
 #include <exception>
@@ -10,6 +14,7 @@
 
 #include "bridge/Background.h"
 #include "core/HostProcess_linux.h"
+#include "host/FileDescriptor.h"
 #include "net/Network_linux.h"
 
 namespace {
@@ -26,9 +31,12 @@ class Pool {
       waiting_.clear();
     }
     hasWork_.notify_all();
-    StopTransfers();  // what the jobs wait for
+    eventfd_write(end_.get(), 1);
+    StopTransfers();
     for (auto& thread : threads_) thread.join();
   }
+
+  int end() const { return end_.get(); }
 
   void Add(std::function<void()> job) {
     const std::lock_guard lock(mutex_);
@@ -71,6 +79,7 @@ class Pool {
     }
   }
 
+  const FileDescriptor end_{eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
   std::mutex mutex_;  // guards what follows
   std::condition_variable hasWork_;
   std::deque<std::function<void()>> waiting_;
@@ -79,12 +88,18 @@ class Pool {
   bool stopping_ = false;
 };
 
+Pool& ThePool() {
+  static Pool pool;
+  return pool;
+}
+
 }  // namespace
+
+int EndOfJobs() { return ThePool().end(); }
 
 void bg(std::function<void()> job) noexcept {
   try {
-    static Pool pool;
-    pool.Add(std::move(job));
+    ThePool().Add(std::move(job));
   } catch (const std::exception&) {  // no memory for it
   }
 }

@@ -8,15 +8,17 @@
 
 #include <cerrno>
 #include <csignal>
+#include <iterator>
 #include <string_view>
 
 #include "bridge/Background.h"
+#include "bridge/Background_linux.h"
 #include "bridge/Notify.h"
 #include "host/FileDescriptor.h"
 
 namespace {
 
-constexpr int kLongestRunMs = 5000;  // the end of the process waits for a job, and so for the tool
+constexpr int kLongestRunMs = 5000;
 
 // The system takes no argument above 128 KiB, and escaping makes a byte at most five.
 constexpr std::size_t kLongestMessage = 25'000;
@@ -80,11 +82,15 @@ class CleanStart {
   posix_spawnattr_t signals;
 };
 
-/// Waits for the tool, which hangs for as long as a desktop does not answer, and ends it when that takes too long.
+/// Waits for the tool, which hangs for as long as a desktop does not answer, and ends it when that takes too long or
+/// the process does not wait.
 void Reap(pid_t tool) {
   const FileDescriptor process(static_cast<int>(syscall(SYS_pidfd_open, tool, 0)));
-  pollfd ended = {process.get(), POLLIN, 0};
-  if (process.IsOpen() && poll(&ended, 1, kLongestRunMs) == 0) kill(tool, SIGKILL);
+  pollfd awaited[] = {{process.get(), POLLIN, 0}, {EndOfJobs(), POLLIN, 0}};
+  if (process.IsOpen()) {
+    poll(awaited, std::size(awaited), kLongestRunMs);
+    if (awaited[0].revents == 0) kill(tool, SIGKILL);
+  }
   while (waitpid(tool, nullptr, 0) < 0 && errno == EINTR) continue;
 }
 

@@ -17,6 +17,10 @@ trap finish EXIT
 trap 'exit 130' INT
 trap 'exit 143' TERM
 
+if [ -n "$solution" ] && ! "$build/fmsim" --open "$solution" --idle 0; then
+  exit 1  # fmsim has said why
+fi
+
 interactive=
 if [ -t 0 ] && [ -t 1 ]; then interactive=yes; fi
 

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
+#include <sys/eventfd.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 
@@ -13,15 +14,22 @@
 #include <iterator>
 
 #include "bridge/Background.h"
+#include "bridge/Background_linux.h"
 #include "bridge/NotificationScript.h"
 #include "host/FileDescriptor.h"
 #include "tests/support/FolderTest.h"
 
-void bg(std::function<void()> job) noexcept { job(); }
-
 namespace {
 
-bool g_timeIsUp = false;
+bool g_timeIsUp = false;  // or else it is never up
+int g_endOfJobs = -1;
+
+}  // namespace
+
+void bg(std::function<void()> job) noexcept { job(); }
+int EndOfJobs() { return g_endOfJobs; }
+
+namespace {
 
 class NotifyTest : public FolderTest {
  protected:
@@ -91,6 +99,14 @@ TEST_F(NotifyTest, EndsAToolThatHangs) {
   Notify("title", "message");
 }
 
+TEST_F(NotifyTest, EndsAToolAtTheEndOfTheProcess) {
+  MakeTool("exec sleep 1000");
+  const FileDescriptor end(eventfd(1, EFD_CLOEXEC));
+  g_endOfJobs = end.get();
+  Notify("title", "message");
+  g_endOfJobs = -1;
+}
+
 TEST_F(NotifyTest, DoesNothingWithoutTheTool) {
   setenv("PATH", folder_.c_str(), 1);
   Notify("title", "message");
@@ -102,8 +118,6 @@ extern "C" {
 
 int __real_poll(pollfd* files, nfds_t count, int timeout);
 
-int __wrap_poll(pollfd* files, nfds_t count, int timeout) {
-  return g_timeIsUp ? 0 : __real_poll(files, count, timeout);
-}
+int __wrap_poll(pollfd* files, nfds_t count, int) { return g_timeIsUp ? 0 : __real_poll(files, count, -1); }
 
 }  // extern "C"

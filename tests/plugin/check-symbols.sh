@@ -20,7 +20,7 @@ nm -D --undefined-only "$plugin" | grep -q ' FM_Text_Assign$' || { echo "the hos
 
 needed=$(readelf -d "$plugin" | sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p' | LC_ALL=C sort)
 strange=$(echo "$needed" | grep -v -e '^libFMWrapper\.so$' -e '^libstdc++\.so' -e '^libgcc_s\.so' -e '^libc\.so' \
-  -e '^libm\.so' -e '^libxcb\.so' -e '^ld-linux' || true)
+  -e '^libm\.so' -e '^libxcb\.so' -e '^libcurl\.so' -e '^ld-linux' || true)
 if [ -n "$strange" ]; then
   echo "needs: $strange"
   exit 1
