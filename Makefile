@@ -3,7 +3,7 @@ BUILD := build
 JOBS := $(shell nproc)
 MAKEFLAGS += --no-print-directory
 
-.PHONY: run test bench fuzz plugin clean
+.PHONY: run test bench fuzz plugin bundle clean
 
 ## run: the local bridge service, and the simulated FileMaker with the plug-in: a prompt on a terminal, else a tour of
 ##      everything.
@@ -47,6 +47,11 @@ plugin:
 	scripts/install-packages.sh plugin
 	cmake -S . -B $(BUILD)/plugin -DVARNIX_BUILD_TOOLS=OFF -DVARNIX_BUILD_TESTS=OFF
 	cmake --build $(BUILD)/plugin -j $(JOBS)
+
+## bundle: the macOS product, on a Mac, or with MACOS_SDK=dir elsewhere. FMWRAPPER_SDK=dir builds it against the vendor's
+##         framework; LINUX_PLUGIN=file takes the Linux plug-in along, as does an earlier make plugin.
+bundle:
+	@FMWRAPPER_SDK="$(FMWRAPPER_SDK)" LINUX_PLUGIN="$(LINUX_PLUGIN)" MACOS_SDK="$(MACOS_SDK)" scripts/bundle.sh $(BUILD)
 
 clean:
 	rm -rf $(BUILD)

@@ -1,0 +1,49 @@
+# Builds the macOS plug-in on another system, with clang, lld and LLVM's tools, against a macOS SDK (MacOSX.sdk of Apple's
+# developer tools), whose directory MACOS_SDK names. scripts/bundle.sh uses it.
+
+set(CMAKE_SYSTEM_NAME Darwin)
+set(CMAKE_SYSTEM_VERSION 20)  # macOS 11
+
+list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES MACOS_SDK)
+if(NOT IS_DIRECTORY "${MACOS_SDK}/System/Library/Frameworks")
+  message(FATAL_ERROR "MACOS_SDK must name the directory of a macOS SDK, but is \"${MACOS_SDK}\"")
+endif()
+set(CMAKE_OSX_SYSROOT ${MACOS_SDK})
+set(CMAKE_FIND_ROOT_PATH ${MACOS_SDK})
+foreach(kind LIBRARY INCLUDE PACKAGE)
+  set(CMAKE_FIND_ROOT_PATH_MODE_${kind} ONLY)
+endforeach()
+
+find_program(DARWIN_CLANG NAMES clang++ clang++-19 clang++-18 clang++-17 clang++-16 clang++-15 clang++-14 REQUIRED)
+set(CMAKE_CXX_COMPILER ${DARWIN_CLANG})
+set(CMAKE_OBJCXX_COMPILER ${DARWIN_CLANG})
+set(CMAKE_CXX_COMPILER_TARGET x86_64-apple-macos)  # -arch overrides the processor
+set(CMAKE_OBJCXX_COMPILER_TARGET ${CMAKE_CXX_COMPILER_TARGET})
+
+# Sets `variable` to the path of the tool `name` that belongs to this clang.
+function(find_llvm_tool variable name)
+  execute_process(COMMAND ${DARWIN_CLANG} -print-prog-name=${name} OUTPUT_VARIABLE path OUTPUT_STRIP_TRAILING_WHITESPACE)
+  if(NOT IS_ABSOLUTE "${path}")
+    message(FATAL_ERROR "${name} is missing (Debian: packages lld and llvm)")
+  endif()
+  set(${variable} ${path} PARENT_SCOPE)
+endfunction()
+find_llvm_tool(CMAKE_LINKER ld64.lld)
+find_llvm_tool(CMAKE_AR llvm-ar)
+find_llvm_tool(CMAKE_RANLIB llvm-ranlib)
+find_llvm_tool(CMAKE_INSTALL_NAME_TOOL llvm-install-name-tool)
+find_llvm_tool(libtool llvm-libtool-darwin)
+find_llvm_tool(lipo llvm-lipo)
+
+# Clang looks for the tools that it calls where -B says, by these names.
+file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/darwin)
+file(CREATE_LINK ${CMAKE_LINKER} ${CMAKE_BINARY_DIR}/darwin/ld64.lld SYMBOLIC)
+file(CREATE_LINK ${lipo} ${CMAKE_BINARY_DIR}/darwin/lipo SYMBOLIC)
+foreach(language CXX OBJCXX)
+  set(CMAKE_${language}_FLAGS_INIT "-B${CMAKE_BINARY_DIR}/darwin -stdlib=libc++")
+  # Archives of objects with two architectures are beyond llvm-ar.
+  set(CMAKE_${language}_CREATE_STATIC_LIBRARY "${libtool} -static -o <TARGET> <OBJECTS>")
+endforeach()
+foreach(kind EXE MODULE)
+  set(CMAKE_${kind}_LINKER_FLAGS_INIT -fuse-ld=lld)
+endforeach()
