@@ -1,0 +1,142 @@
+#!/bin/sh
+# release.sh: signs, notarises and packs the macOS product. See packaging/README.md.
+set -eu
+
+usage() {
+  cat >&2 <<'TEXT'
+usage: release.sh [--dry-run] --identity NAME --keychain-profile NAME [--output DIRECTORY] BUNDLE
+  --identity          the certificate: "Developer ID Application: Name (TEAM)", or its SHA-1 in 40 hexadecimal digits
+  --keychain-profile  where "xcrun notarytool store-credentials" keeps the account for notarising
+  --output            where the archives go; else the bundle's own directory
+  --dry-run           check what can be checked on any system, and print the commands instead of running them
+TEXT
+  exit 2
+}
+
+fail() {
+  echo "release: $1" >&2
+  exit 1
+}
+
+# The arguments as a shell would take them.
+quoted() {
+  line=
+  for word in "$@"; do
+    case $word in
+      *[!A-Za-z0-9_./=:@%+-]*) word="'$(printf %s "$word" | sed "s/'/'\\\\''/g")'" ;;
+    esac
+    line="$line${line:+ }$word"
+  done
+  echo "$line"
+}
+
+run() {
+  quoted "$@"
+  [ -n "$dry_run" ] || "$@"
+}
+
+# The text under a key of the bundle's Info.plist, which stands there as CMake wrote it.
+property() {
+  sed -n "/<key>$1<\/key>/{n;s/.*<string>\(.*\)<\/string>.*/\1/p;}" "$bundle/Contents/Info.plist"
+}
+
+# The bytes of a file from an offset on, in hexadecimal.
+bytes() {
+  od -An -v -tx1 -j "$2" -N "$3" "$1" | tr -d ' \n'
+}
+
+# A universal binary begins with a list of its architectures. Read here, so that any system can check it.
+has_both_architectures() {
+  [ "$(bytes "$1" 0 8)" = cafebabe00000002 ] || return 1
+  case $(bytes "$1" 8 4)$(bytes "$1" 28 4) in
+    010000070100000c | 0100000c01000007) return 0 ;;  # x86_64 and arm64, in either order
+    *) return 1 ;;
+  esac
+}
+
+check_bundle() {
+  case $bundle in *.fmplugin) ;; *) fail "$bundle is not named like a plug-in, .fmplugin" ;; esac
+  [ -d "$bundle" ] || fail "there is no bundle $bundle (make bundle builds it)"
+  [ -f "$bundle/Contents/Info.plist" ] || fail "$bundle has no Contents/Info.plist"
+  [ "$(property CFBundlePackageType)" = FMXT ] || fail "Info.plist does not say that this is a FileMaker plug-in (FMXT)"
+  executable=$bundle/Contents/MacOS/$(property CFBundleExecutable)
+  if [ ! -f "$executable" ] || [ ! -x "$executable" ]; then fail "$executable is not there, or not executable"; fi
+  has_both_architectures "$executable" || fail "$executable is not built for both x86_64 and arm64"
+  wanted=$(sed -n 's/^project(Varnix VERSION \([0-9.]*\).*/\1/p' "$(dirname "$0")/../CMakeLists.txt")
+  version=$(property CFBundleShortVersionString)
+  if [ "$version" != "$wanted" ] || [ "$(property CFBundleVersion)" != "$wanted" ]; then
+    fail "the bundle has version $version, but the source has $wanted: build it anew"
+  fi
+}
+
+check_identity() {
+  [ -n "$identity" ] || fail "--identity is missing"
+  if ! echo "$identity" | grep -Eqx -e 'Developer ID Application: .+ \([A-Z0-9]{10}\)' -e '[0-9A-Fa-f]{40}'; then
+    fail "--identity must name a Developer ID Application certificate, the only kind that can be notarised"
+  fi
+  [ -n "$dry_run" ] || security find-identity -v -p codesigning | grep -Fqi "$identity" ||
+    fail "the keychain has no valid certificate $identity"
+}
+
+check_profile() {
+  [ -n "$profile" ] || fail "--keychain-profile is missing"
+  [ -n "$dry_run" ] || xcrun notarytool history --keychain-profile "$profile" >/dev/null ||
+    fail "the keychain profile $profile does not work; make it with: xcrun notarytool store-credentials"
+}
+
+check_tools() {
+  [ -z "$dry_run" ] || return 0
+  for tool in codesign ditto security spctl xcrun; do
+    command -v $tool >/dev/null || fail "$tool is missing: this needs a Mac with Apple's command line tools"
+  done
+}
+
+dry_run=
+identity=
+profile=
+output=
+bundle=
+while [ $# -gt 0 ]; do
+  case $1 in
+    --dry-run) dry_run=yes ;;
+    --identity | --keychain-profile | --output)
+      [ $# -ge 2 ] || usage
+      case $1 in
+        --identity) identity=$2 ;;
+        --keychain-profile) profile=$2 ;;
+        --output) output=$2 ;;
+      esac
+      shift
+      ;;
+    -*) usage ;;
+    *)
+      [ -z "$bundle" ] || usage
+      bundle=${1%/}
+      ;;
+  esac
+  shift
+done
+[ -n "$bundle" ] || usage
+
+check_bundle
+check_tools
+check_identity
+check_profile
+[ -n "$output" ] || output=$(dirname "$bundle")
+[ -d "$output" ] || fail "there is no directory $output"
+
+name=$(basename "$bundle")
+base=$output/${name%.fmplugin}-$version
+upload=$base-unstapled.zip
+
+run codesign --force --timestamp --options runtime --sign "$identity" "$bundle"
+run codesign --verify --strict --verbose=2 "$bundle"
+run ditto -c -k --keepParent "$bundle" "$upload"
+run xcrun notarytool submit "$upload" --keychain-profile "$profile" --wait
+run rm "$upload"
+run xcrun stapler staple "$bundle"  # fails when the upload was not accepted
+run xcrun stapler validate "$bundle"
+run spctl --assess --type install --verbose=2 "$bundle"
+run ditto -c -k --keepParent "$bundle" "$base.zip"
+# For Install Plug-In File. Without the extra files that tar on macOS makes of extended attributes.
+run env COPYFILE_DISABLE=1 tar -czf "$output/$name.tgz" -C "$(dirname "$bundle")" "$name"
