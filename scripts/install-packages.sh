@@ -10,7 +10,8 @@ for group in "$@"; do
     tools) packages="$packages libgmp-dev libmpfr-dev libicu-dev libpugixml-dev libedit-dev
                     libcpp-httplib-dev nlohmann-json3-dev libsqlite3-dev" ;;
     test) packages="$packages clang libclang-rt-dev? libgtest-dev libbenchmark-dev rapidjson-dev libssl-dev openssl curl
-                    libgnustep-base-dev libblocksruntime-dev binutils xvfb xclip" ;;
+                    libgnustep-base-dev libblocksruntime-dev binutils xvfb xclip
+                    lld llvm libc++-dev musl-dev libplist-utils" ;;
     *) echo "install-packages: unknown group $group" >&2; exit 2 ;;
   esac
 done
@@ -48,7 +49,7 @@ for package in $missing; do
 done
 # shellcheck disable=SC2086 # a list of words
 if [ -n "$wanted" ] && ! $as_root env DEBIAN_FRONTEND=noninteractive \
-     apt-get install -y --no-install-recommends $wanted >"$log" 2>&1; then
+     apt-get install -y --no-remove --no-install-recommends $wanted >"$log" 2>&1; then
   cat "$log" >&2
   by_hand "apt-get could not install them (see above)"
 fi

@@ -1,0 +1,111 @@
+#!/bin/sh
+# release-test.sh RELEASE BUNDLE: the release script's dry run and its run with recorded tools, and what it refuses.
+set -eu
+release=$1
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cd "$work"
+cp -R "$2" Varnix.fmplugin
+mkdir "out put"
+plist=Varnix.fmplugin/Contents/Info.plist
+binary=Varnix.fmplugin/Contents/MacOS/Varnix
+version=$(sed -n '/CFBundleVersion/{n;s/.*<string>\(.*\)<.*/\1/p;}' $plist)
+identity="Developer ID Application: Someone's Firm (AB12CD34EF)"
+failed=0
+
+note() {
+  echo "$1"
+  failed=1
+}
+
+cat >expected <<TEXT
+codesign --force --timestamp --options runtime --sign 'Developer ID Application: Someone'\\''s Firm (AB12CD34EF)' Varnix.fmplugin
+codesign --verify --strict --verbose=2 Varnix.fmplugin
+ditto -c -k --keepParent Varnix.fmplugin 'out put/Varnix-$version-unstapled.zip'
+xcrun notarytool submit 'out put/Varnix-$version-unstapled.zip' --keychain-profile varnix --wait
+rm 'out put/Varnix-$version-unstapled.zip'
+xcrun stapler staple Varnix.fmplugin
+xcrun stapler validate Varnix.fmplugin
+spctl --assess --type install --verbose=2 Varnix.fmplugin
+ditto -c -k --keepParent Varnix.fmplugin 'out put/Varnix-$version.zip'
+env COPYFILE_DISABLE=1 tar -czf 'out put/Varnix.fmplugin.tgz' -C . Varnix.fmplugin
+TEXT
+set -- --identity "$identity" --keychain-profile varnix --output "out put" Varnix.fmplugin/
+"$release" --dry-run "$@" >said
+diff expected said || note "the dry run prints other commands"
+[ -z "$(ls "out put")" ] || note "the dry run made something"
+
+# Apple's tools, which write down how they were called, and fail where they are called as FAILING says.
+mkdir tools
+cat >tools/recorder <<'TEXT'
+#!/bin/sh
+call="$(basename "$0") $*"
+echo "$call" >>calls
+case $call in
+  "security find-identity"*) echo "  1) 0123 \"Developer ID Application: Someone's Firm (AB12CD34EF)\"" ;;
+  ditto*) for made in "$@"; do :; done && : >"$made" ;;
+esac
+case $call in ${FAILING:-none}*) exit 65 ;; esac
+TEXT
+chmod +x tools/recorder
+for tool in codesign ditto security spctl xcrun; do ln -s recorder tools/$tool; done
+
+PATH="$work/tools:$PATH" "$release" "$@" >said 2>&1 || note "the run fails: $(cat said)"
+diff expected said || note "the run prints other commands than the dry run"
+[ "$(cd "out put" && echo *)" = "Varnix-$version.zip Varnix.fmplugin.tgz" ] || note "other archives: $(ls "out put")"
+mkdir unpacked && tar -xzf "out put/Varnix.fmplugin.tgz" -C unpacked
+diff -r Varnix.fmplugin unpacked/Varnix.fmplugin || note "the archive holds something else"
+
+# A refused upload shows at the stapler, and nothing is packed then.
+rm -r "out put" calls && mkdir "out put"
+if FAILING="xcrun stapler" PATH="$work/tools:$PATH" "$release" "$@" >said 2>&1; then note "goes on without a ticket"; fi
+grep -q "^xcrun stapler staple" calls || note "does not staple"
+[ -z "$(ls "out put")" ] || note "packs what is not stapled"
+
+# refuses MESSAGE COMMAND...: the command fails, its last line being MESSAGE.
+refuses() {
+  message=$1
+  shift
+  if "$@" >said 2>&1; then note "takes it, instead of: $message"; fi
+  [ "$(tail -n 1 said)" = "release: $message" ] || note "says \"$(tail -n 1 said)\" instead of \"$message\""
+}
+# shellcheck disable=SC2317 # called by way of refuses
+with_tools() { PATH="$work/tools:$PATH" "$@"; }
+# shellcheck disable=SC2317
+dry_run() { "$release" --dry-run --identity "$identity" --keychain-profile varnix "$1"; }
+# spoilt CHANGE MESSAGE: the dry run refuses a bundle of which the command CHANGE has spoilt something.
+spoilt() {
+  rm -rf good && cp -R Varnix.fmplugin good
+  eval "$1"
+  refuses "$2" dry_run Varnix.fmplugin
+  rm -rf Varnix.fmplugin && mv good Varnix.fmplugin
+}
+
+refuses "there is no bundle None.fmplugin (make bundle builds it)" dry_run None.fmplugin
+refuses "Varnix.app is not named like a plug-in, .fmplugin" dry_run Varnix.app
+spoilt "rm $plist" "Varnix.fmplugin has no Contents/Info.plist"
+spoilt "sed -i s/FMXT/BNDL/ $plist" "Info.plist does not say that this is a FileMaker plug-in (FMXT)"
+spoilt "rm $binary" "$binary is not there, or not executable"
+spoilt "chmod -x $binary" "$binary is not there, or not executable"
+spoilt "sed -i s/$version/9.9/ $plist" "the bundle has version 9.9, but the source has $version: build it anew"
+one_kind="$binary is not built for both x86_64 and arm64"
+spoilt "printf '\317\372\355\376\014\000\000\001' >$binary" "$one_kind"
+spoilt "printf '\312\376\272\276\000\000\000\002\001\000\000\007' >$binary" "$one_kind"
+spoilt ": >$binary" "$one_kind"
+
+refuses "--identity is missing" "$release" --dry-run --keychain-profile varnix Varnix.fmplugin
+refuses "--identity must name a Developer ID Application certificate, the only kind that can be notarised" \
+  "$release" --dry-run --identity "Apple Development: A B (AB12CD34EF)" --keychain-profile varnix Varnix.fmplugin
+refuses "--keychain-profile is missing" "$release" --dry-run --identity "$identity" Varnix.fmplugin
+refuses "there is no directory none" "$release" --dry-run --identity "$identity" --keychain-profile varnix --output none \
+  Varnix.fmplugin
+refuses "the keychain has no valid certificate 0123456789012345678901234567890123456789" \
+  with_tools "$release" --identity 0123456789012345678901234567890123456789 --keychain-profile varnix Varnix.fmplugin
+FAILING="xcrun notarytool history"
+export FAILING
+refuses "the keychain profile varnix does not work; make it with: xcrun notarytool store-credentials" \
+  with_tools "$release" "$@"
+if [ "$(uname -s)" != Darwin ]; then
+  refuses "codesign is missing: this needs a Mac with Apple's command line tools" "$release" "$@"
+fi
+exit $failed
