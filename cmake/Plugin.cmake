@@ -71,6 +71,10 @@ else()
 endif()
 target_include_directories(varnix PUBLIC ${PROJECT_SOURCE_DIR})
 
+if(NOT VARNIX_DEFAULT_BASE_URL MATCHES "^https://[^/ ]+$")
+  message(FATAL_ERROR "VARNIX_DEFAULT_BASE_URL must be an https origin without a trailing slash")
+endif()
+
 # The description texts name the guide page as people type it, without its scheme.
 string(REGEX REPLACE "^[a-z]+://" "" VARNIX_GUIDE_ADDRESS "${VARNIX_GUIDE_URL}")
 configure_file(core/Product.h.in generated/core/Product.h @ONLY)
