@@ -29,7 +29,8 @@ kept=$(cd "$build" && pwd)
 [ -n "$interactive" ] || kept=$work
 export XDG_CONFIG_HOME="$kept/config"
 
-"$build/varnix-service" serve --listen 127.0.0.1:0 --data "$kept/service" --latest-version 99.0.0 > "$work/address" &
+# In a session of its own, so that Ctrl-C at the prompt does not end it.
+setsid "$build/varnix-service" serve --listen 127.0.0.1:0 --data "$kept/service-data" --latest-version 99.0.0 > "$work/address" &
 service=$!
 tries=0
 until [ -s "$work/address" ]; do
@@ -51,6 +52,7 @@ fi
 set -- --plugin "$build/Varnix.fmx" "$@"
 
 if [ -n "$interactive" ]; then
+  trap : INT  # it is fmsim's
   "$build/fmsim" "$@" \
     --eval "Varnix.Register ( \"you@example.com\" ; \"local\" ; Get ( PersistentID ) ; \"$VARNIX_SERVICE\" )" > "$work/sign-in"
   echo "The local bridge service is at $VARNIX_SERVICE; the plug-in is signed in: $(cat "$work/sign-in")"
