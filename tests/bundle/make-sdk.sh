@@ -10,14 +10,18 @@ rm -rf "$sdk"
 mkdir -p "$sdk/usr/include/c++" "$sdk/usr/lib"
 # With the times of the originals, so that a build tree finds nothing new.
 cp -pR /usr/include/*-linux-musl/. "$sdk/usr/include"
-ln -s /usr/include/c++/v1 "$sdk/usr/include/c++/v1"
+cp -pRL /usr/include/c++/v1 "$sdk/usr/include/c++"
+# Apple's build of this library tells the compiler which macOS each part came with; others have that switched off.
+site=$sdk/usr/include/c++/v1/__config_site
+sed -i -e '/_LIBCPP_HAS_NO_VENDOR_AVAILABILITY_ANNOTATIONS/d' \
+  -e 's/\(_LIBCPP_HAS_VENDOR_AVAILABILITY_ANNOTATIONS\) 0/\1 1/' "$site"
 echo '{"CanonicalName": "macosx11.0", "Version": "11.0", "MaximumDeploymentTarget": "11.0.99"}' >"$sdk/SDKSettings.json"
 # Apple's C headers show everything in every language mode, as these do when asked.
 sed -i '1i #define _GNU_SOURCE' "$sdk/usr/include/features.h"
 grep -v -e '#pragma once' -e include_next "$standin/fcntl.h" >>"$sdk/usr/include/fcntl.h"
 cp -pR "$standin/AppKit" "$standin/ApplicationServices" "$standin/dispatch" "$standin/Foundation" "$sdk/usr/include"
 cp -p "$here"/sdk/Foundation/* "$sdk/usr/include/Foundation"
-touch -r "$standin/fcntl.h" "$sdk/usr/include/features.h" "$sdk/usr/include/fcntl.h"
+touch -r "$standin/fcntl.h" "$site" "$sdk/usr/include/features.h" "$sdk/usr/include/fcntl.h"
 
 # stub FILE INSTALL_NAME: a library as the SDK has them, by name only. It has the one symbol that the linker itself wants.
 stub() {

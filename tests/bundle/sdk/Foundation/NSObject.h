@@ -28,6 +28,7 @@ __attribute__((objc_root_class))
 - (void)drain;
 @end
 
+__attribute__((objc_exception))
 @interface NSException : NSObject
 @end
 
@@ -38,9 +39,7 @@ enum : NSStringEncoding { NSUTF8StringEncoding = 4 };
 
 @interface NSString : NSObject
 + (nullable instancetype)stringWithUTF8String:(const char*)nullTerminatedCString;
-- (nullable instancetype)initWithBytes:(const void*)bytes
-                                length:(NSUInteger)len
-                              encoding:(NSStringEncoding)encoding;
+- (nullable instancetype)initWithBytes:(const void*)bytes length:(NSUInteger)len encoding:(NSStringEncoding)encoding;
 - (NSString*)substringFromIndex:(NSUInteger)from;
 - (nullable NSData*)dataUsingEncoding:(NSStringEncoding)encoding;
 @property(nullable, readonly) const char* UTF8String __attribute__((objc_returns_inner_pointer));
@@ -62,19 +61,19 @@ typedef struct {
   unsigned long extra[5];
 } NSFastEnumerationState;
 
-@interface NSArray <__covariant ObjectType> : NSObject
+@interface NSArray<__covariant ObjectType> : NSObject
 - (NSUInteger)countByEnumeratingWithState:(NSFastEnumerationState*)state
                                   objects:(id __unsafe_unretained _Nullable[_Nonnull])buffer
                                     count:(NSUInteger)len;
 @end
 
-@interface NSMutableArray <ObjectType> : NSArray <ObjectType>
+@interface NSMutableArray<ObjectType> : NSArray <ObjectType>
 + (instancetype)arrayWithCapacity:(NSUInteger)numItems;
 - (void)addObject:(ObjectType)anObject;
 - (void)insertObject:(ObjectType)anObject atIndex:(NSUInteger)index;
 @end
 
-@interface NSDictionary <__covariant KeyType, __covariant ObjectType> : NSObject
+@interface NSDictionary<__covariant KeyType, __covariant ObjectType> : NSObject
 - (nullable ObjectType)objectForKey:(KeyType)aKey;
 @end
 
