@@ -1,12 +1,11 @@
 #include "clipboard/x11/Session.h"
 
-#include <dlfcn.h>
-#include <pthread.h>
 #include <sys/eventfd.h>
 
-#include <csignal>
 #include <new>
 #include <system_error>
+
+#include "core/HostProcess_linux.h"
 
 namespace x11 {
 
@@ -17,29 +16,8 @@ using Milliseconds = std::chrono::milliseconds;
 constexpr Milliseconds kServerPatience{kServerPatienceMs};
 constexpr Milliseconds kStopPatience{200};
 
-/// While it lives, threads are made that take none of the host's signals; only faults are left to the host's handlers.
-class SignalsBlocked {
- public:
-  SignalsBlocked() {
-    sigset_t all;
-    sigfillset(&all);
-    for (const int fault : {SIGSEGV, SIGBUS, SIGILL, SIGFPE}) sigdelset(&all, fault);
-    pthread_sigmask(SIG_SETMASK, &all, &before_);
-  }
-  ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-  SignalsBlocked(const SignalsBlocked&) = delete;
-  SignalsBlocked& operator=(const SignalsBlocked&) = delete;
-
- private:
-  sigset_t before_;
-};
-
 // From here on the plug-in's code stays in memory when the host unloads it.
-void KeepLoaded() {
-  Dl_info self;
-  if (dladdr(reinterpret_cast<void*>(&KeepLoaded), &self) == 0) return;
-  dlopen(self.dli_fname, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE);
-}
+void KeepPluginLoaded() { KeepLoaded(reinterpret_cast<const void*>(&KeepPluginLoaded)); }
 
 }  // namespace
 
@@ -47,7 +25,7 @@ Session::Session(const std::string& display, Milliseconds patience) : wake_(even
   StartThread(display);
   std::unique_lock lock(mutex_);
   const auto tried = [this] { return state_ != State::kConnecting; };
-  if (!changed_.wait_for(lock, patience, tried)) KeepLoaded();
+  if (!changed_.wait_for(lock, patience, tried)) KeepPluginLoaded();
 }
 
 Session::~Session() {
