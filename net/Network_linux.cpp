@@ -10,16 +10,19 @@
 
 namespace {
 
-TransferThread g_transferThread;
+TransferThread& Transfers() {
+  static TransferThread thread;
+  return thread;
+}
 
 }  // namespace
 
 bool Network::IsURL(const std::string& text) { return IsURLText(text); }
 
 void Network::StartTransfer(Request request, std::function<void(Outcome)> completion) {
-  g_transferThread.Start(std::make_unique<CurlTransfer>(std::move(request), std::move(completion)));
+  Transfers().Start(std::make_unique<CurlTransfer>(std::move(request), std::move(completion)));
 }
 
-void PrepareTransfers() { curl_global_init(CURL_GLOBAL_DEFAULT); }
+void PrepareTransfers() { Transfers(); }
 
-void StopTransfers() { g_transferThread.Stop(); }
+void StopTransfers() { Transfers().Stop(); }

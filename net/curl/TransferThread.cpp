@@ -88,7 +88,7 @@ void TransferThread::Start(std::unique_ptr<CurlTransfer> transfer) {
 
 const char* TransferThread::StartThread() {
   if (thread_.joinable()) return nullptr;
-  if (curl_global_init(CURL_GLOBAL_DEFAULT) != CURLE_OK) return "libcurl could not be initialised";
+  if (!hasCurl_) return "libcurl could not be initialised";
   // A thread that libcurl has left looking up a name may outlive the plug-in.
   KeepLoaded(reinterpret_cast<const void*>(&curl_easy_init));
   wake_.emplace(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));

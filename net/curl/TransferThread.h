@@ -13,7 +13,9 @@
 
 class TransferThread {
  public:
-  TransferThread() = default;
+  /// Readies libcurl and the libraries below it. They register their own end with the process when they are readied, so
+  /// a static object of this class ends before them.
+  TransferThread() : hasCurl_(curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK) {}
   ~TransferThread() { Stop(); }
   TransferThread(const TransferThread&) = delete;
   TransferThread& operator=(const TransferThread&) = delete;
@@ -35,6 +37,7 @@ class TransferThread {
   void Run();
   Orders TakeOrders();
 
+  const bool hasCurl_;
   std::mutex mutex_;  // guards what follows
   bool stopping_ = false;
   std::vector<std::unique_ptr<CurlTransfer>> arrived_;
