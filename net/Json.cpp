@@ -313,9 +313,13 @@ void AppendUnescaped(std::string_view text, std::string& result) {
 
 std::string JsonEscape(const std::string& text) {
   std::string result;
-  if (text.size() > kBlock) result.reserve(text.size() + LikelyGrowth<kEscapes>(text));
-  AppendEscaped<kEscapes>(text, result);
+  JsonAppendEscaped(text, result);
   return result;
+}
+
+void JsonAppendEscaped(const std::string& text, std::string& result) {
+  if (text.size() > kBlock) Extend(result, text.size() + LikelyGrowth<kEscapes>(text));
+  AppendEscaped<kEscapes>(text, result);
 }
 
 std::string JsonGetString(const std::string& json, const std::string& key) {

@@ -5,7 +5,10 @@
 std::string JsonRecord(std::initializer_list<JsonMember> members) {
   std::string record;
   for (const auto& [name, value] : members) {
-    record.append(record.empty() ? "{\"" : ",\"").append(name).append("\":\"").append(JsonEscape(value)) += '"';
+    record.append(record.empty() ? "{\"" : ",\"").append(name).append("\":\"");
+    JsonAppendEscaped(value, record);  // large ones are in memory only once
+    record += '"';
   }
-  return record + '}';
+  record += '}';
+  return record;
 }

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "net/JsonRecord.h"
 #include "tests/net/JsonReference.h"
 
 namespace {
@@ -82,6 +83,9 @@ TEST(JsonEscape, TakesLittleMoreMemoryThanTheResult) {
     EXPECT_LT(escaped.capacity(), escaped.size() + escaped.size() / 2);
   }
   EXPECT_LT(JsonEscape(plain).capacity(), plain.size() + plain.size() / 32);
+  const std::string record = JsonRecord({{"a", plain}, {"b", "\n"}});
+  EXPECT_EQ(record, "{\"a\":\"" + plain + "\",\"b\":\"\\n\"}");
+  EXPECT_LT(record.capacity(), plain.size() + plain.size() / 32);
 }
 
 TEST(JsonGetString, FindsAndUnescapesTheFirstStringOfThatKey) {
