@@ -129,7 +129,7 @@ bool CarryOutPendingCommand(const FMX_ExternCallStruct& call) {
   const Account account = CurrentAccount();
   std::optional<Ending> ending = HandlerOf(command.type)(command, call);
   if (ending) {
-    bg([account, id = command.id, ending = std::move(*ending)] { Report(account, id, ending); });
+    bg([account, id = command.id, ending = std::move(*ending)]() mutable { Report(account, id, std::move(ending)); });
   }
   return true;
 }

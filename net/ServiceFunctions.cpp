@@ -15,7 +15,7 @@ namespace {
 
 std::string SendJson(const std::string& url, std::string body) {
   std::string response, error;
-  return Network::Post(url, std::move(body), response, error) ? response : error;
+  return Network::Post(url, std::move(body), response, error) ? std::move(response) : std::move(error);
 }
 
 // The file and its base64 are in memory together, but never twice.

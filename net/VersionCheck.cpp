@@ -49,7 +49,7 @@ void CheckVersion(const std::string& baseUrl) {
 void CheckVersionInBackground() {
   if (g_versionCheckInFlight.exchange(true)) return;
   g_lastVersionCheckMs = SteadyMilliseconds();
-  bg([baseUrl = g_baseUrl, flight = LoweredAtEnd(g_versionCheckInFlight)] { CheckVersion(baseUrl); });
+  bg([flight = LoweredAtEnd(g_versionCheckInFlight), baseUrl = g_baseUrl] { CheckVersion(baseUrl); });
 }
 
 fmx::errcode Do_UpdateAvailable(short, const fmx::ExprEnv&, const fmx::DataVect&, fmx::Data& result) {
