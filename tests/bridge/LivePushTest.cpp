@@ -11,24 +11,30 @@ namespace {
 
 class LivePush : public BridgeTest {
  protected:
-  std::string Save(const std::string& bytes = "<FMSaveAsXML/>") {
-    const std::string path = folder_ + "/saved.xml";
-    std::ofstream(path, std::ios::binary) << bytes;
-    return path;
+  std::string Save(const std::string& bytes = "<x/>") {
+    std::ofstream(path_, std::ios::binary) << bytes;
+    return path_;
   }
-  std::string Call(const std::string& path) { return CallHandler(Do_LivePush, {path}); }
-  static std::string Ingested(const std::string& name, const std::string& bytes = "<FMSaveAsXML/>") {
-    return "POST /api/live/ingest/K1?filename=" + name + " " + bytes;
+  /// The request `id` waits for `target`, and the script runs in the file `current`.
+  void Wait(const std::string& id, const std::string& target, const std::string& current) {
+    g_pendingGetSchemaCmdId = id;
+    g_pendingTargetFileName = target;
+    host.answers = {{"Get(FileName)", current}};
   }
+  static std::string Call(const std::string& path) { return CallHandler(Do_LivePush, {path}); }
+  static std::string Ingested(const std::string& name, const std::string& bytes = "<x/>") {
+    return "POST http://s/api/live/ingest/K1?filename=" + name + " " + bytes;
+  }
+
+  const std::string path_ = folder_ + "/saved.xml";
 };
 
 TEST_F(LivePush, NamesTheUploadAndCompletesTheRequestThatItIsAbout) {
-  struct Case {
+  const struct {
     std::string target, current, registered;
     std::string name;
     bool claims;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"Sales", "Sales", "Shop", "Sales.fmp12.xml", true},
       {"Sales.fmp12", "sales", "Shop", "Sales.fmp12.fmp12.xml", true},
       {"sALES", "Sales.fmp12", "Shop", "sALES.fmp12.xml", true},
@@ -42,73 +48,59 @@ TEST_F(LivePush, NamesTheUploadAndCompletesTheRequestThatItIsAbout) {
       {"Ä", "ä", "", "%C3%A4.fmp12.xml", false},
   };
   for (const auto& c : cases) {
-    g_pendingGetSchemaCmdId = "c1";
-    g_pendingTargetFileName = c.target;
+    Wait("c1", c.target, c.current);
     g_registeredFileName = c.registered;
-    host.answers = {{"Get(FileName)", c.current}};
-    const std::string path = Save();
-    EXPECT_EQ(Call(path), "OK");
+    EXPECT_EQ(Call(Save()), "OK");
     EXPECT_EQ(g_pendingGetSchemaCmdId, c.claims ? "" : "c1") << c.target;
     EXPECT_EQ(g_pendingTargetFileName, c.claims ? "" : c.target);
-    EXPECT_TRUE(std::filesystem::exists(path)) << "nothing is sent before the call returns";
+    EXPECT_TRUE(std::filesystem::exists(path_)) << "nothing is sent before the call returns";
     RunJobs();
     EXPECT_EQ(Sent(), c.claims ? (Texts{Ingested(c.name), Ended("c1")}) : Texts{Ingested(c.name)}) << c.target;
-    EXPECT_FALSE(std::filesystem::exists(path));
+    EXPECT_FALSE(std::filesystem::exists(path_));
   }
   EXPECT_TRUE(notifications.empty());
 }
 
 TEST_F(LivePush, WithNothingWaitingItOnlyUploads) {
   const std::string bytes("\xFF\xFE<\0\r\n", 6);
-  host.answers = {{"Get(FileName)", "Contacts"}};
+  Wait("", "", "Contacts");
   EXPECT_EQ(Call(Save(bytes)), "OK");
   RunJobs();
   EXPECT_EQ(Sent(), Texts{Ingested("Registered.fmp12.xml", bytes)});
-  EXPECT_NE(server.Requests()[0].find("\r\nContent-Type: application/octet-stream\r\n"), std::string::npos);
 }
 
 TEST_F(LivePush, AnEmptyPathChangesNothing) {
-  g_pendingGetSchemaCmdId = "c1";
+  Wait("c1", "", "");
   EXPECT_EQ(Call(""), "ERROR: posixPath is empty.");
-  EXPECT_EQ(CallHandler(Do_LivePush), "ERROR: posixPath is empty.");
   EXPECT_EQ(g_pendingGetSchemaCmdId, "c1");
-  EXPECT_EQ(JobCount(), 0u);
+  EXPECT_TRUE(jobs.empty());
 }
 
 TEST_F(LivePush, AFailureIsToldToTheUserAndTheServiceAndTheFileGoesAllTheSame) {
-  const std::string unreadable = folder_ + "/folder";
+  const std::string missing = folder_ + "/missing", unreadable = folder_ + "/folder";
   std::filesystem::create_directory(unreadable);
-  const struct {
-    std::string path;
-    std::string error;
-  } cases[] = {
-      {folder_ + "/missing.xml", "ERROR: Could not read file: " + folder_ + "/missing.xml"},
+  answers["/api/live/ingest"] = {true, "too \"large\"", "", 413};
+  const std::pair<std::string, std::string> cases[] = {
+      {missing, "ERROR: Could not read file: " + missing},
       {unreadable, "ERROR: Could not read file: " + unreadable},
-      {folder_ + "/saved.xml", "ERROR: HTTP 413 — too \"large\""},
+      {Save(), "ERROR: HTTP 413 — too \"large\""},
   };
-  answers["POST /api/live/ingest"] = {413, "too \"large\"", ""};
-  Save();
-  for (const auto& c : cases) {
+  for (const auto& [path, error] : cases) {
     notifications.clear();
-    g_pendingGetSchemaCmdId = "c1";
-    g_pendingTargetFileName = "Sales";
-    host.answers = {{"Get(FileName)", "Sales"}};
-    EXPECT_EQ(Call(c.path), "OK");
+    Wait("c1", "Sales", "Sales");
+    EXPECT_EQ(Call(path), "OK");
     RunJobs();
-    EXPECT_EQ(Sent().back(), Ended("c1", "Upload failed: " + c.error));
-    EXPECT_EQ(notifications, Texts{"Varnix — Upload Failed: Could not send schema for \"Sales\": " + c.error});
-    EXPECT_FALSE(std::filesystem::exists(c.path));
+    EXPECT_EQ(Sent().back(), Ended("c1", "Upload failed: " + error));
+    EXPECT_EQ(notifications, Texts{"Varnix — Upload Failed: Could not send schema for \"Sales\": " + error});
+    EXPECT_FALSE(std::filesystem::exists(path));
   }
 }
 
 TEST_F(LivePush, OfTwoCallsWithOnePathTheFirstCompletesTheRequest) {
-  g_pendingGetSchemaCmdId = "c1";
-  g_pendingTargetFileName = "Sales";
-  host.answers = {{"Get(FileName)", "Sales"}};
-  const std::string path = Save();
-  EXPECT_EQ(Call(path), "OK");
-  EXPECT_EQ(Call(path), "OK");
-  g_baseUrl = "http://elsewhere.invalid";
+  Wait("c1", "Sales", "Sales");
+  Call(Save());
+  Call(path_);
+  g_baseUrl = "http://elsewhere";
   RunJobs();
   EXPECT_EQ(Sent(), (Texts{Ingested("Sales.fmp12.xml"), Ended("c1")})) << "to the account of the time of the call";
   EXPECT_EQ(notifications.size(), 1u) << "the second finds no file";
