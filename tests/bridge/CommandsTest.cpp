@@ -35,6 +35,7 @@ TEST_F(Commands, EachTellsTheServiceItsResultByteForByte) {
       {R"("type":"GET_CLIPBOARD","xmlType":"XMSC")", kScriptSteps, {}, {pushedSteps, done}},
       {R"("type":"GET_CLIPBOARD","xmlType":"Aut\"o")", {{"Aut\"o", "<x/>"}}, {}, {pushedOther, done}},
       {R"("type":"GET_CLIPBOARD")", text, {}, {Ended("c1", kNoXml)}},
+      {R"("type":"GET_CLIPBOARD","xmlType":"AUTO")", {{"AUTO", "<x/>"}}, {}, {Ended("c1", kNoXml)}},
       {R"("type":"GET_CLIPBOARD","xmlType":"XMTB")", {}, {}, {Ended("c1", kNoXml)}},
       {R"("type":"GET_CLIPBOARD_FORMATS")",
        text,

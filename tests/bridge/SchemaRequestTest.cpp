@@ -84,6 +84,10 @@ TEST_F(SchemaRequest, StartsWaitsOrGivesUpByIdleLevelFileAndTime) {
     EXPECT_EQ(g_pendingTargetFileName, outcome == kGivesUp ? "" : "Sales");
     EXPECT_EQ(Sent(), sent[outcome]);
   }
+  Arm();
+  g_pendingTargetFileName.clear();  // as a live push that came by itself leaves it
+  Idle();
+  EXPECT_EQ(starts, Texts{}) << "no file is not the file that is waited for";
 }
 
 TEST_F(SchemaRequest, TheSecondStartNamesTheFileAndItsErrorDecides) {
