@@ -79,10 +79,9 @@ TEST_F(NotifyTest, GivesTheToolBothTextsAndNoWayToTakeThemForAnythingElse) {
 }
 
 TEST_F(NotifyTest, GivesTheToolNothingOfTheHosts) {
-  MakeTool(
+  MakeTool(  // of the signals, those below the C library's own
       "files=$(readlink /proc/$$/fd/0 /proc/$$/fd/1 /proc/$$/fd/2 /proc/$$/fd/77)\n"
-      "signals=$(sed -n 's/^Sig\\(Blk\\|Ign\\):.*\\(.......\\)$/\\1 \\2/p' /proc/$$/status)\n"  // without the C
-                                                                                                // library's own
+      "signals=$(sed -n 's/^Sig\\(Blk\\|Ign\\):.*\\(.......\\)$/\\1 \\2/p' /proc/$$/status)\n"
       "echo $files $signals > $report");
   const FileDescriptor inherited(dup2(STDERR_FILENO, 77));
   sigset_t blocked;
