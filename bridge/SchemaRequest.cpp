@@ -73,6 +73,7 @@ void GiveUp() {
                               "\" was not the active FileMaker file within 30 seconds. Make sure the file is open and "
                               "try again.";
   g_pendingSchemaReady = false;
+  if (commandId.empty()) return;  // a live push that the user started has completed it
   ForgetSchemaRequest();
   Fail(commandId, "LC_TIMEOUT", message);
 }

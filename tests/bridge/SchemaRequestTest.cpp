@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "bridge/BridgeState.h"
+#include "bridge/SchemaRequest.h"
 #include "tests/bridge/BridgeTest.h"
 
 namespace {
@@ -134,6 +135,17 @@ TEST_F(SchemaRequest, ALaterRequestIsTakenMeanwhileAndCountsFromItsOwnTime) {
   Idle();
   RunJobs();
   EXPECT_EQ(Sent(), Failed("LC_TIMEOUT", kTimeout));
+}
+
+TEST_F(SchemaRequest, AWaitWhoseCommandALivePushHasCompletedEndsSilently) {
+  Arm();
+  ForgetSchemaRequest();  // as a live push does
+  now += 30'001;
+  Idle();
+  RunJobs();
+  EXPECT_FALSE(g_pendingSchemaReady);
+  EXPECT_EQ(notifications, Texts{});
+  EXPECT_EQ(Sent(), Texts{});
 }
 
 TEST_F(SchemaRequest, IdleCallsWithinTheEvaluationAndTheStartSettleItOnce) {
