@@ -27,8 +27,9 @@ struct Outcome {
 /// Whether the URL layer can make a URL of `text` (bytes, meant to be UTF-8). Safe on any thread.
 bool IsURL(const std::string& text);
 
-/// Starts the transfer and returns at once. `completion` is called exactly once, on a thread of the URL layer, and must
-/// neither throw nor wait; on failure the outcome's `failure` is not empty. Safe on any thread.
+/// Starts the transfer and returns at once. `completion` is called exactly once, on a thread of the URL layer or, where
+/// the transfer cannot be started, on the caller's before this returns. It must neither throw nor wait; on failure the
+/// outcome's `failure` is not empty. Safe on any thread.
 void StartTransfer(Request request, std::function<void(Outcome)> completion);
 
 /// How long a transfer may stay without data before the URL layer gives it up.
