@@ -6,7 +6,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
+#include <system_error>
 
 #include "tests/fmsim/FmsimTest.h"
 
@@ -31,6 +33,7 @@ class Terminal {
       execv(FMSIM, argv.data());
       _exit(127);
     }
+    if (child_ < 0) throw std::system_error(errno, std::generic_category(), "no terminal to be had");
     fcntl(terminal_, F_SETFL, O_NONBLOCK);
   }
   ~Terminal() {
@@ -66,6 +69,10 @@ class Terminal {
   int Wait() {
     while (Pump(POLLIN)) {
     }
+    if (patienceIsOver_) {
+      ADD_FAILURE() << "no end after " << shown_;
+      Send(SIGKILL);
+    }
     int status = 0;
     waitpid(std::exchange(child_, 0), &status, 0);
     return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
@@ -75,7 +82,8 @@ class Terminal {
   // Takes in what is shown. False at the end.
   bool Pump(short events) {
     pollfd state{terminal_, events, 0};
-    if (poll(&state, 1, kPatienceMs) <= 0) return false;
+    patienceIsOver_ = poll(&state, 1, kPatienceMs) <= 0;
+    if (patienceIsOver_) return false;
     char bytes[4096];
     const ssize_t count = read(terminal_, bytes, sizeof bytes);
     if (count > 0) shown_.append(bytes, static_cast<std::size_t>(count));
@@ -83,6 +91,7 @@ class Terminal {
   }
 
   int terminal_ = -1;
+  bool patienceIsOver_ = false;
   pid_t child_ = 0;
   std::string shown_;
   std::size_t position_ = 0;
