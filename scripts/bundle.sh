@@ -22,6 +22,7 @@ toolchain=
 if [ -n "${MACOS_SDK:-}" ]; then
   sdk=$(directory MACOS_SDK "$MACOS_SDK")
   toolchain=$project/cmake/Darwin.toolchain.cmake
+  unset LIBRARY_PATH CPATH C_INCLUDE_PATH CPLUS_INCLUDE_PATH OBJC_INCLUDE_PATH  # of this system, not of macOS
 elif [ "$(uname -s)" != Darwin ]; then
   fail "this needs a Mac with CMake and Apple's command line tools. Elsewhere it needs clang, lld and llvm, and a macOS SDK:
   make bundle MACOS_SDK=path/to/MacOSX.sdk"
