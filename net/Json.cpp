@@ -152,6 +152,7 @@ std::size_t LikelyGrowth(std::string_view text) {
 
 /// Makes room for `size` bytes more, and not for twice the text as its own reserve() does.
 void Extend(std::string& text, std::size_t size) {
+  if (text.empty()) return text.reserve(size);
   std::string extended;
   extended.reserve(text.size() + size);
   extended += text;
