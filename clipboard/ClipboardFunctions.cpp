@@ -8,15 +8,12 @@
 
 namespace {
 
-constexpr char kTypeEmpty[] = "ERROR: xmlType is empty.";
-constexpr char kContentEmpty[] = "ERROR: xmlContent is empty.";
 constexpr char kTextEmpty[] = "ERROR: plain text clipboard is empty.";
 constexpr char kNoSnippet[] = "ERROR: clipboard text does not look like fmxmlsnippet XML.";
 
 std::string SetXML(const std::string& type, const std::string& xml) {
-  if (type.empty()) return kTypeEmpty;
-  if (xml.empty()) return kContentEmpty;
-  std::string error;
+  std::string error = EmptyArgumentError({{"xmlType", type}, {"xmlContent", xml}});
+  if (!error.empty()) return error;
   return Clipboard::SetXML(type, xml, error) ? "OK" : error;
 }
 
@@ -36,7 +33,8 @@ std::string PrepareXML(const std::string* type) {
   if (text.empty()) return kTextEmpty;
   if (text.find(kSnippetMarker) == text.npos) return kNoSnippet;
   const std::string kind = type != nullptr ? *type : DetectXmlClipboardType(text);
-  if (kind.empty()) return kTypeEmpty;
+  error = EmptyArgumentError({{"xmlType", kind}});
+  if (!error.empty()) return error;
   return Clipboard::SetXML(kind, text, error) ? "OK: " + kind : error;
 }
 

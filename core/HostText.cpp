@@ -23,7 +23,7 @@ std::string GetTextArg(const fmx::DataVect& args, unsigned int index) {
   return Utf8FromText(args.At(index).GetAsText());
 }
 
-std::string EmptyArgumentError(std::initializer_list<NamedArgument> arguments) {
+std::string EmptyArgumentError(std::initializer_list<NamedText> arguments) {
   for (const auto& [name, value] : arguments) {
     if (value.empty()) return std::string("ERROR: ") + name + " is empty.";
   }

@@ -10,16 +10,13 @@
 #include <initializer_list>
 #include <string>
 
+#include "core/NamedText.h"
+
 /// Argument `index` (from 0); "" when there is no such argument or it is empty.
 std::string GetTextArg(const fmx::DataVect& args, unsigned int index);
 
-struct NamedArgument {
-  const char* name;
-  const std::string& value;
-};
-
 /// "ERROR: <name> is empty." for the first of the named arguments that is empty, or "" when none is.
-std::string EmptyArgumentError(std::initializer_list<NamedArgument> arguments);
+std::string EmptyArgumentError(std::initializer_list<NamedText> arguments);
 
 /// Makes `result` a text value; it keeps its locale.
 void SetTextResult(const std::string& utf8, fmx::Data& result);

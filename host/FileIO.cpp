@@ -77,13 +77,10 @@ bool FileIO::Read(const std::string& path, std::string& content, std::string& er
 
 fmx::errcode Do_ReadFile(short, const fmx::ExprEnv&, const fmx::DataVect& args, fmx::Data& result) {
   const std::string path = GetTextArg(args, 0);
-  if (path.empty()) {
-    SetTextResult("ERROR: path is empty.", result);
-    return 0;
-  }
   std::string content;
-  std::string error;
-  SetTextResult(FileIO::Read(path, content, error) ? content : error, result);
+  std::string error = EmptyArgumentError({{"path", path}});
+  const bool read = error.empty() && FileIO::Read(path, content, error);
+  SetTextResult(read ? content : error, result);
   return 0;
 }
 

@@ -2,7 +2,7 @@
 
 #include "net/Json.h"
 
-std::string JsonRecord(std::initializer_list<JsonMember> members) {
+std::string JsonRecord(std::initializer_list<NamedText> members) {
   std::string record;
   for (const auto& [name, value] : members) {
     record.append(record.empty() ? "{\"" : ",\"").append(name).append("\":\"");

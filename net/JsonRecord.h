@@ -4,10 +4,8 @@
 #include <initializer_list>
 #include <string>
 
-struct JsonMember {
-  const char* name;  ///< needs no escaping
-  const std::string& value;
-};
+#include "core/NamedText.h"
 
-/// {"name":"value",...} in the order given, on one line without blanks. The values are escaped here.
-std::string JsonRecord(std::initializer_list<JsonMember> members);
+/// {"name":"value",...} in the order given, on one line without blanks. The values are escaped here; the names must
+/// need none.
+std::string JsonRecord(std::initializer_list<NamedText> members);

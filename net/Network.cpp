@@ -20,8 +20,8 @@ struct Delivery {
   std::optional<Outcome> outcome;
 };
 
-bool IsURL(const std::string& url, std::string& error) {
-  if (Network::IsURL(url)) return true;
+bool CheckURL(const std::string& url, std::string& error) {
+  if (IsURL(url)) return true;
   error = "ERROR: Invalid URL: " + url;
   return false;
 }
@@ -74,7 +74,7 @@ std::string Field(const std::string& boundary, const char* name, const std::stri
 }  // namespace
 
 bool Post(const std::string& url, std::string body, std::string& response, std::string& error) {
-  if (!IsURL(url, error)) return false;
+  if (!CheckURL(url, error)) return false;
   return SendRequest({.url = url,
                       .method = "POST",
                       .headers = {{"Content-Type", "application/json"}, {"Accept", "application/json"}},
@@ -83,14 +83,14 @@ bool Post(const std::string& url, std::string body, std::string& response, std::
 }
 
 bool Get(const std::string& url, std::string& response, std::string& error) {
-  if (!IsURL(url, error)) return false;
+  if (!CheckURL(url, error)) return false;
   return SendRequest({.url = url, .method = "GET", .headers = {{"Accept", "application/json"}}, .body = {}}, response,
                      error);
 }
 
 bool PostFile(const std::string& url, const std::string& filePath, std::string& response, std::string& error) {
   std::string body;
-  if (!IsURL(url, error) || !AppendFile(filePath, body, error)) return false;
+  if (!CheckURL(url, error) || !AppendFile(filePath, body, error)) return false;
   return SendRequest({.url = url,
                       .method = "POST",
                       .headers = {{"Content-Type", "application/octet-stream"}},
@@ -100,7 +100,7 @@ bool PostFile(const std::string& url, const std::string& filePath, std::string& 
 
 bool PostMultipart(const std::string& url, const std::string& accountKey, const std::string& filename,
                    const std::string& filePath, std::string& response, std::string& error) {
-  if (!IsURL(url, error)) return false;
+  if (!CheckURL(url, error)) return false;
   const std::string boundary = NewBoundary();
   std::string body = Field(boundary, "licenseKey", accountKey) + Field(boundary, "filename", filename);
   body += "--" + boundary + "\r\nContent-Disposition: form-data; name=\"file\"; filename=\"" + filename +
