@@ -33,38 +33,30 @@ void FakeOwner::Run() {
 void FakeOwner::Handle(const Request& request) {
   ++requests_;
   const Request previous = std::exchange(last_, request);
-  const bool asksForTargets = client_.NameOf(request.target) == "TARGETS";
-  const bool isIncremental = manner_ == Manner::kStallsBetweenPieces || manner_ == Manner::kDiesBetweenPieces ||
-                             manner_ == Manner::kTrickles || manner_ == Manner::kEndless;
   if (manner_ == Manner::kSilent) return;
-  if (manner_ == Manner::kRefusing) return client_.Notify(request, XCB_NONE);
+  if (manner_ == Manner::kRefusing) return client_.Refuse(request);
   if (manner_ == Manner::kAnswersLate && previous.requestor == XCB_NONE) return;
   if (manner_ == Manner::kAnswersLate) Answer(previous, "late");
-  if (!isIncremental || asksForTargets) return Answer(request, bytes_);
+  if (manner_ < Manner::kStallsBetweenPieces || AsksForTargets(request)) return Answer(request, bytes_);
 
   isIncremental_ = true;
   const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
   xcb_change_window_attributes(client_.xcb(), request.requestor, XCB_CW_EVENT_MASK, &events);
-  const std::uint32_t size = 1 << 28;
-  xcb_change_property(client_.xcb(), XCB_PROP_MODE_REPLACE, request.requestor, request.property, client_.Atom("INCR"),
-                      32, 1, &size);
-  client_.Notify(request, request.property);
+  client_.Answer(request, client_.Atom("INCR"), 32, Words({1 << 28}));
 }
 
+bool FakeOwner::AsksForTargets(const Request& request) { return client_.NameOf(request.target) == "TARGETS"; }
+
 void FakeOwner::Answer(const Request& request, const std::string& bytes) {
-  const auto leave = [&] {
-    std::vector<xcb_atom_t> atoms;
-    for (const auto& name : targets_) atoms.push_back(client_.Atom(name));
-    const bool asksForTargets = client_.NameOf(request.target) == "TARGETS";
-    const auto length = asksForTargets ? atoms.size() : bytes.size();
-    xcb_change_property(client_.xcb(), XCB_PROP_MODE_REPLACE, request.requestor, request.property,
-                        asksForTargets ? xcb_atom_t{XCB_ATOM_ATOM} : request.target, asksForTargets ? 32 : 8,
-                        static_cast<std::uint32_t>(length),
-                        asksForTargets ? static_cast<const void*>(atoms.data()) : bytes.data());
-    client_.Notify(request, request.property);
-  };
-  leave();
-  if (manner_ == Manner::kAnswersTwice) leave();
+  std::vector<std::uint32_t> atoms;
+  for (const auto& name : targets_) atoms.push_back(client_.Atom(name));
+  for (int times = manner_ == Manner::kAnswersTwice ? 2 : 1; times > 0; --times) {
+    if (AsksForTargets(request)) {
+      client_.Answer(request, XCB_ATOM_ATOM, 32, Words(atoms));
+    } else {
+      client_.Answer(request, request.target, 8, bytes);
+    }
+  }
 }
 
 void FakeOwner::SendPiece() {
@@ -75,6 +67,5 @@ void FakeOwner::SendPiece() {
   }
   if (manner_ == Manner::kTrickles) AdvanceClock(400);
   const std::string piece(manner_ == Manner::kEndless ? 1 << 20 : 1, 'x');
-  xcb_change_property(client_.xcb(), XCB_PROP_MODE_REPLACE, last_.requestor, last_.property, last_.target, 8,
-                      static_cast<std::uint32_t>(piece.size()), piece.data());
+  client_.SetProperty(last_.requestor, last_.property, last_.target, 8, piece);
 }

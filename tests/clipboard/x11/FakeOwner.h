@@ -11,14 +11,15 @@
 
 enum class Manner {
   kObliging,
-  kSilent,               // never answers
-  kRefusing,             // refuses every request
+  kSilent,        // never answers
+  kRefusing,      // refuses every request
+  kAnswersTwice,  // sends each answer again
+  kAnswersLate,   // answers a request, with the bytes "late", only when the next one has come
+  // Those that send their content in pieces:
   kStallsBetweenPieces,  // sends the first piece of its content and no other
   kDiesBetweenPieces,    // sends the first piece and vanishes
   kTrickles,             // sends pieces of one byte, 400 ms apart, for ever
   kEndless,              // sends pieces of a megabyte, as fast as they are taken, for ever
-  kAnswersTwice,         // sends each answer again
-  kAnswersLate,          // answers a request, with the bytes "late", only when the next one has come
 };
 
 class FakeOwner {
@@ -35,6 +36,7 @@ class FakeOwner {
 
   void Run();
   void Handle(const Request& request);
+  bool AsksForTargets(const Request& request);
   void Answer(const Request& request, const std::string& bytes);
   void SendPiece();
 

@@ -1,46 +1,38 @@
 // Servers that are missing, hang, die and come back; programs that fork, end and unload.
 #include <dlfcn.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
 #include <sys/wait.h>
 
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <semaphore>
 #include <thread>
 
-#include "host/FileDescriptor.h"
 #include "tests/clipboard/x11/PasteboardFixture.h"
+#include "tests/support/LoopbackServer.h"
 
 namespace {
 
-using PasteboardLifetime = PasteboardFixture;
+struct PasteboardLifetime : PasteboardFixture {
+  /// Whatever the server's state, our content is there; in the end the server has it.
+  void ExpectOursUntilItIsServed() {
+    while (other_->OwnerOf("CLIPBOARD") == XCB_NONE) {
+      AdvanceClock(x11::kReconnectPauseMs);
+      EXPECT_EQ(Text(), "ours");
+    }
+  }
+};
 
 std::ptrdiff_t ThreadCount() { return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {}); }
 
-/// Accepts connections and never says anything.
-class SilentServer {
- public:
-  SilentServer() : listener_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    auto* const generic = reinterpret_cast<sockaddr*>(&address);
-    socklen_t size = sizeof address;
-    const bool listens = bind(listener_.get(), generic, size) == 0 && listen(listener_.get(), 1) == 0 &&
-                         getsockname(listener_.get(), generic, &size) == 0;
-    constexpr int kFirstPort = 6000;  // that of display 0
-    if (listens) display_ = "127.0.0.1:" + std::to_string(ntohs(address.sin_port) - kFirstPort);
-  }
-
-  /// "" when it could not be made.
-  const std::string& display() const { return display_; }
-  /// A program that has connected, if any; disconnects it when destroyed.
-  FileDescriptor Accept() const { return FileDescriptor(accept4(listener_.get(), nullptr, nullptr, SOCK_CLOEXEC)); }
-
- private:
-  const FileDescriptor listener_;
-  std::string display_;
+/// Accepts connections and says nothing, until the test has it hang up.
+struct SilentServer {
+  std::counting_semaphore<> tried{0}, hangUps{0};
+  LoopbackServer server{[this](auto&) {
+    tried.release();
+    hangUps.acquire();
+  }};
+  const std::string display = "127.0.0.1:" + std::to_string(server.port() - 6000);  // the port of display 0
 };
 
 TEST_F(PasteboardLifetime, WithoutADisplayThePasteboardIsInsideTheProcess) {
@@ -63,10 +55,7 @@ TEST_F(PasteboardLifetime, OurContentSurvivesTheServerAndGoesToTheNext) {
   server_.emplace();
   other_.emplace(server_->display());
   ConnectTo(server_->display());
-  while (other_->OwnerOf("CLIPBOARD") == XCB_NONE) {
-    AdvanceClock(x11::kReconnectPauseMs);
-    EXPECT_EQ(Text(), "ours");
-  }
+  ExpectOursUntilItIsServed();
   EXPECT_EQ(XclipPastes("XMSS"), "ours");
 }
 
@@ -117,28 +106,27 @@ TEST_F(PasteboardLifetime, AServerThatHangsIsGivenUp) {
 }
 
 TEST_F(PasteboardLifetime, AServerThatNeverAnswersHoldsNeitherTheWriteNorTheExit) {
-  const SilentServer server;
-  ASSERT_NE(server.display(), "");
-  setenv("DISPLAY", server.display().c_str(), 1);
+  SilentServer server;
+  setenv("DISPLAY", server.display.c_str(), 1);
   EXPECT_EQ(RunProcess({SHORT_LIVED_PROGRAM, "10"}).status, 0);
-  EXPECT_TRUE(server.Accept().IsOpen());  // it did try
+  server.tried.acquire();
+  server.hangUps.release();
 }
 
 TEST_F(PasteboardLifetime, AServerThatWasWaitedForInVainIsNotWaitedForAgain) {
-  const SilentServer server;
-  ASSERT_NE(server.display(), "");
-  ConnectTo(server.display());
+  SilentServer server;
+  ConnectTo(server.display);
   ASSERT_TRUE(Write("ours", {}));
   for (auto attempts = kMaxSeconds * 1000 / x11::kServerPatienceMs; attempts > 0;) {  // too many to wait for each
-    if (server.Accept().IsOpen()) --attempts;
+    if (server.tried.try_acquire()) {
+      server.hangUps.release();
+      --attempts;
+    }
     AdvanceClock(x11::kReconnectPauseMs);
     EXPECT_EQ(Text(), "ours");
   }
   ConnectTo(server_->display());
-  while (other_->OwnerOf("CLIPBOARD") == XCB_NONE) {
-    AdvanceClock(x11::kReconnectPauseMs);
-    EXPECT_EQ(Text(), "ours");
-  }
+  ExpectOursUntilItIsServed();
 }
 
 TEST_F(PasteboardLifetime, UnloadingLeavesNeitherCodeNorThreads) {
@@ -180,7 +168,7 @@ TEST_F(PasteboardLifetime, AClipboardManagerSavesTheContentOfAProgramThatEnds) {
     XClient manager(server_->display());  // reads by another connection, as the events here are for the request
     EXPECT_TRUE(manager.Read("UTF8_STRING")->bytes == std::string(1'000'000, 'x'));
     EXPECT_TRUE(manager.Read("Mac-XMSS")->bytes == std::string(1'000'000, 'x'));
-    other_->Notify(request, request.property);
+    other_->Answer(request, other_->Atom("NULL"), 32, "");
   }
   program.join();
   EXPECT_NE(event, nullptr);

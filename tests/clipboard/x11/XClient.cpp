@@ -3,7 +3,6 @@
 #include <poll.h>
 
 #include <stdexcept>
-#include <vector>
 
 namespace {
 
@@ -47,10 +46,10 @@ void XClient::Own(const std::string& selection) {
   OwnerOf(selection);
 }
 
-void XClient::SetProperty(const std::string& property, const std::string& type, const std::string& bytes, int format) {
-  xcb_change_property(xcb_, XCB_PROP_MODE_REPLACE, window_, Atom(property), Atom(type),
-                      static_cast<std::uint8_t>(format), static_cast<std::uint32_t>(bytes.size() * 8 / format),
-                      bytes.data());
+void XClient::SetProperty(xcb_window_t window, xcb_atom_t property, xcb_atom_t type, int format,
+                          const std::string& bytes) {
+  xcb_change_property(xcb_, XCB_PROP_MODE_REPLACE, window, property, type, static_cast<std::uint8_t>(format),
+                      static_cast<std::uint32_t>(bytes.size() * 8 / format), bytes.data());
 }
 
 void XClient::Ask(const std::string& target, const std::string& property) {
@@ -94,6 +93,12 @@ bool XClient::IsAnswered() {
   return event != nullptr && reinterpret_cast<const xcb_selection_notify_event_t&>(*event).property != XCB_NONE;
 }
 
+void XClient::Answer(const xcb_selection_request_event_t& request, xcb_atom_t type, int format,
+                     const std::string& bytes) {
+  SetProperty(request.requestor, request.property, type, format, bytes);
+  Notify(request, request.property);
+}
+
 void XClient::Notify(const xcb_selection_request_event_t& request, xcb_atom_t property) {
   xcb_selection_notify_event_t notify[2] = {};  // an event is 32 bytes on the wire
   notify[0].response_type = XCB_SELECTION_NOTIFY;
@@ -121,6 +126,6 @@ Event XClient::NextOfAny(int patienceMs) {
   }
 }
 
-std::string Words(std::initializer_list<std::uint32_t> words) {
-  return {reinterpret_cast<const char*>(words.begin()), words.size() * sizeof(std::uint32_t)};
+std::string Words(const std::vector<std::uint32_t>& words) {
+  return {reinterpret_cast<const char*>(words.data()), words.size() * sizeof(std::uint32_t)};
 }

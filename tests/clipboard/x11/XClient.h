@@ -5,10 +5,10 @@
 
 #include <cstdint>
 #include <cstdlib>
-#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 struct FreeEvent {
   void operator()(void* memory) const { std::free(memory); }
@@ -36,7 +36,7 @@ class XClient {
   std::string NameOf(xcb_atom_t atom);
   xcb_window_t OwnerOf(const std::string& selection);
   void Own(const std::string& selection);
-  void SetProperty(const std::string& property, const std::string& type, const std::string& bytes, int format);
+  void SetProperty(xcb_window_t window, xcb_atom_t property, xcb_atom_t type, int format, const std::string& bytes);
 
   /// Asks for the clipboard as `target`, to be left in `property`. What was sent has reached the server on return.
   void Ask(const std::string& target, const std::string& property = "ANSWER");
@@ -47,8 +47,9 @@ class XClient {
   /// Asks and waits for the whole answer; nothing when it is refused or does not come.
   std::optional<Content> Read(const std::string& target);
 
-  /// Answers another program's request, having left the value in `property`; XCB_NONE refuses.
-  void Notify(const xcb_selection_request_event_t& request, xcb_atom_t property);
+  /// Answers another program's request, with this value or a refusal.
+  void Answer(const xcb_selection_request_event_t& request, xcb_atom_t type, int format, const std::string& bytes);
+  void Refuse(const xcb_selection_request_event_t& request) { Notify(request, XCB_NONE); }
 
   /// The next event of `type`, dropping others; null when it does not come in `patienceMs` (-1: ever) or the connection
   /// ends.
@@ -59,6 +60,8 @@ class XClient {
   bool IsAnswered();
 
  private:
+  void Notify(const xcb_selection_request_event_t& request, xcb_atom_t property);
+
   static constexpr int kPatienceMs = 10'000;
 
   xcb_connection_t* const xcb_;
@@ -66,4 +69,4 @@ class XClient {
 };
 
 /// The bytes of an ATOM or INTEGER value.
-std::string Words(std::initializer_list<std::uint32_t> words);
+std::string Words(const std::vector<std::uint32_t>& words);

@@ -4,6 +4,7 @@
 
 #include <sys/types.h>
 
+#include <cstdio>
 #include <string>
 
 class XServer {
@@ -21,6 +22,7 @@ class XServer {
   void Hang() const;
 
  private:
+  std::FILE* output_;
   pid_t process_ = -1;
   std::string display_;
 };
