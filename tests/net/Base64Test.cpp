@@ -1,54 +1,27 @@
+// Base64 against the system library's, which has another interface.
 #include "net/Base64.h"
 
 #include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <resolv.h>
 
 #include <random>
 #include <string>
-#include <utility>
 
 namespace {
 
-using namespace std::string_literals;
-
-/// Bit by bit, as the standard tells it.
-std::string ReferenceBase64(const std::string& bytes) {
-  const std::string alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  std::string bits, result;
-  for (const unsigned char byte : bytes) {
-    for (int bit = 7; bit >= 0; --bit) bits += byte >> bit & 1;
-  }
-  while (bits.size() % 6 != 0) bits += '\0';
-  for (std::size_t at = 0; at < bits.size(); at += 6) {
-    int index = 0;
-    for (std::size_t i = 0; i < 6; ++i) index = index * 2 + bits[at + i];
-    result += alphabet[index];
-  }
-  while (result.size() % 4 != 0) result += '=';
+std::string SystemsBase64(const std::string& bytes) {
+  std::string result(bytes.size() * 2 + 4, '\0');
+  const auto from = reinterpret_cast<const unsigned char*>(bytes.data());
+  result.resize(static_cast<std::size_t>(b64_ntop(from, bytes.size(), result.data(), result.size())));
   return result;
 }
 
-TEST(Base64Encode, MatchesTheStandardsExamples) {
-  const std::pair<std::string, std::string> cases[] = {
-      {"", ""},
-      {"f", "Zg=="},
-      {"fo", "Zm8="},
-      {"foo", "Zm9v"},
-      {"foob", "Zm9vYg=="},
-      {"fooba", "Zm9vYmE="},
-      {"foobar", "Zm9vYmFy"},
-      {"\0"s, "AA=="},
-      {"\0\0"s, "AAA="},
-      {"\xff\xff\xff", "////"},
-      {"\xfb\xef\xbe", "++++"},
-  };
-  for (const auto& [bytes, expected] : cases) EXPECT_EQ(Base64Encode(bytes), expected);
-}
-
-TEST(Base64Encode, AgreesWithTheReferenceAtEverySize) {
+TEST(Base64Encode, AgreesWithTheSystemsAtEverySize) {
   std::mt19937 random(1);
   std::string bytes;
   while (bytes.size() < 7000) {
-    ASSERT_EQ(Base64Encode(bytes), ReferenceBase64(bytes)) << bytes.size();
+    ASSERT_EQ(Base64Encode(bytes), SystemsBase64(bytes)) << bytes.size();
     const std::size_t more = bytes.size() < 300 ? 1 : 1 + random() % 100;
     for (std::size_t i = 0; i < more; ++i) bytes += static_cast<char>(random());
   }

@@ -3,35 +3,22 @@
 
 #include <cstdio>
 #include <string>
+#include <string_view>
 
 namespace reference {
 
 inline std::string JsonEscape(const std::string& text) {
+  constexpr std::string_view kNamed = "\t\n\r\"\\", kNames = "tnr\"\\";
   std::string result;
-  for (const char byte : text) {
-    switch (byte) {
-      case '\t':
-        result += "\\t";
-        break;
-      case '\n':
-        result += "\\n";
-        break;
-      case '\r':
-        result += "\\r";
-        break;
-      case '"':
-      case '\\':
-        result += std::string("\\") + byte;
-        break;
-      default:
-        if (static_cast<unsigned char>(byte) < 32) {
-          char code[8];
-          std::snprintf(code, sizeof code, "\\u%04x", static_cast<unsigned>(byte));
-          result += code;
-        } else {
-          result += byte;
-        }
+  for (const unsigned char byte : text) {
+    const std::size_t named = kNamed.find(static_cast<char>(byte));
+    char code[8] = {static_cast<char>(byte)};
+    if (named != kNamed.npos) {
+      std::snprintf(code, sizeof code, "\\%c", kNames[named]);
+    } else if (byte < 32) {
+      std::snprintf(code, sizeof code, "\\u%04x", byte);
     }
+    result += code;
   }
   return result;
 }
@@ -53,20 +40,14 @@ inline std::string JsonGetString(const std::string& json, const std::string& key
 }
 
 inline std::string NlToJsonArray(const std::string& text) {
-  std::string result = "[", line;
-  const auto end_line = [&] {
-    if (!line.empty()) result += (result == "[" ? "\"" : ",\"") + JsonEscape(line) + "\"";
-    line.clear();
-  };
-  for (const char byte : text) {
-    if (byte == '\r' || byte == '\n') {
-      end_line();
-    } else {
-      line += byte;
-    }
+  constexpr char kLineEnds[] = "\r\n";
+  std::string result;
+  for (std::size_t start = 0; (start = text.find_first_not_of(kLineEnds, start)) != text.npos;) {
+    const std::size_t end = text.find_first_of(kLineEnds, start);
+    result += (result.empty() ? "[\"" : ",\"") + JsonEscape(text.substr(start, end - start)) + "\"";
+    start = end;
   }
-  end_line();
-  return result + "]";
+  return result.empty() ? "[]" : result + "]";
 }
 
 }  // namespace reference
