@@ -117,19 +117,6 @@ TEST(HostQuadChar, ComparesAndConvertsAsMacType) {
   EXPECT_THROW((*other)[4], std::exception);
 }
 
-TEST(Ledger, NamesThePluginThatLeavesObjectsAlive) {
-  fmx::_fmxcpt x;
-  fmx::Text* text = nullptr;
-  {
-    const fmhost::Scope plugin("Leaky.fmx");
-    text = fmx::FM_Text_Constructor1(x);
-    const fmx::TextUniquePtr givenBack;
-  }
-  EXPECT_EQ(fmhost::LiveObjects(), Lines{"Leaky.fmx: 1 Text object never deleted"});
-  delete text;
-  EXPECT_EQ(fmhost::LiveObjects(), Lines{});
-}
-
 TEST(Ledger, NamesMisuseAndSurvivesIt) {
   fmx::_fmxcpt x;
   {
