@@ -71,25 +71,15 @@ TEST_F(ServiceFunctions, UploadFileSendsAForm) {
   }
 }
 
-TEST_F(ServiceFunctions, RefusalsAreGivenWithTheAnswer) {
-  layer_.answer.status = 403;
-  const std::string file = Write("f", "x");
-  const Case cases[] = {{Do_HTTPPost, {kUrl, "{}"}, "", ""},
-                        {Do_UploadFile, {kUrl, "K", "f", file}, "", ""},
-                        {Do_PushSnapshot, {kUrl, file}, "", ""},
-                        {Do_PushScript, {"K", kUrl, "XMSS"}, "", ""}};
-  for (const auto& c : cases) EXPECT_EQ(CallHandler(c.handler, c.arguments), "ERROR: HTTP 403 — an answer");
-}
-
 TEST_F(ServiceFunctions, WhatCannotBeSentIsToldAndNothingIsSent) {
   const std::string missing = folder_ + "/missing";
   const Case cases[] = {
       {Do_HTTPPost, {"", ""}, "ERROR: url is empty.", ""},
       {Do_HTTPPost, {kUrl, ""}, "ERROR: jsonBody is empty.", ""},
       {Do_HTTPPost, {"no url", "{}"}, "ERROR: Invalid URL: no url", ""},
+      {Do_UploadFile, {"no url", "", "", ""}, "ERROR: Invalid URL: no url", ""},
       {Do_UploadFile, {kUrl, "", "", ""}, "ERROR: Could not read file: ", ""},
       {Do_UploadFile, {kUrl, "K", "n", missing}, "ERROR: Could not read file: " + missing, ""},
-      {Do_UploadFile, {kUrl, "K", "n", folder_}, "ERROR: Could not read file: " + folder_, ""},
       {Do_PushSnapshot, {"", ""}, "ERROR: ingestUrl is empty.", ""},
       {Do_PushSnapshot, {kUrl, ""}, "ERROR: xmlPath is empty.", ""},
       {Do_PushSnapshot, {kUrl, missing}, "ERROR: Could not open file: " + missing, ""},
@@ -97,6 +87,7 @@ TEST_F(ServiceFunctions, WhatCannotBeSentIsToldAndNothingIsSent) {
       {Do_PushScript, {"", "", ""}, "ERROR: licenseKey is empty.", ""},
       {Do_PushScript, {"K", "", ""}, "ERROR: bridgeUrl is empty.", ""},
       {Do_PushScript, {"K", kUrl, ""}, "ERROR: xmlType is empty.", ""},
+      {Do_PushScript, {"K", "no url", "XMSS"}, "ERROR: Invalid URL: no url", ""},
       {Do_PushScript, {"K", kUrl, "XMSC"}, "ERROR: No XMSC XML on clipboard. Copy the FM object first.", ""},
   };
   for (const auto& c : cases) EXPECT_EQ(CallHandler(c.handler, c.arguments), c.result);

@@ -34,20 +34,12 @@ class FakeUrlLayer {
 
   std::vector<Call> calls;
   Network::Outcome answer;
-  /// Whether answers wait for Deliver().
-  bool holds = false;
 
   void Take(Call call, std::function<void(Network::Outcome)> completion) {
     calls.push_back(std::move(call));
-    held_.push_back([completion = std::move(completion), outcome = answer] { completion(outcome); });
-    if (!holds) Deliver();
-  }
-
-  void Deliver() {
-    for (auto& answering : std::exchange(held_, {})) threads_.emplace_back(std::move(answering));
+    threads_.emplace_back([completion = std::move(completion), outcome = answer] { completion(outcome); });
   }
 
  private:
-  std::vector<std::function<void()>> held_;
   std::vector<std::thread> threads_;
 };
