@@ -72,30 +72,29 @@ TEST_F(FileIOTest, ReadsFilesThatReportNoSize) {
 }
 
 TEST_F(FileIOTest, CannotOpenAnythingButAReadableRegularFile) {
-  const std::string fifo = directory_ / "fifo";
+  const std::string fifo = directory_ / "fifo", secret = Write("secret", "secret"), file = Write("file", "content");
   ASSERT_EQ(mkfifo(fifo.c_str(), 0666), 0);
   fs::create_symlink(directory_ / "missing", directory_ / "dangling");
   fs::create_symlink("circle", directory_ / "circle");
-  const std::string file = Write("file", "");
-  const std::string paths[] = {"",
-                               directory_ / "missing",
-                               directory_,
-                               fifo,
-                               "/dev/zero",
-                               "/dev/tty",
-                               directory_ / "dangling",
-                               directory_ / "circle",
-                               file + "/",
-                               std::string(5000, 'x'),
-                               "~/file"};
-  for (const std::string& path : paths) EXPECT_EQ(ReadOrError(path), "ERROR: Could not open file: " + path);
-}
-
-TEST_F(FileIOTest, CannotOpenAFileWithoutPermission) {
-  const std::string path = Write("secret", "secret");
   fs::permissions(directory_, fs::perms(0755));
-  fs::permissions(path, fs::perms::none);
-  EXPECT_EQ(InNewProcess([&] { return ReadOrError(path); }), "ERROR: Could not open file: " + path);
+  fs::permissions(secret, fs::perms::none);
+  InNewProcess([&] {
+    EXPECT_EQ(ReadOrError(file), "content");
+    const fs::path paths[] = {"",
+                              directory_ / "missing",
+                              directory_,
+                              fifo,
+                              "/dev/zero",
+                              "/dev/tty",
+                              directory_ / "dangling",
+                              directory_ / "circle",
+                              secret,
+                              file + "/",
+                              std::string(5000, 'x'),
+                              "~/file"};
+    for (const fs::path& path : paths) EXPECT_EQ(ReadOrError(path), "ERROR: Could not open file: " + path.string());
+    return "";
+  });
 }
 
 // Opening would already wake a writer that waits at the other end.
@@ -145,16 +144,9 @@ TEST_F(FileIOTest, ReadsToTheEndOfAFileThatChangesMeanwhile) {
 
 TEST_F(FileIOTest, ReadFileGivesTheContentOrTheErrorAsTheText) {
   const ScriptedHost host;
-  const std::string file = Write("some file \xC3\xBC",
-                                 "Gr\xC3\xBC\xC3\x9F"
-                                 "e\r\n");
-  const std::string fileMakerPath = "/Macintosh HD" + file;
-  EXPECT_EQ(CallHandler(Do_ReadFile, {file}),
-            "Gr\xC3\xBC\xC3\x9F"
-            "e\r\n");
-  EXPECT_EQ(CallHandler(Do_ReadFile, {Write("empty", "")}), "");
+  const std::string file = Write("some file ü", "Größe\r\n"), fileMakerPath = "/Macintosh HD" + file;
+  EXPECT_EQ(CallHandler(Do_ReadFile, {file}), "Größe\r\n");
   EXPECT_EQ(CallHandler(Do_ReadFile, {fileMakerPath}), "ERROR: Could not open file: " + fileMakerPath);
-  EXPECT_EQ(CallHandler(Do_ReadFile, {"/proc/self/mem"}), "ERROR: Failed to read file: /proc/self/mem");
   EXPECT_EQ(CallHandler(Do_ReadFile, {""}), "ERROR: path is empty.");
 }
 
@@ -162,18 +154,14 @@ TEST(POSIXPath, LosesItsFirstComponentAndNothingElse) {
   const ScriptedHost host;
   const std::pair<const char*, const char*> cases[] = {
       {"/Macintosh HD/var/tmp/x.xml", "/var/tmp/x.xml"},
-      {"/Gr\xC3\xBC\xC3\x9F"
-       "e/\xE6\xBC\xA2 \xE5\xAD\x97",
-       "/\xE6\xBC\xA2 \xE5\xAD\x97"},
-      {"/Vol/", "/"},
+      {"/Größe/漢 字", "/漢 字"},
+      {"filemac:/Macintosh HD/x", "filemac:/Macintosh HD/x"},
+      {" /Vol/x", " /Vol/x"},
       {"//x", "/x"},
-      {"//", "/"},
       {"/x", "/x"},
       {"/", "/"},
       {"", ""},
       {"x/y", "x/y"},
-      {" /Vol/x", " /Vol/x"},
-      {"filemac:/Macintosh HD/x", "filemac:/Macintosh HD/x"},
   };
   for (const auto& [path, expected] : cases) EXPECT_EQ(CallHandler(Do_POSIXPath, {path}), expected);
 }
