@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
 #include <typeinfo>
 
 #include "sim/wrapper/Objects.h"
@@ -63,24 +64,13 @@ TEST(EvalCalc, GivesTheTextOfTheResultOrNothing) {
 
 TEST(CopyUTF8ToUnichar16, CutsToTheCapacityAndAlwaysTerminates) {
   const ScriptedHost host;
-  struct Case {
-    const char* text;
-    unsigned int capacity;
-    std::u16string expected;
-  };
-  const Case cases[] = {
-      {"Varnix background bridge for FileMaker", 10, u"Varnix ba"},
-      {"Varnix", 7, u"Varnix"},
-      {"Varnix", 6, u"Varni"},
-      {"Varnix", 1, u""},
-      {"", 5, u""},
-      {"ä€🎻", 5, u"ä€🎻"},
-  };
-  for (const auto& c : cases) {
+  const std::tuple<const char*, unsigned int, std::u16string> cases[] = {
+      {"Varnix", 7, u"Varnix"}, {"Varnix", 6, u"Varni"}, {"Varnix", 1, u""}, {"", 5, u""}, {"ä€🎻", 5, u"ä€🎻"}};
+  for (const auto& [text, capacity, expected] : cases) {
     std::u16string buffer(40, u'~');
-    CopyUTF8ToUnichar16(c.text, c.capacity, reinterpret_cast<unsigned short*>(buffer.data()));
-    EXPECT_EQ(buffer.substr(0, c.expected.size() + 1), c.expected + u'\0') << c.text;
-    EXPECT_EQ(buffer[c.capacity], u'~') << c.text << " was written beyond its capacity";
+    CopyUTF8ToUnichar16(text, capacity, reinterpret_cast<unsigned short*>(buffer.data()));
+    EXPECT_EQ(buffer.substr(0, expected.size() + 1), expected + u'\0') << text;
+    EXPECT_EQ(buffer[capacity], u'~') << text << " was written beyond its capacity";
   }
 }
 
