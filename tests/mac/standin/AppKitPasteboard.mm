@@ -46,15 +46,6 @@ std::vector<std::string> PresentTypes() {
   return types;
 }
 
-const std::string* Find(const std::string& type) {
-  for (const auto& item : Store().items) {
-    for (const auto& [name, bytes] : item) {
-      if (name == type) return &bytes;
-    }
-  }
-  return nullptr;
-}
-
 BOOL Put(const std::string& type, const std::string& bytes) {
   const auto& declared = Store().declared;
   if (std::find(declared.begin(), declared.end(), type) == declared.end()) return NO;
@@ -72,10 +63,6 @@ BOOL Put(const std::string& type, const std::string& bytes) {
 + (NSPasteboard*)generalPasteboard {
   static NSPasteboard* general = [[NSPasteboard alloc] init];
   return general;
-}
-
-- (void)doesNotRecognizeSelector:(SEL)selector {
-  Misuse(std::string("NSPasteboard has no ") + sel_getName(selector));
 }
 
 - (NSInteger)declareTypes:(NSArray*)types owner:(id)owner {
@@ -120,13 +107,13 @@ BOOL Put(const std::string& type, const std::string& bytes) {
 
 - (NSData*)dataForType:(NSPasteboardType)type {
   const std::string name = Utf8(type);
-  const std::string* bytes = Accept("DataForType " + name) ? Find(name) : nullptr;
+  const std::string* bytes = Accept("DataForType " + name) ? PasteboardControl::Find(Store().items, name) : nullptr;
   return bytes == nullptr ? nil : [NSData dataWithBytes:bytes->data() length:bytes->size()];
 }
 
 - (NSString*)stringForType:(NSPasteboardType)type {
   const std::string name = Utf8(type);
-  const std::string* bytes = Accept("String") ? Find(name) : nullptr;
+  const std::string* bytes = Accept("String") ? PasteboardControl::Find(Store().items, name) : nullptr;
   return bytes == nullptr ? nil : String(*bytes);
 }
 

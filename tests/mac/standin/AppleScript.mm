@@ -31,10 +31,6 @@ NSString* Text() {
   return [super init];
 }
 
-- (void)doesNotRecognizeSelector:(SEL)selector {
-  Misuse(std::string("NSAppleScript has no ") + sel_getName(selector));
-}
-
 - (NSAppleEventDescriptor*)executeAndReturnError:(NSDictionary**)error {
   if (AppleScriptControl::succeeds) return [[[NSAppleEventDescriptor alloc] init] autorelease];
   if (error != nullptr) *error = [NSDictionary dictionaryWithObjectsAndKeys:Text(), NSAppleScriptErrorMessage, nil];

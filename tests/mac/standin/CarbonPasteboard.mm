@@ -31,6 +31,8 @@ using StandIn::Misuse;
 
 constexpr std::uintptr_t kFirstForeignIdentifier = 0x5000;  // no index looks like it
 
+constexpr OSStatus kFailed = -25130;
+
 // What a failed call leaves behind.
 const CFDataRef kNotForUse = reinterpret_cast<CFDataRef>(&kFirstForeignIdentifier);
 
@@ -61,13 +63,6 @@ bool IsOwner(PasteboardRef pasteboard) {
 FakePasteboard::Item* FindItem(PasteboardRef pasteboard, PasteboardItemID item) {
   for (std::size_t i = 0; i < pasteboard->items.size(); ++i) {
     if (pasteboard->identifiers[i] == item) return &pasteboard->items[i];
-  }
-  return nullptr;
-}
-
-const std::string* FindFlavor(const FakePasteboard::Item& item, const std::string& type) {
-  for (const auto& [name, bytes] : item) {
-    if (name == type) return &bytes;
   }
   return nullptr;
 }
@@ -103,17 +98,15 @@ const UInt8* CFDataGetBytePtr(CFDataRef data) {
 
 OSStatus PasteboardCreate(CFStringRef name, PasteboardRef* created) {
   if (name != kPasteboardClipboard) Misuse("another pasteboard than the clipboard");
-  if (!Store().hasItems || !Store().Accept("OpenItems")) return badPasteboardSyncErr;
+  if (!Store().hasItems || !Store().Accept("OpenItems")) return kFailed;
   *created = Create(OpaquePasteboardRef{});
   return noErr;
 }
 
 PasteboardSyncFlags PasteboardSynchronize(PasteboardRef pasteboard) {
   Alive(pasteboard, "PasteboardSynchronize");
-  PasteboardSyncFlags flags = IsOwner(pasteboard) ? kPasteboardClientIsOwner : 0;
-  if (!Store().Accept("SynchronizeItems")) return flags;
+  if (!Store().Accept("SynchronizeItems")) return 0;
   if (pasteboard->items != Store().items) {
-    flags |= kPasteboardModified;
     pasteboard->items = Store().items;
     pasteboard->identifiers.clear();
     for (std::uintptr_t i = 0; i < pasteboard->items.size(); ++i) {
@@ -121,12 +114,12 @@ PasteboardSyncFlags PasteboardSynchronize(PasteboardRef pasteboard) {
     }
   }
   pasteboard->synchronized = true;
-  return flags;
+  return 0;
 }
 
 OSStatus PasteboardClear(PasteboardRef pasteboard) {
   Alive(pasteboard, "PasteboardClear");
-  if (!Store().Accept("ClearItems")) return notPasteboardOwnerErr;
+  if (!Store().Accept("ClearItems")) return kFailed;
   Store().items.clear();
   Store().declared.clear();
   pasteboard->ownedWrite = ++Store().writes;
@@ -138,7 +131,7 @@ OSStatus PasteboardClear(PasteboardRef pasteboard) {
 
 OSStatus PasteboardGetItemCount(PasteboardRef pasteboard, ItemCount* count) {
   if (!Store().Accept("ItemCount") || !Alive(pasteboard, "PasteboardGetItemCount")->synchronized) {
-    return badPasteboardSyncErr;
+    return kFailed;
   }
   *count = pasteboard->items.size();
   return noErr;
@@ -146,8 +139,8 @@ OSStatus PasteboardGetItemCount(PasteboardRef pasteboard, ItemCount* count) {
 
 OSStatus PasteboardGetItemIdentifier(PasteboardRef pasteboard, CFIndex index, PasteboardItemID* item) {
   const auto& identifiers = Alive(pasteboard, "PasteboardGetItemIdentifier")->identifiers;
-  if (!Store().Accept("GetItemIdentifier") || !pasteboard->synchronized) return badPasteboardSyncErr;
-  if (index < 1 || index > static_cast<CFIndex>(identifiers.size())) return badPasteboardIndexErr;
+  if (!Store().Accept("GetItemIdentifier") || !pasteboard->synchronized) return kFailed;
+  if (index < 1 || index > static_cast<CFIndex>(identifiers.size())) return kFailed;
   *item = identifiers[static_cast<std::size_t>(index - 1)];
   return noErr;
 }
@@ -156,11 +149,11 @@ OSStatus PasteboardCopyItemFlavorData(PasteboardRef pasteboard, PasteboardItemID
                                       CFDataRef* data) {
   const std::string& name = Alive(type, "PasteboardCopyItemFlavorData")->utf8;
   *data = kNotForUse;
-  if (!Store().Accept("CopyFlavor " + name)) return badPasteboardSyncErr;
+  if (!Store().Accept("CopyFlavor " + name)) return kFailed;
   const auto* flavors = FindItem(Alive(pasteboard, "PasteboardCopyItemFlavorData"), item);
-  if (flavors == nullptr) return badPasteboardItemErr;
-  const std::string* bytes = FindFlavor(*flavors, name);
-  if (bytes == nullptr) return badPasteboardFlavorErr;
+  if (flavors == nullptr) return kFailed;
+  const std::string* bytes = PasteboardControl::Find({flavors, 1}, name);
+  if (bytes == nullptr) return kFailed;
   *data = CFDataCreate(kCFAllocatorDefault, reinterpret_cast<const UInt8*>(bytes->data()),
                        static_cast<CFIndex>(bytes->size()));
   return noErr;
@@ -169,15 +162,15 @@ OSStatus PasteboardCopyItemFlavorData(PasteboardRef pasteboard, PasteboardItemID
 OSStatus PasteboardPutItemFlavor(PasteboardRef pasteboard, PasteboardItemID item, CFStringRef type, CFDataRef data,
                                  PasteboardFlavorFlags) {
   const std::string& name = Alive(type, "PasteboardPutItemFlavor")->utf8;
-  if (!Store().Accept("PutFlavor " + name)) return badPasteboardFlavorErr;
-  if (!IsOwner(Alive(pasteboard, "PasteboardPutItemFlavor"))) return notPasteboardOwnerErr;
-  if (item == nullptr) return badPasteboardItemErr;
+  if (!Store().Accept("PutFlavor " + name)) return kFailed;
+  if (!IsOwner(Alive(pasteboard, "PasteboardPutItemFlavor"))) return kFailed;
+  if (item == nullptr) return kFailed;
   auto* flavors = FindItem(pasteboard, item);
   if (flavors == nullptr) {
     pasteboard->identifiers.push_back(item);
     flavors = &pasteboard->items.emplace_back();
   }
-  if (FindFlavor(*flavors, name) != nullptr) return duplicatePasteboardFlavorErr;
+  if (PasteboardControl::Find({flavors, 1}, name) != nullptr) return kFailed;
   flavors->emplace_back(name, Alive(data, "PasteboardPutItemFlavor")->bytes);
   Store().items = pasteboard->items;
   return noErr;

@@ -6,7 +6,10 @@
 
 #include <cstddef>
 #include <set>
+#include <span>
 #include <string>
+
+#include "tests/support/FakePasteboard.h"
 
 namespace PasteboardControl {
 
@@ -15,5 +18,15 @@ inline std::set<std::string> raising;
 
 /// Core Foundation objects, pasteboard references among them, that have not been released.
 std::size_t CoreObjects();
+
+/// The bytes of `type` in the first item that has it; null when none has.
+inline const std::string* Find(std::span<const FakePasteboard::Item> items, const std::string& type) {
+  for (const auto& item : items) {
+    for (const auto& [name, bytes] : item) {
+      if (name == type) return &bytes;
+    }
+  }
+  return nullptr;
+}
 
 }  // namespace PasteboardControl

@@ -79,10 +79,6 @@ FakeUrlLayer::Call ToCall(NSURLRequest* request) {
   [super dealloc];
 }
 
-- (void)doesNotRecognizeSelector:(SEL)selector {
-  Misuse(std::string("NSURLSessionDataTask has no ") + sel_getName(selector));
-}
-
 - (void)resume {
   if (resumed_) Misuse("a task resumed twice");
   resumed_ = YES;
@@ -111,10 +107,6 @@ FakeUrlLayer::Call ToCall(NSURLRequest* request) {
 + (NSURLSession*)sharedSession {
   static NSURLSession* shared = [[NSURLSession alloc] init];
   return shared;
-}
-
-- (void)doesNotRecognizeSelector:(SEL)selector {
-  Misuse(std::string("NSURLSession has no ") + sel_getName(selector));
 }
 
 - (NSURLSessionDataTask*)dataTaskWithRequest:(NSURLRequest*)request completionHandler:(Handler)completionHandler {

@@ -38,20 +38,9 @@ using PasteboardItemID = void*;
 using PasteboardFlavorFlags = std::uint32_t;
 using PasteboardSyncFlags = std::uint32_t;
 
-enum : OSStatus {
-  noErr = 0,
-  badPasteboardSyncErr = -25130,
-  badPasteboardIndexErr = -25131,
-  badPasteboardItemErr = -25132,
-  badPasteboardFlavorErr = -25133,
-  duplicatePasteboardFlavorErr = -25134,
-  notPasteboardOwnerErr = -25135,
-};
-
+constexpr OSStatus noErr = 0;
 #define kPasteboardClipboard CFSTR("com.apple.pasteboard.clipboard")
 constexpr PasteboardFlavorFlags kPasteboardFlavorNoFlags = 0;
-constexpr PasteboardSyncFlags kPasteboardModified = 1 << 0;
-constexpr PasteboardSyncFlags kPasteboardClientIsOwner = 1 << 1;
 
 OSStatus PasteboardCreate(CFStringRef _Nullable name, PasteboardRef _Nullable* created);
 PasteboardSyncFlags PasteboardSynchronize(PasteboardRef pasteboard);

@@ -1,17 +1,21 @@
-// Scripts that end as AppleScriptControl says. Declared as in Apple's headers, but under a name that cannot meet the
-// class inside GNUstep.
+// Scripts that end as AppleScriptControl says, and their values. Declared as in Apple's headers, but under names that
+// cannot meet the classes inside GNUstep.
 #pragma once
 
-#import <Foundation/NSAppleEventDescriptor.h>
 #import <Foundation/NSObject.h>
 
 @class NSDictionary, NSString;
 
+#define NSAppleEventDescriptor StandInAppleEventDescriptor
 #define NSAppleScript StandInAppleScript
 
 #pragma clang assume_nonnull begin
 
 extern NSString* const NSAppleScriptErrorMessage;
+
+@interface NSAppleEventDescriptor : NSObject
+- (NSString* _Nullable)stringValue;
+@end
 
 @interface NSAppleScript : NSObject
 - (instancetype _Nullable)initWithSource:(NSString*)source;
