@@ -38,10 +38,7 @@ class Unload : public FolderTest {
     RecordProperty("microseconds", static_cast<int>(time / std::chrono::microseconds(1)));
   }
 
-  LoopbackServer server_{[](LoopbackServer::Connection& connection) {
-    connection.ReadRequest();
-    connection.WaitForEnd();
-  }};
+  LoopbackServer server_{NeverAnswer};
 };
 
 TEST_F(Unload, TheBinaryLeavesWhileItsRequestsHang) {

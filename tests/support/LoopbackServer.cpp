@@ -131,11 +131,6 @@ bool LoopbackServer::Connection::Send(std::string_view bytes) {
   return true;
 }
 
-void LoopbackServer::Connection::Reset() {
-  const linger atOnce{1, 0};
-  setsockopt(socket_, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
-}
-
 void LoopbackServer::Connection::WaitForEnd() {
   char ignored[4096];
   while (recv(socket_, ignored, sizeof ignored, 0) > 0) {
@@ -145,6 +140,11 @@ void LoopbackServer::Connection::WaitForEnd() {
 bool LoopbackServer::Connection::Sleep(std::chrono::milliseconds time) {
   std::unique_lock lock(server_.mutex_);
   return !server_.changed_.wait_for(lock, time, [this] { return server_.ending_; });
+}
+
+void NeverAnswer(LoopbackServer::Connection& connection) {
+  connection.ReadRequest();
+  connection.WaitForEnd();
 }
 
 LoopbackServer::Handler Answering(std::function<CannedAnswer(const std::string& request)> answer) {

@@ -22,8 +22,6 @@ class LoopbackServer {
     bool SkipRequest();
     /// False once the client is gone.
     bool Send(std::string_view bytes);
-    /// Ends the connection by a reset instead of an orderly close.
-    void Reset();
     /// Waits, without answering, until the client or the server ends the connection.
     void WaitForEnd();
     /// Waits; false once the server is being destroyed.
@@ -69,6 +67,9 @@ class LoopbackServer {
   std::list<std::thread> threads_;
   std::thread acceptor_;
 };
+
+/// The handler that reads a request and keeps the client waiting.
+void NeverAnswer(LoopbackServer::Connection& connection);
 
 /// Answers every request of a connection with what `answer` gives for it: status, body and further header lines.
 struct CannedAnswer {
