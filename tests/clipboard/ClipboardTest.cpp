@@ -19,6 +19,7 @@ std::int64_t now = 0;
 
 const Names kStepTypes = BuildClipboardTypeCandidates("XMSS");
 constexpr char kSnippet[] = "<fmxmlsnippet type=\"FMObjectList\"><Step id=\"93\"/></fmxmlsnippet>";
+const FakePasteboard::Item kCopiedText = {{FakePasteboard::kText, kSnippet}};
 
 struct ClipboardTest : testing::Test {
   ClipboardTest() {
@@ -35,6 +36,12 @@ struct ClipboardTest : testing::Test {
     EXPECT_EQ(fake.Text(), xml);
     EXPECT_EQ(fake.items.size(), 1u);
     EXPECT_EQ(fake.items.front().size(), candidates.size() + 1);
+  }
+
+  // An idle message after another program has replaced the content.
+  void IdleAfter(const FakePasteboard::Item& copied) {
+    fake.Replace(copied);
+    KeepClipboardConvertible();
   }
 
   FakePasteboard fake;
@@ -154,7 +161,7 @@ TEST_F(ClipboardTest, ListsFormatsAndTexts) {
 }
 
 TEST_F(ClipboardTest, ChecksArgumentsBeforeTouchingAnything) {
-  fake.Replace({{"public.utf8-plain-text", kSnippet}});
+  fake.Replace(kCopiedText);
   EXPECT_EQ(CallHandler(Do_SetXMLClipboard, {"", ""}), "ERROR: xmlType is empty.");
   EXPECT_EQ(CallHandler(Do_SetXMLClipboard, {"XMSS", ""}), "ERROR: xmlContent is empty.");
   EXPECT_EQ(CallHandler(Do_PrepareXMLClipboard, {""}), "ERROR: xmlType is empty.");
@@ -166,7 +173,7 @@ TEST_F(ClipboardTest, ChecksArgumentsBeforeTouchingAnything) {
 }
 
 TEST_F(ClipboardTest, PreparesAndProbes) {
-  fake.Replace({{"public.utf8-plain-text", kSnippet}});
+  fake.Replace(kCopiedText);
   EXPECT_EQ(CallHandler(Do_PrepareXMLClipboard), "OK: XMSS");
   ExpectXml("XMSS", kSnippet);
   for (const char* any : {"", "AUTO", "auto"}) EXPECT_EQ(CallHandler(Do_GetXMLClipboard, {any}), kSnippet);
@@ -182,16 +189,14 @@ TEST_F(ClipboardTest, PreparesAndProbes) {
 }
 
 TEST_F(ClipboardTest, IdlePreparesEachTextOnceAtMostEveryHalfSecond) {
-  fake.Replace({{"public.utf8-plain-text", kSnippet}});
-  KeepClipboardConvertible();
+  IdleAfter(kCopiedText);
   ExpectXml("XMSS", kSnippet);
   EXPECT_EQ(fake.writes, 1);
 
   // Another program that takes the text over does not start a duel, whatever flavour it puts beside it.
   for (int i = 0; i < 20; ++i) {
     now += 100;
-    fake.Replace({{"public.utf8-plain-text", kSnippet}, {"Mac-XMTB", "<x/>"}});
-    KeepClipboardConvertible();
+    IdleAfter({{FakePasteboard::kText, kSnippet}, {"Mac-XMTB", "<x/>"}});
   }
   EXPECT_EQ(fake.writes, 1);
 
@@ -209,46 +214,34 @@ TEST_F(ClipboardTest, IdlePreparesEachTextOnceAtMostEveryHalfSecond) {
 TEST_F(ClipboardTest, IdleTriesAFailedPreparationAgainAfterHalfASecond) {
   fake.hasItems = false;
   fake.refused = {"SetString"};
-  const auto copyAgain = [&] { fake.Replace({{"public.utf8-plain-text", kSnippet}}); };
-  for (int i = 0; i < 10; ++i, now += 100) {
-    copyAgain();
-    KeepClipboardConvertible();
-  }
+  for (int i = 0; i < 10; ++i, now += 100) IdleAfter(kCopiedText);
   EXPECT_EQ(fake.writes, 2);
   fake.refused.clear();
   now += 500;
-  copyAgain();
-  KeepClipboardConvertible();
+  IdleAfter(kCopiedText);
   ExpectXml("XMSS", kSnippet);
 }
 
 TEST_F(ClipboardTest, IdleMirrorsFileMakersOwnFlavourUnderEveryName) {
-  fake.Replace({{"Mac-XMTB", "\x40\0\0\0<fmxmlsnippet><BaseTable/></fmxmlsnippet>"s}, {"picture", "p"}});
   now = 100;  // preparation is not due
-  KeepClipboardConvertible();
+  IdleAfter({{"Mac-XMTB", "\x40\0\0\0<fmxmlsnippet><BaseTable/></fmxmlsnippet>"s}, {"picture", "p"}});
   ExpectXml("XMTB", "<fmxmlsnippet><BaseTable/></fmxmlsnippet>");
   for (int i = 0; i < 20; ++i, now += 100) KeepClipboardConvertible();
   EXPECT_EQ(fake.writes, 1) << "what mirroring wrote is neither mirrored nor prepared again";
 
-  fake.Replace({{"Mac-XMTB", "<fmxmlsnippet><BaseTable/></fmxmlsnippet>"}});
-  KeepClipboardConvertible();
+  IdleAfter({{"Mac-XMTB", "<fmxmlsnippet><BaseTable/></fmxmlsnippet>"}});
   EXPECT_EQ(fake.writes, 1) << "the same content again, whoever put it there";
-  fake.Replace({{"Mac-XMSC", "<fmxmlsnippet><BaseTable/></fmxmlsnippet>"}});
-  KeepClipboardConvertible();
+  IdleAfter({{"Mac-XMSC", "<fmxmlsnippet><BaseTable/></fmxmlsnippet>"}});
   EXPECT_EQ(fake.writes, 2) << "another kind is another content";
 }
 
 TEST_F(ClipboardTest, IdleTriesAFailedMirroringAgainOnTheNextCall) {
   fake.hasItems = false;
   fake.refused = {"SetData Mac-XMTB"};
-  for (int i = 0; i < 3; ++i) {
-    fake.Replace({{"Table", "<x/>"}});
-    KeepClipboardConvertible();
-  }
+  for (int i = 0; i < 3; ++i) IdleAfter({{"Table", "<x/>"}});
   EXPECT_EQ(fake.writes, 3);
   fake.refused.clear();
-  fake.Replace({{"Table", "<x/>"}});
-  KeepClipboardConvertible();
+  IdleAfter({{"Table", "<x/>"}});
   ExpectXml("XMTB", "<x/>");
 }
 

@@ -3,10 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <random>
-#include <sstream>
 
 #include "tests/support/FakePasteboard.h"
 
@@ -16,36 +13,31 @@ using namespace std::string_literals;
 using Names = std::vector<std::string>;
 
 TEST(ClipboardTypeCandidates, StandInTheOrderInWhichTheyAreTried) {
-  const std::pair<std::string, Names> cases[] = {
-      {"XMSS",
-       {"CorePasteboardFlavorType 0x584D5353", "Mac-XMSS", "XMSS", "dyn.ah62d4rv4gk8zuxnxnq", "ScriptStep",
-        "Mac-ScriptStep"}},
-      {"XMSC",
-       {"CorePasteboardFlavorType 0x584D5343", "Mac-XMSC", "XMSC", "dyn.ah62d4rv4gk8zuxnxkq", "Script", "Mac-Script"}},
-      {"XML2",
-       {"CorePasteboardFlavorType 0x584D4C32", "Mac-XML2", "XML2", "dyn.ah62d4rv4gk8zuxnqgk", "Layout12",
-        "Mac-Layout12"}},
-      {"XMVL", {"CorePasteboardFlavorType 0x584D564C", "Mac-XMVL", "XMVL", "ValueList", "Mac-ValueList"}},
+  const std::pair<std::string, std::string> cases[] = {
+      {"XMSS", "CorePasteboardFlavorType 0x584D5353|Mac-XMSS|XMSS|dyn.ah62d4rv4gk8zuxnxnq|ScriptStep|Mac-ScriptStep|"},
+      {"XMSC", "CorePasteboardFlavorType 0x584D5343|Mac-XMSC|XMSC|dyn.ah62d4rv4gk8zuxnxkq|Script|Mac-Script|"},
+      {"XML2", "CorePasteboardFlavorType 0x584D4C32|Mac-XML2|XML2|dyn.ah62d4rv4gk8zuxnqgk|Layout12|Mac-Layout12|"},
+      {"XMVL", "CorePasteboardFlavorType 0x584D564C|Mac-XMVL|XMVL|ValueList|Mac-ValueList|"},
       {"XMFN",
-       {"CorePasteboardFlavorType 0x584D464E", "Mac-XMFN", "XMFN", "dyn.ah62d4rv4gk8zuxngm2", "CustomFunction",
-        "Mac-CustomFunction"}},
+       "CorePasteboardFlavorType 0x584D464E|Mac-XMFN|XMFN|dyn.ah62d4rv4gk8zuxngm2|CustomFunction|Mac-CustomFunction|"},
       {"XMFD",
-       {"CorePasteboardFlavorType 0x584D4644", "Mac-XMFD", "XMFD", "dyn.ah62d4rv4gk8zuxngku", "Field",
-        "FieldDefinition", "Mac-Field", "Mac-FieldDefinition"}},
+       "CorePasteboardFlavorType 0x584D4644|Mac-XMFD|XMFD|dyn.ah62d4rv4gk8zuxngku|Field|FieldDefinition|Mac-Field|"
+       "Mac-FieldDefinition|"},
       {"XMTB",
-       {"CorePasteboardFlavorType 0x584D5442", "Mac-XMTB", "XMTB", "dyn.ah62d4rv4gk8zuxnykk", "Table", "BaseTable",
-        "Mac-Table", "Mac-BaseTable"}},
-      {"XMLO", {"CorePasteboardFlavorType 0x584D4C4F", "Mac-XMLO", "XMLO"}},
-      {"", {"Mac-"}},
-      {"ABCD", {"CorePasteboardFlavorType 0x41424344", "Mac-ABCD", "ABCD"}},
-      {"xmss", {"CorePasteboardFlavorType 0x786D7373", "Mac-xmss", "xmss"}},
-      {"\xFF\x01zz", {"CorePasteboardFlavorType 0xFF017A7A", "Mac-\xFF\x01zz", "\xFF\x01zz"}},
-      {"XMSSX", {"Mac-XMSSX", "XMSSX"}},
+       "CorePasteboardFlavorType 0x584D5442|Mac-XMTB|XMTB|dyn.ah62d4rv4gk8zuxnykk|Table|BaseTable|Mac-Table|"
+       "Mac-BaseTable|"},
+      {"XMLO", "CorePasteboardFlavorType 0x584D4C4F|Mac-XMLO|XMLO|"},
+      {"", "Mac-|"},
+      {"xmss", "CorePasteboardFlavorType 0x786D7373|Mac-xmss|xmss|"},
+      {"\xFF\x01zz", "CorePasteboardFlavorType 0xFF017A7A|Mac-\xFF\x01zz|\xFF\x01zz|"},
+      {"XMSSX", "Mac-XMSSX|XMSSX|"},
   };
-  for (const auto& [code, names] : cases) {
+  for (const auto& [code, expected] : cases) {
     Names scratch;
-    EXPECT_EQ(BuildClipboardTypeCandidates(code), names);
-    EXPECT_EQ(ClipboardTypeCandidates(code, scratch), names);
+    std::string names;
+    for (const auto& name : ClipboardTypeCandidates(code, scratch)) names += name + '|';
+    EXPECT_EQ(names, expected);
+    EXPECT_EQ(ClipboardTypeCandidates(code, scratch), BuildClipboardTypeCandidates(code));
   }
 }
 
@@ -86,23 +78,6 @@ TEST(DetectXmlClipboardType, AgreesWithTheTestsOneAfterTheOther) {
       EXPECT_EQ(DetectXmlClipboardType(xml), SlowDetection(xml));
     }
   }
-}
-
-TEST(DetectXmlClipboardType, TakesTheSampleSnippetsForTheirKinds) {
-  const std::map<std::string, std::string> otherKinds = {
-      {"XMSC-varnix-live-push", "XMSS"},         {"XMVL-values-from-a-field", "XMFD"},
-      {"XMFN-formula-that-makes-steps", "XMSS"}, {"XML2-field-on-a-layout", "XMFD"},
-      {"XML2-button-with-a-step", "XMSS"},       {"XMLO-text-label", "XML2"}};
-  int count = 0;
-  for (const auto& file : std::filesystem::directory_iterator(SAMPLES "/snippets")) {
-    std::ostringstream xml;
-    xml << std::ifstream(file.path(), std::ios::binary).rdbuf();
-    const std::string name = file.path().stem();
-    const auto other = otherKinds.find(name);
-    EXPECT_EQ(DetectXmlClipboardType(xml.str()), other == otherKinds.end() ? name.substr(0, 4) : other->second) << name;
-    ++count;
-  }
-  EXPECT_GE(count, 8);
 }
 
 struct Probe : testing::Test {
