@@ -3,7 +3,7 @@
 #include <FMWrapper/FMXFixPt.h>
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <tuple>
 
 #include "sim/calc/Unicode.h"
 #include "sim/wrapper/Host.h"
@@ -23,25 +23,20 @@ std::string Contents(const fmx::Text& text) { return calc::ToUtf8(fmhost::TextOf
 TEST(HostText, MeasuresInUtf16UnitsAndConvertsWholeCharactersOnly) {
   const auto text = TextOf("aß€🎻z");
   EXPECT_EQ(text->GetSize(), 6u);
-  struct Case {
-    fmx::uint32 capacity, position, units;
-    const char* expected;
-  };
-  const Case cases[] = {{32, 0, 6, "aß€🎻z"}, {32, 0, fmx::Text::kSize_End, "aß€🎻z"},
-                        {32, 1, 2, "ß€"},    {32, 5, 9, "z"},
-                        {32, 7, 1, ""},      {4, 0, 6, "aß"},
-                        {6, 0, 6, "aß"},     {7, 0, 6, "aß€"},
-                        {1, 0, 6, ""}};
-  for (const auto& c : cases) {
-    char buffer[40];
-    std::memset(buffer, '~', sizeof buffer);
-    text->GetBytes(buffer, c.capacity, c.position, c.units, fmx::Text::kEncoding_UTF8);
-    EXPECT_STREQ(buffer, c.expected);
-    EXPECT_EQ(buffer[c.capacity], '~');
-    std::memset(buffer, '~', sizeof buffer);
-    const auto count = text->GetBytesEx(buffer, c.capacity - 1, c.position, c.units, fmx::Text::kEncoding_UTF8);
-    EXPECT_EQ(std::string(buffer, count), c.expected);
-    EXPECT_EQ(buffer[count], '~') << "GetBytesEx writes no terminator";
+  const std::tuple<fmx::uint32, fmx::uint32, fmx::uint32, std::string> cases[] = {
+      {32, 0, 6, "aß€🎻z"}, {32, 0, fmx::Text::kSize_End, "aß€🎻z"},
+      {32, 1, 2, "ß€"},    {32, 5, 9, "z"},
+      {32, 7, 1, ""},      {4, 0, 6, "aß"},
+      {6, 0, 6, "aß"},     {7, 0, 6, "aß€"},
+      {1, 0, 6, ""}};
+  for (const auto& [capacity, position, units, expected] : cases) {
+    std::string buffer(40, '~');
+    text->GetBytes(buffer.data(), capacity, position, units, fmx::Text::kEncoding_UTF8);
+    EXPECT_EQ(buffer.substr(0, expected.size() + 1), expected + '\0');
+    EXPECT_EQ(buffer[capacity], '~');
+    buffer.assign(40, '~');
+    const auto count = text->GetBytesEx(buffer.data(), capacity - 1, position, units, fmx::Text::kEncoding_UTF8);
+    EXPECT_EQ(buffer.substr(0, count + 1), expected + '~') << "GetBytesEx writes no terminator";
   }
 }
 
