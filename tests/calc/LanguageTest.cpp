@@ -10,52 +10,36 @@ using calc::Value;
 TEST(CalcTokens, AreReadAsFileMakerReadsThem) {
   ExpectAll({
       {"1 /* a /* nested */ \" */ + // to the end \" ) \r 2", "3"},
-      {"1 // a line feed ends it too\n+ 1", "2"},
       {R"("/* no comment */" & "// nor this" & "say \"x\"" & "\\" & "a\nb")",
        R"(/* no comment */// nor thissay "x"\a\nb)"},
       {"\"a¶b\\¶\" & ¶ & \"b\"", "a\rb¶\rb"},
       {".5 + 1.50 & \",\" & 007 & \",\" & 1e3 + 1E-1 + 1e+1", "2,7,1010.1"},
       {"get(filename) & GET ( FileName ) & (TRUE + false)", "OrdersOrders1"},
-  });
-  ExpectEach("", {"", "/* nothing */"});
-}
-
-TEST(CalcTokens, NamesHoldBlanksWithoutQuotes) {
-  ExpectAll({
-      {"Orders::Line Total + 1", "13.5"},
-      {"Orders::Line Total[2]", "7"},
-      {"Orders::Line Total[1 + 1] and Name", "0"},
-      {"Orders :: Line Total", "12.5"},
+      {"Orders::Line Total + 1 & Orders::Line Total[1 + 1] & Orders :: Line Total", "13.5712.5"},
       {"${a-b} & ${Orders}::${Line Total}", "minus12.5"},
       {"If ( 1 ; 2 ; NoSuchName )", "2"},
+      {"/* nothing */", ""},
   });
   ExpectEach("error 102", {"NoSuchName", "Orders::Line Total[3]"});
 }
 
-TEST(CalcOperators, BindAndAssociateAsMeasured) {
-  ExpectEach("0", {"3 > 2 > 1", "1 or 0 xor 1"});
-  ExpectEach("1", {"not 2 ^ 0", "0 ^ 0", "8 / 4 / 2", "1 & 2 = \"12\"", "1 < 2 < 3", "not 1 = 0", "1 or 1 and 0",
-                   "not not 5", "1 <> 2 and 1 ≠ 2 and 1 <= 1 and 1 ≤ 1 and 2 >= 1 and 2 ≥ 1"});
+TEST(CalcOperators, BindAssociateAndCompareAsMeasured) {
+  ExpectEach("0", {"3 > 2 > 1", "1 or 0 xor 1", "\"é\" = \"e\"", "\"10\" > \"9\"", "0 = \"\""});
+  ExpectEach("1",
+             {"not 2 ^ 0", "0 ^ 0", "8 / 4 / 2", "1 & 2 = \"12\"", "1 < 2 < 3", "not 1 = 0", "1 or 1 and 0",
+              "1 <> 2 and 1 ≠ 2 and 1 <= 1 and 1 ≤ 1 and 2 >= 1 and 2 ≥ 1", "\"abc\" = \"ABC\"", "\"é\" = \"e\u0301\"",
+              "\"é\" < \"f\" and \"a\" < \"B\"", "10 > 9", "1.0 = 1", "Date ( 1 ; 1 ; 1 ) = 1", "1/0 = \"?\""});
   ExpectEach("3", {"10 - 4 - 3", "- - + 3"});
   ExpectEach("64", {"2 ^ 3 ^ 2", "4 + 5 * 12", "-8 ^ 2"});
-  ExpectAll({{"2 ^ -1", ".5"}, {"(2 + 3) * 4", "20"}, {"1 + 2 & \"x\"", "3x"}});
 }
 
-TEST(CalcOperators, CompareNumbersByValueAndTextsAsADictionaryDoes) {
-  ExpectEach("1", {"\"abc\" = \"ABC\"", "\"é\" = \"e\u0301\"", "\"é\" < \"f\" and \"a\" < \"B\"", "10 > 9", "1.0 = 1",
-                   "Date ( 1 ; 1 ; 1 ) = 1", "\"\" = \"\"", "1/0 = \"?\""});
-  ExpectEach("0", {"\"é\" = \"e\"", "\"10\" > \"9\"", "0 = \"\""});
-}
-
-TEST(CalcTruth, IsANumberOtherThanZeroOrAnError) {
-  ExpectEach("1", {"If ( \"abc2\" ; 1 ; 0 )", "If ( \"?\" ; 1 ; 0 )", "If ( 1/0 ; 1 ; 0 )", "Case ( 1/0 ; 1 ; 0 )",
-                   "GetAsBoolean ( 1/0 )", "1/0 and 1"});
+TEST(CalcOperators, TakeANumberOtherThanZeroOrAnErrorForTrue) {
+  ExpectEach("1", {"If ( \"abc2\" ; 1 ; 0 )", "If ( 1/0 ; 1 ; 0 )", "Case ( 1/0 ; 1 ; 0 )", "1/0 and 1"});
   ExpectEach("0", {"If ( \"0abc\" ; 1 ; 0 )", "If ( \"text\" ; 1 ; 0 )", "GetAsBoolean ( \"\" )", "not (1/0)"});
-  ExpectEach("error 15", {"not 1/0"});
 }
 
 TEST(CalcErrors, HaveFileMakersNumbers) {
-  ExpectEach("error 15", {"1/0", "1 + 1/0 & \"x\"", "Left ( 1/0 ; 2 )"});
+  ExpectEach("error 15", {"1/0", "1 + 1/0 & \"x\"", "Left ( 1/0 ; 2 )", "not 1/0", "Mod ( 1 ; 0 )"});
   ExpectEach("error 1201", {"Left ( \"a\" )", "Left ( \"a\" ; )", "Let ( x = 1 )", "If ( 1 )",
                             "Substitute ( \"a\" ; [ \"b\" ] )", "Substitute ( \"a\" ; \"b\" )"});
   ExpectEach("error 1202", {"Abs ( 1 ; 2 )", "Get ( FileName ; 1 )", "Let ( x = 1 ; x ; x )", "If ( 1 ; 2 ; 3 ; 4 )"});
@@ -82,18 +66,16 @@ TEST(CalcErrors, ParsingLeavesNoValueAndRunningLeavesAQuestionMark) {
 }
 
 TEST(CalcControl, EvaluateTellsItsErrorOnlyUntilItIsKept) {
-  ExpectEach("0", {"EvaluationError ( 7 )", "Let ( $e = 1/0 ; EvaluationError ( $e ) )"});
   ExpectEach("2", {"Evaluate ( \"1 + 1\" )", "Evaluate ( \"2\" ; Name )", "Let ( $x = 1 ; Evaluate ( \"$x + 1\" ) )",
                    "Evaluate ( \"1 + 1\" ; [ Name ; Orders::Line Total ] )"});
   ExpectEach("error 102", {"Let ( x = 1 ; Evaluate ( \"x\" ) )", "GetField ( \"1 + 1\" )"});
   ExpectAll({
-      {"Evaluate ( \"1 +\" ) = \"?\"", "1"},
+      {"Evaluate ( Quote ( \"a\\\"¶\\\\b\\¶\" ) )", "a\"\r\\b¶"},
+      {"( Evaluate ( \"1 +\" ) = \"?\" ) & EvaluationError ( 7 )", "10"},
       {"EvaluationError ( Evaluate ( \"1 +\" ) ) & \",\" & EvaluationError ( Evaluate ( \"1/0\" ) )", "1204,15"},
-      {"EvaluationError ( Evaluate ( \"NoSuchName\" ) )", "102"},
       {"Let ( e = Evaluate ( \"1/0\" ) ; EvaluationError ( e ) & \",\" & IsEmpty ( e ) )", "0,1"},
       {"IsValidExpression ( \"1 + 1\" ) & IsValidExpression ( \"1 +\" )", "10"},
-      {"GetField ( \"Orders::Line Total\" ) & GetField ( \"Orders::Line Total[2]\" ) & GetField ( \"Name\" )",
-       "12.57Ann"},
+      {"GetField ( \"Orders::Line Total[2]\" ) & GetField ( \"Name\" )", "7Ann"},
       {"IsEmpty ( \"\" ) & IsEmpty ( 1/0 ) & IsEmpty ( 0 )", "110"},
   });
 }
@@ -103,44 +85,28 @@ TEST(CalcControl, OnlyTheBranchTakenRuns) {
   ExpectEach("2", {"Case ( 0 ; 1 ; 1 ; 2 ; 1 ; 3 )", "If ( 1 ; 2 ; Let ( $$ran = 1 ; 3 ) ) & $$ran",
                    "Case ( 1 ; 2 ; Let ( $$ran = 1 ; 3 ) ; 4 ) & $$ran", "Case ( 0 ; 1 ; 2 )",
                    "Choose ( 0 ; 2 ; Let ( $$ran = 1 ; 3 ) ) & $$ran", "Choose ( 1 ; 1 ; 2 )"});
-  ExpectAll({
-      {"Case ( 0 ; 1 ; ) & List ( 2 ; Abs ( -3 ; ) ; )", "2\r3"},
-      {"(0 and Let ( $$ran = 1 ; 3 )) & $$ran", "01"},
-  });
+  ExpectEach("01", {"(0 and Let ( $$ran = 1 ; 3 )) & $$ran"});
 }
 
 TEST(CalcControl, LetNamesHideOuterOnesAndEndWithTheCall) {
   ExpectAll({
-      {"Let ( x = 2 ; x * x )", "4"},
       {"Let ( [ x = 1 ; y = x + 1 ; x = x + 10 ] ; x & \",\" & y )", "11,2"},
-      {"Let ( x = 1 ; Let ( x = x + 1 ; x ) & x )", "21"},
-      {"Let ( X = 1 ; x )", "1"},
+      {"Let ( X = 1 ; Let ( x = x + 1 ; x ) & x )", "21"},
       {"Let ( Name = \"Bob\" ; Name ) & Name", "BobAnn"},
       {"Let ( x = 1 ; x ) & x", "error 102"},
       {"Let ( [] ; 3 )", "3"},
-      {"Let ( [ $a[2] = 5 ; $$b = 6 ] ; $a[2] & $a & $$b ) & $A[1 + 1]", "565"},
-      {"$undefined & $$undefined[7]", ""},
+      {"Let ( [ $a[2] = 5 ; $$b = 6 ] ; $a[2] & $a & $$b ) & $A[1 + 1] & $$undefined[7]", "565"},
   });
-}
-
-TEST(CalcControl, LetSetsTheRealVariables) {
-  TestEnvironment environment;
-  EXPECT_EQ(environment.Show("Let ( [ $Path = \"/tmp\" ; $$Count[3] = 2 ] ; 0 )"), "0");
-  EXPECT_EQ((environment.locals[{u"path", 1}].AsText()), u"/tmp");
-  EXPECT_EQ((environment.globals[{u"count", 3}].AsText()), u"2");
-  EXPECT_EQ(environment.Show("$PATH & $$count[3]"), "/tmp2");
 }
 
 TEST(CalcControl, WhileGoesRoundUntilItsConditionFails) {
   ExpectAll({
       {"While ( [ i = 0 ; s = \"\" ] ; i < 4 ; [ i = i + 1 ; s = s & i ] ; s )", "1234"},
       {"While ( i = 0 ; i < 3 ; i = i + 1 ; i )", "3"},
-      {"While ( [ i = 0 ] ; i < 2 ; [ i = i + 1 ; $n = $n + i ] ; $n )", "3"},
       {"While ( i = 0 ; 1/0 ; i = i + 1 ; i )", "error 15"},
       {"While ( i = 0 ; i < 50000 ; i = i + 1 ; i )", "50000"},
       {"While ( i = 0 ; i < 50001 ; i = i + 1 ; i )", "error 1200"},
       {"SetRecursion ( While ( i = 0 ; i < 60000 ; i = i + 1 ; i ) ; 60000 )", "60000"},
-      {"SetRecursion ( While ( i = 0 ; i < 6 ; i = i + 1 ; i ) ; 5 )", "error 1200"},
   });
 }
 
@@ -151,20 +117,16 @@ TEST(CalcFunctions, OfTheFileSeeTheirParametersOnly) {
       {u"Limit", {}, u"42"},
       {u"Sum To", {u"n"}, u"If ( n < 1 ; 0 ; n + Sum To ( n - 1 ) )"},
       {u"Shadow", {u"Name"}, u"Name & outer"},
-      {u"Broken", {}, u"1 +"},
       {u"Fails", {u"x"}, u"EvaluationError ( x ) & 1 / x"},
   };
   ExpectAll(
       {
-          {"twice ( 4 ) + Limit + Limit()", "92"},
+          {"twice ( 4 ) + Limit + Limit() + Evaluate ( \"Twice ( 3 )\" )", "98"},
           {"Sum To ( 100 )", "5050"},
           {"Let ( outer = 1 ; Shadow ( \"Bob\" ) )", "error 102"},
           {"Twice ( 1 ; 2 )", "error 1202"},
-          {"Twice()", "error 1204"},
           {"Twice", "error 1204"},
           {"Limit ( 1 )", "error 1202"},
-          {"Broken", "error 1204"},
-          {"Evaluate ( \"Twice ( 3 )\" )", "6"},
           {"EvaluationError ( Fails ( 0 ) )", "15"},
           {"EvaluationError ( Fails ( 1/0 ) )", "0"},
       },
@@ -182,13 +144,12 @@ TEST(CalcFunctions, OfTheHostAreCalledWithTheirArgumentsAndChecked) {
   };
   environment.hostFunctions = {{u"Varnix.Push", 1, 2, record}, {u"DatabaseNames", 0, -1, record}};
   EXPECT_EQ(environment.Show("varnix.push ( 1 + 1 ; \"x\" )"), "?");
-  EXPECT_EQ(environment.Show("DatabaseNames & \"!\""), "?!");
-  EXPECT_EQ(environment.Show("DatabaseNames() & EvaluationError ( DatabaseNames ( 1 ; 2 ; 3 ) )"), "?0");
-  EXPECT_EQ(calls, (std::vector<std::u16string>{u"2|x|", u"", u"", u"1|2|3|"}));
+  EXPECT_EQ(environment.Show("DatabaseNames & DatabaseNames() & EvaluationError ( DatabaseNames ( 1 ; 2 ; 3 ) )"),
+            "??0");
   EXPECT_EQ(environment.Show("Varnix.Push ( 1 ; 2 ; 3 )"), "error 1202");
   EXPECT_EQ(environment.Show("Varnix.Push()"), "error 1204");
   EXPECT_EQ(environment.Show("Varnix.Push ( 1/0 )"), "error 15");
-  EXPECT_EQ(calls.size(), 4U);
+  EXPECT_EQ(calls, (std::vector<std::u16string>{u"2|x|", u"", u"", u"1|2|3|"}));
 }
 
 }  // namespace
