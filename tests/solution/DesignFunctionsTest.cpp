@@ -3,12 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <sstream>
-#include <string>
-#include <vector>
-
-#include "sim/calc/Unicode.h"
+#include "tests/calc/TestEnvironment.h"
 #include "tests/solution/SampleSolution.h"
 
 namespace sim {
@@ -19,41 +14,16 @@ class DesignFunctionsTest : public testing::Test {
   DesignFunctionsTest() {
     dotted_.fileName = u"Log.v2.fmp12";
     dotted_.name = u"Log.v2";
-    dotted_.occurrences = {{1, u"Entries", {}}};
     dotted_.valueLists = {{1, u"Levels", u"High"}};
     open_.files = {&sales_, &dotted_};
     open_.windows = {{u"Log", &dotted_}, {u"Sales", &sales_}, {u"Sales - 2", &sales_}};
   }
 
-  struct Case {
-    const char* call;  ///< the function and its arguments, separated by semicolons
-    const char* expected;
-  };
-
-  /// Carriage returns as |; "no function" or "wrong number" when FileMaker could not parse the call.
-  std::string Call(const char* call) {
-    std::vector<calc::Value> arguments;
-    std::stringstream parts(call);
-    for (std::string part; std::getline(parts, part, ';');) {
-      arguments.push_back(calc::Value::OfText(calc::ToUtf16(part)));
-    }
-    const std::u16string name = arguments.front().AsText();
-    arguments.erase(arguments.begin());
-    const auto functions = DesignFunctions(open_, current_, behaviour_);
-    const auto function = std::find_if(functions.begin(), functions.end(),
-                                       [&name](const calc::HostFunction& candidate) { return candidate.name == name; });
-    if (function == functions.end()) return "no function";
-    const int count = static_cast<int>(arguments.size());
-    if (count < function->minArguments || (function->maxArguments >= 0 && count > function->maxArguments)) {
-      return "wrong number";
-    }
-    std::string text = calc::ToUtf8(function->call(arguments).AsText());
-    std::replace(text.begin(), text.end(), '\r', '|');
-    return text;
-  }
-
-  void ExpectAll(const std::vector<Case>& cases) {
-    for (const Case& test : cases) EXPECT_EQ(Call(test.call), test.expected) << test.call;
+  template <size_t size>
+  void Expect(const FormulaCase (&cases)[size]) {
+    TestEnvironment environment;
+    environment.hostFunctions = DesignFunctions(open_, current_, behaviour_);
+    ExpectAll(cases, environment);
   }
 
   Solution sales_ = SampleSolution();
@@ -64,73 +34,60 @@ class DesignFunctionsTest : public testing::Test {
 };
 
 TEST_F(DesignFunctionsTest, ListNamesInTheOrderOfTheirKind) {
-  ExpectAll({{"TableNames;Sales", "Orders|contacts|SysLog|Remote"},
-             {"TableIDs;Sales", "1065089|1065090|1065091|1065092"},
-             {"BaseTableNames;Sales", "Orders|Contacts"},
-             {"LayoutNames;Sales", "List|-|Orders|Blank"},
-             {"ValueListNames;Sales", "Names|YN"},
-             {"ValueListItems;;yn", "Yes|No"},
-             {"ValueListItems;;Names", ""},
-             {"ValueListItems;;Nope", ""},
-             {"PrivilegeSetNames;Sales", "[Full Access]|[Read-Only Access]"},
-             {"CustomFunctionNames", "Zip|Add"},
-             {"WindowNames", "Log|Sales|Sales - 2"},
-             {"WindowNames;Sales", "Sales|Sales - 2"},
-             {"WindowNames;Log.v2.fmp12", "Log"},
-             {"WindowNames;Closed", ""},
-             {"DatabaseNames", "Sales|Log.v2"},
-             {"ExecuteSQL;SELECT FieldId, FieldName FROM FileMaker_BaseTableFields WHERE FieldName > ?;/;!;Scan",
-              "1/Title!3/Total"},
-             {"ExecuteSQL;SELECT;x", "wrong number"},
-             {"ScriptNames", "wrong number"},
-             {"FieldNames;Sales", "wrong number"}});
+  Expect({{R"(TableNames ( "Sales" ))", "Orders\rcontacts\rSysLog\rRemote"},
+          {R"(TableIDs ( "Sales" ))", "1065089\r1065090\r1065091\r1065092"},
+          {R"(BaseTableNames ( "Sales" ))", "Orders\rContacts"},
+          {R"(LayoutNames ( "Sales" ))", "List\r-\rOrders\rBlank"},
+          {R"(ScriptNames ( "Sales" ))", "Start\r-\rReset"},
+          {R"(ValueListNames ( "Sales" ))", "Names\rYN"},
+          {R"(ValueListItems ( "" ; "yn" ) & ValueListItems ( "" ; "Names" ) & ValueListItems ( "" ; "Nope" ))",
+           "Yes\rNo"},
+          {R"(PrivilegeSetNames ( "Sales" ))", "[Full Access]\r[Read-Only Access]"},
+          {"CustomFunctionNames", "Zip\rAdd"},
+          {"WindowNames", "Log\rSales\rSales - 2"},
+          {R"(WindowNames ( "Sales" ) & WindowNames ( "Closed" ))", "Sales\rSales - 2"},
+          {"DatabaseNames", "Sales\rLog.v2"},
+          {R"(ExecuteSQL ( "SELECT FieldId, FieldName FROM FileMaker_BaseTableFields WHERE FieldName > ?" ;
+               "/" ; "!" ; "Scan" ))",
+           "1/Title!3/Total"},
+          {R"(ExecuteSQL ( "SELECT" ; "x" ))", "error 1201"}});
 }
 
 TEST_F(DesignFunctionsTest, FieldsComeFromALayoutsTableBeforeAnOccurrenceOfThatName) {
-  ExpectAll({{"FieldNames;;ORDERS", "Name"},
-             {"FieldNames;;List", "Name"},
-             {"FieldNames;;Contacts", "Name"},
-             {"FieldNames;;Remote", ""},
-             {"FieldNames;;Blank", ""},
-             {"FieldNames;;Zoo", ""},
-             {"FieldNames;;-", ""},
-             {"FieldNames;;Nope", ""},
-             {"FieldType;;Orders::number", "Standard Number Indexed 1"},
-             {"FieldType;;Title", "Standard Text Unindexed 3"},
-             {"FieldType;;Total", "StoredCalc Number Unindexed 1"},
-             {"FieldType;;Now", "UnstoredCalc Time Unindexed 1"},
-             {"FieldType;;Latest", "Summary Timestamp Unindexed 1"},
-             {"FieldType;;Orders::Due", "Global Date Unindexed 1"},
-             {"FieldType;;Orders::Name", ""},
-             {"FieldType;;Nope::Title", ""},
-             {"FieldComment;;Orders::Number", "unique"},
-             {"FieldRepetitions;;List;Name", "1"},
-             {"FieldRepetitions;;List;Title", ""}});
+  Expect({{R"(FieldNames ( "" ; "ORDERS" ) & FieldNames ( "" ; "List" ) & FieldNames ( "" ; "Contacts" ))",
+           "NameNameName"},
+          {R"(FieldNames ( "" ; "Remote" ) & FieldNames ( "" ; "Blank" ) & FieldNames ( "" ; "Zoo" ))", ""},
+          {R"(FieldNames ( "" ; "-" ) & FieldNames ( "" ; "Nope" ))", ""},
+          {R"(FieldType ( "" ; "Orders::number" ))", "Standard Number Indexed 1"},
+          {R"(FieldType ( "" ; "Title" ) & FieldType ( "" ; "Total" ))",
+           "Standard Text Unindexed 3StoredCalc Number Unindexed 1"},
+          {R"(FieldType ( "" ; "Now" ) & FieldType ( "" ; "Latest" ))",
+           "UnstoredCalc Time Unindexed 1Summary Timestamp Unindexed 1"},
+          {R"(FieldType ( "" ; "Orders::Due" ))", "Global Date Unindexed 1"},
+          {R"(FieldType ( "" ; "Orders::Name" ) & FieldType ( "" ; "Nope::Title" ))", ""},
+          {R"(FieldComment ( "" ; "Orders::Number" ))", "größer <\r😀"},
+          {R"(FieldRepetitions ( "" ; "List" ; "Name" ) & FieldRepetitions ( "" ; "List" ; "Title" ))", "1"}});
   sales_.layouts.clear();
-  ExpectAll({{"FieldNames;;ORDERS", "Title|Number|Total|Now|Latest|Due|Scan"},
-             {"FieldIDs;;ORDERS", "1|2|3|4|5|6|7"},
-             {"FieldRepetitions;;Orders;title", "3"}});
+  Expect({{R"(FieldNames ( "" ; "ORDERS" ))", "Title\rNumber\rTotal\rNow\rLatest\rDue\rScan"},
+          {R"(FieldIDs ( "" ; "ORDERS" ) & FieldRepetitions ( "" ; "Orders" ; "title" ))", "1\r2\r3\r4\r5\r6\r73"}});
 }
 
 TEST_F(DesignFunctionsTest, TheFileIsNamedWithoutRegardToCaseAndWithItsExtensionIfItHoldsAPeriod) {
-  ExpectAll({{"ScriptNames;SALES", "Start|-|Reset"},
-             {"ScriptNames;sales.FMP12", "Start|-|Reset"},
-             {"TableNames;log.v2.fmp12", "Entries"},
-             {"TableNames;Log.v2", ""},
-             {"TableNames;Closed", ""},
-             {"TableNames;Sales.xml", ""},
-             {"ValueListItems;;Levels", ""}});
+  Expect({{R"(BaseTableNames ( "SALES" ) & BaseTableNames ( "sales.fmp12" ))", "Orders\rContactsOrders\rContacts"},
+          {R"(ValueListNames ( "log.v2.fmp12" ) & ValueListNames ( "Log.v2" ) & ValueListNames ( "Sales.xml" ))",
+           "Levels"},
+          {R"(ValueListItems ( "" ; "Levels" ))", ""}});
   current_ = &dotted_;
-  ExpectAll({{"ValueListItems;;Levels", "High"}});
+  Expect({{R"(ValueListItems ( "" ; "Levels" ))", "High"}});
   current_ = nullptr;
-  ExpectAll({{"ValueListItems;;Levels", ""}, {"ExecuteSQL;SELECT * FROM FileMaker_Tables;,;,", "?"}});
+  Expect({{R"(ValueListItems ( "" ; "Levels" ) & ExecuteSQL ( "SELECT * FROM FileMaker_Tables" ; "" ; "" ))", "?"}});
 }
 
 TEST_F(DesignFunctionsTest, AsInFileMakerSomeListsHaveNoFunction) {
   behaviour_.allDesignFunctions = false;
-  ExpectAll({{"PrivilegeSetNames;Sales", "no function"},
-             {"CustomFunctionNames;Sales", "no function"},
-             {"ScriptNames;Sales", "Start|-|Reset"}});
+  Expect({{R"(PrivilegeSetNames ( "Sales" ))", "error 1208"},
+          {R"(CustomFunctionNames ( "Sales" ))", "error 1208"},
+          {R"(BaseTableNames ( "Sales" ))", "Orders\rContacts"}});
 }
 
 }  // namespace
