@@ -2,15 +2,14 @@
 #include <gtest/gtest.h>
 
 #include "host/AppleScript.h"
-#include "tests/mac/standin/AppleScriptControl.h"
 #include "tests/mac/standin/StandIn.h"
 
 namespace {
 
 struct AppleScriptTest : testing::Test {
   AppleScriptTest() {
-    AppleScriptControl::succeeds = true;
-    AppleScriptControl::text = "Größe";
+    StandIn::scriptSucceeds = true;
+    StandIn::scriptText = "Größe";
   }
 
   std::string result = "old result";
@@ -20,19 +19,19 @@ struct AppleScriptTest : testing::Test {
 TEST_F(AppleScriptTest, SendsTheThreeScripts) {
   EXPECT_TRUE(AppleScript::GetFrontDocumentName(result, error));
   EXPECT_EQ(result, "Größe");
-  EXPECT_EQ(AppleScriptControl::source,
+  EXPECT_EQ(StandIn::scriptSource,
             R"(tell application "FileMaker Pro"
     get name of front document
 end tell)");
   EXPECT_TRUE(AppleScript::SaveFrontDocumentAsXML("/a \"b\\\".xml", error));
-  EXPECT_EQ(AppleScriptControl::source,
+  EXPECT_EQ(StandIn::scriptSource,
             R"(tell application "FileMaker Pro"
     save front document in (POSIX file "/a \"b\\".xml") as "XML copy"
 end tell)");
-  AppleScriptControl::text = "<x/>";
+  StandIn::scriptText = "<x/>";
   EXPECT_TRUE(AppleScript::ExportFrontDocumentAsXML("/a \"b\\\".xml", result, error));
   EXPECT_EQ(result, "<x/>");
-  EXPECT_EQ(AppleScriptControl::source,
+  EXPECT_EQ(StandIn::scriptSource,
             R"(set _varnixPath to "/a \"b\\".xml"
 tell application "FileMaker Pro"
     save front document in (POSIX file _varnixPath) as "XML copy"
@@ -58,26 +57,14 @@ TEST_F(AppleScriptTest, TellsHowAScriptEnded) {
       {true, "value", "\xFF", "old result", "ERROR (AppleScript): Unknown AppleScript error"},
   };
   for (const auto& [succeeds, text, source, expectedResult, expectedError] : cases) {
-    AppleScriptControl::succeeds = succeeds;
-    AppleScriptControl::text = text;
+    StandIn::scriptSucceeds = succeeds;
+    StandIn::scriptText = text;
     result = "old result";
     error = "old error";
     EXPECT_EQ(AppleScript::Run(source, result, error), expectedError == "old error");
     EXPECT_EQ(result, expectedResult);
     EXPECT_EQ(error, expectedError);
   }
-}
-
-TEST_F(AppleScriptTest, KeepsNothingAliveBeyondARun) {
-  int before = 0;
-  for (const bool first : {true, false}) {  // the runtime keeps some objects from the first time
-    for (const bool succeeds : {true, false}) {
-      AppleScriptControl::succeeds = succeeds;
-      AppleScript::Run("x", result, error);
-    }
-    if (first) before = StandIn::FoundationObjects();
-  }
-  EXPECT_EQ(StandIn::FoundationObjects(), before);
 }
 
 }  // namespace

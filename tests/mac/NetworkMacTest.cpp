@@ -5,20 +5,19 @@
 
 #include "net/Transfer.h"
 #include "tests/mac/standin/StandIn.h"
-#include "tests/mac/standin/UrlSessionControl.h"
 #include "tests/support/FakeUrlLayer.h"
 
 namespace {
 
-using UrlSessionControl::Mood;
+using StandIn::Mood;
 
 constexpr char kUrl[] = "http://a.example/";
 
 struct NetworkMacTest : testing::Test {
-  ~NetworkMacTest() override { UrlSessionControl::mood = Mood::kWilling; }
+  ~NetworkMacTest() override { StandIn::mood = Mood::kWilling; }
 
   static Network::Outcome Transfer(Mood mood = Mood::kWilling) {
-    UrlSessionControl::mood = mood;
+    StandIn::mood = mood;
     const auto promise = std::make_shared<std::promise<Network::Outcome>>();
     Network::StartTransfer({kUrl, "POST", {{"Accept", "*/*"}}, "body"},
                            [promise](Network::Outcome outcome) { promise->set_value(std::move(outcome)); });
@@ -35,8 +34,8 @@ TEST_F(NetworkMacTest, TakesNoTextForAUrlThatFoundationRefuses) {
 
 TEST_F(NetworkMacTest, AsksForNothingCachedAndForTheTimeLimit) {
   Transfer();
-  EXPECT_EQ(UrlSessionControl::cachePolicy, 1u);
-  EXPECT_EQ(UrlSessionControl::timeoutInterval, 90);
+  EXPECT_EQ(StandIn::cachePolicy, 1u);
+  EXPECT_EQ(StandIn::timeoutInterval, 90);
 }
 
 TEST_F(NetworkMacTest, TellsOfEveryTransferThatTheSessionDoesNotMake) {

@@ -1,24 +1,13 @@
 #import <Foundation/Foundation.h>
 
-#include "tests/mac/standin/AppleScriptControl.h"
 #include "tests/mac/standin/StandIn.h"
 
-using StandIn::Misuse;
-
 NSString* const NSAppleScriptErrorMessage = @"NSAppleScriptErrorMessage";
-
-namespace {
-
-NSString* Text() {
-  return AppleScriptControl::text ? [NSString stringWithUTF8String:AppleScriptControl::text->c_str()] : nil;
-}
-
-}  // namespace
 
 @implementation NSAppleEventDescriptor
 
 - (NSString*)stringValue {
-  return Text();
+  return StandIn::scriptText ? [NSString stringWithUTF8String:StandIn::scriptText->c_str()] : nil;
 }
 
 @end
@@ -26,14 +15,15 @@ NSString* Text() {
 @implementation NSAppleScript
 
 - (instancetype)initWithSource:(NSString*)source {
-  if (source == nil) Misuse("nil for the source");
-  AppleScriptControl::source = [source UTF8String];
+  if (source == nil) StandIn::Misuse("nil for the source");
+  StandIn::scriptSource = [source UTF8String];
   return [super init];
 }
 
 - (NSAppleEventDescriptor*)executeAndReturnError:(NSDictionary**)error {
-  if (AppleScriptControl::succeeds) return [[[NSAppleEventDescriptor alloc] init] autorelease];
-  if (error != nullptr) *error = [NSDictionary dictionaryWithObjectsAndKeys:Text(), NSAppleScriptErrorMessage, nil];
+  NSAppleEventDescriptor* value = [[[NSAppleEventDescriptor alloc] init] autorelease];
+  if (StandIn::scriptSucceeds) return value;
+  *error = [NSDictionary dictionaryWithObjectsAndKeys:[value stringValue], NSAppleScriptErrorMessage, nil];
   return nil;
 }
 

@@ -1,6 +1,8 @@
-// What the stand-ins of the system's interfaces share. A call that the real system would not survive ends the test.
+// A test's hold on the stand-ins of the system's interfaces. A call that the real system would not survive ends the
+// test.
 #pragma once
 
+#include <optional>
 #include <string>
 
 namespace StandIn {
@@ -9,5 +11,27 @@ namespace StandIn {
 
 /// Foundation's objects alive, less those at the first call; autoreleased ones count until their pool is drained.
 int FoundationObjects();
+
+/// AppKit raises at everything. What else befalls the pasteboard is FakePasteboard::Current()'s, for which Core
+/// Foundation refuses "CFString" and "CFData" too.
+inline bool pasteboardServerIsGone = false;
+
+/// What the URL session does. What transfers bring is FakeUrlLayer::Current()'s.
+enum class Mood {
+  kWilling,
+  kMakesNoTask,
+  kRaises,           ///< when asked for a task
+  kForgets,          ///< lets go of the handler without a call
+  kIsNotHttp,        ///< answers with a response of another protocol
+  kDescribesNothing  ///< errors have no description
+};
+inline Mood mood = Mood::kWilling;
+inline double timeoutInterval = 0;     // of the last request
+inline unsigned long cachePolicy = 0;  // of the last request
+
+/// The script that was run last; how scripts end: with a value, or else an error; and the text of that, if it has one.
+inline std::string scriptSource;
+inline bool scriptSucceeds = true;
+inline std::optional<std::string> scriptText;
 
 }  // namespace StandIn

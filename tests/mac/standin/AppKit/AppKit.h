@@ -8,7 +8,6 @@
 typedef NSString* NSPasteboardType;
 
 extern NSPasteboardType const NSPasteboardTypeString;
-extern NSString* const NSPasteboardCommunicationException;
 
 @interface NSPasteboard : NSObject
 + (NSPasteboard*)generalPasteboard;

@@ -21,10 +21,6 @@ constexpr CFStringEncoding kCFStringEncodingUTF8 = 0x08000100;
 
 #pragma clang assume_nonnull begin
 
-/// Never released.
-CFStringRef StandInConstantString(const char* text);
-#define CFSTR(text) StandInConstantString(text)
-
 void CFRelease(CFTypeRef object);
 CFStringRef _Nullable CFStringCreateWithBytes(CFAllocatorRef _Nullable allocator, const UInt8* _Nullable bytes,
                                               CFIndex length, CFStringEncoding encoding,
@@ -39,7 +35,7 @@ using PasteboardFlavorFlags = std::uint32_t;
 using PasteboardSyncFlags = std::uint32_t;
 
 constexpr OSStatus noErr = 0;
-#define kPasteboardClipboard CFSTR("com.apple.pasteboard.clipboard")
+#define kPasteboardClipboard ((CFStringRef) @"com.apple.pasteboard.clipboard")
 constexpr PasteboardFlavorFlags kPasteboardFlavorNoFlags = 0;
 
 OSStatus PasteboardCreate(CFStringRef _Nullable name, PasteboardRef _Nullable* created);

@@ -18,7 +18,6 @@ typedef void (^StandInTransferHandler)(NSData* _Nullable data, NSURLResponse* _N
  @public
   NSURLRequest* request_;
   StandInTransferHandler handler_;
-  BOOL resumed_;
 }
 - (void)resume;
 @end

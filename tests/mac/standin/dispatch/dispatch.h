@@ -1,4 +1,4 @@
-// As much of Grand Central Dispatch as background work takes. Each job has a thread of its own.
+// As much of Grand Central Dispatch as background work takes.
 #pragma once
 
 #define DISPATCH_QUEUE_PRIORITY_DEFAULT 0
@@ -7,6 +7,3 @@ using dispatch_queue_t = struct dispatch_queue_s*;
 
 dispatch_queue_t dispatch_get_global_queue(long priority, unsigned long flags);
 void dispatch_async_f(dispatch_queue_t queue, void* context, void (*work)(void*));
-
-/// Waits for all jobs.
-void StandInJoinJobs();
