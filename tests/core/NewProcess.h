@@ -1,12 +1,24 @@
 // Runs a piece of a test as the program of an ordinary user would: in a process of its own.
 #pragma once
 
-#include <functional>
-#include <string>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 /// The account that stands in for a user when the tests run as root, whom file permissions do not stop.
 inline constexpr unsigned int kOrdinaryUser = 65534;
 
-/// What `body` returns, run in a new process that has given up root's rights and ends after a minute at the latest. The
-/// test fails when that process does.
-std::string InNewProcess(const std::function<std::string()>& body);
+/// Runs `body` in a new process that has given up root's rights and ends after a minute at the latest.
+template <typename Body>
+void InNewProcess(Body body) {
+  const pid_t child = fork();
+  if (child == 0) {
+    alarm(60);
+    if (geteuid() == 0 && (setgid(kOrdinaryUser) != 0 || setuid(kOrdinaryUser) != 0)) _exit(1);
+    body();
+    _exit(testing::Test::HasFailure() ? 1 : 0);
+  }
+  int status = -1;
+  waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0) << "the process did not end well";
+}

@@ -1,7 +1,6 @@
 // A user with an empty home for every test of the settings.
 #pragma once
 
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -31,11 +30,14 @@ class PrefsTest : public FolderTest {
     InNewProcess([&] {
       Prefs::SaveBaseUrl(url);
       Prefs::SaveLicenseKey(key);
-      return "";
     });
   }
-  static std::string LoadUrl() { return InNewProcess(Prefs::LoadBaseUrl); }
-  static std::string LoadKey() { return InNewProcess(Prefs::LoadLicenseKey); }
+  static void ExpectStored(const std::string& url, const std::string& key) {
+    InNewProcess([&] {
+      EXPECT_EQ(Prefs::LoadBaseUrl(), url);
+      EXPECT_EQ(Prefs::LoadLicenseKey(), key);
+    });
+  }
 
   const std::filesystem::path home_ = folder_;
 };

@@ -1,12 +1,10 @@
 // Where GNUstep keeps the user defaults, and what the settings make of defaults that others have written.
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 
-#include "core/Prefs.h"
 #include "tests/core/PrefsFixture.h"
 
 /// GNUstep's way to begin again with other arguments and another environment than the process was started with.
@@ -33,8 +31,7 @@ TEST_F(PrefsTest, ADefaultThatIsNoTextLoadsAsAnEmptyText) {
     std::ofstream(home_ / "defaults" / "host.plist")
         << "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>" << Prefs::kLicenseKeyKey << "</key>" << value
         << "<key>" << Prefs::kBaseUrlKey << "</key><string>url</string></dict></plist>";
-    EXPECT_EQ(LoadUrl(), "url");
-    EXPECT_EQ(LoadKey(), "") << value;
+    ExpectStored("url", "");
   }
 }
 
