@@ -4,22 +4,22 @@
 #include <atomic>
 #include <string>
 #include <thread>
-#include <utility>
 #include <vector>
 
 #include "tests/clipboard/x11/XClient.h"
 
+/// Sets the clock of the code under test forward, which is else the real one. Any thread.
+void AdvanceClock(std::int64_t milliseconds);
+
 enum class Manner {
   kObliging,
-  kSilent,        // never answers
-  kRefusing,      // refuses every request
-  kAnswersTwice,  // sends each answer again
-  kAnswersLate,   // answers a request, with the bytes "late", only when the next one has come
+  kSilent,       // never answers
+  kRefusing,     // refuses every request
+  kAnswersLate,  // answers a request, with the bytes "late", only when the next one has come
   // Those that send their content in pieces:
-  kStallsBetweenPieces,  // sends the first piece of its content and no other
-  kDiesBetweenPieces,    // sends the first piece and vanishes
-  kTrickles,             // sends pieces of one byte, 400 ms apart, for ever
-  kEndless,              // sends pieces of a megabyte, as fast as they are taken, for ever
+  kStalls,    // sends the first piece of its content and no other
+  kTrickles,  // sends pieces of one byte, 400 ms apart, for ever
+  kEndless,   // sends pieces of a megabyte, as fast as they are taken, for ever
 };
 
 class FakeOwner {
@@ -36,7 +36,6 @@ class FakeOwner {
 
   void Run();
   void Handle(const Request& request);
-  bool AsksForTargets(const Request& request);
   void Answer(const Request& request, const std::string& bytes);
   void SendPiece();
 
@@ -46,7 +45,6 @@ class FakeOwner {
   XClient client_;
   Request last_{};  // the request in work
   bool isIncremental_ = false;
-  int pieces_ = 0;
   std::atomic<int> requests_ = 0;
   std::thread thread_;
 };

@@ -2,7 +2,7 @@
 // behind a test that crashes.
 #pragma once
 
-#include <sys/types.h>
+#include <signal.h>
 
 #include <cstdio>
 #include <string>
@@ -10,16 +10,24 @@
 class XServer {
  public:
   /// Running and ready when made; `display` is empty when it could not be started.
-  XServer();
+  XServer() {
+    // The shell tells its process, which the server takes over.
+    output_ = popen("echo $$; exec " XVFB " -displayfd 1 -terminate -nolisten tcp 2>/dev/null", "re");
+    int number = 0;
+    if (std::fscanf(output_, "%d %d", &process_, &number) == 2) display_ = ":" + std::to_string(number);
+  }
   ~XServer() { Kill(); }
-  XServer(const XServer&) = delete;
-  XServer& operator=(const XServer&) = delete;
 
   const std::string& display() const { return display_; }
   /// As when the machine's display crashes: gone when this returns.
-  void Kill();
+  void Kill() {
+    if (output_ == nullptr) return;
+    if (process_ > 0) kill(process_, SIGKILL);
+    pclose(output_);
+    output_ = nullptr;
+  }
   /// Stops answering, without closing anything.
-  void Hang() const;
+  void Hang() const { kill(process_, SIGSTOP); }
 
  private:
   std::FILE* output_;
