@@ -12,12 +12,13 @@
 
 namespace {
 
-void SignIn(const std::string& licenseKey, const std::string& baseUrl, const fmx::ExprEnv& env) {
-  g_licenseKey = licenseKey;
-  g_baseUrl = baseUrl;
+// Takes copies, so that nothing can fail between key and service: a key goes to no service but its own.
+void SignIn(std::string licenseKey, std::string baseUrl, const fmx::ExprEnv& env) {
+  g_licenseKey.swap(licenseKey);
+  g_baseUrl.swap(baseUrl);
   g_registered = true;
-  Prefs::SaveLicenseKey(licenseKey);
-  Prefs::SaveBaseUrl(baseUrl);
+  Prefs::SaveLicenseKey(g_licenseKey);
+  Prefs::SaveBaseUrl(g_baseUrl);
   const std::string fileName = EvalCalc(const_cast<fmx::ExprEnv*>(&env), "Get(FileName)");
   if (!fileName.empty()) g_registeredFileName = fileName;
   CheckVersionInBackground();

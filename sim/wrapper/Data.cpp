@@ -64,9 +64,7 @@ FM_API Data* FM_Data_Constructor1(_fmxcpt& x) {
   return HostCall(__func__, x, [&] { return reinterpret_cast<Data*>(fmhost::Make<DataObject>()); });
 }
 
-FM_API void FM_Data_Delete(void* self, _fmxcpt& x) {
-  HostCall(__func__, x, [&] { fmhost::Delete<DataObject>(self); });
-}
+FM_API void FM_Data_Delete(void* self, _fmxcpt&) { fmhost::Delete<DataObject>(__func__, self); }
 
 FM_API bool FM_Data_IsEmpty(const void* self, _fmxcpt& x) {
   return HostCall(__func__, x, [&] { return DataAt(self).value.IsEmpty(); });

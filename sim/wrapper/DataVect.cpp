@@ -39,9 +39,7 @@ FM_API DataVect* FM_DataVect_Constructor1(_fmxcpt& x) {
   return HostCall(__func__, x, [&] { return reinterpret_cast<DataVect*>(fmhost::Make<fmhost::DataVectObject>()); });
 }
 
-FM_API void FM_DataVect_Delete(void* self, _fmxcpt& x) {
-  HostCall(__func__, x, [&] { fmhost::Delete<fmhost::DataVectObject>(self); });
-}
+FM_API void FM_DataVect_Delete(void* self, _fmxcpt&) { fmhost::Delete<fmhost::DataVectObject>(__func__, self); }
 
 FM_API uint32 FM_DataVect_Size(const void* self, _fmxcpt& x) {
   return HostCall(__func__, x, [&] { return static_cast<uint32>(ListAt(self).values.size()); });

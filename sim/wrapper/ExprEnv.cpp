@@ -44,9 +44,7 @@ FM_API ExprEnv* FM_ExprEnv_Constructor1(_fmxcpt& x) {
   return HostCall(__func__, x, [&] { return reinterpret_cast<ExprEnv*>(fmhost::Make<fmhost::ExprEnvObject>()); });
 }
 
-FM_API void FM_ExprEnv_Delete(void* self, _fmxcpt& x) {
-  HostCall(__func__, x, [&] { fmhost::Delete<fmhost::ExprEnvObject>(self); });
-}
+FM_API void FM_ExprEnv_Delete(void* self, _fmxcpt&) { fmhost::Delete<fmhost::ExprEnvObject>(__func__, self); }
 
 FM_API errcode FM_ExprEnv_Evaluate(const void* self, const Text& expression, Data& result, _fmxcpt& x) {
   return HostCall(__func__, x, [&]() -> errcode {

@@ -49,8 +49,6 @@ FM_API bool FM_FixPt_AsBool(const void* self, _fmxcpt& x) {
   return HostCall(__func__, x, [&] { return NumberAt(self).Sign() != 0; });
 }
 
-FM_API void FM_FixPt_Delete(void* self, _fmxcpt& x) {
-  HostCall(__func__, x, [&] { fmhost::Delete<FixPtObject>(self); });
-}
+FM_API void FM_FixPt_Delete(void* self, _fmxcpt&) { fmhost::Delete<FixPtObject>(__func__, self); }
 
 }  // namespace fmx

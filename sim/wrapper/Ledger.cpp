@@ -1,5 +1,6 @@
 #include "sim/wrapper/Ledger.h"
 
+#include <map>
 #include <new>
 #include <stdexcept>
 #include <utility>
@@ -62,18 +63,28 @@ bool Ledger::IsLive(const void* object, const char* kind) const {
 void Ledger::EnterCall(const char* function) {
   const std::lock_guard lock(mutex_);
   call_ = function;
-  if (injections_.empty()) return;
-  const auto injection = injections_.find(function);
-  if (injection == injections_.end() || injection->second.afterCalls-- > 0) return;
-  const int code = injection->second.code;
-  injections_.erase(injection);
+}
+
+void Ledger::RaiseInjected() {
+  const std::lock_guard lock(mutex_);
+  if (!injection_ || (!injection_->function.empty() && injection_->function != call_)) return;
+  if (injection_->afterCalls-- > 0) return;
+  const int code = injection_->code;
+  injection_.reset();
   if (code == fmx::_fmxcpt::kBadAlloc) throw std::bad_alloc();
   throw std::runtime_error("injected");
 }
 
 void Ledger::InjectException(const std::string& function, int code, int afterCalls) {
   const std::lock_guard lock(mutex_);
-  injections_[function] = {code, afterCalls};
+  injection_ = {function, code, afterCalls};
+}
+
+bool Ledger::TakeBackException() {
+  const std::lock_guard lock(mutex_);
+  const bool waits = injection_.has_value();
+  injection_.reset();
+  return waits;
 }
 
 void Ledger::NoteMisuse(const char* kind) {
@@ -107,7 +118,6 @@ std::vector<std::string> Ledger::Violations() const {
 void Ledger::ForgetViolations() {
   const std::lock_guard lock(mutex_);
   violations_.clear();
-  injections_.clear();
 }
 
 Scope::Scope(std::string owner) : previous_(Ledger::Instance().SetOwner(std::move(owner))) {}
@@ -120,5 +130,6 @@ void ForgetViolations() { Ledger::Instance().ForgetViolations(); }
 void InjectException(const std::string& function, int code, int afterCalls) {
   Ledger::Instance().InjectException(function, code, afterCalls);
 }
+bool TakeBackException() { return Ledger::Instance().TakeBackException(); }
 
 }  // namespace fmhost

@@ -1,8 +1,8 @@
 // Who holds which host object, and what was done wrong with one. Safe on any thread.
 #pragma once
 
-#include <map>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -26,9 +26,12 @@ class Ledger {
   void RemovePart(const void* object);
   bool IsLive(const void* object, const char* kind) const;
 
-  /// Called first in every C function; raises what a test has asked for.
+  /// Called first in every C function.
   void EnterCall(const char* function);
+  /// Raises what a test has asked for.
+  void RaiseInjected();
   void InjectException(const std::string& function, int code, int afterCalls);
+  bool TakeBackException();
 
   /// Notes that the current call was given a dead or foreign object.
   void NoteMisuse(const char* kind);
@@ -44,6 +47,7 @@ class Ledger {
     bool part;
   };
   struct Injection {
+    std::string function;
     int code;
     int afterCalls;
   };
@@ -52,7 +56,7 @@ class Ledger {
 
   mutable std::mutex mutex_;
   std::unordered_map<const void*, Entry> live_;
-  std::map<std::string, Injection> injections_;
+  std::optional<Injection> injection_;
   std::vector<std::string> violations_;
   std::string owner_;
   const char* call_ = "";

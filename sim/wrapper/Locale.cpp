@@ -32,8 +32,6 @@ FM_API const Locale* FM_Locale_operatorAS(void* self, const Locale& other, _fmxc
   });
 }
 
-FM_API void FM_Locale_Delete(void* self, _fmxcpt& x) {
-  HostCall(__func__, x, [&] { fmhost::Delete<LocaleObject>(self); });
-}
+FM_API void FM_Locale_Delete(void* self, _fmxcpt&) { fmhost::Delete<LocaleObject>(__func__, self); }
 
 }  // namespace fmx

@@ -91,17 +91,20 @@ Object* Make() {
   return object.release();
 }
 
+/// The body of the C function `function`. A deletion cannot fail.
 template <class Object>
-void Delete(void* self) {
+void Delete(const char* function, void* self) {
+  Ledger::Instance().EnterCall(function);
   if (self != nullptr && Ledger::Instance().Remove(self, Object::kKind)) delete static_cast<Object*>(self);
 }
 
-/// Runs the body of the C function `function`; what it throws becomes the exception status. Deletions cannot fail.
+/// Runs the body of the C function `function`; what it throws becomes the exception status.
 template <class Body>
 auto HostCall(const char* function, fmx::_fmxcpt& x, Body body) -> decltype(body()) {
   using Result = decltype(body());
   try {
     Ledger::Instance().EnterCall(function);
+    Ledger::Instance().RaiseInjected();
     return body();
   } catch (const std::bad_alloc&) {
     x.m_code = fmx::_fmxcpt::kBadAlloc;

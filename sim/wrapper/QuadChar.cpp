@@ -82,8 +82,6 @@ FM_API void FM_QuadChar_SetMacType(void* self, uint32 type, _fmxcpt& x) {
   });
 }
 
-FM_API void FM_QuadChar_Delete(void* self, _fmxcpt& x) {
-  HostCall(__func__, x, [&] { fmhost::Delete<QuadCharObject>(self); });
-}
+FM_API void FM_QuadChar_Delete(void* self, _fmxcpt&) { fmhost::Delete<QuadCharObject>(__func__, self); }
 
 }  // namespace fmx

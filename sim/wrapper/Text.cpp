@@ -65,9 +65,7 @@ FM_API Text* FM_Text_Constructor1(_fmxcpt& x) {
   return HostCall(__func__, x, [&] { return reinterpret_cast<Text*>(fmhost::Make<TextObject>()); });
 }
 
-FM_API void FM_Text_Delete(void* self, _fmxcpt& x) {
-  HostCall(__func__, x, [&] { fmhost::Delete<TextObject>(self); });
-}
+FM_API void FM_Text_Delete(void* self, _fmxcpt&) { fmhost::Delete<TextObject>(__func__, self); }
 
 FM_API uint32 FM_Text_GetSize(const void* self, _fmxcpt& x) {
   return HostCall(__func__, x, [&] { return static_cast<uint32>(UnitsAt(self).size()); });

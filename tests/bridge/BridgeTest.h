@@ -33,6 +33,8 @@ class BridgeTest : public FolderTest {
   static inline std::deque<short> startErrors;
   /// What it was asked: "file|script|control|parameter", "-" for none.
   static inline Texts starts;
+  /// How many evaluations still work before one fails, negative for all.
+  static inline int evaluationsBeforeError;
   /// Called within the next evaluation, and the next start of a script.
   static inline std::function<void()> duringEvaluation, duringStart;
 

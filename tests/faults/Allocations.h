@@ -1,0 +1,16 @@
+// The program's memory, counted, and able to run out once. One thread at a time.
+#pragma once
+
+#include <cstddef>
+
+namespace allocations {
+
+/// Lets the allocation `after` allocations from now fail.
+void FailAfter(std::size_t after);
+/// Takes it back; false when it has happened.
+bool TakeBack();
+
+/// Blocks not yet freed.
+std::ptrdiff_t Live();
+
+}  // namespace allocations
