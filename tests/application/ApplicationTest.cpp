@@ -3,14 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-
 #include "sim/calc/Unicode.h"
 #include "tests/application/SmallExport.h"
 
 namespace {
-
-using Lines = std::vector<std::string>;
 
 class ApplicationTest : public SmallExports {
  protected:
@@ -31,25 +27,17 @@ class ApplicationTest : public SmallExports {
 TEST_F(ApplicationTest, AnswersFromTheFrontFile) {
   EXPECT_EQ(Eval("Get ( FileName ) & DatabaseNames & WindowNames & TableNames ( \"\" )"), "");
   Open({.name = "One"});
-  Open({.name = "Two", .privilegeSet = 4});
+  Open({.name = "Two", .privilegeSet = "4"});
   const std::pair<const char*, const char*> inTwo[] = {
-      {"Get ( FileName )", "Two"},
-      {"get(filename)", "Two"},
-      {"Get ( WindowName )", "Two"},
-      {"WindowNames", "Two\rOne"},
-      {"DatabaseNames", "One\rTwo"},
-      {"Get ( AccountName )", "Me"},
-      {"Get ( PrivilegeSetName ) & Get ( CurrentPrivilegeSetName ) & Get ( AccountPrivilegeSetName )",
-       "ClerkClerkClerk"},
+      {"Get ( FileName ) & Get ( WindowName )", "TwoTwo"},
+      {"WindowNames & DatabaseNames", "Two\rOneOne\rTwo"},
+      {"Get ( AccountName ) & Get ( PrivilegeSetName ) & Get ( CurrentPrivilegeSetName )", "MeClerkClerk"},
       {"Get ( CurrentExtendedPrivileges )", ""},
-      {"Get ( LayoutName ) & \"/\" & Get ( LayoutTableName )", "List/Orders"},
-      {"FieldNames ( \"One\" ; \"Orders\" )", "ID\rTotal"},
-      {"IsEmpty ( Orders::Total ) & IsEmpty ( ID )", "11"},
+      {"Get ( LayoutName ) & Get ( LayoutTableName ) & Get ( LayoutNumber )", "ListOrders2"},
+      {"FieldNames ( \"One\" ; \"Orders\" )", "Total"},
+      {"IsEmpty ( Orders::Total ) & IsEmpty ( Total )", "11"},
       {"Orders::Nothing", "[102]"},
       {"Get ( Nothing )", "[1215]"},
-      {"Get ( SystemPlatform )", "1"},
-      {"Get ( ConnectionState ) & Get ( LayoutNumber )", "01"},
-      {"Get ( CurrentHostTimestamp ) - Get ( CurrentTimestamp ) < 2", "1"},
       {"Get ( ApplicationVersion )", "Pro 22.0.1"},
       {"Exact ( Get ( PersistentID ) ; Get ( PersistentID ) ) and Length ( Get ( PersistentID ) ) = 32", "1"},
       {"Get ( UUID ) ≠ Get ( UUID ) and Length ( Get ( UUID ) ) = 36", "1"},
@@ -61,17 +49,14 @@ TEST_F(ApplicationTest, AnswersFromTheFrontFile) {
 
   std::string error;
   EXPECT_TRUE(application.Activate(u"one.FMP12", error));
-  EXPECT_EQ(Eval("Get ( FileName ) & \" \" & WindowNames"), "One One\rTwo");
-  EXPECT_EQ(Eval("Get ( CurrentExtendedPrivileges )"), "fmplugin");
+  EXPECT_EQ(Eval("Get ( FileName ) & WindowNames & Get ( CurrentExtendedPrivileges )"), "OneOne\rTwofmplugin");
   EXPECT_FALSE(application.Activate(u"Three", error));
-  EXPECT_EQ(error, "no file \"Three\" is open");
   EXPECT_FALSE(application.Open(folder_ + "/Two.xml", error));
   EXPECT_EQ(error, folder_ + "/Two.xml: a file named \"Two\" is already open");
 }
 
 TEST_F(ApplicationTest, KeepsVariablesPerFile) {
-  EXPECT_EQ(Eval("Let ( [ $a = 3 ; $$a = 4 ] ; \"\" )"), "");
-  EXPECT_EQ(Eval("$a & $$a"), "34") << "without a file too";
+  EXPECT_EQ(Eval("Let ( [ $a = 3 ; $$a = 4 ] ; $a & $$a )"), "34") << "without a file too";
   Open({.name = "One"});
   EXPECT_EQ(Eval("Let ( [ $a = 1 ; $$b = 2 ] ; $a + $$b )"), "3");
   Open({.name = "Two"});
@@ -81,22 +66,9 @@ TEST_F(ApplicationTest, KeepsVariablesPerFile) {
   EXPECT_EQ(Eval("$a & $$b"), "12");
 }
 
-TEST_F(ApplicationTest, TellsWhyAFileIsNoPlugin) {
-  std::string error;
-  EXPECT_FALSE(application.LoadPlugin(folder_ + "/none.fmx", error));
-  EXPECT_EQ(error, "cannot load plug-in " + folder_ + "/none.fmx: No such file or directory");
-  std::ofstream(folder_ + "/text.fmx") << "not a library";
-  EXPECT_FALSE(application.LoadPlugin(folder_ + "/text.fmx", error));
-  EXPECT_NE(error.find("file too short"), error.npos) << error;
-  EXPECT_FALSE(application.LoadPlugin(folder_, error));
-  EXPECT_FALSE(application.LoadPlugin("/lib/x86_64-linux-gnu/libc.so.6", error));
-  EXPECT_EQ(error, "cannot load plug-in /lib/x86_64-linux-gnu/libc.so.6: it has no entry point FMExternCallProc");
-  EXPECT_TRUE(application.plugins().empty());
-}
-
 TEST_F(ApplicationTest, LetsPluginsStartScriptsOnlyWhereTheFileAllowsIt) {
   Open({.name = "Open"});
-  Open({.name = "Closed", .privileges = ""});
+  Open({.name = "Closed", .privilege = "fmapp"});
   std::string error;
   ASSERT_TRUE(application.LoadPlugin(CARELESS_PLUGIN, error)) << error;
   EXPECT_FALSE(application.LoadPlugin(CARELESS_PLUGIN, error)) << "the same plug-in twice";
@@ -118,11 +90,11 @@ TEST_F(ApplicationTest, LetsPluginsStartScriptsOnlyWhereTheFileAllowsIt) {
 TEST_F(ApplicationTest, NamesWhatAPluginLeavesBehind) {
   std::string error;
   ASSERT_TRUE(application.LoadPlugin(CARELESS_PLUGIN, error)) << error;
-  Eval("Careless.Leak");
-  Eval("Careless.DeleteTwice");
-  EXPECT_EQ(application.Quit(),
-            (Lines{"Careless.fmx: left \"Careless.Leak\" registered", "Careless.fmx: 2 Text objects never deleted",
-                   "Careless.fmx: FM_Data_Delete: not a live Data (deleted twice?)"}));
+  Eval("Careless.Leak & Careless.DeleteTwice");
+  const std::vector<std::string> faults = {"Careless.fmx: left \"Careless.Leak\" registered",
+                                           "Careless.fmx: 2 Text objects never deleted",
+                                           "Careless.fmx: FM_Data_Delete: not a live Data (deleted twice?)"};
+  EXPECT_EQ(application.Quit(), faults);
   fmhost::ForgetViolations();
 }
 

@@ -56,22 +56,16 @@ TEST_F(ScriptRunner, TakesOneBranchWhateverIsNestedInTheOthers) {
     EXPECT_EQ(Run(steps), expected);
     EXPECT_TRUE(succeeded);
   }
-  EXPECT_EQ(Run(If("0") + If("1") + Exit("\"in\"") + EndIf() + EndIf() + Exit("\"out\"")), "out");
 }
 
-TEST_F(ScriptRunner, PassesOverDisabledStepsAndTheirBlocks) {
+TEST_F(ScriptRunner, PassesOverDisabledStepsAndTellsOfThoseItDoesNotSimulate) {
   EXPECT_EQ(Run(If("0", false) + SetVariable("$x", "1") + SetVariable("$x", "2", false) + Exit("$x") + Exit("3")), "1");
-}
-
-TEST_F(ScriptRunner, KnowsItsParameterNameAndGlobals) {
-  EXPECT_EQ(Run(SetVariable("$$g", "Get ( ScriptName ) & \" \" & Get ( ScriptParameter )") + Exit("$$g")),
-            "Go parameter");
-}
-
-TEST_F(ScriptRunner, NamesStepsThatItDoesNotSimulate) {
-  EXPECT_EQ(Run(Step(6, "Go to Layout") + Exit("\"end\"")), "end");
+  EXPECT_EQ(Run(SetVariable("$$g", "Get ( ScriptName ) & Get ( ScriptParameter )") + Exit("$$g")), "Goparameter");
+  EXPECT_EQ(Run(Step(6, "Go to Layout") +
+                Step(87, "Dialog", Parameter("Title", Formula("\"T\"")) + Parameter("Message", Formula("1 + 1")))),
+            "");
   EXPECT_TRUE(succeeded);
-  EXPECT_EQ(shown, Lines{"script \"Go\", step 1 \"Go to Layout\" is not simulated; skipped"});
+  EXPECT_EQ(shown, (Lines{"script \"Go\", step 1 \"Go to Layout\" is not simulated; skipped", "dialog \"T\": 2"}));
 }
 
 TEST_F(ScriptRunner, GoesOnAfterAFailureButReportsIt) {
@@ -90,40 +84,37 @@ TEST_F(ScriptRunner, EndsWhenItIsCancelled) {
 }
 
 TEST_F(ScriptRunner, SendsIdleMessagesWhilePaused) {
-  const auto pause = [](const std::string& seconds) {
-    return Step(62, "Pause",
-                Parameter("Options", "<Options type=\"Duration (seconds): \">" + Formula(seconds) + "</Options>"));
+  const auto pause = [](const std::string& duration) {
+    return Step(62, "Pause", Parameter("Options", "<Options>" + duration + "</Options>"));
   };
-  Run(pause("1.5") + pause("-1") +
-      Step(62, "Pause", Parameter("Options", "<Options type=\"Indefinitely\"></Options>")));
+  Run(pause(Formula("1.5")) + pause(Formula("-1")) + pause(""));
   EXPECT_EQ(pauses, (std::vector<std::pair<int, long long>>{{2, 1500}}));
   EXPECT_EQ(shown, Lines{"script \"Go\", step 3 \"Pause\" would wait for the user; going on"});
 }
 
 TEST_F(ScriptRunner, SavesTheExportItselfAsXml) {
-  const auto save = [](const std::string& window, const std::string& destination) {
-    return Step(3, "Save a Copy as XML",
-                (window.empty() ? "" : Parameter("Calculation", Formula(window))) +
-                    Parameter("UniversalPathList", "<UniversalPathList><ObjectList><Location>" + destination +
-                                                       "</Location></ObjectList></UniversalPathList>"));
+  const std::string setPath = SetVariable("$path", "\"/Macintosh HD" + folder_ + "/copy.xml\"");
+  const auto save = [&](const std::string& window, const std::string& destination, const SmallFile& file = {}) {
+    return Run(setPath +
+                   Step(3, "Save a Copy as XML",
+                        (window.empty() ? "" : Parameter("Calculation", Formula(window))) +
+                            Parameter("UniversalPathList", "<UniversalPathList><ObjectList><Location>" + destination +
+                                                               "</Location></ObjectList></UniversalPathList>")) +
+                   Exit("Get ( LastError )"),
+               file);
   };
-  const std::string path = SetVariable("$path", "\"/Macintosh HD" + folder_ + "/copy.xml\"");
   for (const char* window : {"", "Get ( WindowName )"}) {
-    EXPECT_EQ(Run(path + save(window, "$path") + Exit("Get ( LastError )")), "0");
+    EXPECT_EQ(save(window, "$path"), "0");
     EXPECT_EQ(Bytes(folder_ + "/copy.xml"), Bytes(folder_ + "/Small.xml"));
     std::filesystem::remove(folder_ + "/copy.xml");
   }
-  EXPECT_EQ(Run(save("", "file:beside.xml") + Exit("Get ( LastError )")), "0");
+  EXPECT_EQ(save("", "file:beside.xml"), "0");
   EXPECT_TRUE(std::filesystem::exists(folder_ + "/beside.xml")) << "a relative path is one beside the file";
-
-  EXPECT_EQ(Run(path + save("\"Other\"", "$path") + Exit("Get ( LastError )")), "100");
-  EXPECT_EQ(Run(Step(3, "Save a Copy as XML") + Exit("Get ( LastError )")), "1") << "it names no file";
-  EXPECT_EQ(Run(save("", "filemac:/Macintosh HD/no/such/folder/x.xml") + Exit("Get ( LastError )")), "800");
+  EXPECT_EQ(save("\"Other\"", "$path"), "100");
+  EXPECT_EQ(save("", "filemac:/Macintosh HD/no/such/folder/x.xml"), "800");
+  EXPECT_EQ(save("", "$path", {.privilegeSet = "4"}), "9");
   EXPECT_FALSE(succeeded);
-  SmallFile restricted{.privilegeSet = 4};
-  EXPECT_EQ(Run(path + save("", "$path") + Exit("Get ( LastError )"), restricted), "9");
-  restricted.fullAccess = "True";
-  EXPECT_EQ(Run(path + save("", "$path") + Exit("Get ( LastError )"), restricted), "0");
+  EXPECT_EQ(save("", "$path", {.fullAccess = "True", .privilegeSet = "4"}), "0");
 }
 
 }  // namespace

@@ -99,22 +99,15 @@ class Terminal {
 
 using Prompt = Fmsim;
 
-TEST_F(Prompt, EditsLinesOfAnyLengthAndKeepsThem) {
+TEST_F(Prompt, EditsAndKeepsLinesOfAnyLengthAndCompletesNames) {
   Terminal terminal(folder_, {});
   terminal.Expect("fmsim> ");
   terminal.Type("Length ( \"" + std::string(8000, 'x') + "\" )\r");
   terminal.Expect("8000\r\n");
-  terminal.Type(
-      "\x1b[A\x01"
-      "1 + \r");  // up, home
+  terminal.Type("\x1b[A\x01 1 + \r");  // up, home
   terminal.Expect("8001\r\n");
   terminal.Type("Upper ( \"größ\" )\r");
   terminal.Expect("GRÖSS\r\n");
-}
-
-TEST_F(Prompt, CompletesNames) {
-  Terminal terminal(folder_, {});
-  terminal.Expect("fmsim> ");
   terminal.Type("patternC\t ( \"aaa\" ; \"a\" ) * 111\r");
   terminal.Expect("333\r\n");
   terminal.Type("windown\t\t");
