@@ -4,10 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <tuple>
 
 #include "core/Product.h"
 #include "tests/support/FolderTest.h"
@@ -15,34 +15,22 @@
 
 namespace {
 
-constexpr fmx::ptrtype kUntouched = 0xABCDEF0123456789;
-
-// A fresh load of the binary with its own settings folder; its globals start anew each time.
+// The binary with a settings folder of its own.
 class PluginBinary : public FolderTest {
  protected:
   PluginBinary() {
     setenv("XDG_CONFIG_HOME", folder_.c_str(), 1);
     unsetenv("DISPLAY");  // the clipboard of whoever runs the tests is not ours
-  }
-
-  ~PluginBinary() override {
-    if (library_ != nullptr) Unload();
-  }
-
-  void Load(short hostVersion = 71) {
     library_ = dlopen(PLUGIN_FILE, RTLD_NOW | RTLD_LOCAL);
-    ASSERT_NE(library_, nullptr) << dlerror();
+    EXPECT_NE(library_, nullptr) << dlerror();
     entryPoint_ = reinterpret_cast<FMX_ExternCallProc>(dlsym(library_, "FMExternCallProc"));
-    ASSERT_NE(entryPoint_, nullptr);
-    call_.extnVersion = hostVersion;
+    call_.extnVersion = 71;
     call_.unusedID = -1;
     call_.cCurrentEnv = [](FMX_ExprEnv*) -> FMX_ErrorCode { return 0; };
   }
-
-  void Unload() {
+  ~PluginBinary() override {
     Send(kFMXT_Shutdown);
     dlclose(library_);
-    library_ = nullptr;
   }
 
   void WriteSettings(const std::string& settings) const {
@@ -50,7 +38,7 @@ class PluginBinary : public FolderTest {
     std::ofstream(folder_ + "/varnix/preferences") << settings;
   }
 
-  void Send(FMX_ExternCallSwitch message, FMX_UChar parm1 = 0, FMX_PtrType parm3 = 0, FMX_PtrType result = kUntouched) {
+  void Send(FMX_ExternCallSwitch message, FMX_UChar parm1 = 0, FMX_PtrType parm3 = 0, FMX_PtrType result = 0) {
     call_.whichCall = message;
     call_.parm1 = parm1;
     call_.parm3 = parm3;
@@ -75,13 +63,12 @@ class PluginBinary : public FolderTest {
   }
 
   ScriptedHost host_;
-  void* library_ = nullptr;
-  FMX_ExternCallProc entryPoint_ = nullptr;
+  void* library_;
+  FMX_ExternCallProc entryPoint_;
   FMX_ExternCallStruct call_{};
 };
 
 TEST_F(PluginBinary, AnswersItsStrings) {
-  Load();
   const std::pair<int, std::u16string> cases[] = {
       {127, u""}, {128, u"Varnix"},      {129, u"Varnix background bridge for FileMaker"},
       {130, u""}, {131, u"Vrnx1nnYYnn"}, {132, calc::ToUtf16(kGuideUrl)},
@@ -92,7 +79,6 @@ TEST_F(PluginBinary, AnswersItsStrings) {
 }
 
 TEST_F(PluginBinary, RegistersNineteenFunctionsInOrderAndTakesAllBack) {
-  Load();
   EXPECT_EQ(Initialise(), 76u);
   const auto& functions = fmhost::Functions();
   ASSERT_EQ(functions.size(), 19u);
@@ -116,7 +102,6 @@ std::string ArgumentCount(short least, short most) {
 }
 
 TEST_F(PluginBinary, TheFunctionReferenceDescribesWhatIsRegistered) {
-  Load();
   Initialise();
   std::ifstream file(REFERENCE);
   const std::string reference(std::istreambuf_iterator<char>(file), {});
@@ -133,7 +118,6 @@ TEST_F(PluginBinary, TheFunctionReferenceDescribesWhatIsRegistered) {
 }
 
 TEST_F(PluginBinary, AnswersEachFunctionWithItsOwnHandler) {
-  Load();
   Initialise();
   const std::string xml = "<fmxmlsnippet/>";
   const std::string file = folder_ + "/file.txt";
@@ -170,74 +154,29 @@ TEST_F(PluginBinary, AnswersEachFunctionWithItsOwnHandler) {
 }
 
 TEST_F(PluginBinary, StaysDisabledInAnOldHost) {
-  Load(55);
+  call_.extnVersion = 55;
   EXPECT_EQ(Initialise(), static_cast<fmx::ptrtype>(-2));
   EXPECT_TRUE(fmhost::Functions().empty());
   call_.extnVersion = 56;
   EXPECT_EQ(Initialise(), 76u);
 }
 
-TEST_F(PluginBinary, IsDisabledWhenItsFirstFunctionIsRefusedThoughTheOthersAreRegistered) {
-  Load();
-  const fmx::QuadCharUniquePtr other('O', 't', 'h', 'r');
-  const fmx::TextUniquePtr name;
-  const auto squat = [&](const char* functionName, short id) {
-    name->Assign(functionName, fmx::Text::kEncoding_UTF8);
-    const auto never = [](short, const fmx::ExprEnv&, const fmx::DataVect&, fmx::Data&) -> fmx::errcode { return 0; };
-    ASSERT_EQ(fmx::ExprEnv::RegisterExternalFunctionEx(*other, id, *name, *name, *name, 0, 0, 0, never), 0);
-  };
-  squat("Varnix.ListFiles", 1);
-  EXPECT_EQ(Initialise(), 76u) << "a refusal of any other function is passed over";
-  EXPECT_EQ(fmhost::Functions().size(), 19u);
-  Send(kFMXT_Shutdown);
-  squat("Varnix.Version", 2);
-  EXPECT_EQ(Initialise(), static_cast<fmx::ptrtype>(-2));
-  EXPECT_EQ(fmhost::Functions().size(), 19u);
-  fmx::ExprEnv::UnRegisterExternalFunction(*other, 1);
-  fmx::ExprEnv::UnRegisterExternalFunction(*other, 2);
-}
-
-TEST_F(PluginBinary, IgnoresOtherMessages) {
-  Load();
-  for (const int message : {2, 3, 5, 6, 8, 9, 255}) {
-    auto before = call_;
-    Send(static_cast<FMX_ExternCallSwitch>(message), 128, 100);
-    before.whichCall = static_cast<FMX_ExternCallSwitch>(message);
-    before.parm1 = 128;
-    before.parm3 = 100;
-    before.result = kUntouched;
-    EXPECT_EQ(std::memcmp(&before, &call_, sizeof call_), 0) << message;
-  }
-}
-
 TEST_F(PluginBinary, RestoresASavedSignIn) {
-  struct Case {
-    const char* settings;
-    const char* registered;
-    std::string baseUrl;
-  };
-  const Case cases[] = {
-      {"", "false", kDefaultBaseUrl},
-      {"com.varnix.plugin.baseUrl=http://localhost:1\n", "false", kDefaultBaseUrl},
-      {"com.varnix.plugin.licenseKey=\ncom.varnix.plugin.baseUrl=http://localhost:1\n", "false", kDefaultBaseUrl},
-      {"com.varnix.plugin.licenseKey=K1\n", "true", kDefaultBaseUrl},
-      {"com.varnix.plugin.licenseKey=K1\ncom.varnix.plugin.baseUrl=http://localhost:1\n", "true",
-       "http://localhost:1"}};
-  for (const auto& c : cases) {
-    WriteSettings(c.settings);
-    Load();
+  const std::string own = "com.varnix.plugin.baseUrl=http://localhost:1\n", key = "com.varnix.plugin.licenseKey=K1\n";
+  const std::tuple<std::string, std::string, std::string> cases[] = {
+      {own, "false", kDefaultBaseUrl}, {key, "true", kDefaultBaseUrl}, {key + own, "true", "http://localhost:1"}};
+  for (const auto& [settings, registered, baseUrl] : cases) {
+    WriteSettings(settings);
     Initialise();
     const auto report = Call(u"Varnix.DebugContext");
-    EXPECT_NE(report.find(std::string("\"registered\":") + c.registered + ",\"baseUrl\":\"" + c.baseUrl + "\""),
-              report.npos)
-        << c.settings << report;
-    Unload();
+    const std::string expected = "\"registered\":" + registered + ",\"baseUrl\":\"" + baseUrl + '"';
+    EXPECT_NE(report.find(expected), report.npos) << settings << report;
+    Send(kFMXT_Shutdown);
   }
 }
 
 TEST_F(PluginBinary, SignedInLearnsItsFileOnAnIdleCallAndForgetsNothingElse) {
   WriteSettings("com.varnix.plugin.licenseKey=K1\n");
-  Load();
   Initialise();
   Send(kFMXT_Idle);
   EXPECT_EQ(host_.asked, std::vector<std::string>{"Get(FileName)"});
