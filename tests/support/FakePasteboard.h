@@ -38,16 +38,33 @@ struct FakePasteboard {
     return !refused.contains(call);
   }
 
-  std::string Text() const { return Bytes(kText); }
+  bool Put(const std::string& call, const std::string& type, const std::string& bytes) {
+    if (!Accept(call)) return false;
+    if (items.empty()) items.emplace_back();
+    items.front().emplace_back(type, bytes);
+    return true;
+  }
+
+  /// Everything on it, item after item.
+  Item Entries() const {
+    Item entries;
+    for (const auto& item : items) entries.insert(entries.end(), item.begin(), item.end());
+    return entries;
+  }
+
+  static bool Find(const Item& entries, const std::string& type, std::string& bytes) {
+    const auto found = std::find_if(entries.begin(), entries.end(), [&](auto& entry) { return entry.first == type; });
+    if (found == entries.end()) return false;
+    bytes = found->second;
+    return true;
+  }
 
   std::string Bytes(const std::string& type) const {
-    for (const auto& item : items) {
-      for (const auto& [name, bytes] : item) {
-        if (name == type) return bytes;
-      }
-    }
-    return {};
+    std::string bytes;
+    Find(Entries(), type, bytes);
+    return bytes;
   }
+  std::string Text() const { return Bytes(kText); }
 
   /// As if another program had replaced the content.
   void Replace(Item item) {
@@ -69,16 +86,12 @@ class FakePasteboardAccess : public Pasteboard {
     return true;
   }
   bool PutFlavor(const std::string& type, const std::string& bytes) override {
-    if (!fake_.Accept("PutFlavor " + type)) return false;
-    if (fake_.items.empty()) fake_.items.emplace_back();
-    fake_.items.front().emplace_back(type, bytes);
-    return true;
+    return fake_.Put("PutFlavor " + type, type, bytes);
   }
   void SynchronizeItems() override { fake_.Accept("SynchronizeItems"); }
   std::size_t ItemCount() override { return fake_.Accept("ItemCount") ? fake_.items.size() : 0; }
   bool CopyFlavor(std::size_t item, const std::string& type, std::string& bytes) override {
-    if (!fake_.Accept("CopyFlavor " + type)) return false;
-    return Find({fake_.items.at(item - 1)}, type, bytes);
+    return fake_.Accept("CopyFlavor " + type) && FakePasteboard::Find(fake_.items.at(item - 1), type, bytes);
   }
 
   void DeclareTypes(bool text, const std::vector<std::string>& types) override {
@@ -89,46 +102,28 @@ class FakePasteboardAccess : public Pasteboard {
     fake_.Accept("DeclareTypes");
   }
   bool SetData(const std::string& type, const std::string& bytes) override {
-    if (!fake_.Accept("SetData " + type)) return false;
-    if (std::find(fake_.declared.begin(), fake_.declared.end(), type) == fake_.declared.end()) return false;
-    if (fake_.items.empty()) fake_.items.emplace_back();
-    fake_.items.front().emplace_back(type, bytes);
-    return true;
+    const auto& declared = fake_.declared;
+    const bool isDeclared = std::find(declared.begin(), declared.end(), type) != declared.end();
+    return isDeclared && fake_.Put("SetData " + type, type, bytes);
   }
-  bool SetString(const std::string& text) override {
-    if (!fake_.Accept("SetString")) return false;
-    if (fake_.items.empty()) fake_.items.emplace_back();
-    fake_.items.front().emplace_back(FakePasteboard::kText, text);
-    return true;
-  }
+  bool SetString(const std::string& text) override { return fake_.Put("SetString", FakePasteboard::kText, text); }
   std::string AvailableType(const std::vector<std::string>& candidates) override {
     std::string bytes;
     for (const auto& candidate : candidates) {
-      if (Find(fake_.items, candidate, bytes)) return candidate;
+      if (FakePasteboard::Find(fake_.Entries(), candidate, bytes)) return candidate;
     }
     return {};
   }
   bool DataForType(const std::string& type, std::string& bytes) override {
-    return fake_.Accept("DataForType " + type) && Find(fake_.items, type, bytes);
+    return fake_.Accept("DataForType " + type) && FakePasteboard::Find(fake_.Entries(), type, bytes);
   }
   std::string String() override { return fake_.Text(); }
   std::vector<std::string> Types() override {
     std::vector<std::string> types;
-    for (const auto& item : fake_.items) {
-      for (const auto& entry : item) types.push_back(entry.first);
-    }
+    for (const auto& entry : fake_.Entries()) types.push_back(entry.first);
     return types;
   }
 
  private:
-  static bool Find(const std::vector<FakePasteboard::Item>& items, const std::string& type, std::string& bytes) {
-    for (const auto& item : items) {
-      for (const auto& [name, data] : item) {
-        if (name == type) return bytes = data, true;
-      }
-    }
-    return false;
-  }
-
   FakePasteboard& fake_;
 };
