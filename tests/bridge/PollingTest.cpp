@@ -1,4 +1,6 @@
 // When the bridge asks the service, what for, and what it makes of the answer.
+#include <limits>
+
 #include "bridge/BridgeState.h"
 #include "net/VersionCheck.h"
 #include "tests/bridge/BridgeTest.h"
@@ -28,20 +30,22 @@ TEST_F(Polling, OneAtATimeAtLeastThreeSecondsFromStartToStart) {
       {100, 10'000, {3000, 15'000}},  // a call that finds the poll still running begins the three seconds anew
       {100, kNever, {3000}},
   };
-  for (const auto& c : cases) {
-    const std::int64_t begin = g_lastPollMs = now;
-    std::vector<std::int64_t> starts;
-    for (std::int64_t t = 0; t < 20'000; t += c.idleEvery) {
-      now = begin + t;
-      if (!jobs.empty() && t >= starts.back() + c.answersAfter) RunJobs();
-      const std::size_t running = jobs.size();
-      Idle();
-      ASSERT_LE(jobs.size(), 1u);
-      if (jobs.size() > running) starts.push_back(t);
+  constexpr std::int64_t kEndOfTime = std::numeric_limits<std::int64_t>::max() - 20'000;
+  for (std::int64_t begin : {0L, 1'000'000L, kEndOfTime})
+    for (const auto& c : cases) {
+      g_lastPollMs = g_lastVersionCheckMs = g_lastClipboardPrepareMs = begin;
+      std::vector<std::int64_t> starts;
+      for (std::int64_t t = 0; t < 20'000; t += c.idleEvery) {
+        now = begin + t;
+        if (!jobs.empty() && t >= starts.back() + c.answersAfter) RunJobs();
+        const std::size_t running = jobs.size();
+        Idle();
+        ASSERT_LE(jobs.size(), 1u);
+        if (jobs.size() > running) starts.push_back(t);
+      }
+      RunJobs();
+      EXPECT_EQ(starts, c.starts) << c.idleEvery << " " << c.answersAfter;
     }
-    RunJobs();
-    EXPECT_EQ(starts, c.starts) << c.idleEvery << " " << c.answersAfter;
-  }
 }
 
 TEST_F(Polling, TakesACommandOnlyFromAnAnswerThatNamesOne) {
@@ -52,6 +56,9 @@ TEST_F(Polling, TakesACommandOnlyFromAnAnswerThatNamesOne) {
   } cases[] = {
       {R"({"command":{"id":"c1","type":"T"}})", true},
       {R"({"x":[{"type":"T"}],"id":"c1"})", true},
+      {R"({"id":"c1","type":"T","id":"c2"})", true},
+      {R"({"id": "c1", "type": "T"})", false},
+      {R"(<html><a id="c1" type="T">Sign in to this network</a></html>)", false},
       {R"({"command" :null,"id":"c1","type":"T"})", true},
       {R"({"command":null,"id":"c1","type":"T"})", false},
       {R"({"id":"c1","type":"T","x":{"command": null}})", false},

@@ -1,11 +1,14 @@
 // The bridge on its own pool of threads, against a service that hands out commands as fast as it is asked.
 #include <FMWrapper/FMXExtern.h>
 #include <gtest/gtest.h>
+#include <pthread.h>
+#include <sys/resource.h>
 
 #include <atomic>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <latch>
 #include <map>
 
@@ -14,6 +17,7 @@
 #include "bridge/IdleLoop.h"
 #include "bridge/LivePush.h"
 #include "core/Clock.h"
+#include "net/Network.h"
 #include "net/Network_linux.h"
 #include "net/VersionCheck.h"
 #include "tests/support/FakePasteboard.h"
@@ -65,6 +69,67 @@ class Threads : public FolderTest {
   FakePasteboard pasteboard_;
   ScriptedHost host_;
 };
+
+/// While it lives, no thread starts, since its stack would be larger than the address space.
+class NoMoreThreads {
+ public:
+  NoMoreThreads() {
+    pthread_getattr_default_np(&before_);
+    pthread_attr_t huge;
+    pthread_attr_init(&huge);
+    pthread_attr_setstacksize(&huge, std::size_t{1} << 48);
+    EXPECT_EQ(pthread_setattr_default_np(&huge), 0);
+    pthread_attr_destroy(&huge);
+  }
+  ~NoMoreThreads() {
+    pthread_setattr_default_np(&before_);
+    pthread_attr_destroy(&before_);
+  }
+
+ private:
+  pthread_attr_t before_;
+};
+
+/// While it lives, nothing can be opened.
+class NoMoreDescriptors {
+ public:
+  NoMoreDescriptors() {
+    getrlimit(RLIMIT_NOFILE, &before_);
+    const rlimit standardStreams{3, before_.rlim_max};
+    EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &standardStreams), 0);
+  }
+  ~NoMoreDescriptors() { setrlimit(RLIMIT_NOFILE, &before_); }
+
+ private:
+  rlimit before_;
+};
+
+template <class Lack>
+void ExpectRefusalWhile(const std::function<void()>& idle) {
+  const Lack lack;
+  std::string response, error;
+  EXPECT_FALSE(Network::Get(g_baseUrl, response, error));
+  EXPECT_TRUE(error.starts_with("ERROR: ") && error.size() > 7) << error;
+  idle();
+  while (g_pollInFlight) std::this_thread::yield();
+}
+
+// First, while there is no thread yet.
+TEST_F(Threads, WhatCannotBeStartedIsOverAndTheNextOneComes) {
+  LoopbackServer server([](LoopbackServer::Connection& connection) {  // for one request
+    connection.ReadRequest();
+    connection.Send("HTTP/1.1 204 No Content\r\nConnection: close\r\n\r\n");
+  });
+  g_baseUrl = server.Url();
+  for (const auto& refusal : {ExpectRefusalWhile<NoMoreThreads>, ExpectRefusalWhile<NoMoreDescriptors>}) {
+    const std::size_t before = server.Requests().size();
+    refusal([this] { Idle(); });
+    EXPECT_EQ(server.Requests().size(), before);
+    Idle();
+    while (g_pollInFlight) std::this_thread::yield();
+    EXPECT_EQ(server.Requests().size(), before + 1);
+  }
+}
 
 TEST(Background, RunsJobsSideBySideAndOutlivesTheirExceptions) {
   constexpr int kJobs = 32;

@@ -2,11 +2,13 @@
 #include <FMWrapper/FMXExtern.h>
 #include <dlfcn.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <thread>
 
 #include "tests/support/FolderTest.h"
 #include "tests/support/LoopbackServer.h"
@@ -24,11 +26,16 @@ class Unload : public FolderTest {
  protected:
   Unload() {
     setenv("XDG_CONFIG_HOME", folder_.c_str(), 1);
-    unsetenv("DISPLAY");  // the clipboard of whoever runs the tests is not ours
+    unsetenv("DISPLAY");                                 // the clipboard of whoever runs the tests is not ours
+    setenv("PATH", (folder_ + ":" + path_).c_str(), 1);  // a desktop that does not answer
+    std::ofstream(folder_ + "/notify-send") << "#!/bin/sh\ntouch '" << folder_ << "/notified'\nexec sleep 60\n";
+    std::filesystem::permissions(folder_ + "/notify-send", std::filesystem::perms::owner_all);
     std::filesystem::create_directories(folder_ + "/varnix");
     std::ofstream(folder_ + "/varnix/preferences")
         << "com.varnix.plugin.licenseKey=K1\ncom.varnix.plugin.baseUrl=" << server_.Url() << "\n";
   }
+
+  ~Unload() override { setenv("PATH", path_.c_str(), 1); }
 
   void ExpectSwift(const std::function<void()>& ending) {
     const auto start = Clock::now();
@@ -38,10 +45,11 @@ class Unload : public FolderTest {
     RecordProperty("microseconds", static_cast<int>(time / std::chrono::microseconds(1)));
   }
 
+  const std::string path_ = getenv("PATH");
   LoopbackServer server_{NeverAnswer};
 };
 
-TEST_F(Unload, TheBinaryLeavesWhileItsRequestsHang) {
+TEST_F(Unload, TheBinaryLeavesWhileItsRequestsAndNotificationsHang) {
   void* library = dlopen(PLUGIN_FILE, RTLD_NOW | RTLD_LOCAL);
   ASSERT_NE(library, nullptr) << dlerror();
   const auto send = [&](FMX_ExternCallSwitch message) {
@@ -54,14 +62,20 @@ TEST_F(Unload, TheBinaryLeavesWhileItsRequestsHang) {
   ScriptedHost host;
   send(kFMXT_Init);
   send(kFMXT_Idle);
+  const auto push = [&](const char* name) {
+    EXPECT_EQ(CallHandler(fmhost::FindFunction(u"Varnix.LivePush")->function, {folder_ + name}), "OK");
+  };
+  push("/missing.xml");
   for (const char* name : {"/1.xml", "/2.xml"}) {
     std::ofstream(folder_ + name) << "<x/>";
-    EXPECT_EQ(CallHandler(fmhost::FindFunction(u"Varnix.LivePush")->function, {folder_ + name}), "OK");
+    push(name);
   }
   EXPECT_EQ(server_.WaitForRequests(3).size(), 3u);
+  while (!std::filesystem::exists(folder_ + "/notified")) std::this_thread::yield();
   send(kFMXT_Shutdown);
   ExpectSwift([&] { dlclose(library); });
   EXPECT_FALSE(std::filesystem::exists(folder_ + "/1.xml")) << "an upload cut short still takes its file with it";
+  EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "the notification's tool is left";
 }
 
 TEST_F(Unload, TheHostEndsWhileAPollHangs) {
