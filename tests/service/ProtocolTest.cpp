@@ -1,5 +1,13 @@
-// The bridge protocol, byte for byte as the plug-in sends and reads it.
+// The bridge protocol as the plug-in sends and reads it, and what is remembered of it.
 #include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <mutex>
+#include <optional>
+#include <set>
+#include <thread>
+#include <vector>
 
 #include "net/Base64.h"
 #include "net/Json.h"
@@ -8,39 +16,42 @@
 
 namespace {
 
+constexpr char kListFiles[] = R"("type":"LIST_FILES")";
+constexpr char kNothing[] = R"({"command":null})";
+
 class Protocol : public FolderTest {
  protected:
   // Queues, polls, lets `answer` send what the plug-in would, and completes. Returns the command's id.
   template <class Answer>
   std::string CarryOut(const std::string& members, Answer answer) {
-    const std::string id = service_.Queue(members);
-    EXPECT_EQ(JsonGetString(service_.Poll(), "id"), id);
+    const std::string id = service_->Queue(members);
+    EXPECT_EQ(JsonGetString(service_->Poll(), "id"), id);
     answer();
-    EXPECT_EQ(service_.Complete(id).body, R"({"ok":true})");
+    EXPECT_EQ(service_->Complete(id).body, R"({"ok":true})");
     return id;
   }
 
   void Push(const std::string& members) {
-    EXPECT_EQ(service_.Post("/api/bridge/push", R"({"licenseKey":"K1",)" + members + '}').status, 200);
+    EXPECT_EQ(service_->Post("/api/bridge/push", R"({"licenseKey":"K1",)" + members + '}').status, 200);
   }
 
   void Ingest(const std::string& fileName, const std::string& bytes) {
     const auto answer =
-        service_.Post("/api/live/ingest/K1?filename=" + fileName, bytes, "Content-Type: application/octet-stream\r\n");
+        service_->Post("/api/live/ingest/K1?filename=" + fileName, bytes, "Content-Type: application/octet-stream\r\n");
     EXPECT_EQ(answer.status, 200) << answer.body;
   }
 
-  std::string Result(const std::string& id) { return service_.Get("/operator/commands/" + id + "/result").body; }
+  std::string Result(const std::string& id) { return service_->Get("/operator/commands/" + id + "/result").body; }
 
   // The content of the newest record.
   std::string NewestContent() {
-    const std::string records = service_.Get("/operator/records?limit=1").body;
+    const std::string records = service_->Get("/operator/records?limit=1").body;
     const auto number = records.find(R"("number":)") + 9;
-    return service_.Get("/operator/records/" + records.substr(number, records.find(',', number) - number) + "/content")
+    return service_->Get("/operator/records/" + records.substr(number, records.find(',', number) - number) + "/content")
         .body;
   }
 
-  RunningService service_{folder_};
+  std::optional<RunningService> service_{std::in_place, folder_};
 };
 
 std::string AllBytes() {
@@ -50,12 +61,10 @@ std::string AllBytes() {
 }
 
 TEST_F(Protocol, AnswersWithoutWorkInTheSpellingThatThePlugInLooksFor) {
-  EXPECT_EQ(service_.Exchange(Request("GET", "/api/bridge/command/next?licenseKey=K1&version=1.6.16")),
-            "HTTP/1.1 200 OK\r\nConnection: close\r\nContent-Length: 16\r\nContent-Type: application/json\r\n\r\n"
-            R"({"command":null})");
-  EXPECT_EQ(service_.Get("/api/plugin/version").body, R"({"version":"1.6.16"})");
+  EXPECT_EQ(service_->Poll(), kNothing);
+  EXPECT_EQ(service_->Get("/api/plugin/version").body, R"({"version":"1.6.16"})");
   const char* signIn = R"({"email":"E1","licenseKey":"K1","machineId":"M1","pluginVersion":"1.6.16"})";
-  EXPECT_EQ(service_.Post("/api/bridge/register", signIn).body, R"({"ok":true,"record":1})");
+  EXPECT_EQ(service_->Post("/api/bridge/register", signIn).body, R"({"ok":true,"record":1})");
 }
 
 TEST_F(Protocol, DeliversCommandsInOrderAsOneCompactObject) {
@@ -64,11 +73,11 @@ TEST_F(Protocol, DeliversCommandsInOrderAsOneCompactObject) {
       R"("type":"DEBUG_CONTEXT","fileName":"Büro \"A\"")",
       R"("type":"SET_CLIPBOARD","xmlType":"XMSS","xmlContent":"<a b=\"\\\">\t\r\n\"type\":\"X\" 😀</a>")"};
   std::vector<std::string> ids;
-  for (const auto& command : commands) ids.push_back(service_.Queue(command));
+  for (const auto& command : commands) ids.push_back(service_->Queue(command));
   for (std::size_t i = 0; i < std::size(commands); ++i) {
-    EXPECT_EQ(service_.Poll(), R"({"command":{"id":")" + ids[i] + R"(",)" + commands[i] + "}}");
+    EXPECT_EQ(service_->Poll(), R"({"command":{"id":")" + ids[i] + R"(",)" + commands[i] + "}}");
   }
-  EXPECT_EQ(service_.Poll(), R"({"command":null})");
+  EXPECT_EQ(service_->Poll(), kNothing);
 }
 
 TEST_F(Protocol, GivesEachCommandItsOwnPush) {
@@ -94,22 +103,20 @@ TEST_F(Protocol, GivesEachCommandItsOwnPush) {
 
 TEST_F(Protocol, KeepsTheLiveUploadOfTheFileAskedForByteForByte) {
   const auto id = CarryOut(R"("type":"GET_SCHEMA","fileName":"My Büro")", [&] {
-    service_.Post("/api/bridge/diagnostic",
-                  R"({"licenseKey":"K1","code":"LC_SCHEMA_QUEUED","status":"received","message":"Queued — \"T\""})");
+    service_->Post("/api/bridge/diagnostic",
+                   R"({"licenseKey":"K1","code":"LC_SCHEMA_QUEUED","status":"received","message":"Queued — \"T\""})");
     Ingest("My%20B%C3%BCro.fmp12.xml", AllBytes());
     Ingest("Other.fmp12.xml", "not this");
   });
   EXPECT_EQ(Result(id), AllBytes());
-  EXPECT_EQ(service_.Told(id, "message"), "Queued — \"T\"");
-  EXPECT_EQ(service_.Told(id, "state"), "completed");
+  EXPECT_EQ(service_->Told(id, "message"), "Queued — \"T\"");
+  EXPECT_EQ(service_->Told(id, "state"), "completed");
   EXPECT_EQ(Result(CarryOut(R"("type":"GET_SCHEMA")", [&] { Ingest("schema.fmp12.xml", ""); })), "");
 }
 
 TEST_F(Protocol, TakesSnapshotsAndForms) {
-  for (const std::string& file : {AllBytes(), std::string("x"), std::string("xy"), std::string()}) {
-    const auto answer =
-        service_.Post("/api/snapshot/K1", R"({"content":")" + Base64Encode(file) + R"(","filename":"b.xml"})");
-    EXPECT_EQ(answer.status, 200) << answer.body;
+  for (const std::string& file : {AllBytes(), std::string("x"), std::string()}) {
+    service_->Post("/api/snapshot/K1", R"({"content":")" + Base64Encode(file) + R"(","filename":"b.xml"})");
     EXPECT_EQ(NewestContent(), file);
   }
   const std::string boundary = "VarnixBoundary0123ABCD";
@@ -120,26 +127,50 @@ TEST_F(Protocol, TakesSnapshotsAndForms) {
   const std::string form = part("licenseKey", "\r\n\r\nK1") + part("filename", "\r\n\r\nä \"b\".xml") +
                            part("file", "; filename=\"ä \"b\".xml\"\r\nContent-Type: application/xml\r\n\r\n" + file) +
                            "--" + boundary + "--\r\n";
-  const auto answer =
-      service_.Post("/api/upload", form, "Content-Type: multipart/form-data; boundary=" + boundary + "\r\n");
-  EXPECT_EQ(answer.status, 200) << answer.body;
+  service_->Post("/api/upload", form, "Content-Type: multipart/form-data; boundary=" + boundary + "\r\n");
   EXPECT_EQ(NewestContent(), file);
-  EXPECT_EQ(JsonGetString(service_.Get("/operator/records?kind=upload").body, "name"), "ä \"b\".xml");
+  EXPECT_EQ(JsonGetString(service_->Get("/operator/records?kind=upload").body, "name"), "ä \"b\".xml");
 }
 
-TEST_F(Protocol, ShowsACommandWithoutCompletionAsDeliveredAndTheFirstCompletionHolds) {
-  const auto lost = service_.Queue(R"("type":"LIST_FILES")");
-  const auto failed = service_.Queue(R"("type":"LIST_FILES")");
-  service_.Poll();
-  service_.Poll();
+TEST_F(Protocol, TheFirstCompletionHolds) {
+  const auto failed = service_->Queue(kListFiles);
+  service_->Poll();
   for (int sent = 0; sent < 2; ++sent) {  // sent again, answered again
-    EXPECT_EQ(service_.Complete(failed, R"("status":"failed","error":"ERROR: HTTP 500 — \"x\"")").status, 200);
+    EXPECT_EQ(service_->Complete(failed, R"("status":"failed","error":"ERROR: HTTP 500 — \"x\"")").status, 200);
   }
-  EXPECT_EQ(service_.Complete(failed).status, 409);
-  EXPECT_EQ(service_.Told(failed, "state"), "failed");
-  EXPECT_EQ(service_.Told(failed, "error"), "ERROR: HTTP 500 — \"x\"");
-  EXPECT_EQ(service_.Told(lost, "state"), "delivered");
-  EXPECT_EQ(service_.Told(lost, "finishedAt"), "");
+  EXPECT_EQ(service_->Complete(failed).status, 409);
+  EXPECT_EQ(service_->Told(failed, "state"), "failed");
+  EXPECT_EQ(service_->Told(failed, "error"), "ERROR: HTTP 500 — \"x\"");
+}
+
+TEST_F(Protocol, DeliversEachCommandOnceToPollsAtTheSameTime) {
+  std::multiset<std::string> queued, delivered;
+  for (int i = 0; i < 60; ++i) queued.insert(service_->Queue(kListFiles));
+  std::mutex mutex;
+  std::vector<std::thread> plugins;
+  for (int i = 0; i < 8; ++i) {
+    plugins.emplace_back([&] {
+      for (std::string id; !(id = JsonGetString(service_->Poll(), "id")).empty();) {
+        const std::lock_guard lock(mutex);
+        delivered.insert(id);
+      }
+    });
+  }
+  for (auto& plugin : plugins) plugin.join();
+  EXPECT_EQ(delivered, queued);
+}
+
+TEST_F(Protocol, ShowsACommandWhoseAnswerNobodyReadAsDeliveredThoughTheServiceIsKilled) {
+  const std::string id = service_->Queue(kListFiles);
+  const int unread = service_->SendOnly(Request("GET", "/api/bridge/command/next?licenseKey=K1"));
+  while (service_->Told(id, "state") != "delivered") std::this_thread::yield();
+  EXPECT_EQ(service_->End(SIGKILL), 128 + SIGKILL);
+  close(unread);
+  service_.emplace(folder_);
+  EXPECT_EQ(service_->Poll(), kNothing);
+  EXPECT_EQ(service_->Told(id, "state"), "delivered");
+  EXPECT_EQ(service_->Complete(id, R"("status":"failed","error":"late")").status, 200);
+  EXPECT_EQ(service_->Told(id, "error"), "late");
 }
 
 }  // namespace

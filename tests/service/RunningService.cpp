@@ -44,14 +44,16 @@ int RunningService::SendOnly(const std::string& bytes) const {
   return connection;
 }
 
-std::string RunningService::Exchange(const std::string& bytes) const {
+HttpAnswer RunningService::Exchange(const std::string& bytes) const {
   const int connection = SendOnly(bytes);
   std::string answer;
   char buffer[65536];
   for (ssize_t count; (count = recv(connection, buffer, sizeof buffer, 0)) > 0;)
     answer.append(buffer, static_cast<std::size_t>(count));
   close(connection);
-  return answer;
+  const auto end = answer.find("\r\n\r\n");
+  if (end == answer.npos) return {};
+  return {std::stoi(answer.substr(9, 3)), answer.substr(end + 4)};
 }
 
 std::string Request(const std::string& method, const std::string& path, const std::string& headers,
@@ -60,22 +62,12 @@ std::string Request(const std::string& method, const std::string& path, const st
   return method + ' ' + path + " HTTP/1.1\r\nHost: 127.0.0.1\r\n" + headers + length + "\r\n" + body;
 }
 
-namespace {
-
-HttpAnswer Parse(const std::string& bytes) {
-  const auto end = bytes.find("\r\n\r\n");
-  if (end == std::string::npos) return {};
-  return {std::stoi(bytes.substr(9, 3)), bytes.substr(end + 4)};
-}
-
-}  // namespace
-
 HttpAnswer RunningService::Get(const std::string& path, const std::string& headers) const {
-  return Parse(Exchange(Request("GET", path, "Accept: application/json\r\n" + headers)));
+  return Exchange(Request("GET", path, "Accept: application/json\r\n" + headers));
 }
 
 HttpAnswer RunningService::Post(const std::string& path, const std::string& body, const std::string& headers) const {
-  return Parse(Exchange(Request("POST", path, headers, body)));
+  return Exchange(Request("POST", path, headers, body));
 }
 
 std::string RunningService::Queue(const std::string& members) const {

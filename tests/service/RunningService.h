@@ -25,8 +25,8 @@ class RunningService {
   const std::string& url() const { return url_; }
   std::string port() const { return url_.substr(url_.rfind(':') + 1); }
 
-  /// Sends `bytes` and returns all that comes back until the service closes the connection.
-  std::string Exchange(const std::string& bytes) const;
+  /// Sends `bytes` and reads the answer until the service closes the connection.
+  HttpAnswer Exchange(const std::string& bytes) const;
 
   /// Sends `bytes` and does not wait for the answer; the caller closes the socket that is returned.
   int SendOnly(const std::string& bytes) const;
