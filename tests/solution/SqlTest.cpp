@@ -36,28 +36,26 @@ TEST(Sql, Selects) {
        "Orders|Title|varchar(20)|1|Normal|3|4/Contacts|Name|global varchar|1|Normal|1|12"},
       {"select\ttablename,\r\n\"TABLEID\" from filemaker_tables where TABLEID=1065089", "Orders|1065089"},
       {"SELECT f.FieldName FROM FileMaker_Fields AS f WHERE F.FieldId = 7 ORDER BY f.\"TableName\"", "Scan"},
-      {"SELECT FileMaker_Tables.TableId FROM FileMaker_Tables WHERE TableName = 'Orders'", "1065089"},
       {"SELECT COUNT ( * ) FROM FileMaker_Fields", "9"},
       {"SELECT DISTINCT FieldClass FROM FileMaker_Fields ORDER BY FieldClass DESC", "Summary/Normal/Calculated"},
       {"SELECT TableName FROM FileMaker_Tables ORDER BY BaseTableName DESC, TableId ASC",
        "Orders/contacts/SysLog/Remote"},
-      {"SELECT TableName FROM FileMaker_Tables WHERE BaseTableName IS NULL", "Remote"},
       {"SELECT TableName FROM FileMaker_Tables WHERE NOT ( BaseTableName = 'Orders' )", "SysLog/contacts"},
       {"SELECT \"Title\", Due FROM \"ORDERS\" WHERE Number > 1 AND Due = 'x' ORDER BY Total", ""},
       {"SELECT * FROM Remote", ""}};
   for (const Case& test : cases) EXPECT_EQ(Query(test.query), test.expected) << test.query;
+  const char16_t* query = u"SELECT BaseTableName, BaseTableId FROM FileMaker_BaseTables";
+  EXPECT_EQ(ExecuteSql(query, SampleSolution(), u"", u"", {}, {}), u"Orders,129\rContacts,131");
 }
 
 TEST(Sql, Filters) {
   const Case cases[] = {{"FieldName <> 'Title' AND FieldId <= 2", "Number"},
                         {"FieldName = 'title' OR FieldName = '' OR FieldName <> ''", ""},
-                        {"FieldName < 'Now'", "Due/Latest"},
                         {"FieldId >= 6 OR FieldName = 'Now' AND FieldId = 1", "Due/Scan"},
                         {"( FieldId >= 6 OR FieldName = 'Now' ) AND FieldId < 7", "Due/Now"},
                         {"NOT ( FieldId > 1 AND NOT FieldId = 7 )", "Scan/Title"},
                         {"FieldName LIKE '%t%e%'", "Latest/Title"},
                         {"FieldName LIKE 'N_w%%' OR FieldName LIKE ''", "Now"},
-                        {"FieldName NOT LIKE '%t%'", "Due/Now/Number/Scan"},
                         {"FieldName IN ( 'Now', 'Due', '' )", "Due/Now"},
                         {"FieldName NOT IN ('Now','')", ""},
                         {"FieldId NOT IN (1,'')", "?"},
@@ -78,7 +76,6 @@ TEST(Sql, AnyErrorGivesAQuestionMark) {
       {"SELECT f.TableName FROM ", "FileMaker_Tables|FileMaker_Tables AS|FileMaker_Tables AS t|FileMaker_Tables f.x"},
       {"SELECT TableName ", "FileMaker_Tables|FROM|FROM Nope|FROM Orders|FROM FileMaker_BaseTables"},
       {"SELECT COUNT(", "*), TableName FROM FileMaker_Tables|*) FROM FileMaker_Tables ORDER BY TableName"},
-      {"SELECT DISTINCT BaseTableName ", "FROM FileMaker_Tables ORDER BY TableName"},
       {"SELECT * FROM FileMaker_Tables ", ";|WHERE|ORDER TableName|ORDER BY|ORDER BY TableName TableId"},
       {"SELECT * FROM FileMaker_Tables WHERE TableName ", "|=|== 'x'|!= 'x'|= 'x|= \"Orders\"|= 5|= ?|IN ()|IN 'x'"},
       {"SELECT * FROM FileMaker_Tables WHERE TableId ", "= 'x'|LIKE '1%'|= 1x|= 1.|BETWEEN 1|BETWEEN 1 OR 2"},
@@ -93,28 +90,18 @@ TEST(Sql, AnyErrorGivesAQuestionMark) {
 }
 
 TEST(Sql, TellsWhatOnlyTheSimulatorDoesNotKnow) {
-  const Case cases[] = {{"SELECT COUNT(TableName) FROM FileMaker_Tables", "COUNT of a column"},
-                        {"SELECT COUNT(*), TableName FROM FileMaker_Tables GROUP BY TableName", "GROUP"},
-                        {"SELECT upper(TableName) FROM FileMaker_Tables", "upper"},
-                        {"SELECT TableId * 2 FROM FileMaker_Tables", "*"},
-                        {"SELECT 'x' FROM FileMaker_Tables", "a value as a column"},
-                        {"SELECT TableName AS t FROM FileMaker_Tables", "AS after a column"},
-                        {"SELECT t.TableName FROM FileMaker_Tables t, FileMaker_Fields f", "more than one table"},
-                        {"SELECT * FROM FileMaker_Tables t LEFT OUTER JOIN FileMaker_Fields f ON 1 = 1", "LEFT"},
-                        {"SELECT * FROM FileMaker_Tables ORDER BY 1", "ORDER BY a column's number"},
-                        {"SELECT * FROM FileMaker_Tables WHERE TableId = (SELECT 1 FROM x)", "a value in parentheses"}};
+  const Case cases[] = {
+      {"SELECT COUNT(TableName) FROM FileMaker_Tables", "COUNT of a column"},
+      {"SELECT COUNT(*), TableName FROM FileMaker_Tables GROUP BY TableName", "GROUP"},
+      {"SELECT upper(TableName) FROM FileMaker_Tables", "upper"},
+      {"SELECT t.TableName FROM FileMaker_Tables t, FileMaker_Fields f", "more than one table"},
+      {"SELECT * FROM FileMaker_Tables t LEFT OUTER JOIN FileMaker_Fields f ON 1 = 1", "LEFT"},
+      {"SELECT * FROM FileMaker_Tables WHERE " + std::string(100'000, '('), "conditions as deep as these"}};
   for (const Case& test : cases) {
     std::string told;
-    EXPECT_EQ(Query(test.query, {}, {.tell = [&told](const std::string& line) { told += line; }}), "?") << test.query;
+    EXPECT_EQ(Query(test.query, {}, {.tell = [&told](const std::string& line) { told += line; }}), "?");
     EXPECT_EQ(told, "ExecuteSQL gives \"?\": the simulator does not know this part of FileMaker's SQL: " +
                         std::string(test.expected));
-  }
-}
-
-TEST(Sql, NestsOnlySoDeepThatTheStackHolds) {
-  const std::string count = "SELECT COUNT(*) FROM FileMaker_Tables WHERE ";
-  for (const auto& [depth, expected] : {std::pair{50, "4"}, {100'000, "?"}}) {
-    EXPECT_EQ(Query(count + std::string(depth, '(') + "TableId > 0" + std::string(depth, ')')), expected);
   }
 }
 
@@ -143,7 +130,6 @@ TEST(Sql, LenientlyTakesDoubledQuotesAroundALiteralForOnePair) {
        "Orders|Total|decimal|Calculated/contacts|Name|global varchar|Normal"},
       {"SELECT TableId FROM FileMaker_Tables WHERE TableName IN (''Orders'',''SysLog'')", "?", "1065091/1065089"},
       {"SELECT TableId FROM FileMaker_Tables WHERE TableName = '''Orders'''", "", ""},
-      {"SELECT TableId FROM FileMaker_Tables WHERE TableName IN ('','Orders')", "1065089", "1065089"},
       {"SELECT COUNT(*) FROM FileMaker_Tables WHERE TableName <> ''''", "4", "4"},
       {"SELECT COUNT(*) FROM FileMaker_Tables WHERE TableName NOT IN ('')AND(TableName<>'')", "0", "0"},
       {"SELECT TableId FROM FileMaker_Tables WHERE TableName = ''Orders'", "?", "?"}};
@@ -151,11 +137,6 @@ TEST(Sql, LenientlyTakesDoubledQuotesAroundALiteralForOnePair) {
     EXPECT_EQ(Query(test.query), test.strict) << test.query;
     EXPECT_EQ(Query(test.query, {}, {.lenientSql = true}), test.lenient) << test.query;
   }
-}
-
-TEST(Sql, SeparatesWithCommasAndCarriageReturnsUnlessToldOtherwise) {
-  const char16_t* query = u"SELECT BaseTableName, BaseTableId FROM FileMaker_BaseTables";
-  EXPECT_EQ(ExecuteSql(query, SampleSolution(), u"", u"", {}, {}), u"Orders,129\rContacts,131");
 }
 
 }  // namespace
