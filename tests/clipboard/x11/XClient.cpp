@@ -57,22 +57,20 @@ void XClient::Ask(const std::string& target, const std::string& property) {
   OwnerOf("CLIPBOARD");
 }
 
-XClient::Content XClient::Take(const std::string& property, xcb_window_t window) {
-  if (window == XCB_NONE) window = window_;
-  const auto cookie = xcb_get_property(xcb_, 1, window, Atom(property), XCB_ATOM_ANY, 0, 0x1FFFFFFF);
+XClient::Content XClient::Take(const std::string& property) {
+  const auto cookie = xcb_get_property(xcb_, 1, window_, Atom(property), XCB_ATOM_ANY, 0, 0x1FFFFFFF);
   const auto reply = Hold(xcb_get_property_reply(xcb_, cookie, nullptr));
   if (reply == nullptr || reply->type == XCB_NONE) return {};
   const auto size = static_cast<std::size_t>(xcb_get_property_value_length(reply.get()));
   return {NameOf(reply->type), {static_cast<const char*>(xcb_get_property_value(reply.get())), size}};
 }
 
-XClient::Content XClient::TakePieces(const std::string& property) {
+XClient::Content XClient::TakePieces() {
   Content all;
-  const xcb_atom_t atom = Atom(property);
   while (const auto event = Next(XCB_PROPERTY_NOTIFY)) {
     const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(*event);
-    if (change.atom != atom || change.state != XCB_PROPERTY_NEW_VALUE) continue;
-    Content piece = Take(property);
+    if (change.state != XCB_PROPERTY_NEW_VALUE) continue;
+    Content piece = Take();
     if (piece.type.empty()) continue;
     all.type = piece.type;
     if (piece.bytes.empty()) break;

@@ -40,10 +40,8 @@ class XClient {
 
   /// Asks for the clipboard as `target`, to be left in `property`. What was sent has reached the server on return.
   void Ask(const std::string& target, const std::string& property = "ANSWER");
-  /// Takes a property away, from its own window unless another is named.
-  Content Take(const std::string& property = "ANSWER", xcb_window_t window = XCB_NONE);
-  /// Takes the pieces that follow the announcement of a large value.
-  Content TakePieces(const std::string& property = "ANSWER");
+  /// Takes a property of its window away.
+  Content Take(const std::string& property = "ANSWER");
   /// Asks and waits for the whole answer; nothing when it is refused or does not come.
   std::optional<Content> Read(const std::string& target);
 
@@ -60,6 +58,7 @@ class XClient {
   bool IsAnswered();
 
  private:
+  Content TakePieces();
   void Notify(const xcb_selection_request_event_t& request, xcb_atom_t property);
 
   static constexpr int kPatienceMs = 10'000;
