@@ -6,17 +6,9 @@
 
 namespace {
 
-struct AppleScriptTest : testing::Test {
-  AppleScriptTest() {
-    StandIn::scriptSucceeds = true;
-    StandIn::scriptText = "Größe";
-  }
-
-  std::string result = "old result";
-  std::string error = "old error";
-};
-
-TEST_F(AppleScriptTest, SendsTheThreeScripts) {
+TEST(AppleScript, SendsTheThreeScripts) {
+  std::string result, error;
+  StandIn::scriptText = "Größe";
   EXPECT_TRUE(AppleScript::GetFrontDocumentName(result, error));
   EXPECT_EQ(result, "Größe");
   EXPECT_EQ(StandIn::scriptSource,
@@ -39,10 +31,10 @@ end tell
 set _xml to do shell script "/bin/cat " & quoted form of _varnixPath
 do shell script "/bin/rm -f " & quoted form of _varnixPath
 return _xml)");
-  EXPECT_EQ(error, "old error");
+  EXPECT_EQ(error, "");
 }
 
-TEST_F(AppleScriptTest, TellsHowAScriptEnded) {
+TEST(AppleScript, TellsHowAScriptEnded) {
   const struct {
     bool succeeds;
     std::optional<std::string> text;
@@ -59,8 +51,7 @@ TEST_F(AppleScriptTest, TellsHowAScriptEnded) {
   for (const auto& [succeeds, text, source, expectedResult, expectedError] : cases) {
     StandIn::scriptSucceeds = succeeds;
     StandIn::scriptText = text;
-    result = "old result";
-    error = "old error";
+    std::string result = "old result", error = "old error";
     EXPECT_EQ(AppleScript::Run(source, result, error), expectedError == "old error");
     EXPECT_EQ(result, expectedResult);
     EXPECT_EQ(error, expectedError);

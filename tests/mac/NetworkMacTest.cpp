@@ -39,7 +39,7 @@ TEST_F(NetworkMacTest, AsksForNothingCachedAndForTheTimeLimit) {
 }
 
 TEST_F(NetworkMacTest, TellsOfEveryTransferThatTheSessionDoesNotMake) {
-  for (const Mood mood : {Mood::kMakesNoTask, Mood::kRaises, Mood::kForgets}) {
+  for (const Mood mood : {Mood::kMakesNoTask, Mood::kRaises}) {
     EXPECT_EQ(Transfer(mood).failure, "The transfer could not be started.");
   }
   EXPECT_TRUE(layer.calls.empty());
@@ -57,7 +57,7 @@ TEST_F(NetworkMacTest, MakesDoWithWhatTheSessionLeavesOut) {
 TEST_F(NetworkMacTest, KeepsNothingAliveBeyondATransfer) {
   int before = 0;
   for (const bool first : {true, false}) {  // the runtime keeps some objects from the first time
-    for (const Mood mood : {Mood::kWilling, Mood::kMakesNoTask, Mood::kRaises, Mood::kForgets}) {
+    for (const Mood mood : {Mood::kWilling, Mood::kMakesNoTask, Mood::kRaises}) {
       FakeUrlLayer other;
       other.answer = {true, "body", "", 200};
       Transfer(mood);

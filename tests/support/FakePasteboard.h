@@ -17,6 +17,8 @@ struct FakePasteboard {
   std::vector<Item> items;
   /// The types that the general view's last declaration promised, in its order.
   std::vector<std::string> declared;
+  /// Whether the older view shows what there is: not before it has been synchronized or cleared.
+  bool isSynchronized = false;
   /// Whether the system has the older view.
   bool hasItems = true;
   /// Calls to refuse, as they are recorded: "PutFlavor Mac-XMSS", "ClearItems", "SetString".
@@ -77,19 +79,24 @@ class FakePasteboardAccess : public Pasteboard {
  public:
   explicit FakePasteboardAccess(FakePasteboard& fake) : fake_(fake) {}
 
-  bool OpenItems() override { return fake_.hasItems && fake_.Accept("OpenItems"); }
+  bool OpenItems() override {
+    fake_.isSynchronized = false;
+    return fake_.hasItems && fake_.Accept("OpenItems");
+  }
   bool ClearItems() override {
     if (!fake_.Accept("ClearItems")) return false;
     fake_.items.clear();
     fake_.declared.clear();
     ++fake_.writes;
-    return true;
+    return fake_.isSynchronized = true;
   }
   bool PutFlavor(const std::string& type, const std::string& bytes) override {
     return fake_.Put("PutFlavor " + type, type, bytes);
   }
-  void SynchronizeItems() override { fake_.Accept("SynchronizeItems"); }
-  std::size_t ItemCount() override { return fake_.Accept("ItemCount") ? fake_.items.size() : 0; }
+  void SynchronizeItems() override { fake_.isSynchronized = fake_.Accept("SynchronizeItems"); }
+  std::size_t ItemCount() override {
+    return fake_.isSynchronized && fake_.Accept("ItemCount") ? fake_.items.size() : 0;
+  }
   bool CopyFlavor(std::size_t item, const std::string& type, std::string& bytes) override {
     return fake_.Accept("CopyFlavor " + type) && FakePasteboard::Find(fake_.items.at(item - 1), type, bytes);
   }

@@ -112,8 +112,8 @@ PasteboardSyncFlags PasteboardSynchronize(PasteboardRef) { return Items().Synchr
 OSStatus PasteboardClear(PasteboardRef) { return Items().ClearItems() ? noErr : kFailed; }
 
 OSStatus PasteboardGetItemCount(PasteboardRef, ItemCount* count) {
-  *count = Store().items.size();
-  return Store().Accept("ItemCount") ? noErr : kFailed;
+  *count = Items().ItemCount();
+  return noErr;
 }
 
 OSStatus PasteboardGetItemIdentifier(PasteboardRef, CFIndex index, PasteboardItemID* item) {

@@ -21,7 +21,6 @@ enum class Mood {
   kWilling,
   kMakesNoTask,
   kRaises,           ///< when asked for a task
-  kForgets,          ///< lets go of the handler without a call
   kIsNotHttp,        ///< answers with a response of another protocol
   kDescribesNothing  ///< errors have no description
 };

@@ -19,15 +19,12 @@ using CFStringEncoding = std::uint32_t;
 constexpr CFAllocatorRef kCFAllocatorDefault = nullptr;
 constexpr CFStringEncoding kCFStringEncodingUTF8 = 0x08000100;
 
-#pragma clang assume_nonnull begin
-
 void CFRelease(CFTypeRef object);
-CFStringRef _Nullable CFStringCreateWithBytes(CFAllocatorRef _Nullable allocator, const UInt8* _Nullable bytes,
-                                              CFIndex length, CFStringEncoding encoding,
-                                              Boolean isExternalRepresentation);
-CFDataRef _Nullable CFDataCreate(CFAllocatorRef _Nullable allocator, const UInt8* _Nullable bytes, CFIndex length);
+CFStringRef CFStringCreateWithBytes(CFAllocatorRef allocator, const UInt8* bytes, CFIndex length,
+                                    CFStringEncoding encoding, Boolean isExternalRepresentation);
+CFDataRef CFDataCreate(CFAllocatorRef allocator, const UInt8* bytes, CFIndex length);
 CFIndex CFDataGetLength(CFDataRef data);
-const UInt8* _Nullable CFDataGetBytePtr(CFDataRef data);
+const UInt8* CFDataGetBytePtr(CFDataRef data);
 
 using PasteboardRef = struct OpaquePasteboardRef*;
 using PasteboardItemID = void*;
@@ -38,14 +35,12 @@ constexpr OSStatus noErr = 0;
 #define kPasteboardClipboard ((CFStringRef) @"com.apple.pasteboard.clipboard")
 constexpr PasteboardFlavorFlags kPasteboardFlavorNoFlags = 0;
 
-OSStatus PasteboardCreate(CFStringRef _Nullable name, PasteboardRef _Nullable* created);
+OSStatus PasteboardCreate(CFStringRef name, PasteboardRef* created);
 PasteboardSyncFlags PasteboardSynchronize(PasteboardRef pasteboard);
 OSStatus PasteboardClear(PasteboardRef pasteboard);
 OSStatus PasteboardGetItemCount(PasteboardRef pasteboard, ItemCount* count);
-OSStatus PasteboardGetItemIdentifier(PasteboardRef pasteboard, CFIndex index, PasteboardItemID _Nullable* item);
+OSStatus PasteboardGetItemIdentifier(PasteboardRef pasteboard, CFIndex index, PasteboardItemID* item);
 OSStatus PasteboardCopyItemFlavorData(PasteboardRef pasteboard, PasteboardItemID item, CFStringRef type,
-                                      CFDataRef _Nullable* data);
-OSStatus PasteboardPutItemFlavor(PasteboardRef pasteboard, PasteboardItemID item, CFStringRef type,
-                                 CFDataRef _Nullable data, PasteboardFlavorFlags flags);
-
-#pragma clang assume_nonnull end
+                                      CFDataRef* data);
+OSStatus PasteboardPutItemFlavor(PasteboardRef pasteboard, PasteboardItemID item, CFStringRef type, CFDataRef data,
+                                 PasteboardFlavorFlags flags);

@@ -9,17 +9,13 @@
 #define NSAppleEventDescriptor StandInAppleEventDescriptor
 #define NSAppleScript StandInAppleScript
 
-#pragma clang assume_nonnull begin
-
 extern NSString* const NSAppleScriptErrorMessage;
 
 @interface NSAppleEventDescriptor : NSObject
-- (NSString* _Nullable)stringValue;
+- (NSString*)stringValue;
 @end
 
 @interface NSAppleScript : NSObject
-- (instancetype _Nullable)initWithSource:(NSString*)source;
-- (NSAppleEventDescriptor* _Nullable)executeAndReturnError:(NSDictionary* _Nullable* _Nullable)error;
+- (instancetype)initWithSource:(NSString*)source;
+- (NSAppleEventDescriptor*)executeAndReturnError:(NSDictionary**)error;
 @end
-
-#pragma clang assume_nonnull end

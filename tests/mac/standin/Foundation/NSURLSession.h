@@ -9,10 +9,7 @@
 #define NSURLSession StandInURLSession
 #define NSURLSessionDataTask StandInURLSessionDataTask
 
-#pragma clang assume_nonnull begin
-
-typedef void (^StandInTransferHandler)(NSData* _Nullable data, NSURLResponse* _Nullable response,
-                                       NSError* _Nullable error);
+typedef void (^StandInTransferHandler)(NSData* data, NSURLResponse* response, NSError* error);
 
 @interface NSURLSessionDataTask : NSObject {
  @public
@@ -24,8 +21,6 @@ typedef void (^StandInTransferHandler)(NSData* _Nullable data, NSURLResponse* _N
 
 @interface NSURLSession : NSObject
 + (NSURLSession*)sharedSession;
-- (NSURLSessionDataTask* _Nullable)dataTaskWithRequest:(NSURLRequest*)request
-                                     completionHandler:(StandInTransferHandler)completionHandler;
+- (NSURLSessionDataTask*)dataTaskWithRequest:(NSURLRequest*)request
+                           completionHandler:(StandInTransferHandler)completionHandler;
 @end
-
-#pragma clang assume_nonnull end
