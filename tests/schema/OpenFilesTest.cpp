@@ -13,25 +13,19 @@ TEST(WindowNameToFileName, CutsTheTitleStepByStep) {
       {"A (2) - B.fmp12", "A"},
       {"A - B (1)", "A"},
       {"Sales.FMP12", "Sales"},
-      {"Sales - Copy.fmp12", "Sales"},
       {"x.fmp12.fmp12", "x.fmp12"},
       {".fmp12", ".fmp12"},
-      {"a.fmp12", "a"},
-      {" .fmp12", " "},
       {"A(2)-B", "A(2)-B"},
       {" (2)", ""},
       {"", ""},
-      {"Größe.fmp12", "Größe"},
   };
   for (const auto& [title, name] : cases) EXPECT_EQ(WindowNameToFileName(title), name) << title;
 }
 
 TEST(AddUniqueName, TrimsAndComparesWithoutAsciiCase) {
   std::vector<std::string> names;
-  for (const char* candidate : {" \t\r\nSales \n", "sales", "", " \r", "\vSales", "Größe", "GRÖßE",
-                                "Gr\xC3\xB6\xC3\x9F"
-                                "e",
-                                "in ner"}) {
+  for (const char* candidate :
+       {" \t\r\nSales \n", "sales", "", " \r", "\vSales", "Größe", "GRÖßE", "Größe", "in ner"}) {
     AddUniqueName(names, candidate);
   }
   EXPECT_EQ(names, (std::vector<std::string>{"Sales", "\vSales", "Größe", "GRÖßE", "in ner"}));
@@ -50,7 +44,5 @@ TEST_F(OpenFiles, MergesTheFourSourcesInOrder) {
   EXPECT_EQ(CallHandler(Do_ListFiles), "Sales\nMy Shop\nInvoices\nInvoices - Main\nSales (2)\nPlain\nContacts\nShop");
   EXPECT_EQ(host.asked, (std::vector<std::string>{"Get(FileName)", "WindowNames", "DatabaseNames"}));
 }
-
-TEST_F(OpenFiles, AreNoneWhenNothingIsKnown) { EXPECT_EQ(CallHandler(Do_ListFiles), ""); }
 
 }  // namespace

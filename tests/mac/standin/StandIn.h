@@ -20,9 +20,8 @@ inline bool pasteboardServerIsGone = false;
 enum class Mood {
   kWilling,
   kMakesNoTask,
-  kRaises,           ///< when asked for a task
-  kIsNotHttp,        ///< answers with a response of another protocol
-  kDescribesNothing  ///< errors have no description
+  kRaises,    ///< when asked for a task
+  kIsNotHttp  ///< answers with a response of another protocol
 };
 inline Mood mood = Mood::kWilling;
 inline double timeoutInterval = 0;     // of the last request

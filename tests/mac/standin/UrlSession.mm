@@ -88,8 +88,7 @@ void Answer(const Network::Outcome& outcome, Handler handler) {
   @autoreleasepool {
     NSData* data = outcome.hasBody ? [NSData dataWithBytes:outcome.body.data() length:outcome.body.size()] : nil;
     if (outcome.failure.empty()) return handler(data, ResponseOf(outcome.status), nil);
-    const char* description = StandIn::mood == Mood::kDescribesNothing ? "" : outcome.failure.c_str();
-    NSDictionary* info = @{NSLocalizedDescriptionKey : [NSString stringWithUTF8String:description]};
+    NSDictionary* info = @{NSLocalizedDescriptionKey : [NSString stringWithUTF8String:outcome.failure.c_str()]};
     handler(nil, nil, [NSError errorWithDomain:NSURLErrorDomain code:NSURLErrorTimedOut userInfo:info]);
   }
 }
