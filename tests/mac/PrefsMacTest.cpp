@@ -1,4 +1,4 @@
-// Where GNUstep keeps the user defaults, and what the settings make of defaults that others have written.
+// Where GNUstep keeps the user defaults.
 #include <unistd.h>
 
 #include <cstdlib>
@@ -21,18 +21,3 @@ void MoveHome(const std::filesystem::path& home) {
   char* arguments[] = {program, nullptr};
   GSInitializeProcess(1, arguments, environ);
 }
-
-namespace {
-
-TEST_F(PrefsTest, ADefaultThatIsNoTextLoadsAsAnEmptyText) {
-  std::filesystem::create_directory(home_ / "defaults");
-  GiveToUser(home_ / "defaults");
-  for (const char* value : {"<array><string>a</string></array>", "<dict/>", "<data>YQ==</data>"}) {
-    std::ofstream(home_ / "defaults" / "host.plist")
-        << "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>" << Prefs::kLicenseKeyKey << "</key>" << value
-        << "<key>" << Prefs::kBaseUrlKey << "</key><string>url</string></dict></plist>";
-    ExpectStored("url", "");
-  }
-}
-
-}  // namespace

@@ -18,9 +18,7 @@ TEST_F(PasteboardWrites, EveryTypeAndTheTextUnderItsUsualNames) {
     EXPECT_EQ(content->type, target == "TEXT" ? "UTF8_STRING" : target);
     EXPECT_EQ(content->bytes, target == "STRING" ? "<fmxmlsnippet/> \0 Gr\xF6\xDF\x65"s : bytes) << target;
   }
-  EXPECT_EQ(other_->Read("TIMESTAMP")->type, "INTEGER");
   EXPECT_NE(other_->Read("TIMESTAMP")->bytes, Words({0}));
-  EXPECT_EQ(other_->Read("SAVE_TARGETS")->type, "NULL");
   for (const char* refused : {"XMSC", "MULTIPLE"}) EXPECT_EQ(other_->Read(refused), std::nullopt);
   EXPECT_EQ(XclipPastes("TARGETS"),
             "TARGETS\nMULTIPLE\nTIMESTAMP\nSAVE_TARGETS\nUTF8_STRING\npublic.utf8-plain-text\n"
@@ -62,18 +60,18 @@ TEST_F(PasteboardWrites, AProgramThatStallsHoldsNobodyUpAndIsDropped) {
   ASSERT_TRUE(Write(text, {"XMSS"}));
   other_->Ask("XMSS", "SLOW");
   ASSERT_TRUE(other_->IsAnswered());
-  XClient third(server_->display());
-  EXPECT_TRUE(third.Read("XMSS")->bytes == text);
+  EXPECT_TRUE(XclipPastes("XMSS") == text);
 
-  AdvanceClock(x11::kReceiverPatienceMs - 5000);  // slow, but not too slow
-  EXPECT_EQ(other_->Take("SLOW").type, "INCR");
-  other_->Next(XCB_PROPERTY_NOTIFY);  // the taking itself
-  other_->Next(XCB_PROPERTY_NOTIFY);
-  EXPECT_EQ(other_->Take("SLOW").type, "XMSS");
+  for (const char* type : {"INCR", "XMSS"}) {
+    AdvanceClock(x11::kReceiverPatienceMs - 5000);  // slow, but not too slow
+    EXPECT_EQ(other_->Take("SLOW").type, type);
+    other_->Next(XCB_PROPERTY_NOTIFY);  // the taking itself
+    other_->Next(XCB_PROPERTY_NOTIFY);
+  }
   AdvanceClock(x11::kReceiverPatienceMs);
-  EXPECT_TRUE(third.Read("TARGETS").has_value());
+  EXPECT_NE(XclipPastes("TARGETS"), "");
   other_->Take("SLOW");
-  EXPECT_TRUE(third.Read("TARGETS").has_value());
+  EXPECT_NE(XclipPastes("TARGETS"), "");
   EXPECT_EQ(other_->Take("SLOW").type, "");
 }
 
@@ -86,7 +84,7 @@ TEST_F(PasteboardWrites, AProgramThatVanishesInTheMiddleHarmsNothing) {
     ASSERT_TRUE(vanishing.IsAnswered());
     vanishing.Take();
   }
-  EXPECT_EQ(other_->Read("UTF8_STRING")->bytes.size(), 1'000'000U);
+  EXPECT_EQ(XclipPastes("UTF8_STRING").size(), 1'000'000U);
 }
 
 TEST_F(PasteboardWrites, AnotherProgramTakesTheClipboardAndGivesItBack) {

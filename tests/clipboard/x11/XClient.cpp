@@ -65,25 +65,10 @@ XClient::Content XClient::Take(const std::string& property) {
   return {NameOf(reply->type), {static_cast<const char*>(xcb_get_property_value(reply.get())), size}};
 }
 
-XClient::Content XClient::TakePieces() {
-  Content all;
-  while (const auto event = Next(XCB_PROPERTY_NOTIFY)) {
-    const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(*event);
-    if (change.state != XCB_PROPERTY_NEW_VALUE) continue;
-    Content piece = Take();
-    if (piece.type.empty()) continue;
-    all.type = piece.type;
-    if (piece.bytes.empty()) break;
-    all.bytes += piece.bytes;
-  }
-  return all;
-}
-
 std::optional<XClient::Content> XClient::Read(const std::string& target) {
   Ask(target);
   if (!IsAnswered()) return std::nullopt;
-  Content content = Take();
-  return content.type == "INCR" ? TakePieces() : content;
+  return Take();
 }
 
 bool XClient::IsAnswered() {

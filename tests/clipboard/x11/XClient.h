@@ -42,7 +42,7 @@ class XClient {
   void Ask(const std::string& target, const std::string& property = "ANSWER");
   /// Takes a property of its window away.
   Content Take(const std::string& property = "ANSWER");
-  /// Asks and waits for the whole answer; nothing when it is refused or does not come.
+  /// Asks and takes the answer, of which a large one is only announced; nothing when it is refused or does not come.
   std::optional<Content> Read(const std::string& target);
 
   /// Answers another program's request, with this value or a refusal.
@@ -58,7 +58,6 @@ class XClient {
   bool IsAnswered();
 
  private:
-  Content TakePieces();
   void Notify(const xcb_selection_request_event_t& request, xcb_atom_t property);
 
   static constexpr int kPatienceMs = 10'000;
