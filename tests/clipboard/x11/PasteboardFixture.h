@@ -15,7 +15,6 @@
 #include "clipboard/PasteboardContent.h"
 #include "clipboard/x11/SystemClipboard.h"
 #include "tests/clipboard/x11/FakeOwner.h"
-#include "tests/clipboard/x11/XClient.h"
 #include "tests/clipboard/x11/XServer.h"
 #include "tests/support/Process.h"
 

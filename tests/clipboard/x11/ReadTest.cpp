@@ -1,7 +1,13 @@
 // What other programs have on the clipboard, the honest and the broken ones.
+#include <atomic>
+#include <chrono>
+
+#include "core/Clock.h"
 #include "tests/clipboard/x11/PasteboardFixture.h"
 
 namespace {
+
+std::atomic<std::int64_t> g_clockOffset = 0;
 
 using PasteboardReads = PasteboardFixture;
 
@@ -71,3 +77,10 @@ TEST_F(PasteboardReads, ALateAnswerIsNotTakenForTheNext) {
 }
 
 }  // namespace
+
+void AdvanceClock(std::int64_t milliseconds) { g_clockOffset += milliseconds; }
+
+std::int64_t SteadyMilliseconds() {
+  const auto now = std::chrono::steady_clock::now().time_since_epoch();
+  return std::chrono::duration_cast<std::chrono::milliseconds>(now).count() + g_clockOffset;
+}

@@ -1,33 +1,10 @@
-// Host objects as plug-ins use them, and what the ledger notices of their misuse.
+// What the ledger notices of the misuse of host objects, which every test of the plug-in rests on.
 #include <FMWrapper/FMXCalcEngine.h>
 #include <gtest/gtest.h>
-
-#include <tuple>
 
 #include "sim/wrapper/Host.h"
 
 namespace {
-
-TEST(HostText, MeasuresInUtf16UnitsAndConvertsWholeCharactersOnly) {
-  const fmx::TextUniquePtr text;
-  text->Assign("aß€🎻z", fmx::Text::kEncoding_UTF8);
-  EXPECT_EQ(text->GetSize(), 6u);
-  const std::tuple<fmx::uint32, fmx::uint32, fmx::uint32, std::string> cases[] = {
-      {32, 0, 6, "aß€🎻z"}, {32, 0, fmx::Text::kSize_End, "aß€🎻z"},
-      {32, 1, 2, "ß€"},    {32, 5, 9, "z"},
-      {32, 7, 1, ""},      {4, 0, 6, "aß"},
-      {6, 0, 6, "aß"},     {7, 0, 6, "aß€"},
-      {1, 0, 6, ""}};
-  for (const auto& [capacity, position, units, expected] : cases) {
-    std::string buffer(40, '~');
-    text->GetBytes(buffer.data(), capacity, position, units, fmx::Text::kEncoding_UTF8);
-    EXPECT_EQ(buffer.substr(0, expected.size() + 1), expected + '\0');
-    EXPECT_EQ(buffer[capacity], '~');
-    buffer.assign(40, '~');
-    const auto count = text->GetBytesEx(buffer.data(), capacity - 1, position, units, fmx::Text::kEncoding_UTF8);
-    EXPECT_EQ(buffer.substr(0, count + 1), expected + '~') << "GetBytesEx writes no terminator";
-  }
-}
 
 TEST(Ledger, NamesMisuseAndSurvivesIt) {
   fmx::_fmxcpt x;
