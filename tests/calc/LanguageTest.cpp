@@ -124,22 +124,4 @@ TEST(CalcFunctions, OfTheFileSeeTheirParametersOnly) {
       environment);
 }
 
-TEST(CalcFunctions, OfTheHostAreCalledWithTheirArgumentsAndChecked) {
-  TestEnvironment environment;
-  std::vector<std::u16string> calls;
-  const auto record = [&calls](std::span<const Value> arguments) {
-    std::u16string call;
-    for (const Value& argument : arguments) call += argument.AsText() + u"|";
-    calls.push_back(call);
-    return Value::OfText(u"?");
-  };
-  environment.hostFunctions = {{u"Varnix.Push", 1, 2, record}, {u"DatabaseNames", 0, -1, record}};
-  EXPECT_EQ(environment.Show("varnix.push ( 1 + 1 ; \"x\" )"), "?");
-  EXPECT_EQ(environment.Show("DatabaseNames & DatabaseNames() & EvaluationError ( DatabaseNames ( 1 ; 2 ; 3 ) )"),
-            "??0");
-  EXPECT_EQ(environment.Show("Varnix.Push ( 1 ; 2 ; 3 )"), "error 1202");
-  EXPECT_EQ(environment.Show("Varnix.Push ( 1/0 )"), "error 15");
-  EXPECT_EQ(calls, (std::vector<std::u16string>{u"2|x|", u"", u"", u"1|2|3|"}));
-}
-
 }  // namespace

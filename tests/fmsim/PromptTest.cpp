@@ -125,15 +125,6 @@ TEST_F(Prompt, EndsOnlyWhatIsGoingOnWithCtrlC) {
   EXPECT_EQ(terminal.Wait(), 0);
 }
 
-TEST_F(Prompt, LeavesOptionsWithStatus130AfterCtrlC) {
-  for (const std::string& option : {std::string("--eval '") + kEndless + "'", std::string("--idle 86400")}) {
-    Terminal terminal(folder_, "--idle-interval 3600000 --eval '\"begun\"' " + option + " --eval 1");
-    terminal.Expect("begun\r\n");
-    terminal.Type("\x03");
-    EXPECT_EQ(terminal.Wait(), 130);
-  }
-}
-
 TEST_F(Prompt, EndsInOrderWhenAskedTo) {
   for (const int signal : {SIGTERM, SIGHUP}) {
     Terminal terminal(folder_, "--plugin " CARELESS_PLUGIN);

@@ -52,6 +52,7 @@ TEST_F(Subcommands, SendPrintsTheResultAndNothingElse) {
   EXPECT_EQ(result.errors, "");
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(JsonGetString(polled_, "xmlType"), "XMSS");
+  EXPECT_EQ(Run({"result", JsonGetString(polled_, "id"), "--service", service.url()}).output, result.output);
 
   result = Send(service, {"send", "list-files"}, "", R"("status":"failed","error":"ERROR: no files")");
   EXPECT_EQ(result.output, "");
@@ -64,24 +65,20 @@ TEST_F(Subcommands, SendPrintsTheResultAndNothingElse) {
   EXPECT_EQ(JsonGetString(polled_, "xmlContent"), xml);
 }
 
-TEST_F(Subcommands, SendTellsWhenACommandIsNotFinishedInTimeAndTakesAddressAndKeyFromTheEnvironment) {
+TEST_F(Subcommands, TellWhenACommandIsNotFinishedAndTakeAddressAndKeyFromTheEnvironment) {
   setenv("VARNIX_KEY", "K1", 1);
   const RunningService service(folder_);
   setenv("VARNIX_SERVICE", service.url().c_str(), 1);
-  const auto queued = Run({"send", "LIST_FILES", "--wait", "0"});
-  const std::string id = queued.output.substr(0, 16);
-  EXPECT_EQ(queued.output, id + '\n');
+  const std::string queued = Run({"send", "LIST_FILES", "--wait", "0"}).output;
   const auto late = Run({"send", "LIST_FILES", "--wait", "1"});
   EXPECT_EQ(late.status, 3);
   EXPECT_EQ(late.output, "");
   EXPECT_NE(late.errors.find("No plug-in has asked"), std::string::npos) << late.errors;
-
-  EXPECT_EQ(JsonGetString(service.Poll(), "id"), id);
+  const std::string id = JsonGetString(service.Poll(), "id");
+  EXPECT_EQ(queued, id + '\n');
   const auto list = Run({"list"});
   EXPECT_TRUE(list.output.starts_with(id + "  LIST_FILES             delivered ")) << list.output;
-  EXPECT_NE(list.output.find("ago, no completion\n"), std::string::npos) << list.output;
-  const auto shown = Run({"show", id});
-  EXPECT_TRUE(shown.output.starts_with("id: " + id + "\ntype: LIST_FILES\nqueuedAt: 2")) << shown.output;
+  EXPECT_TRUE(Run({"show", id}).output.starts_with("id: " + id + "\ntype: LIST_FILES\nqueuedAt: 2"));
   setenv("VARNIX_KEY", "K2", 1);
   EXPECT_EQ(Run({"list"}).errors, "varnix-service: the account key is wrong\n");
 }
@@ -95,11 +92,9 @@ TEST_F(Subcommands, RefuseWhatIsWrongAndSayWhatIsRight) {
     int status;
     std::string errors;
   } cases[] = {
-      {{"send", "LIST_FILES", "--port", "1"}, 2, "send does not take --port"},
       {{"send", "LIST_FILES", "--wait", "1s"}, 2, "--wait takes a whole number from 0 to 86400"},
       {{"send", "SET_CLIPBOARD", "--content", folder_ + "/latin1.xml"}, 1, folder_ + "/latin1.xml is not UTF-8"},
       {{"list", "--service", "http://127.0.0.1:1"}, 4, "no answer from http://127.0.0.1:1 (Connection)"},
-      {{"show", "../x"}, 2, "../x is not a command's ID"},
       {{"serve", "--listen", "0.0.0.0:0"}, 2, "to be reached from other machines, the service needs a key"},
       {{"serve", "--listen", "127.0.0.1:0", "--data", folder_}, 1, folder_ + " is in use by another service"},
       {{"serve", "--listen", address, "--data", folder_ + "/other"},

@@ -91,17 +91,14 @@ TEST(Sql, AnyErrorGivesAQuestionMark) {
 
 TEST(Sql, TellsWhatOnlyTheSimulatorDoesNotKnow) {
   const Case cases[] = {
-      {"SELECT COUNT(TableName) FROM FileMaker_Tables", "COUNT of a column"},
       {"SELECT COUNT(*), TableName FROM FileMaker_Tables GROUP BY TableName", "GROUP"},
       {"SELECT upper(TableName) FROM FileMaker_Tables", "upper"},
       {"SELECT t.TableName FROM FileMaker_Tables t, FileMaker_Fields f", "more than one table"},
-      {"SELECT * FROM FileMaker_Tables t LEFT OUTER JOIN FileMaker_Fields f ON 1 = 1", "LEFT"},
       {"SELECT * FROM FileMaker_Tables WHERE " + std::string(100'000, '('), "conditions as deep as these"}};
   for (const Case& test : cases) {
     std::string told;
     EXPECT_EQ(Query(test.query, {}, {.tell = [&told](const std::string& line) { told += line; }}), "?");
-    EXPECT_EQ(told, "ExecuteSQL gives \"?\": the simulator does not know this part of FileMaker's SQL: " +
-                        std::string(test.expected));
+    EXPECT_TRUE(told.ends_with(std::string(": ") + test.expected)) << told;
   }
 }
 
