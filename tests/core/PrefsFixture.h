@@ -16,13 +16,8 @@ void MoveHome(const std::filesystem::path& home);
 class PrefsTest : public FolderTest {
  protected:
   PrefsTest() {
-    GiveToUser(home_);
+    EXPECT_TRUE(geteuid() != 0 || chown(home_.c_str(), kOrdinaryUser, kOrdinaryUser) == 0);
     MoveHome(home_);
-  }
-
-  static void GiveToUser(const std::filesystem::path& path) {
-    if (geteuid() != 0) return;
-    EXPECT_EQ(chown(path.c_str(), kOrdinaryUser, kOrdinaryUser), 0);
   }
 
   /// Saving and loading happen in a process each, as they do in two runs of FileMaker.

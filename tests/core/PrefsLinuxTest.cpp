@@ -28,10 +28,6 @@ std::string g_failingStep;  // the one that the disk refuses
 
 class PrefsLinuxTest : public PrefsTest {
  protected:
-  void MakeDirectory() const {
-    fs::create_directories(directory_);
-    GiveToUser(directory_);
-  }
   void Write(const std::string& bytes) const { std::ofstream(file_, std::ios::binary) << bytes; }
   std::string Bytes() const {
     std::ifstream stream(file_, std::ios::binary);
@@ -105,8 +101,9 @@ TEST_F(PrefsLinuxTest, WhatCannotBeReadIsNotReplaced) {
       [&] { Write("com.varnix.plugin.licenseKey=large\n"), fs::resize_file(file_, 2 << 20); },
       [&] { fs::remove(directory_), std::ofstream(directory_) << "a file where the directory should be"; },
   };
-  MakeDirectory();
+  Save("", "");  // makes the directory
   for (const auto& obstruct : obstacles) {
+    std::remove(file_.c_str());
     obstruct();
     struct stat before = {}, after = {};
     lstat(file_.c_str(), &before);
@@ -114,7 +111,6 @@ TEST_F(PrefsLinuxTest, WhatCannotBeReadIsNotReplaced) {
     ExpectStored("", "");
     lstat(file_.c_str(), &after);
     EXPECT_EQ(before.st_ino, after.st_ino);
-    std::remove(file_.c_str());
   }
 }
 
@@ -123,7 +119,7 @@ TEST_F(PrefsLinuxTest, DamagedLinesAreEmptyTextsAndStayUntilTheirOwnSettingIsSav
   const std::string damaged[] = {key + "=cut short",        key + "=unknown escape \\q\n",
                                  key + "=open escape \\\n", key + "=\xFF" + "a\xFE\n",
                                  key + "Other=value\n",     "=\n\n\\\n" + std::string(4096, '\0')};
-  MakeDirectory();
+  Save("", "");  // makes the directory
   for (const std::string& lines : damaged) {
     Write(lines);
     InNewProcess([] { Prefs::SaveBaseUrl("url"); });
