@@ -112,9 +112,9 @@ Handler HandlerOf(const std::string& type) {
 void Report(const Account& account, const std::string& commandId, Ending ending) {
   if (ending.push) {
     std::string pushError;
-    PostPushRecord(account, *ending.push, pushError);
+    const bool pushed = PostPushRecord(account, *ending.push, pushError);
     if (ending.succeeded) {
-      ending.succeeded = pushError.empty();
+      ending.succeeded = pushed;
       ending.error = pushError;
     }
   }

@@ -16,7 +16,7 @@ namespace {
 constexpr std::int64_t kVersionCheckIntervalMs = 86'400'000;
 
 void CheckVersionWhenDue() {
-  if (g_versionCheckInFlight || SteadyMilliseconds() - g_lastVersionCheckMs < kVersionCheckIntervalMs) return;
+  if (SteadyMilliseconds() - g_lastVersionCheckMs < kVersionCheckIntervalMs) return;
   CheckVersionInBackground();
 }
 

@@ -85,12 +85,10 @@ class CleanStart {
 /// Waits for the tool, which hangs for as long as a desktop does not answer, and ends it when that takes too long or
 /// the process does not wait.
 void Reap(pid_t tool) {
-  const FileDescriptor process(static_cast<int>(syscall(SYS_pidfd_open, tool, 0)));
+  const FileDescriptor process(static_cast<int>(syscall(SYS_pidfd_open, tool, 0)));  // none: waits for the limit
   pollfd awaited[] = {{process.get(), POLLIN, 0}, {EndOfJobs(), POLLIN, 0}};
-  if (process.IsOpen()) {
-    poll(awaited, std::size(awaited), kLongestRunMs);
-    if (awaited[0].revents == 0) kill(tool, SIGKILL);
-  }
+  poll(awaited, std::size(awaited), kLongestRunMs);
+  if (awaited[0].revents == 0) kill(tool, SIGKILL);
   while (waitpid(tool, nullptr, 0) < 0 && errno == EINTR) continue;
 }
 

@@ -90,10 +90,11 @@ void ArmSchemaRequest(const std::string& commandId, const std::string& target) {
 
 bool WatchSchemaRequest(const FMX_ExternCallStruct& call) {
   if (!g_pendingSchemaReady) return false;
+  const auto level = call.parm1;  // now, since the evaluation may let in another idle call, in the same record
   const std::string currentFile = CurrentFileName(call);
-  if (!g_pendingSchemaReady) return true;  // the evaluation let in another idle call, which has settled it
+  if (!g_pendingSchemaReady) return true;  // such a call has settled it
   const bool isActive = !currentFile.empty() && EqualIgnoringAsciiCase(currentFile, g_pendingTargetFileName);
-  if (isActive && call.parm1 < kFMXT_ScriptPaused) {
+  if (isActive && level < kFMXT_ScriptPaused) {
     StartLivePush(call, currentFile);
     return true;
   }

@@ -4,6 +4,7 @@
 #import <Foundation/Foundation.h>
 
 #include <memory>
+#include <new>
 #include <string_view>
 #include <utility>
 
@@ -11,6 +12,7 @@ namespace {
 
 constexpr char kNoTransfer[] = "The transfer could not be started.";
 constexpr char kNoDescription[] = "The transfer failed.";
+constexpr char kTooLarge[] = "There is not enough memory for the answer.";
 
 /// Nil when `utf8` is not UTF-8.
 NSString* Text(const std::string& utf8) {
@@ -56,7 +58,11 @@ Network::Outcome ToOutcome(NSData* data, NSURLResponse* response, NSError* error
     outcome.status = [static_cast<NSHTTPURLResponse*>(response) statusCode];
   }
   outcome.hasBody = data != nil;
-  if ([data length] != 0) outcome.body.assign(static_cast<const char*>([data bytes]), [data length]);
+  try {
+    if ([data length] != 0) outcome.body.assign(static_cast<const char*>([data bytes]), [data length]);
+  } catch (const std::bad_alloc&) {  // which must not leave the session's block
+    outcome = {.body = {}, .failure = kTooLarge};
+  }
   return outcome;
 }
 

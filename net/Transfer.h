@@ -32,7 +32,7 @@ bool IsURL(const std::string& text);
 /// outcome's `failure` is not empty. Safe on any thread.
 void StartTransfer(Request request, std::function<void(Outcome)> completion);
 
-/// How long a transfer may stay without data before the URL layer gives it up.
+/// How long a transfer may stay without data (on Linux: may take) before the URL layer gives it up.
 std::chrono::milliseconds TransferTimeLimit();
 /// How long a caller waits for a transfer. Both limits are 120 seconds; tests define their own.
 std::chrono::milliseconds WaitTimeLimit();

@@ -1,6 +1,7 @@
 #include "net/curl/CurlTransfer.h"
 
 #include <exception>
+#include <new>
 #include <utility>
 
 #include "net/UrlSyntax.h"
@@ -24,7 +25,6 @@ const char* CurlTransfer::Prepare(CURLSH* shared) {
 }
 
 void CurlTransfer::SetOptions(CURLSH* shared) {
-  Set(CURLOPT_PRIVATE, this);
   Set(CURLOPT_ERRORBUFFER, description_);
   Set(CURLOPT_NOSIGNAL, 1L);
   Set(CURLOPT_TIMEOUT_MS, static_cast<long>(Network::TransferTimeLimit().count()));
@@ -79,6 +79,12 @@ void CurlTransfer::Finish(CURLcode code) {
   completion_({.hasBody = true, .body = std::move(received_), .failure = {}, .status = status});
 }
 
-void CurlTransfer::Fail(const char* reason) {
-  completion_({.hasBody = false, .body = {}, .failure = reason, .status = 0});
+void CurlTransfer::Fail(const char* reason) noexcept {
+  std::string failure;
+  try {
+    failure = reason;
+  } catch (const std::bad_alloc&) {
+    failure = "out of memory";  // short enough to need none
+  }
+  completion_({.hasBody = false, .body = {}, .failure = std::move(failure), .status = 0});
 }

@@ -18,13 +18,13 @@ class CurlTransfer {
 
   /// Makes the handle, with the cookies of `shared`. Returns why that failed, or nullptr.
   const char* Prepare(CURLSH* shared);
-  /// The handle, once prepared; GetPrivate(handle) is this object.
+  /// Once prepared.
   CURL* handle() const { return handle_.get(); }
 
   /// Tells the completion how the transfer ended.
   void Finish(CURLcode code);
   /// The same when it never came to a transfer.
-  void Fail(const char* reason);
+  void Fail(const char* reason) noexcept;
 
  private:
   static std::size_t Receive(char* bytes, std::size_t size, std::size_t count, void* self) noexcept;

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <climits>
+#include <new>
 #include <system_error>
 #include <utility>
 
@@ -37,11 +38,18 @@ class Transfers {
     }
   }
 
-  void Add(std::unique_ptr<CurlTransfer> transfer) {
-    if (const char* refusal = transfer->Prepare(shared_.get())) return transfer->Fail(refusal);
+  /// Returns why the transfer could not begin, or nullptr when it is taken.
+  const char* Add(std::unique_ptr<CurlTransfer>& transfer) noexcept {
+    try {
+      running_.reserve(running_.size() + 1);
+      if (const char* refusal = transfer->Prepare(shared_.get())) return refusal;
+    } catch (const std::bad_alloc&) {
+      return curl_easy_strerror(CURLE_OUT_OF_MEMORY);
+    }
     const CURLMcode added = curl_multi_add_handle(multi_.get(), transfer->handle());
-    if (added != CURLM_OK) return transfer->Fail(curl_multi_strerror(added));
+    if (added != CURLM_OK) return curl_multi_strerror(added);
     running_.push_back(std::move(transfer));
+    return nullptr;
   }
 
   void WaitAndProceed(int wakeDescriptor) {
@@ -109,11 +117,8 @@ void TransferThread::Run() {
   for (;;) {
     Orders orders = TakeOrders();
     for (auto& transfer : orders.transfers) {
-      if (orders.stop) {
-        transfer->Fail(kCancelled);
-      } else {
-        transfers.Add(std::move(transfer));
-      }
+      const char* refusal = orders.stop ? kCancelled : transfers.Add(transfer);
+      if (refusal != nullptr) transfer->Fail(refusal);
     }
     if (orders.stop) return;
     transfers.WaitAndProceed(wake);

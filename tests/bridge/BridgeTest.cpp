@@ -109,6 +109,7 @@ void BridgeTest::Idle(int level) {
 }
 
 void BridgeTest::RunJobs() {
+  std::string key = std::exchange(g_licenseKey, "K9"), url = std::exchange(g_baseUrl, "http://else");
   while (!jobs.empty()) {
     for (auto& job : std::exchange(jobs, {})) {
       try {
@@ -117,6 +118,8 @@ void BridgeTest::RunJobs() {
       }
     }
   }
+  g_licenseKey.swap(key);
+  g_baseUrl.swap(url);
 }
 
 void BridgeTest::Poll(const std::string& command) {

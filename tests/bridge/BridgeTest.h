@@ -43,7 +43,7 @@ class BridgeTest : public FolderTest {
 
   /// One idle message.
   static void Idle(int level = 0);
-  /// Runs the jobs that wait, in order, and those that they start.
+  /// Runs the jobs that wait, in order, and those that they start, while another account is signed in.
   static void RunJobs();
   /// An idle call that polls, after the time that takes, and the poll, which brings `command`.
   static void Poll(const std::string& command);

@@ -89,13 +89,4 @@ TEST_F(Commands, AResultThatTheServiceDoesNotTakeMakesTheCommandFail) {
   }
 }
 
-TEST_F(Commands, TheReportGoesToTheAccountThatTheCommandWasTakenFor) {
-  Poll(R"({"id":"c1","type":"other"})");
-  Idle();
-  g_baseUrl = "http://elsewhere";
-  g_licenseKey = "K2";
-  RunJobs();
-  EXPECT_EQ(Sent(), Texts{Ended("c1", "Unknown command type: other")});
-}
-
 }  // namespace

@@ -66,7 +66,7 @@ TEST_F(SchemaRequest, StartsWaitsOrGivesUpByIdleLevelFileAndTime) {
     Outcome outcome;
   } cases[] = {
       {0, "Sales", 0, kStarts},        {1, "sALES", 0, kStarts},           {1, "Sales", 90'000, kStarts},
-      {2, "Sales", 30'000, kWaits},    {4, "Sales", 30'000, kWaits},       {2, "Sales", 30'001, kGivesUp},
+      {2, "Sales", 30'000, kWaits},    {3, "Sales", 30'000, kWaits},       {2, "Sales", 30'001, kGivesUp},
       {4, "Sales", 30'001, kGivesUp},  {0, "Sales.fmp12", 30'000, kWaits}, {0, "Sale", 0, kWaits},
       {0, "Contacts", 30'000, kWaits}, {0, "Contacts", 30'001, kGivesUp},  {0, "", 30'000, kWaits},
       {0, "", 30'001, kGivesUp},

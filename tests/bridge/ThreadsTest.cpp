@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -19,6 +20,7 @@
 #include "core/Clock.h"
 #include "net/Network.h"
 #include "net/Network_linux.h"
+#include "net/Transfer.h"
 #include "net/VersionCheck.h"
 #include "tests/support/FakePasteboard.h"
 #include "tests/support/FolderTest.h"
@@ -56,6 +58,7 @@ class Threads : public FolderTest {
       return ++g_startedScripts, 0;
     };
     Do_PluginIdle(&call);
+    if (g_versionCheckInFlight) CallHandler(Do_UpdateAvailable);
     pasteboard_.calls.clear();
   }
 
@@ -104,6 +107,13 @@ class NoMoreDescriptors {
   rlimit before_;
 };
 
+/// The host's signals are the host's, and one that a broken connection raises ends nobody.
+void ExpectNoSignals() {
+  sigset_t blocked;
+  pthread_sigmask(SIG_SETMASK, nullptr, &blocked);
+  for (const int signal : {SIGPIPE, SIGTERM, SIGALRM}) EXPECT_TRUE(sigismember(&blocked, signal)) << signal;
+}
+
 template <class Lack>
 void ExpectRefusalWhile(const std::function<void()>& idle) {
   const Lack lack;
@@ -128,6 +138,8 @@ TEST_F(Threads, WhatCannotBeStartedIsOverAndTheNextOneComes) {
     Idle();
     while (g_pollInFlight) std::this_thread::yield();
     EXPECT_EQ(server.Requests().size(), before + 1);
+    Network::StartTransfer({g_baseUrl, "GET", {}, ""}, [](const auto&) { ExpectNoSignals(); });
+    EXPECT_EQ(server.WaitForRequests(before + 2).size(), before + 2);
   }
 }
 
@@ -136,6 +148,7 @@ TEST(Background, RunsJobsSideBySideAndOutlivesTheirExceptions) {
   std::latch together(kJobs), done(kJobs);
   std::atomic<bool> raised = true;
   bg([flight = LoweredAtEnd(raised)] { throw std::bad_alloc(); });
+  bg(ExpectNoSignals);
   for (int job = 0; job < kJobs; ++job) {
     bg([&] {
       together.arrive_and_wait();

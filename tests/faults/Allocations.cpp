@@ -3,7 +3,6 @@
 #include <atomic>
 #include <cstdlib>
 #include <new>
-#include <utility>
 
 namespace {
 
@@ -11,6 +10,14 @@ constexpr std::size_t kNever = static_cast<std::size_t>(-1);
 
 std::atomic<std::size_t> g_left = kNever;
 std::atomic<std::ptrdiff_t> g_live = 0;
+
+bool IsTheOneToFail() {
+  std::size_t left = g_left;
+  while (left != kNever) {
+    if (g_left.compare_exchange_weak(left, left > 0 ? left - 1 : kNever)) return left == 0;
+  }
+  return false;
+}
 
 }  // namespace
 
@@ -20,7 +27,7 @@ std::ptrdiff_t allocations::Live() { return g_live; }
 
 // The program's own, which its libraries use too.
 void* operator new(std::size_t size) {
-  if (g_left != kNever && g_left-- == 0) throw std::bad_alloc();
+  if (IsTheOneToFail()) throw std::bad_alloc();
   void* const block = std::malloc(size > 0 ? size : 1);
   if (block == nullptr) throw std::bad_alloc();
   ++g_live;

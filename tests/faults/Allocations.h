@@ -1,4 +1,4 @@
-// The program's memory, counted, and able to run out once. One thread at a time.
+// The program's memory, counted, and able to run out once. Any thread.
 #pragma once
 
 #include <cstddef>
