@@ -1,5 +1,5 @@
 #!/bin/sh
-# configure-test.sh BUNDLE_SCRIPT SDK: what the bundle script refuses, and a bundle against the vendor's framework.
+# configure-test.sh BUNDLE_SCRIPT SDK: a wrong plug-in for Linux, and a bundle against the vendor's framework.
 set -eu
 script=$1
 sdk=$2
@@ -9,24 +9,10 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cd "$work"
 
-# refuses PATTERN VARIABLE=VALUE...: with these in its environment the script fails, and says why.
-refuses() {
-  pattern=$1
-  shift
-  if env "$@" "$script" build >said 2>&1; then
-    echo "takes $*"
-    failed=1
-  fi
-  tr -s ' \n' ' ' <said | grep -q -e "$pattern" || { echo "with $* it says:"; cat said; failed=1; }
-}
 mkdir "a b"
 : >"a b/Varnix.fmx"
-: >other.fmx
-[ "$(uname -s)" = Darwin ] || refuses "needs a Mac .* make bundle MACOS_SDK=path/to/MacOSX.sdk" MACOS_SDK=
-refuses "MACOS_SDK must name the directory of a macOS SDK, but is \"$work/a b\"" MACOS_SDK="a b"
-refuses "FMWRAPPER_SDK: there is no FMWrapper.framework in $work/a b" MACOS_SDK="$sdk" FMWRAPPER_SDK="a b"
-refuses "other.fmx is not there, or not named Varnix.fmx" MACOS_SDK="$sdk" LINUX_PLUGIN=other.fmx
-refuses "Varnix.fmx is no Linux library" MACOS_SDK="$sdk" LINUX_PLUGIN="a b/Varnix.fmx"
+if MACOS_SDK="$sdk" LINUX_PLUGIN="a b/Varnix.fmx" "$script" build >said 2>&1; then echo "takes any file along"; failed=1; fi
+grep -q "Varnix.fmx is no Linux library" said || { cat said; failed=1; }
 
 # The vendor's framework is not at hand, so the build ends at its headers: they are looked for in no other place. With our
 # own headers in the framework, a unit compiles. The link would take the framework in place of leaving symbols open.
