@@ -59,7 +59,9 @@ TEST_F(ScriptRunner, TakesOneBranchWhateverIsNestedInTheOthers) {
 }
 
 TEST_F(ScriptRunner, PassesOverDisabledStepsAndTellsOfThoseItDoesNotSimulate) {
-  EXPECT_EQ(Run(If("0", false) + SetVariable("$x", "1") + SetVariable("$x", "2", false) + Exit("$x") + Exit("3")), "1");
+  EXPECT_EQ(Run(If("0", false) + SetVariable("$x", "1") + SetVariable("$x", "2", false) + If("0") + If("1", false) +
+                EndIf() + Exit("$x") + Exit("3")),
+            "1");
   EXPECT_EQ(Run(SetVariable("$$g", "Get ( ScriptName ) & Get ( ScriptParameter )") + Exit("$$g")), "Goparameter");
   EXPECT_EQ(Run(Step(6, "Go to Layout") +
                 Step(87, "Dialog", Parameter("Title", Formula("\"T\"")) + Parameter("Message", Formula("1 + 1")))),
