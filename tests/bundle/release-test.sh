@@ -1,5 +1,5 @@
 #!/bin/sh
-# release-test.sh RELEASE BUNDLE: the release script's dry run and its run with recorded tools, and what it refuses.
+# release-test.sh RELEASE BUNDLE: the release script's dry run and its run with stand-ins of Apple's tools, and what it refuses.
 set -eu
 release=$1
 work=$(mktemp -d)

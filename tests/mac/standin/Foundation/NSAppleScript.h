@@ -1,4 +1,4 @@
-// Scripts that end as AppleScriptControl says, and their values. Declared as in Apple's headers, but under names that
+// Scripts that end as StandIn says, and their values. Declared as in Apple's headers, but under names that
 // cannot meet the classes inside GNUstep.
 #pragma once
 
