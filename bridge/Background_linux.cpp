@@ -39,11 +39,13 @@ class Pool {
   int end() const { return end_.get(); }
 
   void Add(std::function<void()> job) {
-    const std::lock_guard lock(mutex_);
-    if (stopping_) return;
-    waiting_.push_back(std::move(job));
-    if (waiting_.size() > idle_ && threads_.size() < kMostThreads) StartThread();
-    hasWork_.notify_one();
+    {
+      const std::lock_guard lock(mutex_);
+      if (stopping_) return;
+      waiting_.push_back(std::move(job));
+      if (waiting_.size() > idle_ && threads_.size() < kMostThreads) StartThread();
+    }
+    hasWork_.notify_one();  // a thread that woke earlier would only wait for the lock
   }
 
  private:
@@ -57,6 +59,7 @@ class Pool {
   }
 
   void Work() {
+    WaitForTurn();
     std::unique_lock lock(mutex_);
     for (;;) {
       ++idle_;

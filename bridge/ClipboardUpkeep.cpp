@@ -50,7 +50,7 @@ void KeepClipboardConvertible() {
   // writes needs no preparation.
   std::string text, error;
   Clipboard::GetText(text, error);
-  const bool isSnippet = text.find(kSnippetMarker) != text.npos;
+  const bool isSnippet = HoldsSnippet(text);
   if (!isSnippet) Mirror();
 
   const std::int64_t now = SteadyMilliseconds();

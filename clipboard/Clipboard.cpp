@@ -69,7 +69,7 @@ bool ReadTypes(Pasteboard& pasteboard, const Types& candidates, std::string& dat
 // The host may put a header in front of the XML in its private flavours.
 void DropHeader(std::string& data) {
   if (data.size() <= kHeaderBytes || data.front() == '<') return;
-  if (data.find(kSnippetMarker, kHeaderBytes) != data.npos) data.erase(0, kHeaderBytes);
+  if (HoldsSnippet(data, kHeaderBytes)) data.erase(0, kHeaderBytes);
 }
 
 }  // namespace
@@ -79,15 +79,13 @@ namespace Clipboard {
 std::string BuildClipboardType(const std::string& code) { return "Mac-" + code; }
 
 bool SetXML(const std::string& code, const std::string& xml, std::string& error) {
-  Types scratch;
-  const Types& candidates = ClipboardTypeCandidates(code, scratch);
+  const Types candidates = BuildClipboardTypeCandidates(code);
   const auto pasteboard = Pasteboard::Open();
   return WriteItems(*pasteboard, candidates, xml) || WriteTypes(*pasteboard, candidates, xml, error);
 }
 
 bool GetXML(const std::string& code, std::string& xml, std::string&) {
-  Types scratch;
-  const Types& candidates = ClipboardTypeCandidates(code, scratch);
+  const Types candidates = BuildClipboardTypeCandidates(code);
   const auto pasteboard = Pasteboard::Open();
   std::string data;
   if (ReadItems(*pasteboard, candidates, data) || ReadTypes(*pasteboard, candidates, data)) DropHeader(data);

@@ -31,7 +31,7 @@ std::string PrepareXML(const std::string* type) {
   std::string text, error;
   if (!Clipboard::GetText(text, error)) return error;
   if (text.empty()) return kTextEmpty;
-  if (text.find(kSnippetMarker) == text.npos) return kNoSnippet;
+  if (!HoldsSnippet(text)) return kNoSnippet;
   const std::string kind = type != nullptr ? *type : DetectXmlClipboardType(text);
   error = EmptyArgumentError({{"xmlType", kind}});
   if (!error.empty()) return error;

@@ -53,8 +53,9 @@ constexpr Mark kMarks[] = {
 };
 constexpr char kNoMark[] = "XML2";
 constexpr std::size_t kMarkCount = std::size(kMarks);
-constexpr std::size_t kUuidMark = 2;    // the one mark that does not begin with "<"
-constexpr std::size_t kUuidOffset = 6;  // of "UUID" in it: a rarer letter to look for than the "S"
+constexpr std::size_t kUuidMark = 2;  // the one mark that does not begin with "<"
+
+constexpr std::string_view kSnippetMark = "<fmxmlsnippet";
 
 bool StandsAt(std::string_view text, std::size_t position, std::string_view mark) {
   return text.compare(position, mark.size(), mark) == 0;
@@ -89,12 +90,14 @@ std::size_t BestTagMark(std::string_view text, std::size_t begin, std::size_t en
   return best;
 }
 
-bool HoldsUuidMark(std::string_view text, std::size_t begin, std::size_t end) {
+// Whether `mark` has its first `rare` within [begin, end): a letter that XML has less of than what the mark begins with.
+bool HoldsMark(std::string_view text, std::size_t begin, std::size_t end, std::string_view mark, char rare) {
+  const std::size_t offset = mark.find(rare);
   for (auto at = begin; at < end; ++at) {
-    const auto* hit = static_cast<const char*>(std::memchr(text.data() + at, 'U', end - at));
+    const auto* hit = static_cast<const char*>(std::memchr(text.data() + at, rare, end - at));
     if (hit == nullptr) return false;
     at = static_cast<std::size_t>(hit - text.data());
-    if (at >= kUuidOffset && StandsAt(text, at - kUuidOffset, kMarks[kUuidMark].text)) return true;
+    if (at >= offset && StandsAt(text, at - offset, mark)) return true;
   }
   return false;
 }
@@ -117,19 +120,6 @@ std::vector<std::string> BuildClipboardTypeCandidates(const std::string& code) {
   return candidates;
 }
 
-const std::vector<std::string>& ClipboardTypeCandidates(const std::string& code, std::vector<std::string>& scratch) {
-  static const auto known = [] {
-    std::vector<std::vector<std::string>> lists;
-    for (const auto& kind : Kinds()) lists.push_back(BuildClipboardTypeCandidates(std::string(kind.code)));
-    return lists;
-  }();
-  for (std::size_t i = 0; i < known.size(); ++i) {
-    if (Kinds()[i].code == code) return known[i];
-  }
-  scratch = BuildClipboardTypeCandidates(code);
-  return scratch;
-}
-
 std::string DetectXmlClipboardType(const std::string& xml) {
   // Each block is searched for all marks while it is in the processor's cache.
   constexpr std::size_t kBlock = 1 << 15;
@@ -137,9 +127,14 @@ std::string DetectXmlClipboardType(const std::string& xml) {
   for (std::size_t begin = 0; begin < xml.size() && best > 0; begin += kBlock) {
     const std::size_t end = std::min(begin + kBlock, xml.size());
     best = BestTagMark(xml, begin, end, best);
-    if (best > kUuidMark && HoldsUuidMark(xml, begin, end)) best = kUuidMark;
+    if (best > kUuidMark && HoldsMark(xml, begin, end, kMarks[kUuidMark].text, 'U')) best = kUuidMark;
   }
   return best == kMarkCount ? kNoMark : kMarks[best].code;
+}
+
+bool HoldsSnippet(const std::string& text, std::size_t begin) {
+  const std::size_t rare = begin + kSnippetMark.find('x');
+  return rare < text.size() && HoldsMark(text, rare, text.size(), kSnippetMark, 'x');
 }
 
 bool ProbeFileMakerClipboardXML(std::string& code, std::string& xml, std::string& error) {

@@ -2,12 +2,9 @@
 // guess of a kind from XML text. FileMaker's main thread only, for the sake of ProbeFileMakerClipboardXML.
 #pragma once
 
+#include <cstddef>
 #include <string>
-#include <string_view>
 #include <vector>
-
-/// What marks a plain text as FileMaker XML.
-inline constexpr std::string_view kSnippetMarker = "<fmxmlsnippet";
 
 /// Appends `type` unless it is empty or already in `list`.
 void AddUniqueType(std::vector<std::string>& list, const std::string& type);
@@ -16,11 +13,11 @@ void AddUniqueType(std::vector<std::string>& list, const std::string& type);
 /// text is accepted as a code; one that is no known kind gets the generic names only.
 std::vector<std::string> BuildClipboardTypeCandidates(const std::string& code);
 
-/// The same without building: a known kind's list is kept, any other is built into `scratch`.
-const std::vector<std::string>& ClipboardTypeCandidates(const std::string& code, std::vector<std::string>& scratch);
-
 /// The code of the kind that `xml` seems to be; never empty.
 std::string DetectXmlClipboardType(const std::string& xml);
+
+/// Whether "<fmxmlsnippet", which marks a plain text as FileMaker XML, stands in `text` at `begin` or later.
+bool HoldsSnippet(const std::string& text, std::size_t begin = 0);
 
 /// Finds the first kind on the pasteboard that holds anything. When there is none, returns false with `code` and `xml`
 /// untouched and `error` set to the first error of a read, if there was any.

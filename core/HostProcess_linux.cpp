@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 #include <pthread.h>
+#include <sched.h>
 
 #include <initializer_list>
 
@@ -13,6 +14,11 @@ SignalsBlocked::SignalsBlocked() {
 }
 
 SignalsBlocked::~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+
+void WaitForTurn() {
+  const sched_param none{};
+  pthread_setschedparam(pthread_self(), SCHED_BATCH, &none);
+}
 
 void KeepLoaded(const void* address) {
   Dl_info home;

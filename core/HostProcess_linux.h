@@ -15,5 +15,8 @@ class SignalsBlocked {
   sigset_t before_;
 };
 
+/// The calling thread no longer interrupts the one that wakes it, which may be the host's main thread.
+void WaitForTurn();
+
 /// From here on the library that holds `address` stays in memory, even when it is unloaded.
 void KeepLoaded(const void* address);

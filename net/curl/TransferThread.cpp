@@ -111,6 +111,7 @@ const char* TransferThread::StartThread() {
 }
 
 void TransferThread::Run() {
+  WaitForTurn();
   const int wake = wake_->get();
   KeepDescriptorsToThisThread(wake);
   Transfers transfers;
