@@ -54,7 +54,8 @@ _gFMX_ExternCallPtr"
   "$4/llvm-nm" --undefined-only "$work/thin" | awk '{print $NF}' | "$4/llvm-cxxfilt" -_ >"$work/undefined"
   grep -qx _FM_Text_Assign "$work/undefined" || { echo "the host's functions are not undefined"; failed=1; }
   grep -q '^std::' "$work/undefined" || { echo "no names of C++ are read"; failed=1; }
-  ours=$(grep '(' "$work/undefined" | grep -v -e '^std::' -e '^operator ' -e '^CF' -e '^Pasteboard[A-Z]' -e '^dispatch_' || true)
+  ours=$(grep '(' "$work/undefined" | grep -v -e '^std::' -e '^operator ' -e '^CF' -e '^Pasteboard[A-Z]' \
+    -e '^dispatch_' || true)
   [ -z "$ours" ] || { echo "undefined: $ours"; failed=1; }
   if grep atexit "$work/undefined"; then echo "destroys something static, which a late job may still use"; failed=1; fi
 done

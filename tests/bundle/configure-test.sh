@@ -11,11 +11,11 @@ cd "$work"
 
 mkdir "a b"
 : >"a b/Varnix.fmx"
-if MACOS_SDK="$sdk" LINUX_PLUGIN="a b/Varnix.fmx" "$script" build >said 2>&1; then echo "takes any file along"; failed=1; fi
+MACOS_SDK="$sdk" LINUX_PLUGIN="a b/Varnix.fmx" "$script" build >said 2>&1 && { echo "takes any file along"; failed=1; }
 grep -q "Varnix.fmx is no Linux library" said || { cat said; failed=1; }
 
-# The vendor's framework is not at hand, so the build ends at its headers: they are looked for in no other place. With our
-# own headers in the framework, a unit compiles. The link would take the framework in place of leaving symbols open.
+# The vendor's framework is not at hand, so the build ends at its headers: they are looked for in no other place. With
+# our own headers in the framework, a unit compiles. The link would take the framework in place of leaving symbols open.
 mkdir "a b/FMWrapper.framework"
 env MACOS_SDK="$sdk" FMWRAPPER_SDK="a b" "$script" build >said 2>&1 && { echo "links nothing"; failed=1; }
 ln -s "$headers" "a b/FMWrapper.framework/Headers"

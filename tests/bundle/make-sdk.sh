@@ -1,6 +1,6 @@
 #!/bin/sh
-# make-sdk.sh DIRECTORY CLANG: a stand-in of the macOS SDK, good enough to compile and link the whole plug-in. C comes from
-# musl, whose headers are plain enough for any target, Foundation from GNUstep, the rest from the stand-ins of the tests.
+# make-sdk.sh DIRECTORY CLANG: a stand-in of the macOS SDK, good enough to compile and link the whole plug-in. C comes
+# from musl, whose headers are plain enough for any target, Foundation from GNUstep, the rest from the stand-ins of the tests.
 set -eu
 sdk=$1
 standin=$(dirname "$0")/../mac/standin
@@ -20,7 +20,9 @@ echo '{"CanonicalName": "macosx11.0", "Version": "11.0", "MaximumDeploymentTarge
 sed -i '1i #define _GNU_SOURCE' "$sdk/usr/include/features.h"
 grep -v -e '#pragma once' -e include_next "$standin/fcntl.h" >>"$sdk/usr/include/fcntl.h"
 cp -pR /usr/include/GNUstep/. /usr/include/Block*.h "$objc" "$sdk/usr/include"
-for framework in AppKit ApplicationServices dispatch Foundation objc; do cp -pR "$standin/$framework" "$sdk/usr/include"; done
+for framework in AppKit ApplicationServices dispatch Foundation objc; do
+  cp -pR "$standin/$framework" "$sdk/usr/include"
+done
 touch -r "$standin/fcntl.h" "$site" "$sdk/usr/include/features.h" "$sdk/usr/include/fcntl.h"
 
 # stub FILE INSTALL_NAME: a library as the SDK has them, by name only. It has the one symbol that the linker itself wants.

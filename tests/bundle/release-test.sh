@@ -1,5 +1,5 @@
 #!/bin/sh
-# release-test.sh RELEASE BUNDLE: the release script's dry run and its run with stand-ins of Apple's tools, and what it refuses.
+# release-test.sh RELEASE BUNDLE: the release script's dry run, its run with stand-ins of Apple's tools, what it refuses.
 set -eu
 release=$1
 work=$(mktemp -d)
@@ -77,7 +77,8 @@ spoilt() {
 spoilt "sed -i s/FMXT/BNDL/ $plist" "Info.plist does not say that this is a FileMaker plug-in (FMXT)"
 spoilt "chmod -x $binary" "$binary is not there, or not executable"
 spoilt "sed -i s/$version/9.9/ $plist" "the bundle has version 9.9, but the source has $version: build it anew"
-spoilt "printf '\312\376\272\276\000\000\000\002\001\000\000\007' >$binary" "$binary is not built for both x86_64 and arm64"
+spoilt "printf '\312\376\272\276\000\000\000\002\001\000\000\007' >$binary" \
+  "$binary is not built for both x86_64 and arm64"
 refuses "--identity must name a Developer ID Application certificate, the only kind that can be notarised" \
   "$release" --dry-run --identity "Apple Development: A B (AB12CD34EF)" --keychain-profile varnix Varnix.fmplugin
 refuses "the keychain has no valid certificate 0123456789012345678901234567890123456789" \
