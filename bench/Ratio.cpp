@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <map>
 #include <string>
 
@@ -62,9 +63,16 @@ std::string SizeText(std::size_t bytes) {
 int Compare(const std::vector<Comparison>& comparisons) {
   KeepMemory();
   const auto name = [](std::size_t i, const char* side) { return std::to_string(i) + '.' + side; };
+  std::vector<std::function<void()>> copies(comparisons.size());
   for (std::size_t i = 0; i < comparisons.size(); ++i) {
     Register(name(i, "ours"), comparisons[i].bytes, comparisons[i].ours);
     Register(name(i, "rival"), comparisons[i].bytes, comparisons[i].rival);
+    auto& copy = copies[i] = [from = std::string(comparisons[i].bytes, 'x'),
+                              to = std::string(comparisons[i].bytes, 0)]() mutable {
+      std::memcpy(to.data(), from.data(), from.size());
+      benchmark::ClobberMemory();
+    };
+    Register(name(i, "copy"), comparisons[i].bytes, copy);
   }
   BestSpeeds best;
   for (int round = 0; round < kRounds; ++round) {
@@ -73,14 +81,14 @@ int Compare(const std::vector<Comparison>& comparisons) {
     }
   }
   int status = 0;
-  std::printf("%-44s | %6s | %9s | %10s | %6s | %8s\n", "operation", "size", "ours GB/s", "rival GB/s", "ratio",
-              "demanded");
+  std::printf("%-44s | %6s | %9s | %10s | %6s | %8s | %9s\n", "operation", "size", "ours GB/s", "rival GB/s", "ratio",
+              "demanded", "of memcpy");
   for (std::size_t i = 0; i < comparisons.size(); ++i) {
     const Comparison& c = comparisons[i];
     const double ours = best[name(i, "ours")], rival = best[name(i, "rival")], ratio = ours / rival;
     const std::string size = SizeText(c.bytes);
-    std::printf("%-44s | %6s | %9.2f | %10.2f | %6.2f | %8.2f\n", c.operation.c_str(), size.c_str(), ours / 1e9,
-                rival / 1e9, ratio, c.demanded);
+    std::printf("%-44s | %6s | %9.2f | %10.2f | %6.2f | %8.2f | %9.2f\n", c.operation.c_str(), size.c_str(), ours / 1e9,
+                rival / 1e9, ratio, c.demanded, ours / best[name(i, "copy")]);
     if (ratio >= c.demanded) continue;
     std::fprintf(stderr, "TOO SLOW: %s of %s: ratio %.2f, demanded %.2f\n", c.operation.c_str(), size.c_str(), ratio,
                  c.demanded);
