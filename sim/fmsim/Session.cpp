@@ -43,8 +43,6 @@ Session::Session() {
   application_.SetBehaviour(behaviour);
 }
 
-Session::~Session() { Quit(); }
-
 bool Session::Fail(const std::string& message) {
   failed_ = true;
   std::cout.flush();

@@ -14,7 +14,6 @@
 class Session {
  public:
   Session();
-  ~Session();
 
   sim::Application& application() { return application_; }
 

@@ -17,9 +17,6 @@ pugi::xml_node Parameter(pugi::xml_node step, const char* type) {
 /// The parameters of the steps that the simulated host runs; those of the others are not kept.
 void ReadParameters(pugi::xml_node element, ScriptStep& step) {
   switch (step.id) {
-    case kStepComment:
-      step.text = xml::Text(Parameter(element, "Comment").child("Comment").attribute("value"));
-      return;
     case kStepSetVariable: {
       const pugi::xml_node variable = Parameter(element, "Variable");
       step.text = xml::Text(variable.child("Name").attribute("value"));

@@ -69,7 +69,7 @@ struct ScriptStep {
   int id = 0;
   std::u16string name;
   bool enabled = true;
-  std::u16string text;                       ///< of a comment; the variable's name of Set Variable
+  std::u16string text;                       ///< the name of Set Variable
   std::u16string calculation;                ///< the condition, value, result, duration, window or message
   std::u16string repetition;                 ///< of Set Variable
   std::u16string title;                      ///< formula, of Show Custom Dialog
@@ -113,8 +113,6 @@ struct Solution {
   std::string path;         ///< of the export, UTF-8
   std::u16string fileName;  ///< with extension, as the export names it: "Sales.fmp12"
   std::u16string name;      ///< without extension: "Sales"
-  std::u16string formatVersion;
-  std::u16string savedBy;  ///< the application version that saved it
   std::vector<BaseTable> baseTables;
   std::vector<TableOccurrence> occurrences;
   std::vector<Layout> layouts;

@@ -107,8 +107,6 @@ bool CheckRoot(pugi::xml_node root, std::string& reason) {
 void ReadDesign(pugi::xml_node root, Solution& solution) {
   solution.fileName = xml::Text(root.attribute("File"));
   solution.name = WithoutExtension(solution.fileName);
-  solution.formatVersion = xml::Text(root.attribute("version"));
-  solution.savedBy = xml::Text(root.attribute("Source"));
   const std::string language = root.attribute("locale").as_string(kLanguage.data());
   if (language != kLanguage) {
     solution.notes.push_back("was saved by a FileMaker in " + language +

@@ -57,7 +57,6 @@ struct Registration {
 
 /// In order of registration; good until the next registration or removal.
 FMHOST_API const std::vector<Registration>& Functions();
-FMHOST_API const std::vector<Registration>& ScriptSteps();
 /// nullptr when there is none; names compare without regard to case.
 FMHOST_API const Registration* FindFunction(std::u16string_view name);
 /// Calls a plug-in's function in the context of `file`. 0 and the value, 1201/1202 for a wrong number of arguments, or

@@ -51,7 +51,6 @@ Registry& StepRegistry() {
 }
 
 const std::vector<Registration>& Functions() { return FunctionRegistry().entries(); }
-const std::vector<Registration>& ScriptSteps() { return StepRegistry().entries(); }
 
 const Registration* FindFunction(std::u16string_view name) {
   for (const auto& entry : Functions()) {
