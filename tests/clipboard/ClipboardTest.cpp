@@ -20,7 +20,8 @@ using Names = std::vector<std::string>;
 std::int64_t now = 0;
 
 const Names kStepTypes = BuildClipboardTypeCandidates("XMSS");
-constexpr char kSnippet[] = "<fmxmlsnippet type=\"FMObjectList\"><Step id=\"93\"/></fmxmlsnippet>";
+constexpr char kSnippet[] =
+    "<?xml version=\"1.0\"?><fmxmlsnippet type=\"FMObjectList\"><Step id=\"93\"/></fmxmlsnippet>";
 const FakePasteboard::Item kCopiedText = {{FakePasteboard::kText, kSnippet}};
 
 struct ClipboardTest : testing::Test {
@@ -88,9 +89,10 @@ TEST_F(ClipboardTest, NamesTheLastTypeThatTheGeneralViewRefusesAndWritesTheOther
     EXPECT_EQ(fake.items.front().size(), kStepTypes.size()) << "all but one, and the text";
   }
   fake.refused = {"SetString"};
-  std::string error;
-  EXPECT_FALSE(Clipboard::SetXML("XMSS", kSnippet, error));
-  EXPECT_EQ(error, "ERROR: NSPasteboard setString failed");
+  for (const auto& call :
+       {CallHandler(Do_SetXMLClipboard, {"XMSS", kSnippet}), CallHandler(Do_SetTextClipboard, {"x"})}) {
+    EXPECT_EQ(call, "ERROR: NSPasteboard setString failed");
+  }
 }
 
 TEST_F(ClipboardTest, WritesNeitherTextNorTypeNamesThatAreNotUtf8) {
@@ -232,6 +234,26 @@ TEST_F(ClipboardTest, IdleTriesWhatFailedAgain) {
     fake.refused.clear();
     IdleAfter(copied);
     ExpectXml(code, copied.front().second);
+  }
+}
+
+TEST_F(ClipboardTest, IdleKeepsContentTogetherThatAnotherProgramReplacesMeanwhile) {
+  const FakePasteboard::Item copies[] = {kCopiedText, {{"Mac-XMTB", "<fmxmlsnippet><BaseTable/></fmxmlsnippet>"}}};
+  for (const bool textFirst : {true, false}) {
+    std::size_t calls = 1;
+    for (std::size_t call = 1; call <= calls; ++call, now += 1000) {
+      fake.calls.clear();
+      fake.onCall = [&] {
+        if (fake.calls.size() == call) fake.Replace(copies[textFirst]);
+      };
+      IdleAfter(copies[!textFirst]);
+      calls = fake.calls.size();
+      fake.onCall = nullptr;
+      for (int i = 0; i < 3; ++i, now += 1000) KeepClipboardConvertible();
+      ExpectXml(fake.Bytes("Mac-XMTB").empty() ? "XMSS" : "XMTB", fake.Text());
+      g_lastMirroredClipboardHash = g_lastPreparedClipboardHash = 0;
+    }
+    EXPECT_GT(calls, 8u) << "it met a whole write";
   }
 }
 

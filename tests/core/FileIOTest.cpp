@@ -98,6 +98,7 @@ TEST(POSIXPath, LosesItsFirstComponentAndNothingElse) {
       {"/Größe/漢 字", "/漢 字"},
       {"filemac:/Macintosh HD/x", "filemac:/Macintosh HD/x"},
       {"/x", "/x"},
+      {"/Volume/", "/"},
       {"/", "/"},
       {"", ""},
   };

@@ -74,7 +74,9 @@ TEST_F(PluginBinary, AnswersItsStrings) {
       {130, u""}, {131, u"Vrnx1nnYYnn"}, {132, calc::ToUtf16(kGuideUrl)},
       {133, u""}};
   for (const auto& [id, text] : cases) EXPECT_EQ(AskString(id), text) << id;
-  EXPECT_EQ(AskString(129, 10), u"Varnix ba");
+  for (std::size_t capacity = 1; capacity < 100; ++capacity) {
+    EXPECT_EQ(AskString(129, capacity), cases[2].second.substr(0, capacity - 1));
+  }
   EXPECT_EQ(AskString(131, 3), u"Vrnx1nnYYnn") << "the options are written whole whatever the capacity";
 }
 
@@ -159,6 +161,20 @@ TEST_F(PluginBinary, StaysDisabledInAnOldHost) {
   EXPECT_TRUE(fmhost::Functions().empty());
   call_.extnVersion = 56;
   EXPECT_EQ(Initialise(), 76u);
+}
+
+TEST_F(PluginBinary, OnlyTheRefusalOfItsFirstFunctionDisablesIt) {
+  const fmx::QuadCharUniquePtr other('O', 't', 'h', 'r');
+  const fmx::TextUniquePtr name;
+  for (const auto& [taken, result] : {std::pair{"Varnix.ListFiles", 76}, {"Varnix.Version", -2}}) {
+    name->Assign(taken, fmx::Text::kEncoding_UTF8);
+    const auto never = [](short, const fmx::ExprEnv&, const fmx::DataVect&, fmx::Data&) -> fmx::errcode { return 0; };
+    ASSERT_EQ(fmx::ExprEnv::RegisterExternalFunctionEx(*other, 1, *name, *name, *name, 0, 0, 0, never), 0);
+    EXPECT_EQ(Initialise(), static_cast<fmx::ptrtype>(result));
+    EXPECT_EQ(fmhost::Functions().size(), 19u) << "the others are registered";
+    Send(kFMXT_Shutdown);
+    fmx::ExprEnv::UnRegisterExternalFunction(*other, 1);
+  }
 }
 
 TEST_F(PluginBinary, RestoresASavedSignIn) {

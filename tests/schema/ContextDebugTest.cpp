@@ -30,7 +30,7 @@ struct ContextDebug : testing::Test {
 TEST_F(ContextDebug, ReportsTheWholeContext) {
   g_registered = true;
   g_baseUrl = "http://127.0.0.1:8765";
-  g_registeredFileName = "Sales";
+  g_registeredFileName = "Shop";
   g_pendingTargetFileName = "Con\"tacts";
   g_pendingSchemaReady = true;
   host.answers = {{"Get(FileName)", "Sales"},
@@ -41,13 +41,14 @@ TEST_F(ContextDebug, ReportsTheWholeContext) {
                   {"Get(PrivilegeSetName)", "[Full Access]"},
                   {"ScriptNames(\"Sales\")", "Start\rVarnix Live Push"},
                   {LivePushTest("\"Sales\""), "1"}};
-  EXPECT_EQ(CallHandler(Do_DebugContext),
-            "{\"pluginVersion\":\"1.6.16\",\"registered\":true,\"baseUrl\":\"http://127.0.0.1:8765\","
-            "\"registeredFile\":\"Sales\",\"pendingTarget\":\"Con\\\"tacts\",\"pendingSchemaReady\":true,"
-            "\"currentFile\":\"Sales\",\"targetFile\":\"Sales\",\"windowName\":\"Sales - Main\",\"account\":\"Admin\","
-            "\"privilegeSet\":\"[Full Access]\",\"windowNames\":[\"Sales - Main\",\"Contacts\"],"
-            "\"databaseNames\":[\"Sales\",\"Contacts\"],\"activeFiles\":[\"Sales\",\"Sales - Main\",\"Contacts\"],"
-            "\"targetScriptNames\":[\"Start\",\"Varnix Live Push\"],\"livePushVisible\":\"1\"}");
+  EXPECT_EQ(
+      CallHandler(Do_DebugContext),
+      "{\"pluginVersion\":\"1.6.16\",\"registered\":true,\"baseUrl\":\"http://127.0.0.1:8765\","
+      "\"registeredFile\":\"Shop\",\"pendingTarget\":\"Con\\\"tacts\",\"pendingSchemaReady\":true,"
+      "\"currentFile\":\"Sales\",\"targetFile\":\"Sales\",\"windowName\":\"Sales - Main\",\"account\":\"Admin\","
+      "\"privilegeSet\":\"[Full Access]\",\"windowNames\":[\"Sales - Main\",\"Contacts\"],"
+      "\"databaseNames\":[\"Sales\",\"Contacts\"],\"activeFiles\":[\"Sales\",\"Shop\",\"Sales - Main\",\"Contacts\"],"
+      "\"targetScriptNames\":[\"Start\",\"Varnix Live Push\"],\"livePushVisible\":\"1\"}");
   EXPECT_EQ(host.asked, (Strings{"Get(FileName)", "Get(WindowName)", "WindowNames", "DatabaseNames", "Get(AccountName)",
                                  "Get(PrivilegeSetName)", "Get(FileName)", "WindowNames", "DatabaseNames",
                                  "ScriptNames(\"Sales\")", LivePushTest("\"Sales\"")}));
@@ -67,11 +68,12 @@ TEST_F(ContextDebug, ShowsTheCurrentFilesScriptsForATargetThatCannotBeRead) {
 }
 
 TEST_F(ContextDebug, IsCompleteWhenNothingCanBeEvaluated) {
+  g_registeredFileName = "Shop";
   const std::string expected =
       "{\"pluginVersion\":\"1.6.16\",\"registered\":false,\"baseUrl\":\"" + std::string(kDefaultBaseUrl) +
-      "\",\"registeredFile\":\"\",\"pendingTarget\":\"\",\"pendingSchemaReady\":false,\"currentFile\":\"\","
+      "\",\"registeredFile\":\"Shop\",\"pendingTarget\":\"\",\"pendingSchemaReady\":false,\"currentFile\":\"\","
       "\"targetFile\":\"\",\"windowName\":\"\",\"account\":\"\",\"privilegeSet\":\"\",\"windowNames\":[],"
-      "\"databaseNames\":[],\"activeFiles\":[],\"targetScriptNames\":[],\"livePushVisible\":\"\"}";
+      "\"databaseNames\":[],\"activeFiles\":[\"Shop\"],\"targetScriptNames\":[],\"livePushVisible\":\"\"}";
   EXPECT_EQ(CallHandler(Do_DebugContext), expected);
   EXPECT_EQ(host.asked.back(), "DatabaseNames") << "without a target no scripts are asked for";
   EXPECT_EQ(BuildContextDebug(nullptr, ""), expected);

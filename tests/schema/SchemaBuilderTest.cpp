@@ -16,7 +16,7 @@ const std::string kQuery =
 struct SchemaBuilder : testing::Test {
   SchemaBuilder() {
     host.answers = {
-        {"Get(FileName)", "Sales"}, {"Get(AccountName)", "Admin"}, {"Get(PrivilegeSetName)", "[Full Access]"}};
+        {"Get(FileName)", "Sales"}, {"Get(AccountName)", "CORP\\Admin"}, {"Get(PrivilegeSetName)", "[Full Access]"}};
   }
   std::string Tables(const std::string& queryResult) {
     host.answers[kQuery] = queryResult;
@@ -36,7 +36,7 @@ TEST_F(SchemaBuilder, TakesTablesFromTheQueryAndNamesFromDesignFunctions) {
   host.answers["PrivilegeSetNames(Get(FileName))"] = "[Full Access]";
   host.answers["CustomFunctionNames(\"Sales\")"] = "Add\nSub";
   EXPECT_EQ(CallHandler(Do_GetSchema),
-            "{\"file\":\"Sales\",\"account\":\"Admin\",\"tables\":["
+            "{\"file\":\"Sales\",\"account\":\"CORP\\\\Admin\",\"tables\":["
             "{\"name\":\"Orders\",\"fields\":[{\"name\":\"ID\",\"type\":\"varchar\",\"class\":\"Normal\"},"
             "{\"name\":\"Total \\\"net\\\"\",\"type\":\"decimal\",\"class\":\"Calculated\"}]},"
             "{\"name\":\"Äpfel\",\"fields\":[{\"name\":\"n\",\"type\":\"date\",\"class\":\"Summary\"}]}],"
@@ -84,7 +84,7 @@ TEST_F(SchemaBuilder, AddressesAnotherFileByItsNameEvenIfOnlyTheCaseDiffers) {
   host.answers["CustomFunctionNames(\"sales\")"] = "?";
   host.answers["CustomFunctionNames()"] = "Own";
   EXPECT_EQ(CallHandler(Do_GetSchema, {"sales"}),
-            "{\"file\":\"sales\",\"account\":\"Admin\",\"tables\":[{\"name\":\"T\",\"fields\":[{\"name\":\"f\","
+            "{\"file\":\"sales\",\"account\":\"CORP\\\\Admin\",\"tables\":[{\"name\":\"T\",\"fields\":[{\"name\":\"f\","
             "\"type\":\"\",\"class\":\"\"}]}],\"scripts\":[],\"layouts\":[],\"valueLists\":[],\"privilegeSets\":[],"
             "\"customFunctions\":[\"Own\"]}");
   EXPECT_EQ(host.asked, (Strings{"Get(FileName)", "Get(AccountName)", "Get(PrivilegeSetName)", "TableNames(\"sales\")",

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <functional>
 #include <set>
 #include <string>
 #include <utility>
@@ -24,8 +25,12 @@ struct FakePasteboard {
   /// Calls to refuse, as they are recorded: "PutFlavor Mac-XMSS", "ClearItems", "SetString".
   std::set<std::string> refused;
   std::vector<std::string> calls;
+  /// Called before each of them is carried out.
+  std::function<void()> onCall;
   /// How often the content was replaced.
   int writes = 0;
+  /// Whether it still is what was written here; only that may be added to.
+  bool isOurs = false;
 
   static constexpr char kText[] = "public.utf8-plain-text";
 
@@ -37,11 +42,12 @@ struct FakePasteboard {
 
   bool Accept(const std::string& call) {
     calls.push_back(call);
+    if (onCall) onCall();
     return !refused.contains(call);
   }
 
   bool Put(const std::string& call, const std::string& type, const std::string& bytes) {
-    if (!Accept(call)) return false;
+    if (!Accept(call) || !isOurs) return false;
     if (items.empty()) items.emplace_back();
     items.front().emplace_back(type, bytes);
     return true;
@@ -72,6 +78,7 @@ struct FakePasteboard {
   void Replace(Item item) {
     items = {std::move(item)};
     declared.clear();
+    isOurs = false;
   }
 };
 
@@ -88,7 +95,7 @@ class FakePasteboardAccess : public Pasteboard {
     fake_.items.clear();
     fake_.declared.clear();
     ++fake_.writes;
-    return fake_.isSynchronized = true;
+    return fake_.isOurs = fake_.isSynchronized = true;
   }
   bool PutFlavor(const std::string& type, const std::string& bytes) override {
     return fake_.Put("PutFlavor " + type, type, bytes);
@@ -104,6 +111,7 @@ class FakePasteboardAccess : public Pasteboard {
   void DeclareTypes(bool text, const std::vector<std::string>& types) override {
     ++fake_.writes;
     fake_.items.clear();
+    fake_.isOurs = true;
     fake_.declared = types;
     if (text) fake_.declared.insert(fake_.declared.begin(), FakePasteboard::kText);
     fake_.Accept("DeclareTypes");
