@@ -53,7 +53,7 @@ TEST_F(PasteboardMacTest, TellsWhatTheSystemRefusesOrRaisesAt) {
       {{"gone"}, [&] { return !access->Types().empty(); }},
       {{"gone"}, [&] { return access->DeclareTypes(true, {"B"}), fake.items.empty(); }},
   };
-  ASSERT_TRUE(access->OpenItems());
+  ASSERT_TRUE(access->OpenItems() && access->ClearItems());
   fake.items = {{{"A", "data"}, {kText, "text"}}};
   fake.declared = {"A", kText};
   for (const auto& [refusals, call] : cases) {
@@ -69,7 +69,7 @@ TEST_F(PasteboardMacTest, TellsWhatTheSystemRefusesOrRaisesAt) {
 }
 
 TEST_F(PasteboardMacTest, ReachesTheSystemWithNothingThatIsNotUtf8) {
-  ASSERT_TRUE(access->OpenItems());
+  ASSERT_TRUE(access->OpenItems() && access->ClearItems());
   ASSERT_TRUE(access->PutFlavor(kText, "\xFF"));
   fake.calls.clear();
   std::string bytes = "untouched";
@@ -88,7 +88,7 @@ TEST_F(PasteboardMacTest, KeepsNothingAliveBeyondAnAccess) {
     const auto pasteboard = Pasteboard::Open();
     std::string bytes;
     pasteboard->OpenItems();
-    pasteboard->OpenItems();
+    pasteboard->ClearItems();
     pasteboard->PutFlavor("A", "x");
     pasteboard->CopyFlavor(1, "A", bytes);
     pasteboard->DeclareTypes(true, {"A"});
