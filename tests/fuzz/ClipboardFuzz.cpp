@@ -1,12 +1,8 @@
 // Whatever stands on the clipboard: the kind is that of the first mark in the rule's order, and a header is dropped
 // only in front of a snippet.
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <string>
-
 #include "clipboard/Clipboard.h"
 #include "clipboard/ClipboardTypes.h"
+#include "tests/fuzz/Fuzz.h"
 #include "tests/support/FakePasteboard.h"
 
 namespace {
@@ -22,23 +18,20 @@ std::string KindOf(const std::string& xml) {
 }
 
 std::string WithoutHeader(const std::string& data) {
-  if (data.size() < 5 || data[0] == '<') return data;
-  const std::string rest = data.substr(4);
-  return rest.find("<fmxmlsnippet") == rest.npos ? data : rest;
+  const bool hasHeader = data.size() > 4 && data[0] != '<' && data.find("<fmxmlsnippet", 4) != data.npos;
+  return data.substr(hasHeader ? 4 : 0);
 }
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string text(reinterpret_cast<const char*>(data), size);
+void Try(const std::string& input) {
   FakePasteboard pasteboard;
   FakePasteboard::Current() = &pasteboard;
   // Also with a snippet surely there, and over more than one of the blocks that are searched at a time.
-  for (const std::string& bytes : {text, text + "<fmxmlsnippet>" + text, std::string(40'000, ' ') + text}) {
-    if (DetectXmlClipboardType(bytes) != KindOf(bytes)) std::abort();
+  for (const std::string& bytes : {input, input + "<fmxmlsnippet>" + input, std::string(40'000, ' ') + input}) {
+    Check(DetectXmlClipboardType(bytes) == KindOf(bytes));
     pasteboard.Replace({{"Mac-XMSS", bytes}});
     std::string xml, error;
-    if (!Clipboard::GetXML("XMSS", xml, error) || xml != WithoutHeader(bytes)) std::abort();
+    Check(Clipboard::GetXML("XMSS", xml, error) && xml == WithoutHeader(bytes));
   }
-  return 0;
 }

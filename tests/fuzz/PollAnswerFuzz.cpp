@@ -1,16 +1,13 @@
 // Whatever the service answers to polls: each line of the input is an answer, and with it all idle calls and jobs that
 // follow. What is told to the service is JSON under the account's own address, and a poll is always due again.
-#include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 #include <nlohmann/json.hpp>
-#include <string>
+#include <sstream>
 
 #include "bridge/BridgeState.h"
 #include "core/Utf8.h"
 #include "net/VersionCheck.h"
 #include "tests/bridge/BridgeTest.h"
+#include "tests/fuzz/Fuzz.h"
 
 namespace {
 
@@ -21,11 +18,10 @@ class Bridge : public BridgeTest {
     CarryOut(answer);
     Idle();
     RunJobs();
-    if (g_pollInFlight || g_versionCheckInFlight) std::abort();
+    Check(!g_pollInFlight && !g_versionCheckInFlight);
     for (const auto& request : requests) {
-      if (!request.url.starts_with("http://s/")) std::abort();
-      const bool isJson = request.body.empty() || nlohmann::json::accept(request.body);
-      if (!isJson && IsUtf8(answer)) std::abort();
+      Check(request.url.starts_with("http://s/"));
+      Check(request.body.empty() || nlohmann::json::accept(request.body) || !IsUtf8(answer));
     }
     requests.clear();
   }
@@ -36,14 +32,9 @@ class Bridge : public BridgeTest {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void Try(const std::string& input) {
   testing::GTEST_FLAG(break_on_failure) = true;
   Bridge bridge;
-  const std::string input(reinterpret_cast<const char*>(data), size);
-  for (std::size_t begin = 0; begin < size;) {
-    const std::size_t end = std::min(input.find('\n', begin), size);
-    bridge.Answer(input.substr(begin, end - begin));
-    begin = end + 1;
-  }
-  return 0;
+  std::istringstream answers(input);
+  for (std::string answer; std::getline(answers, answer);) bridge.Answer(answer);
 }

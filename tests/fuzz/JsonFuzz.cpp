@@ -1,0 +1,19 @@
+// Any text comes out of the JSON routines as the reference has it, alone and repeated over many blocks. Its first line
+// is also the key to look for.
+#include "net/Json.h"
+
+#include "tests/fuzz/Fuzz.h"
+#include "tests/net/JsonReference.h"
+
+void Try(const std::string& input) {
+  const std::string key = input.substr(0, input.find('\n'));
+  std::string text = input;
+  for (int round = 0; round < 3; ++round, text += text + "x") {
+    Check(JsonEscape(text) == reference::JsonEscape(text));
+    Check(NlToJsonArray(text) == reference::NlToJsonArray(text));
+    // Also with the key surely there, behind and before the text: few inputs hold it by themselves.
+    for (const std::string& json : {text, text + "\"" + key + "\":\"" + text}) {
+      Check(JsonGetString(json, key) == reference::JsonGetString(json, key));
+    }
+  }
+}
