@@ -5,10 +5,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <cstdint>
-#include <cstdlib>
-#include <stdexcept>
 #include <utility>
 
 namespace {
@@ -16,9 +13,11 @@ namespace {
 constexpr std::chrono::seconds kPatience{10};
 constexpr std::string_view kHeadEnd = "\r\n\r\n";
 
-std::size_t ContentLength(std::string_view head) {
-  const std::size_t at = head.find("\r\nContent-Length: ");
-  return at == head.npos ? 0 : std::strtoull(head.data() + at + 18, nullptr, 10);
+/// The size of the request that `bytes` begin with, SIZE_MAX before its head is complete.
+std::size_t RequestSize(const std::string& bytes) {
+  const std::size_t headEnd = bytes.find(kHeadEnd), length = bytes.find("\r\nContent-Length: ");
+  if (headEnd == bytes.npos) return SIZE_MAX;
+  return headEnd + kHeadEnd.size() + (length < headEnd ? std::stoul(bytes.substr(length + 18, 20)) : 0);
 }
 
 }  // namespace
@@ -30,10 +29,9 @@ LoopbackServer::LoopbackServer(Handler handler)
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
   socklen_t length = sizeof address;
   const auto where = reinterpret_cast<sockaddr*>(&address);
-  if (bind(listener_, where, length) != 0 || listen(listener_, 100) != 0 ||
-      getsockname(listener_, where, &length) != 0) {
-    throw std::runtime_error("no port to listen on");
-  }
+  bind(listener_, where, length);
+  listen(listener_, 100);
+  getsockname(listener_, where, &length);
   port_ = ntohs(address.sin_port);
   acceptor_ = std::thread([this] { Accept(); });
 }
@@ -85,56 +83,45 @@ std::vector<std::string> LoopbackServer::WaitForRequests(std::size_t count) {
   return requests_;
 }
 
+bool LoopbackServer::Connection::Receive() {
+  char buffer[1 << 18];
+  const ssize_t count = recv(socket_, buffer, sizeof buffer, 0);
+  if (count > 0) ahead_.append(buffer, static_cast<std::size_t>(count));
+  return count > 0;
+}
+
 std::string LoopbackServer::Connection::ReadRequest() {
-  std::string& bytes = ahead_;
-  for (;;) {
-    const std::size_t headEnd = bytes.find(kHeadEnd);
-    if (headEnd != bytes.npos) {
-      const std::size_t size = headEnd + kHeadEnd.size() + ContentLength(bytes.substr(0, headEnd));
-      if (bytes.size() >= size) {
-        std::string request = bytes.substr(0, size);
-        bytes.erase(0, size);
-        const std::lock_guard lock(server_.mutex_);
-        server_.requests_.push_back(request);
-        server_.changed_.notify_all();
-        return request;
-      }
-    }
-    char buffer[65536];
-    const ssize_t count = recv(socket_, buffer, sizeof buffer, 0);
-    if (count <= 0) return "";
-    bytes.append(buffer, static_cast<std::size_t>(count));
+  while (RequestSize(ahead_) > ahead_.size()) {
+    if (!Receive()) return "";
   }
+  std::string request = ahead_.substr(0, RequestSize(ahead_));
+  ahead_.erase(0, request.size());
+  const std::lock_guard lock(server_.mutex_);
+  server_.requests_.push_back(request);
+  server_.changed_.notify_all();
+  return request;
 }
 
 bool LoopbackServer::Connection::SkipRequest() {
-  std::string head;
-  std::string buffer(1 << 20, '\0');
-  for (std::size_t received = 0, size = SIZE_MAX; received < size;) {
-    const ssize_t count = recv(socket_, buffer.data(), buffer.size(), 0);
-    if (count <= 0) return false;
-    received += static_cast<std::size_t>(count);
-    if (size != SIZE_MAX) continue;
-    head.append(buffer, 0, static_cast<std::size_t>(count));
-    const std::size_t headEnd = head.find(kHeadEnd);
-    if (headEnd != head.npos) size = headEnd + kHeadEnd.size() + ContentLength(head.substr(0, headEnd));
+  std::size_t left = 0;
+  while ((left = RequestSize(ahead_)) == SIZE_MAX) {
+    if (!Receive()) return false;
   }
+  while (ahead_.size() < left) {
+    left -= ahead_.size();
+    ahead_.clear();
+    if (!Receive()) return false;
+  }
+  ahead_.erase(0, left);
   return true;
 }
 
-bool LoopbackServer::Connection::Send(std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t count = send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
-    if (count <= 0) return false;
-    bytes.remove_prefix(static_cast<std::size_t>(count));
-  }
-  return true;
+bool LoopbackServer::Connection::Send(std::string_view bytes) {  // blocks until all is sent or refused
+  return send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL) == static_cast<ssize_t>(bytes.size());
 }
 
 void LoopbackServer::Connection::WaitForEnd() {
-  char ignored[4096];
-  while (recv(socket_, ignored, sizeof ignored, 0) > 0) {
-  }
+  while (Receive()) continue;
 }
 
 bool LoopbackServer::Connection::Sleep(std::chrono::milliseconds time) {

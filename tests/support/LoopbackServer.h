@@ -30,6 +30,7 @@ class LoopbackServer {
    private:
     friend class LoopbackServer;
     Connection(LoopbackServer& server, int socket) : server_(server), socket_(socket) {}
+    bool Receive();
     LoopbackServer& server_;
     const int socket_;
     std::string ahead_;  // read beyond the last request
