@@ -90,6 +90,7 @@ TEST_F(PasteboardMacTest, KeepsNothingAliveBeyondAnAccess) {
     pasteboard->OpenItems();
     pasteboard->ClearItems();
     pasteboard->PutFlavor("A", "x");
+    fake.items = {{{"A", "x"}}};
     pasteboard->CopyFlavor(1, "A", bytes);
     pasteboard->DeclareTypes(true, {"A"});
     pasteboard->SetData("A", "x");
