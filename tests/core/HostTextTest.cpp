@@ -18,7 +18,7 @@ fmx::errcode Echo(short, const fmx::ExprEnv&, const fmx::DataVect& args, fmx::Da
 
 TEST(GetTextArg, PassesAnyTextUpToItsFirstZeroCharacter) {
   const ScriptedHost host;
-  const std::string cases[] = {"", "plain", "\r\n\t", "Größe", "顧客", "🎻 e\xCC\x81", std::string(100000, 'x') + "ß"};
+  const std::string cases[] = {"", "plain", "\r\n\t", "Größe", "顧客", "🎻 e\xCC\x81", std::string(50 << 20, 'x') + "ß"};
   for (const auto& text : cases) EXPECT_EQ(CallHandler(Echo, {text}), text);
   EXPECT_EQ(CallHandler(Echo, {"before\0after"s}), "before");
   EXPECT_EQ(CallHandler(Echo), "") << "an argument that was not given";
@@ -45,27 +45,6 @@ TEST(CopyUTF8ToUnichar16, CutsToTheCapacityAndAlwaysTerminates) {
     CopyUTF8ToUnichar16(text, capacity, reinterpret_cast<unsigned short*>(buffer.data()));
     EXPECT_EQ(buffer.substr(0, expected.size() + 1), expected + u'\0') << text;
     EXPECT_EQ(buffer[capacity], u'~') << text << " was written beyond its capacity";
-  }
-}
-
-// Whatever the host refuses, every object is given back (the scripted host checks that when it ends).
-TEST(HostExceptions, PassThroughWithoutLeavingObjectsBehind) {
-  ScriptedHost host;
-  host.answers = {{"1", "one"}};
-  const auto work = [] {
-    const fmx::ExprEnvUniquePtr env;
-    const fmx::DataUniquePtr result;
-    SetTextResult(EvalCalc(env.get(), "1"), *result);
-    unsigned short buffer[8];
-    CopyUTF8ToUnichar16("x", 8, buffer);
-  };
-  const char* calls[] = {"FM_Text_Constructor1", "FM_Data_Constructor1",   "FM_Text_Assign",
-                         "FM_ExprEnv_Evaluate",  "FM_Data_GetAsText",      "FM_Text_GetSize",
-                         "FM_Text_GetBytes",     "FM_Data_GetLocale",      "FM_Data_SetAsText",
-                         "FM_Text_GetUnicode",   "FM_ExprEnv_Constructor1"};
-  for (const char* call : calls) {
-    fmhost::InjectException(call, fmx::_fmxcpt::kBadAlloc);
-    EXPECT_THROW(work(), std::bad_alloc) << call;
   }
 }
 
