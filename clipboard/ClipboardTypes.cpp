@@ -90,7 +90,8 @@ std::size_t BestTagMark(std::string_view text, std::size_t begin, std::size_t en
   return best;
 }
 
-// Whether `mark` has its first `rare` within [begin, end): a letter that XML has less of than what the mark begins with.
+// Whether `mark` has its first `rare` within [begin, end): a letter that XML has less of than what the mark begins
+// with.
 bool HoldsMark(std::string_view text, std::size_t begin, std::size_t end, std::string_view mark, char rare) {
   const std::size_t offset = mark.find(rare);
   for (auto at = begin; at < end; ++at) {

@@ -22,7 +22,8 @@ class LinuxPasteboard : public Pasteboard {
   }
 
   void DeclareTypes(bool text, const std::vector<std::string>& types) override {
-    draft_ = clipboard_.Acquire() ? std::make_shared<PasteboardContent>(text, types) : nullptr;
+    auto draft = std::make_shared<PasteboardContent>(text, types);  // before others wait for it to be published
+    draft_ = clipboard_.Acquire() ? std::move(draft) : nullptr;
   }
   bool SetData(const std::string& type, const std::string& bytes) override {
     return draft_ != nullptr && draft_->Set(type, bytes);

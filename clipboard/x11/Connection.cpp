@@ -152,11 +152,6 @@ Property Connection::Take(xcb_window_t window, xcb_atom_t property) {
   }
 }
 
-bool Connection::IsOwnWindow(xcb_window_t window) const {
-  const xcb_setup_t* const setup = xcb_get_setup(connection_);
-  return (window & ~setup->resource_id_mask) == setup->resource_id_base;
-}
-
 void Connection::Watch(xcb_window_t window) {
   if (++watched_[window] > 1) return;
   xcb_change_window_attributes(connection_, window, XCB_CW_EVENT_MASK, &kWatchedEvents);

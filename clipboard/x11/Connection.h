@@ -86,7 +86,6 @@ class Connection {
   xcb_window_t OwnerOf(xcb_atom_t selection);
   /// Reads a property and deletes it. Nothing when it is larger than kMaxValueBytes.
   Property Take(xcb_window_t window, xcb_atom_t property);
-  bool IsOwnWindow(xcb_window_t window) const;
 
   /// Asks for the property and destruction events of another program's window, and, once for each time, no longer.
   void Watch(xcb_window_t window);

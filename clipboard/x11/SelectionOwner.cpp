@@ -145,7 +145,7 @@ void SelectionOwner::HandleRequest(const xcb_selection_request_event_t& request)
   const bool isMultiple = request.target == atoms.multiple;
   // Old programs give no property and look for the answer under the target's name.
   const xcb_atom_t property = request.property == XCB_NONE && !isMultiple ? request.target : request.property;
-  const bool valid = owns_ && request.selection == atoms.clipboard && !connection_.IsOwnWindow(request.requestor);
+  const bool valid = owns_ && request.selection == atoms.clipboard;
   const bool answered = valid && (isMultiple ? AnswerMultiple(request.requestor, property)
                                              : Answer(request.requestor, request.target, property));
   struct {
