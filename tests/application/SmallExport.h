@@ -41,9 +41,8 @@ inline std::string Exit(const std::string& formula) {
 /// What a small file holds besides one table "Orders" with the field "Total".
 struct SmallFile {
   std::string name = "Small";
-  std::string steps{};               ///< of its script "Go"
-  std::string fullAccess = "False";  ///< whether "Go" runs with full access
-  std::string language = "English";
+  std::string steps{};                 ///< of its script "Go"
+  std::string fullAccess = "False";    ///< whether "Go" runs with full access
   std::string privilegeSet = "1";      ///< of its account "Me": 1, full access, or 4, which has no extended privilege
   std::string privilege = "fmplugin";  ///< extended privilege of set 1
 };
@@ -53,8 +52,8 @@ class SmallExports : public FolderTest {
   /// Writes the export and returns its path.
   std::string Write(const SmallFile& file) {
     const std::string path = folder_ + "/" + file.name + ".xml";
-    std::ofstream(path) << R"(<FMSaveAsXML version="2.2.3.0" File=")" << file.name << R"(.fmp12" locale=")"
-                        << file.language << R"("><Structure><AddAction>
+    std::ofstream(path) << R"(<FMSaveAsXML version="2.2.3.0" File=")" << file.name
+                        << R"(.fmp12" locale="English"><Structure><AddAction>
 <BaseTableCatalog><BaseTable id="129" name="Orders"></BaseTable></BaseTableCatalog>
 <TableOccurrenceCatalog><TableOccurrence id="1065089" name="Orders"><BaseTableSourceReference>
 <BaseTableReference id="129"></BaseTableReference></BaseTableSourceReference></TableOccurrence></TableOccurrenceCatalog>

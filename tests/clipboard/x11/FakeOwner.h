@@ -17,9 +17,8 @@ void AdvanceClock(std::int64_t milliseconds);
 
 enum class Manner {
   kObliging,
-  kSilent,       // never answers
-  kRefusing,     // refuses every request
-  kAnswersLate,  // answers a request, with the bytes "late", only when the next one has come
+  kSilent,    // never answers
+  kRefusing,  // refuses every request
   // Those that send their content in pieces:
   kStalls,    // sends the first piece of its content and no other
   kTrickles,  // sends pieces of one byte, 400 ms apart, for ever
@@ -57,11 +56,9 @@ class FakeOwner {
 
   void Handle(const Request& request) {
     ++requests_;
-    const Request previous = std::exchange(last_, request);
+    last_ = request;
     if (manner_ == Manner::kSilent) return;
     if (manner_ == Manner::kRefusing) return client_.Answer(request, XCB_NONE, 8, "");
-    if (manner_ == Manner::kAnswersLate && previous.requestor == XCB_NONE) return;
-    if (manner_ == Manner::kAnswersLate) Answer(previous, "late");
     if (manner_ < Manner::kStalls || request.target == client_.Atom("TARGETS")) return Answer(request, bytes_);
 
     isIncremental_ = true;

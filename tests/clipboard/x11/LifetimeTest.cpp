@@ -1,28 +1,18 @@
-// Servers that are missing, hang, die and come back; programs that end and unload.
+// Servers that are missing, hang, die and are followed by others; programs that end and unload.
 #include <dlfcn.h>
 
-#include <csignal>
 #include <filesystem>
-#include <semaphore>
 
 #include "tests/clipboard/x11/PasteboardFixture.h"
-#include "tests/support/LoopbackServer.h"
 
 namespace {
 
-struct PasteboardLifetime : PasteboardFixture {
-  void ExpectOursUntilItIsServed() {
-    while (other_->OwnerOf("CLIPBOARD") == XCB_NONE) {
-      AdvanceClock(x11::kReconnectPauseMs);
-      EXPECT_EQ(Text(), "ours");
-    }
-  }
-};
+using PasteboardLifetime = PasteboardFixture;
 
 std::ptrdiff_t ThreadCount() { return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {}); }
 
 TEST_F(PasteboardLifetime, WithoutADisplayThePasteboardIsInsideTheProcess) {
-  for (const char* const display : {"", ":", "nowhere.invalid:0", "/no/such/socket"}) {
+  for (const char* const display : {"", "/no/such/socket"}) {
     ConnectTo(display);
     ASSERT_TRUE(Write("text", {"XMSS", "XMSC"}));
     EXPECT_EQ(AllTypes(), (Types{kPlainTextType, "XMSS", "XMSC"}));
@@ -41,20 +31,11 @@ TEST_F(PasteboardLifetime, OurContentSurvivesTheServerAndGoesToTheNext) {
   server_.emplace();
   other_.emplace(server_->display());
   ConnectTo(server_->display());
-  ExpectOursUntilItIsServed();
-  EXPECT_EQ(XclipPastes("XMSS"), "ours");
-}
-
-TEST_F(PasteboardLifetime, TheThreadTakesNoSignalOfTheHosts) {
-  ASSERT_TRUE(Write("text", {}));
-  sigset_t ours;
-  sigemptyset(&ours);
-  for (const int number : {SIGPIPE, SIGINT, SIGTERM, SIGUSR1}) sigaddset(&ours, number);
-  pthread_sigmask(SIG_BLOCK, &ours, nullptr);
-  for (const int number : {SIGPIPE, SIGINT, SIGTERM, SIGUSR1}) {
-    kill(getpid(), number);  // ends the process when the thread takes it
-    EXPECT_EQ(sigwaitinfo(&ours, nullptr), number);
+  while (other_->OwnerOf("CLIPBOARD") == XCB_NONE) {
+    AdvanceClock(x11::kReconnectPauseMs);
+    EXPECT_EQ(Text(), "ours");
   }
+  EXPECT_EQ(XclipPastes("XMSS"), "ours");
 }
 
 TEST_F(PasteboardLifetime, AServerThatHangsIsGivenUpAndHoldsNoExit) {
@@ -66,26 +47,6 @@ TEST_F(PasteboardLifetime, AServerThatHangsIsGivenUpAndHoldsNoExit) {
   EXPECT_EQ(RunProcess({SHORT_LIVED_PROGRAM}).status, 0);
 }
 
-TEST_F(PasteboardLifetime, AServerThatNeverAnswersIsWaitedForOnce) {
-  std::counting_semaphore<> tried{0}, hangUps{0};
-  LoopbackServer silent([&](auto&) {
-    tried.release();
-    hangUps.acquire();
-  });
-  ConnectTo("127.0.0.1:" + std::to_string(silent.port() - 6000));  // the port of display 0
-  ASSERT_TRUE(Write("ours", {}));
-  for (auto attempts = kMaxSeconds * 1000 / x11::kServerPatienceMs; attempts > 0;) {  // too many to wait for each
-    if (tried.try_acquire()) {
-      hangUps.release();
-      --attempts;
-    }
-    AdvanceClock(x11::kReconnectPauseMs);
-    EXPECT_EQ(Text(), "ours");
-  }
-  ConnectTo(server_->display());
-  ExpectOursUntilItIsServed();
-}
-
 TEST_F(PasteboardLifetime, UnloadingLeavesNeitherCodeNorThreads) {
   const auto threads = ThreadCount();
   void* const module = dlopen(SHORT_LIVED_MODULE, RTLD_NOW | RTLD_LOCAL);
@@ -93,7 +54,7 @@ TEST_F(PasteboardLifetime, UnloadingLeavesNeitherCodeNorThreads) {
   EXPECT_EQ(ThreadCount(), threads);
   reinterpret_cast<void (*)(const char*)>(dlsym(module, "WriteToPasteboard"))("text");
   EXPECT_EQ(ThreadCount(), threads + 1);
-  EXPECT_EQ(other_->Read("Mac-XMSS")->bytes, "text");
+  EXPECT_EQ(XclipPastes("Mac-XMSS"), "text");
   dlclose(module);
   EXPECT_EQ(ThreadCount(), threads);
   EXPECT_EQ(dlopen(SHORT_LIVED_MODULE, RTLD_NOW | RTLD_NOLOAD), nullptr);
@@ -102,10 +63,9 @@ TEST_F(PasteboardLifetime, UnloadingLeavesNeitherCodeNorThreads) {
 TEST_F(PasteboardLifetime, AClipboardManagerIsAskedToSaveAndDoesNotHoldTheExit) {
   other_->Own("CLIPBOARD_MANAGER");
   EXPECT_EQ(RunProcess({SHORT_LIVED_PROGRAM}).status, 0);
-  const auto event = other_->Next(XCB_SELECTION_REQUEST);
+  const auto event = other_->NextOfAny(kPatienceMs);
   ASSERT_NE(event, nullptr);
-  const auto& request = reinterpret_cast<const xcb_selection_request_event_t&>(*event);
-  EXPECT_EQ(other_->NameOf(request.target), "SAVE_TARGETS");
+  EXPECT_EQ(reinterpret_cast<const xcb_selection_request_event_t&>(*event).target, other_->Atom("SAVE_TARGETS"));
 }
 
 }  // namespace

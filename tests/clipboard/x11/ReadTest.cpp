@@ -69,13 +69,6 @@ TEST_F(PasteboardReads, AStalledOwnerIsLeftAloneForAWhile) {
   EXPECT_EQ(owner.Requests(), 2);
 }
 
-TEST_F(PasteboardReads, ALateAnswerIsNotTakenForTheNext) {
-  const FakeOwner owner(server_->display(), Manner::kAnswersLate, {"UTF8_STRING"}, "in time");
-  EXPECT_EQ(Text(), "");
-  AdvanceClock(x11::kStalledOwnerPauseMs);
-  EXPECT_EQ(Text(), "in time");
-}
-
 }  // namespace
 
 void AdvanceClock(std::int64_t milliseconds) { g_clockOffset += milliseconds; }
