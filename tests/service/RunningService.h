@@ -1,15 +1,11 @@
-// varnix-service as a process of its own, and requests to it as bytes on a socket.
+// varnix-service as a process of its own, and requests to it.
 #pragma once
 
+#include <httplib.h>
 #include <sys/types.h>
 
 #include <cstdio>
 #include <string>
-
-struct HttpAnswer {
-  int status = 0;  ///< 0 when the connection ended without an answer
-  std::string body;
-};
 
 class RunningService {
  public:
@@ -25,16 +21,12 @@ class RunningService {
   const std::string& url() const { return url_; }
   std::string port() const { return url_.substr(url_.rfind(':') + 1); }
 
-  /// Sends `bytes` and reads the answer until the service closes the connection.
-  HttpAnswer Exchange(const std::string& bytes) const;
-
-  /// Sends `bytes` and does not wait for the answer; the caller closes the socket that is returned.
-  int SendOnly(const std::string& bytes) const;
-
-  /// A request with the headers that the plug-in sends.
-  HttpAnswer Get(const std::string& path, const std::string& headers = "") const;
-  HttpAnswer Post(const std::string& path, const std::string& body,
-                  const std::string& headers = "Content-Type: application/json\r\n") const;
+  /// The answer to a request, of the status -1 when there is none.
+  httplib::Response Exchange(const std::string& method, const std::string& path, const httplib::Headers& headers = {},
+                             const std::string& body = "") const;
+  httplib::Response Get(const std::string& path, const httplib::Headers& headers = {}) const;
+  httplib::Response Post(const std::string& path, const std::string& body,
+                         const std::string& contentType = "application/json") const;
 
   /// Queues a command given as the members of its JSON object and returns its id.
   std::string Queue(const std::string& members) const;
@@ -43,7 +35,7 @@ class RunningService {
   std::string Poll() const;
 
   /// Completes a command as the plug-in does.
-  HttpAnswer Complete(const std::string& id, const std::string& members = R"("status":"completed")") const;
+  httplib::Response Complete(const std::string& id, const std::string& members = R"("status":"completed")") const;
 
   /// The text that the plug-in's own reader finds for `key` in the operator's view of a command.
   std::string Told(const std::string& id, const std::string& key) const;
@@ -53,7 +45,3 @@ class RunningService {
   pid_t process_ = 0;
   std::string url_;
 };
-
-/// A whole request. `headers` are lines with their ends.
-std::string Request(const std::string& method, const std::string& path, const std::string& headers = "",
-                    const std::string& body = "");

@@ -59,10 +59,9 @@ TEST_F(Subcommands, SendPrintsTheResultAndNothingElse) {
   EXPECT_EQ(result.errors, "varnix-service: ERROR: no files\n");
   EXPECT_EQ(result.status, 1);
 
-  const std::string xml = "<fmxmlsnippet type=\"FMObjectList\">\r\n</fmxmlsnippet>";
-  result = Send(service, {"send", "SET_CLIPBOARD", "--xml-type", "XMSS", "--content", "-"}, "", kCompleted, xml);
+  result = Send(service, {"send", "SET_CLIPBOARD", "--xml-type", "XMSS", "--content", "-"}, "", kCompleted, "<a/>\r\n");
   EXPECT_EQ(result.status, 0);
-  EXPECT_EQ(JsonGetString(polled_, "xmlContent"), xml);
+  EXPECT_EQ(JsonGetString(polled_, "xmlContent"), "<a/>\r\n");
 }
 
 TEST_F(Subcommands, TellWhenACommandIsNotFinishedAndTakeAddressAndKeyFromTheEnvironment) {
@@ -85,7 +84,6 @@ TEST_F(Subcommands, TellWhenACommandIsNotFinishedAndTakeAddressAndKeyFromTheEnvi
 
 TEST_F(Subcommands, RefuseWhatIsWrongAndSayWhatIsRight) {
   const RunningService service(folder_);
-  const std::string address = "127.0.0.1:" + service.port();
   std::ofstream(folder_ + "/latin1.xml") << "\xe4";
   const struct {
     Arguments arguments;
@@ -97,9 +95,6 @@ TEST_F(Subcommands, RefuseWhatIsWrongAndSayWhatIsRight) {
       {{"list", "--service", "http://127.0.0.1:1"}, 4, "no answer from http://127.0.0.1:1 (Connection)"},
       {{"serve", "--listen", "0.0.0.0:0"}, 2, "to be reached from other machines, the service needs a key"},
       {{"serve", "--listen", "127.0.0.1:0", "--data", folder_}, 1, folder_ + " is in use by another service"},
-      {{"serve", "--listen", address, "--data", folder_ + "/other"},
-       1,
-       "cannot listen on " + address + ": Address already in use"},
       {{"serve", "--key", "a/b"},
        2,
        "a key is made of letters, digits and - . _ ~, because it is sent in addresses as it stands"},
