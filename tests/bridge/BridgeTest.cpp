@@ -22,25 +22,26 @@ std::string PathOf(const Network::Request& request) {
 
 FMX_ErrorCode StartScript(const FMX_Text* file, const FMX_Text* script, FMX_ScriptControl control,
                           const FMX_Data* parameter) {
+  BridgeTest& test = *BridgeTest::current;
   const auto text = [](const FMX_Text* text) { return text ? calc::ToUtf8(fmhost::TextOf(*text)) : "-"; };
-  BridgeTest::starts.push_back(text(file) + "|" + text(script) + "|" + std::to_string(control) + "|" +
-                               (parameter ? "+" : "-"));
-  if (const auto during = std::exchange(BridgeTest::duringStart, nullptr)) during();
-  if (BridgeTest::startErrors.empty()) return 0;
-  const short error = BridgeTest::startErrors.front();
-  BridgeTest::startErrors.pop_front();
+  test.starts.push_back(text(file) + "|" + text(script) + "|" + std::to_string(control) + (parameter ? "|+" : "|-"));
+  if (const auto during = std::exchange(test.duringStart, nullptr)) during();
+  if (test.startErrors.empty()) return 0;
+  const short error = test.startErrors.front();
+  test.startErrors.pop_front();
   return error;
 }
 
 Network::Outcome AnswerTo(const Network::Request& request) {
+  BridgeTest& test = *BridgeTest::current;
   const std::string path = PathOf(request);
-  for (const auto& [begin, answer] : BridgeTest::answers) {
+  for (const auto& [begin, answer] : test.answers) {
     if (path.starts_with(begin)) return answer;
   }
   if (!path.starts_with(kPoll)) return {true, "", "", 200};
-  if (BridgeTest::commands.empty()) return {true, R"({"command":null})", "", 200};
-  const std::string command = BridgeTest::commands.front();
-  BridgeTest::commands.pop_front();
+  if (test.commands.empty()) return {true, R"({"command":null})", "", 200};
+  const std::string command = test.commands.front();
+  test.commands.pop_front();
   return {true, command, "", 200};
 }
 
@@ -49,50 +50,43 @@ Network::Outcome AnswerTo(const Network::Request& request) {
 // The seams, for the linker to take instead of the plug-in's own.
 void bg(std::function<void()> job) noexcept {
   try {
-    BridgeTest::jobs.push_back(std::move(job));
+    BridgeTest::current->jobs.push_back(std::move(job));
   } catch (const std::bad_alloc&) {  // it never runs
   }
 }
 
 std::int64_t SteadyMilliseconds() {
-  if (BridgeTest::onClock) BridgeTest::onClock();
-  return BridgeTest::now;
+  if (BridgeTest::current->onClock) BridgeTest::current->onClock();
+  return BridgeTest::current->now;
 }
 
 void Notify(const std::string& title, const std::string& message) {
-  BridgeTest::notifications.push_back(title + ": " + message);
+  BridgeTest::current->notifications.push_back(title + ": " + message);
 }
 
 bool Network::IsURL(const std::string& text) { return text.find(' ') == text.npos; }
 
 void Network::StartTransfer(Request request, std::function<void(Outcome)> completion) {
-  BridgeTest::requests.push_back(request);
+  BridgeTest::current->requests.push_back(request);
   completion(AnswerTo(request));
 }
 
 BridgeTest::BridgeTest() {
-  jobs.clear();
-  requests.clear();
-  commands.clear();
-  answers.clear();
-  startErrors.clear();
-  starts = notifications = {};
-  onClock = duringEvaluation = duringStart = nullptr;
-  evaluationsBeforeError = -1;
+  current = this;
   FakePasteboard::Current() = &pasteboard;
   g_registered = true;
   g_licenseKey = "K1";
   g_baseUrl = "http://s";
   g_registeredFileName = "Registered";
   g_pendingGetSchemaCmdId = g_pendingTargetFileName = "";
-  g_hasPendingCmd = g_pendingSchemaReady = false;
-  g_lastPollMs = g_lastVersionCheckMs = g_lastClipboardPrepareMs = now = 1'000'000;
+  g_hasPendingCmd = g_pendingSchemaReady = g_pollInFlight = g_versionCheckInFlight = false;
+  g_lastPollMs = g_lastVersionCheckMs = g_lastClipboardPrepareMs = now;
 }
 
 short BridgeTest::Host::Evaluate(std::uint64_t file, std::u16string_view expression, calc::Value& result) {
   EXPECT_NE(file, 0u) << "evaluated without a context: " << calc::ToUtf8(expression);
-  if (const auto during = std::exchange(duringEvaluation, nullptr)) during();
-  if (evaluationsBeforeError >= 0 && evaluationsBeforeError-- == 0) return 1200;
+  if (const auto during = std::exchange(current->duringEvaluation, nullptr)) during();
+  if (current->evaluationsBeforeError >= 0 && current->evaluationsBeforeError-- == 0) return 1200;
   return ScriptedHost::Evaluate(file, expression, result);
 }
 
@@ -137,8 +131,7 @@ void BridgeTest::CarryOut(const std::string& command) {
 
 Texts BridgeTest::Sent() {
   Texts sent;
-  for (; seen_ < requests.size(); ++seen_) {
-    const Network::Request& request = requests[seen_];
+  for (const auto& request : std::exchange(requests, {})) {
     if (PathOf(request).starts_with(kPoll)) continue;
     sent.push_back(std::string(request.method) + " " + request.url + " " + request.body);
   }

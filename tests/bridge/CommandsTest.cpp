@@ -30,8 +30,6 @@ TEST_F(Commands, EachTellsTheServiceItsResultByteForByte) {
     Texts sent;
   } cases[] = {
       {R"("type":"GET_CLIPBOARD")", kScriptSteps, {}, {pushedSteps, done}},
-      {R"("type":"GET_CLIPBOARD","xmlType":"AUTO")", kScriptSteps, {}, {pushedSteps, done}},
-      {R"("type":"GET_CLIPBOARD","xmlType":"XMSS")", kScriptSteps, {}, {pushedSteps, done}},
       {R"("type":"GET_CLIPBOARD","xmlType":"XMSC")", kScriptSteps, {}, {pushedSteps, done}},
       {R"("type":"GET_CLIPBOARD","xmlType":"Aut\"o")", {{"Aut\"o", "<x/>"}}, {}, {pushedOther, done}},
       {R"("type":"GET_CLIPBOARD")", text, {}, {Ended("c1", kNoXml)}},
@@ -41,7 +39,6 @@ TEST_F(Commands, EachTellsTheServiceItsResultByteForByte) {
        text,
        {},
        {Pushed("CLIPBOARD_FORMATS", "public.utf8-plain-text\n", "Clipboard Formats"), done}},
-      {R"("type":"GET_CLIPBOARD_FORMATS")", {}, {}, {Pushed("CLIPBOARD_FORMATS", "", "Clipboard Formats"), done}},
       {R"("type":"LIST_FILES")",
        {},
        {{"Get(FileName)", "Sales"}, {"DatabaseNames", "Sales\rA \"B\""}},
@@ -50,7 +47,6 @@ TEST_F(Commands, EachTellsTheServiceItsResultByteForByte) {
        {},
        {{"Get(FileName)", "Now"}, {"ScriptNames(\"Sales\")", "One\rTwo"}},
        {Pushed("CONTEXT_DEBUG", report, "FileMaker Context Debug"), done}},
-      {R"("type":"SET_CLIPBOARD","xmlType":"XMFD","xmlContent":"<Field name=\"é\"/>\n")", {}, {}, {done}},
       {R"("type":"get_clipboard")", kScriptSteps, {}, {Ended("c1", "Unknown command type: get_clipboard")}},
   };
   for (const auto& c : cases) {
@@ -59,8 +55,6 @@ TEST_F(Commands, EachTellsTheServiceItsResultByteForByte) {
     CarryOut(R"({"command":{"id":"c1",)" + c.command + "}}");
     EXPECT_EQ(Sent(), c.sent) << c.command;
   }
-  EXPECT_EQ(pasteboard.Bytes("Mac-XMSS"), kScriptSteps[0].second);
-
   g_registeredFileName.clear();
   CarryOut(R"({"id":"c1","type":"LIST_FILES"})");
   EXPECT_EQ(Sent(), (Texts{Pushed("FILE_LIST", "", "Open Files"), done})) << "an empty list is sent as it is";
@@ -71,13 +65,11 @@ TEST_F(Commands, SetClipboardWritesWhatItIsGivenAndTellsARefusal) {
   EXPECT_EQ(pasteboard.Bytes("Mac-XMFD"), "<Field name=\"é\"/>\n");
   EXPECT_EQ(pasteboard.Text(), "<Field name=\"é\"/>\n");
   CarryOut(R"({"id":"c2","type":"SET_CLIPBOARD"})");
-  EXPECT_EQ(pasteboard.items.front().back(), (FakePasteboard::Entry{FakePasteboard::kText, ""}))
-      << "empty arguments are no error of the command";
-  EXPECT_EQ(Sent(), (Texts{Ended("c1"), Ended("c2")}));
+  EXPECT_EQ(pasteboard.Text(), "") << "empty arguments are no error of the command";
   pasteboard.hasItems = false;
   pasteboard.refused = {"SetString"};
   CarryOut(R"({"id":"c3","type":"SET_CLIPBOARD","xmlType":"XMFD","xmlContent":"<x/>"})");
-  EXPECT_EQ(Sent(), Texts{Ended("c3", "ERROR: NSPasteboard setString failed")});
+  EXPECT_EQ(Sent(), (Texts{Ended("c1"), Ended("c2"), Ended("c3", "ERROR: NSPasteboard setString failed")}));
 }
 
 TEST_F(Commands, AResultThatTheServiceDoesNotTakeMakesTheCommandFail) {

@@ -8,10 +8,10 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 
-#include <cerrno>
 #include <csignal>
 #include <fstream>
 #include <iterator>
+#include <regex>
 
 #include "bridge/Background.h"
 #include "bridge/Background_linux.h"
@@ -61,16 +61,11 @@ TEST(NotificationScript, QuotesSoThatNoTextCanEndItsLiteral) {
 
 TEST_F(NotifyTest, GivesTheToolBothTextsAndNoWayToTakeThemForAnythingElse) {
   MakeTool("printf '%s|' \"$@\" > $report");
-  const std::string start = "--app-name=Varnix|--|-h|";
+  const std::string start = "--app-name=Varnix|--|-h|", most(24'998, '&');
   const std::pair<std::string, std::string> cases[] = {
       {"--version \"x\" $(x) `x` \\n <b>&amp;</b>\n", "--version \"x\" $(x) `x` \\\\n &lt;b&gt;&amp;amp;&lt;/b&gt;\n"},
       // what the system would not pass, and no half character
-      {std::string(24'998, '&') + "€€",
-       [] {
-         std::string escaped;
-         for (int i = 0; i < 24'998; ++i) escaped += "&amp;";
-         return escaped;
-       }()},
+      {most + "€€", std::regex_replace(most, std::regex("&"), "&amp;")},
   };
   for (const auto& [message, given] : cases) {
     Notify("-h", message);
@@ -84,8 +79,7 @@ TEST_F(NotifyTest, GivesTheToolNothingOfTheHosts) {
       "signals=$(sed -n 's/^Sig\\(Blk\\|Ign\\):.*\\(.......\\)$/\\1 \\2/p' /proc/$$/status)\n"
       "echo $files $signals > $report");
   const FileDescriptor inherited(dup2(STDERR_FILENO, 77));
-  sigset_t blocked;
-  sigset_t before;
+  sigset_t blocked, before;
   sigemptyset(&blocked);
   sigaddset(&blocked, SIGUSR2);
   pthread_sigmask(SIG_BLOCK, &blocked, &before);

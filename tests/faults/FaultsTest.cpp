@@ -2,8 +2,6 @@
 // behind, the key goes to no other service, and the bridge goes on afterwards.
 #include <cstdlib>
 #include <fstream>
-#include <functional>
-#include <memory>
 #include <utility>
 
 #include "bridge/BridgeState.h"
@@ -34,12 +32,10 @@ class Surroundings : public BridgeTest {
     g_licenseKey.shrink_to_fit();
     g_baseUrl.shrink_to_fit();
     g_lastMirroredClipboardHash = g_lastPreparedClipboardHash = 0;
-    g_versionCheckInFlight = g_pollInFlight = false;
   }
 
   /// Once all that waits has ended, a new command is carried out, by the account that is signed in.
   void ExpectToWorkOn() {
-    host.errors.clear();
     g_registered = true;
     for (int call = 0; call < 5; ++call, now += 40'000) {
       Idle();
@@ -56,165 +52,108 @@ class Surroundings : public BridgeTest {
     EXPECT_EQ(fmhost::LiveObjects(), Texts());
   }
 
-  using BridgeTest::CarryOut;
-  using BridgeTest::Idle;
-  using BridgeTest::pasteboard;
-  using BridgeTest::RunJobs;
-
   const std::string path = folder_ + "/saved.xml";
 
  private:
   void TestBody() override {}
 };
 
-/// What is done, with a function's result; all that it needs stands ready, so that it is the plug-in that meets the
-/// fault.
-using Deed = std::function<std::string()>;
-
-std::string IdleAndJobs() {
-  Surroundings::Idle();
-  Surroundings::RunJobs();
-  return {};
-}
-
-/// A call of a registered function as FileMaker makes it.
-class FunctionCall {
- public:
-  FunctionCall(const char16_t* name, const Texts& arguments) {
-    RegisterExternalFunctions();
-    handler_ = fmhost::FindFunction(name)->function;
-    UnregisterExternalFunctions();
-    fmhost::Bind(*env_, 1);
-    for (const auto& argument : arguments) {
-      const fmx::DataUniquePtr value;
-      SetTextResult(argument, *value);
-      arguments_->PushBack(*value);
-    }
-  }
-
-  std::string operator()() const {
-    handler_(0, *env_, *arguments_, *result_);
-    Surroundings::RunJobs();
-    return calc::ToUtf8(fmhost::ValueOf(*result_).AsText());
-  }
-
- private:
-  fmx::ExtPluginType handler_;
-  const fmx::ExprEnvUniquePtr env_;
-  const fmx::DataVectUniquePtr arguments_;
-  const fmx::DataUniquePtr result_;
-};
-
-Deed Calling(const char16_t* name, const Texts& arguments = {}) {
-  return [call = std::make_shared<FunctionCall>(name, arguments)] { return (*call)(); };
-}
-
-/// The poll that brings the command, its execution, and what it has to send.
-Deed Commanding(const std::string& members) {
-  return [command = R"({"id":"c1","type":)" + members + "}"] {
-    Surroundings::CarryOut(command);
-    return std::string();
-  };
-}
-
+/// A function is called, a command brought by a poll, anything else is an idle call. The jobs run too.
 struct Scenario {
-  const char* name;
-  Deed (*prepare)(Surroundings&);
+  std::string name;
+  Texts arguments = {};  // of a command: its members; "FILE" is the path of a file
+  void (*prepare)(Surroundings& surroundings) = [](Surroundings&) {};
 };
+
+/// As FileMaker calls it; a fault may meet the host's side too.
+std::string Call(fmx::ExtPluginType handler, const Texts& arguments, const std::string& file) {
+  const fmx::ExprEnvUniquePtr env;
+  const fmx::DataVectUniquePtr values;
+  const fmx::DataUniquePtr result;
+  fmhost::Bind(*env, 1);
+  for (const auto& argument : arguments) {
+    const fmx::DataUniquePtr value;
+    SetTextResult(argument == "FILE" ? file : argument, *value);
+    values->PushBack(*value);
+  }
+  handler(0, *env, *values, *result);
+  return calc::ToUtf8(fmhost::ValueOf(*result).AsText());
+}
+
+/// Does what the scenario is about, and gives a function's result.
+std::string Do(const Scenario& scenario, Surroundings& surroundings) {
+  std::string result;
+  if (scenario.name == "Registration") {
+    result = std::to_string(RegisterExternalFunctions());
+  } else if (const auto* function = fmhost::FindFunction(calc::ToUtf16(scenario.name))) {
+    result = Call(function->function, scenario.arguments, surroundings.path);
+  } else if (scenario.arguments.empty()) {
+    surroundings.Idle();
+  } else {
+    surroundings.CarryOut(R"({"id":"c1","type":")" + scenario.name + "\"," + scenario.arguments[0] + "}");
+  }
+  surroundings.RunJobs();
+  return result;
+}
 
 const Scenario kScenarios[] = {
-    {"Registration", [](Surroundings&) -> Deed { return [] { return std::to_string(RegisterExternalFunctions()); }; }},
-    {"TextOnTheClipboard", [](Surroundings&) -> Deed { return IdleAndJobs; }},
+    {"Registration", {}, [](Surroundings&) { UnregisterExternalFunctions(); }},
+    {"TextOnTheClipboard"},
     {"FlavourOnTheClipboard",
-     [](Surroundings& s) -> Deed {
+     {},
+     [](Surroundings& s) {
        s.pasteboard.Replace({{"Mac-XMTB", "<BaseTable/>"}});
-       return IdleAndJobs;
      }},
     {"FirstFileAndVersionCheck",
-     [](Surroundings& s) -> Deed {
+     {},
+     [](Surroundings& s) {
        g_registeredFileName.clear();
        s.now += 86'400'000;
-       return IdleAndJobs;
      }},
-    {"GET_CLIPBOARD", [](Surroundings&) { return Commanding(R"("GET_CLIPBOARD","xmlType":"AUTO")"); }},
-    {"GET_CLIPBOARD_FORMATS", [](Surroundings&) { return Commanding(R"("GET_CLIPBOARD_FORMATS")"); }},
-    {"LIST_FILES", [](Surroundings&) { return Commanding(R"("LIST_FILES")"); }},
-    {"DEBUG_CONTEXT", [](Surroundings&) { return Commanding(R"("DEBUG_CONTEXT","fileName":"Sales")"); }},
-    {"SET_CLIPBOARD",
-     [](Surroundings&) { return Commanding(R"("SET_CLIPBOARD","xmlType":"XMTB","xmlContent":"<BaseTable/>")"); }},
-    {"GET_SCHEMA", [](Surroundings&) { return Commanding(R"("GET_SCHEMA","fileName":"Sales")"); }},
     {"StartOfTheScript",
-     [](Surroundings& s) -> Deed {
-       Commanding(R"("GET_SCHEMA","fileName":"Sales")")();
+     {},
+     [](Surroundings& s) {
+       s.CarryOut(R"({"id":"c1","type":"GET_SCHEMA","fileName":"Sales"})");
        s.startErrors = {1825, 1825};
-       return IdleAndJobs;
      }},
     {"EndOfTheWaitForTheFile",
-     [](Surroundings& s) -> Deed {
-       Commanding(R"("GET_SCHEMA","fileName":"Contacts")")();
-       s.now += 30'001;
-       return IdleAndJobs;
-     }},
-    {"Version", [](Surroundings&) { return Calling(u"Varnix.Version"); }},
-    {"SetXMLClipboard",
-     [](Surroundings&) {
-       return Calling(u"Varnix.SetXMLClipboard", {"XMSS", "<Step/>"});
-     }},
-    {"GetXMLClipboard", [](Surroundings&) { return Calling(u"Varnix.GetXMLClipboard", {"AUTO"}); }},
-    {"Register",
-     [](Surroundings&) {
-       return Calling(u"Varnix.Register", {"e", kNewKey, "m", kNewUrl});
-     }},
-    {"ReadFile", [](Surroundings& s) { return Calling(u"Varnix.ReadFile", {s.path}); }},
-    {"HTTPPost",
-     [](Surroundings&) {
-       return Calling(u"Varnix.HTTPPost", {"http://s/x", "{}"});
-     }},
-    {"PushSnapshot",
+     {},
      [](Surroundings& s) {
-       return Calling(u"Varnix.PushSnapshot", {"http://s/x", s.path});
+       s.CarryOut(R"({"id":"c1","type":"GET_SCHEMA","fileName":"Contacts"})");
+       s.now += 30'001;
      }},
-    {"PushScript",
+    {"GET_CLIPBOARD", {R"("xmlType":"AUTO")"}},
+    {"GET_CLIPBOARD_FORMATS", {R"("fileName":"")"}},
+    {"LIST_FILES", {R"("fileName":"")"}},
+    {"DEBUG_CONTEXT", {R"("fileName":"Sales")"}},
+    {"SET_CLIPBOARD", {R"("xmlType":"XMTB","xmlContent":"<BaseTable/>")"}},
+    {"GET_SCHEMA", {R"("fileName":"Sales")"}},
+    {"Varnix.Version"},
+    {"Varnix.SetXMLClipboard", {"XMSS", "<Step/>"}},
+    {"Varnix.GetXMLClipboard", {"AUTO"}},
+    {"Varnix.Register", {"e", kNewKey, "m", kNewUrl}},
+    {"Varnix.ReadFile", {"FILE"}},
+    {"Varnix.HTTPPost", {"http://s/x", "{}"}},
+    {"Varnix.PushSnapshot", {"http://s/x", "FILE"}},
+    {"Varnix.PushScript",
+     {"K1", "http://s/x", "XMSS", "label"},
      [](Surroundings& s) {
        s.pasteboard.Replace({{"Mac-XMSS", "<Step/>"}});
-       return Calling(u"Varnix.PushScript", {"K1", "http://s/x", "XMSS", "label"});
      }},
-    {"GetSchema", [](Surroundings&) { return Calling(u"Varnix.GetSchema"); }},
-    {"POSIXPath", [](Surroundings&) { return Calling(u"Varnix.POSIXPath", {"/Macintosh HD/tmp"}); }},
-    {"UploadFile",
-     [](Surroundings& s) {
-       return Calling(u"Varnix.UploadFile", {"http://s/x", "K1", "name", s.path});
-     }},
-    {"LivePush",
-     [](Surroundings& s) {
-       g_pendingGetSchemaCmdId = "c1";
-       return Calling(u"Varnix.LivePush", {s.path});
-     }},
-    {"GetTextClipboard", [](Surroundings&) { return Calling(u"Varnix.GetTextClipboard"); }},
-    {"SetTextClipboard", [](Surroundings&) { return Calling(u"Varnix.SetTextClipboard", {"text"}); }},
-    {"UpdateAvailable",
-     [](Surroundings& s) {
-       s.answers["/api/plugin/version"] = {true, R"({"version":"9.0"})", "", 200};
-       return Calling(u"Varnix.UpdateAvailable");
-     }},
-    {"ClipboardFormats", [](Surroundings&) { return Calling(u"Varnix.ClipboardFormats"); }},
-    {"PrepareXMLClipboard", [](Surroundings&) { return Calling(u"Varnix.PrepareXMLClipboard"); }},
-    {"ListFiles", [](Surroundings&) { return Calling(u"Varnix.ListFiles"); }},
-    {"DebugContext", [](Surroundings&) { return Calling(u"Varnix.DebugContext", {"Sales"}); }},
+    {"Varnix.GetSchema"},
+    {"Varnix.POSIXPath", {"/Macintosh HD/tmp"}},
+    {"Varnix.UploadFile", {"http://s/x", "K1", "name", "FILE"}},
+    {"Varnix.LivePush", {"FILE"}, [](Surroundings&) { g_pendingGetSchemaCmdId = "c1"; }},
+    {"Varnix.GetTextClipboard"},
+    {"Varnix.SetTextClipboard", {"text"}},
+    {"Varnix.UpdateAvailable"},
+    {"Varnix.ClipboardFormats"},
+    {"Varnix.PrepareXMLClipboard"},
+    {"Varnix.ListFiles"},
+    {"Varnix.DebugContext", {"Sales"}},
 };
 
 enum Raised { kNothing, kBadAlloc, kException };
-
-Raised Raise(const Deed& deed, std::string& result) {
-  try {
-    result = deed();
-  } catch (const std::bad_alloc&) {
-    return kBadAlloc;
-  } catch (const std::exception&) {
-    return kException;
-  }
-  return kNothing;
-}
 
 struct Fault {
   const char* name;
@@ -228,16 +167,19 @@ const Fault kFaults[] = {
      fmhost::TakeBackException, kBadAlloc},
     {"host exception", [](int after) { fmhost::InjectException("", fmx::_fmxcpt::kOther, after); },
      fmhost::TakeBackException, kException},
-    {"evaluation error", [](int after) { BridgeTest::evaluationsBeforeError = after; },
-     [] { return std::exchange(BridgeTest::evaluationsBeforeError, -1) >= 0; }, kNothing},
+    {"evaluation error", [](int after) { BridgeTest::current->evaluationsBeforeError = after; },
+     [] { return std::exchange(BridgeTest::current->evaluationsBeforeError, -1) >= 0; }, kNothing},
     {"out of memory", [](int after) { allocations::FailAfter(static_cast<std::size_t>(after)); }, allocations::TakeBack,
      kBadAlloc},
 };
 
 class Faults : public testing::TestWithParam<Scenario> {};
 
-INSTANTIATE_TEST_SUITE_P(, Faults, testing::ValuesIn(kScenarios),
-                         [](const auto& scenario) { return std::string(scenario.param.name); });
+INSTANTIATE_TEST_SUITE_P(, Faults, testing::ValuesIn(kScenarios), [](const auto& scenario) {
+  std::string name = scenario.param.name;
+  std::erase(name, '.');
+  return name;
+});
 
 TEST_P(Faults, EachMayHappenAtEveryPoint) {
   for (const Fault& fault : kFaults) {
@@ -245,18 +187,24 @@ TEST_P(Faults, EachMayHappenAtEveryPoint) {
     for (int after = 0; happened && !HasFailure(); ++after) {
       SCOPED_TRACE(fault.name + (" after " + std::to_string(after)));
       Surroundings surroundings;
-      {
-        const Deed deed = GetParam().prepare(surroundings);
-        std::string result;
-        fault.arm(after);
-        const Raised raised = Raise(deed, result);
-        happened = !fault.takeBack();
-        // Memory may also run out in the background, where it ends the job.
-        if (!happened || raised != kNothing || fault.takeBack != allocations::TakeBack) {
-          EXPECT_EQ(raised, happened ? fault.raised : kNothing);
-        }
-        EXPECT_FALSE(!happened && result.starts_with("ERROR")) << result;
+      RegisterExternalFunctions();
+      GetParam().prepare(surroundings);
+      std::string result;
+      Raised raised = kNothing;
+      fault.arm(after);
+      try {
+        result = Do(GetParam(), surroundings);
+      } catch (const std::bad_alloc&) {
+        raised = kBadAlloc;
+      } catch (const std::exception&) {
+        raised = kException;
       }
+      happened = !fault.takeBack();
+      // Memory may also run out in the background, where it ends the job.
+      if (!happened || raised != kNothing || fault.takeBack != allocations::TakeBack) {
+        EXPECT_EQ(raised, happened ? fault.raised : kNothing);
+      }
+      EXPECT_FALSE(!happened && result.starts_with("ERROR")) << result;
       UnregisterExternalFunctions();
       surroundings.ExpectToWorkOn();
     }

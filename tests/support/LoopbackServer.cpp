@@ -37,44 +37,33 @@ LoopbackServer::LoopbackServer(Handler handler)
 }
 
 LoopbackServer::~LoopbackServer() {
+  shutdown(listener_, SHUT_RDWR);
+  acceptor_.join();
   {
     const std::lock_guard lock(mutex_);
     ending_ = true;
-    for (const int socket : open_) shutdown(socket, SHUT_RDWR);
   }
   changed_.notify_all();
-  shutdown(listener_, SHUT_RDWR);
-  acceptor_.join();
-  for (auto& thread : threads_) thread.join();
+  for (auto& connection : connections_) {
+    shutdown(connection.socket_, SHUT_RDWR);
+    connection.thread_.join();
+    close(connection.socket_);
+  }
   close(listener_);
 }
 
 void LoopbackServer::Accept() {
-  for (;;) {
-    const int socket = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
-    const std::lock_guard lock(mutex_);
-    if (socket < 0) return;
-    open_.push_back(socket);
-    if (ending_) shutdown(socket, SHUT_RDWR);
-    threads_.emplace_back([this, socket] { Serve(socket); });
+  for (int socket; (socket = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC)) >= 0;) {
+    Connection& connection = connections_.emplace_back(*this, socket);
+    connection.thread_ = std::thread([this, &connection] {
+      handler_(connection);
+      shutdown(connection.socket_, SHUT_RDWR);
+    });
   }
-}
-
-void LoopbackServer::Serve(int socket) {
-  Connection connection(*this, socket);
-  handler_(connection);
-  const std::lock_guard lock(mutex_);
-  std::erase(open_, socket);
-  close(socket);
 }
 
 std::string LoopbackServer::Url(std::string_view path) const {
   return "http://127.0.0.1:" + std::to_string(port_) + std::string(path);
-}
-
-std::vector<std::string> LoopbackServer::Requests() {
-  const std::lock_guard lock(mutex_);
-  return requests_;
 }
 
 std::vector<std::string> LoopbackServer::WaitForRequests(std::size_t count) {

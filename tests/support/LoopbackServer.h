@@ -27,15 +27,17 @@ class LoopbackServer {
     /// Waits; false once the server is being destroyed.
     bool Sleep(std::chrono::milliseconds time);
 
+    Connection(LoopbackServer& server, int socket) : server_(server), socket_(socket) {}
+
    private:
     friend class LoopbackServer;
-    Connection(LoopbackServer& server, int socket) : server_(server), socket_(socket) {}
     bool Receive();
     LoopbackServer& server_;
     const int socket_;
     std::string ahead_;  // read beyond the last request
+    std::thread thread_;
   };
-  /// Runs on a thread of its own for each connection, which is closed when it returns.
+  /// Runs on a thread of its own for each connection, which ends when it returns.
   using Handler = std::function<void(Connection&)>;
 
   explicit LoopbackServer(Handler handler);
@@ -49,24 +51,22 @@ class LoopbackServer {
   int port() const { return port_; }
 
   /// The requests so far, in the order in which they were complete.
-  std::vector<std::string> Requests();
+  std::vector<std::string> Requests() { return WaitForRequests(0); }
   /// The same once there are `count`, or after ten seconds.
   std::vector<std::string> WaitForRequests(std::size_t count);
 
  private:
   void Accept();
-  void Serve(int socket);
 
   const Handler handler_;
-  int listener_;
+  const int listener_;
   int port_ = 0;
+  std::list<Connection> connections_;  // the acceptor's until that has ended
+  std::thread acceptor_;
   std::mutex mutex_;  // guards what follows
   std::condition_variable changed_;
   bool ending_ = false;
   std::vector<std::string> requests_;
-  std::vector<int> open_;
-  std::list<std::thread> threads_;
-  std::thread acceptor_;
 };
 
 /// The handler that reads a request and keeps the client waiting.
