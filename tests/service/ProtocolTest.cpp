@@ -30,10 +30,6 @@ class Protocol : public FolderTest {
     return id;
   }
 
-  void Push(const std::string& members) {
-    EXPECT_EQ(service_->Post("/api/bridge/push", R"({"licenseKey":"K1",)" + members + '}').status, 200);
-  }
-
   void Ingest(const std::string& fileName, const std::string& bytes) {
     const auto answer = service_->Post("/api/live/ingest/K1?filename=" + fileName, bytes, "application/octet-stream");
     EXPECT_EQ(answer.status, 200) << answer.body;
@@ -75,21 +71,6 @@ TEST_F(Protocol, DeliversCommandsInOrderAsOneCompactObject) {
     EXPECT_EQ(service_->Poll(), R"({"command":{"id":")" + ids[i] + R"(",)" + commands[i] + "}}");
   }
   EXPECT_EQ(service_->Poll(), kNothing);
-}
-
-TEST_F(Protocol, GivesACommandThePushThatIsItsResult) {
-  for (const std::string push : {R"("xmlType":"XMSC","xmlContent":"result")",
-                                 R"("xmlType":"FILE_LIST","xmlContent":"result","label":"Open Files")"}) {
-    const std::string queued = push.find("label") == push.npos ? R"("type":"GET_CLIPBOARD")" : kListFiles;
-    CarryOut(queued, [&] { Push(push); });
-    EXPECT_EQ(Result(CarryOut(queued, [] {})), R"({"error":"the command has no result"})");
-    const auto id = CarryOut(queued, [&] {
-      Push(R"("xmlType":"OTHER","xmlContent":"not this","label":"")");
-      Push(push);
-      Push(R"("xmlType":"XMSC","xmlContent":"sent by a script","label":"")");
-    });
-    EXPECT_EQ(Result(id), "result") << queued;
-  }
 }
 
 TEST_F(Protocol, KeepsTheLiveUploadOfTheFileAskedForByteForByte) {

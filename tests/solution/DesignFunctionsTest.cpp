@@ -79,10 +79,5 @@ TEST_F(DesignFunctionsTest, TheFileIsNamedWithoutRegardToCaseAndWithItsExtension
   Expect({{R"(ValueListItems ( "" ; "Levels" ) & ExecuteSQL ( "SELECT * FROM FileMaker_Tables" ; "" ; "" ))", "?"}});
 }
 
-TEST_F(DesignFunctionsTest, AsInFileMakerSomeListsHaveNoFunction) {
-  behaviour_.allDesignFunctions = false;
-  Expect({{R"(PrivilegeSetNames ( "Sales" ))", "error 1208"}, {R"(CustomFunctionNames ( "Sales" ))", "error 1208"}});
-}
-
 }  // namespace
 }  // namespace sim

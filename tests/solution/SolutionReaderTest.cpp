@@ -53,14 +53,6 @@ TEST(SolutionReader, ReadsTheSameDesignFromEveryFormatVersion) {
   for (const std::string_view version : kFormatVersions) EXPECT_EQ(Open(SampleExport(version)), kSample) << version;
 }
 
-TEST(SolutionReader, TakesLineFeedsInAValueListForTheCarriageReturnsTheyWere) {
-  for (const std::string converted : {"\n", "\r\n"}) {
-    std::string text = SampleExport("2.0.0.0");
-    text.replace(text.find("Yes\rNo"), 6, "Yes" + converted + "No");
-    EXPECT_EQ(Open(text), kSample);
-  }
-}
-
 TEST(SolutionReader, RefusesWhatIsNoUsableExportWithTheReasonInOneLine) {
   const struct {
     std::string bytes;

@@ -66,17 +66,6 @@ TEST(Sql, AnyErrorGivesAQuestionMark) {
   }
 }
 
-TEST(Sql, TellsWhatOnlyTheSimulatorDoesNotKnow) {
-  const Case cases[] = {
-      {"SELECT COUNT(*), TableName FROM FileMaker_Tables GROUP BY TableName", "GROUP"},
-      {"SELECT * FROM FileMaker_Tables WHERE " + std::string(100'000, '('), "conditions as deep as these"}};
-  for (const Case& test : cases) {
-    std::string told;
-    EXPECT_EQ(Query(test.query, {}, {.tell = [&told](const std::string& line) { told += line; }}), "?");
-    EXPECT_TRUE(told.ends_with(std::string(": ") + test.expected)) << told;
-  }
-}
-
 TEST(Sql, ParametersStandForTheQuestionMarksInOrder) {
   const char* query = "SELECT FieldName FROM FileMaker_Fields WHERE FieldId = ? AND TableName LIKE ?";
   const Value two = Value::OfNumber(2);
