@@ -3,12 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <string>
 
 #include "sim/calc/Unicode.h"
 #include "tests/solution/SampleSolution.h"
-#include "tests/support/FolderTest.h"
 
 namespace sim {
 namespace {
@@ -73,22 +71,6 @@ TEST(SolutionReader, RefusesWhatIsNoUsableExportWithTheReasonInOneLine) {
        "a.xml is malformed in line 2: a FieldCatalog of an unknown table"},
   };
   for (const auto& test : cases) EXPECT_EQ(Open(test.bytes), test.error) << test.bytes;
-}
-
-using SolutionFile = FolderTest;
-
-TEST_F(SolutionFile, IsReadWholeOrNamedWithTheReason) {
-  const std::string path = folder_ + "/Größe.xml";
-  std::string text = SampleExport("2.2.3.4");
-  text.insert(text.find("</Structure>"), 3'000'001, ' ');  // takes several reads, the last one short
-  std::ofstream(path, std::ios::binary) << text;
-  Solution solution;
-  std::string error;
-  ASSERT_TRUE(ReadSolution(path, solution, error)) << error;
-  EXPECT_EQ(calc::ToUtf8(Describe(solution)), kSample);
-  EXPECT_EQ(solution.path, path);
-  EXPECT_FALSE(ReadSolution(path + "/x.xml", solution, error));
-  EXPECT_EQ(error, path + "/x.xml cannot be opened: Not a directory");
 }
 
 }  // namespace
