@@ -59,13 +59,6 @@ TEST_F(LivePush, NamesTheUploadAndCompletesTheRequestThatItIsAbout) {
   EXPECT_TRUE(notifications.empty());
 }
 
-TEST_F(LivePush, AnEmptyPathChangesNothing) {
-  Wait("c1", "", "");
-  EXPECT_EQ(Call(""), "ERROR: posixPath is empty.");
-  EXPECT_EQ(g_pendingGetSchemaCmdId, "c1");
-  EXPECT_TRUE(jobs.empty());
-}
-
 TEST_F(LivePush, AFailureIsToldToTheUserAndTheServiceAndTheFileGoesAllTheSame) {
   const std::string missing = folder_ + "/missing";
   answers["/api/live/ingest"] = {true, "too \"large\"", "", 413};

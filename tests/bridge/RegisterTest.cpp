@@ -23,17 +23,6 @@ class Register : public BridgeTest {
   static Texts SignIn() { return {g_licenseKey, g_baseUrl, Prefs::LoadLicenseKey(), Prefs::LoadBaseUrl()}; }
 };
 
-TEST_F(Register, ChecksItsArgumentsInOrderBeforeAnythingIsSent) {
-  const std::pair<Texts, std::string> cases[] = {
-      {{"", "K2", "M1"}, "ERROR: email is empty."},
-      {{"E1", "", ""}, "ERROR: licenseKey is empty."},
-      {{"E1", "K2", "", "http://x"}, "ERROR: machineId is empty."},
-      {{"E1", "K2", "M1", "no url"}, "ERROR: Invalid URL: no url/api/bridge/register"},
-  };
-  for (const auto& [arguments, error] : cases) EXPECT_EQ(Call(arguments), error);
-  EXPECT_TRUE(requests.empty());
-}
-
 TEST_F(Register, ASuccessSignsInWithTheOriginThatIsGivenAndStoresThat) {
   const struct {
     Texts arguments;

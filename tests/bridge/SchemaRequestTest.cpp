@@ -9,6 +9,9 @@ namespace {
 const std::string kTimeout =
     R"("Sales" was not the active FileMaker file within 30 seconds. Make sure the file is open and try again.)";
 
+const std::string kNotStarted =
+    R"(Could not start "Varnix Live Push" in "Sales" (FM error 100). Make sure the file is open.)";
+
 class SchemaRequest : public BridgeTest {
  protected:
   /// The command `id` asks for the schema of `file`, "" for none named.
@@ -102,10 +105,8 @@ TEST_F(SchemaRequest, TheSecondStartNamesTheFileAndItsErrorDecides) {
       "fmpluginVrnx for the Varnix plug-in.";
   const std::string missing =
       R"("Varnix Live Push" script not found in "Sales". Add the script to this file and try again.)";
-  const std::string other =
-      R"(Could not start "Varnix Live Push" in "Sales" (FM error 100). Make sure the file is open.)";
   const std::pair<std::deque<short>, std::string> cases[] = {
-      {{100, 0}, ""}, {{1825, 825}, blocked}, {{825, 1825}, missing}, {{825, 100}, other}};
+      {{100, 0}, ""}, {{1825, 825}, blocked}, {{825, 1825}, missing}, {{825, 100}, kNotStarted}};
   for (const auto& [errors, message] : cases) {
     const bool started = message.empty();
     Arm();
@@ -160,8 +161,7 @@ TEST_F(SchemaRequest, ARequestThatArrivesWithinAFailingStartOutlivesIt) {
   Idle();
   EXPECT_EQ(Armed(), "c2");
   RunJobs();
-  EXPECT_EQ(Sent().back(), Ended("c1", R"(Could not start "Varnix Live Push" in "Sales" (FM error 100). )"
-                                       "Make sure the file is open."));
+  EXPECT_EQ(Sent().back(), Ended("c1", kNotStarted));
 }
 
 }  // namespace

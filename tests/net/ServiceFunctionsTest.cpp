@@ -1,8 +1,10 @@
-// The four functions that talk to a service: what they send, byte for byte, and what the calculation gets.
+// The functions that talk to a service: what they send, byte for byte, and what the calculation gets.
 #include "net/ServiceFunctions.h"
 
 #include <fstream>
 
+#include "bridge/LivePush.h"
+#include "bridge/Register.h"
 #include "tests/bridge/BridgeTest.h"
 
 namespace {
@@ -60,10 +62,15 @@ TEST_F(ServiceFunctions, WhatCannotBeSentIsToldAndNothingIsSent) {
       {Do_PushScript, {"K", "", ""}, "ERROR: bridgeUrl is empty."},
       {Do_PushScript, {"K", kUrl, ""}, "ERROR: xmlType is empty."},
       {Do_PushScript, {"K", "no url", "XMSS"}, "ERROR: Invalid URL: no url"},
+      {Do_LivePush, {""}, "ERROR: posixPath is empty."},
+      {Do_Register, {"", "K2", "M1"}, "ERROR: email is empty."},
+      {Do_Register, {"E1", "", ""}, "ERROR: licenseKey is empty."},
+      {Do_Register, {"E1", "K2", "", kUrl}, "ERROR: machineId is empty."},
+      {Do_Register, {"E1", "K2", "M1", "no url"}, "ERROR: Invalid URL: no url/api/bridge/register"},
       {Do_PushScript, {"K", kUrl, "XMSC"}, "ERROR: No XMSC XML on clipboard. Copy the FM object first."},
   };
   for (const auto& c : cases) EXPECT_EQ(CallHandler(c.handler, c.arguments), c.result);
-  EXPECT_TRUE(requests.empty());
+  EXPECT_TRUE(requests.empty() && jobs.empty());
 }
 
 }  // namespace

@@ -220,21 +220,16 @@ TEST(UrlLayer, ManyCallsRunSideBySide) {
   }
 }
 
-class Certificates : public FolderTest {
- protected:
-  Certificates() {
-    const std::string command =
-        "openssl req -x509 -nodes -newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -subj /CN=x "
-        "-addext subjectAltName=IP:127.0.0.1 -keyout " +
-        folder_ + "/key -out " + folder_ + "/certificate >/dev/null 2>&1";
-    EXPECT_EQ(std::system(command.c_str()), 0) << command;
-  }
+using Certificates = FolderTest;
 
-  /// Asks a server that has the certificate, under the name `host`.
-  Result GetFrom(const std::string& host) const {
-    const std::string command = "exec timeout 20 openssl s_server -accept 127.0.0.1:0 -naccept 1 -www -key " + folder_ +
-                                "/key -cert " + folder_ + "/certificate 2>/dev/null";
-    FILE* server = popen(command.c_str(), "re");
+TEST_F(Certificates, OnlyATrustedOneIsTakenAndForItsNameOnly) {
+  const std::string files = " -keyout " + folder_ + "/key -out " + folder_ + "/certificate >/dev/null 2>&1";
+  const std::string make = "openssl req -x509 -nodes -newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -subj /CN=x ";
+  ASSERT_EQ(std::system((make + "-addext subjectAltName=IP:127.0.0.1" + files).c_str()), 0);
+  const std::string serve = "cd " + folder_ + " && exec timeout 20 openssl s_server -accept 127.0.0.1:0 -naccept 1 " +
+                            "-www -key key -cert certificate 2>/dev/null";
+  const auto get = [&](const std::string& host) {
+    FILE* server = popen(serve.c_str(), "re");
     char line[256] = "";
     int port = 0;
     while (port == 0 && fgets(line, sizeof line, server) != nullptr) std::sscanf(line, "ACCEPT 127.0.0.1:%d", &port);
@@ -242,14 +237,11 @@ class Certificates : public FolderTest {
     while (fgets(line, sizeof line, server) != nullptr) continue;
     pclose(server);
     return result;
-  }
-};
-
-TEST_F(Certificates, OnlyATrustedOneIsTakenAndForItsNameOnly) {
-  EXPECT_TRUE(GetFrom("127.0.0.1").TellsWhyNot());
+  };
+  EXPECT_TRUE(get("127.0.0.1").TellsWhyNot());
   g_trusted = folder_ + "/certificate";
-  EXPECT_TRUE(GetFrom("127.0.0.1").succeeded);
-  EXPECT_TRUE(GetFrom("localhost").TellsWhyNot());
+  EXPECT_TRUE(get("127.0.0.1").succeeded);
+  EXPECT_TRUE(get("localhost").TellsWhyNot());
   g_trusted.clear();
 }
 
