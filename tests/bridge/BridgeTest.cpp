@@ -15,10 +15,7 @@ namespace {
 constexpr std::uint64_t kActiveFile = 7;
 constexpr std::string_view kPoll = "/api/bridge/command/next";
 
-std::string PathOf(const Network::Request& request) {
-  const std::size_t host = request.url.find("//") + 2;
-  return request.url.substr(request.url.find('/', host));
-}
+std::string PathOf(const Network::Request& request) { return request.url.substr(request.url.find('/', 8)); }
 
 FMX_ErrorCode StartScript(const FMX_Text* file, const FMX_Text* script, FMX_ScriptControl control,
                           const FMX_Data* parameter) {
@@ -38,8 +35,7 @@ Network::Outcome AnswerTo(const Network::Request& request) {
   for (const auto& [begin, answer] : test.answers) {
     if (path.starts_with(begin)) return answer;
   }
-  if (!path.starts_with(kPoll)) return {true, "", "", 200};
-  if (test.commands.empty()) return {true, R"({"command":null})", "", 200};
+  if (!path.starts_with(kPoll) || test.commands.empty()) return {true, "", "", 200};
   const std::string command = test.commands.front();
   test.commands.pop_front();
   return {true, command, "", 200};

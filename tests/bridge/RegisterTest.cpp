@@ -23,7 +23,7 @@ class Register : public BridgeTest {
   static Texts SignIn() { return {g_licenseKey, g_baseUrl, Prefs::LoadLicenseKey(), Prefs::LoadBaseUrl()}; }
 };
 
-TEST_F(Register, ASuccessSignsInWithTheOriginThatIsGivenAndStoresThat) {
+TEST_F(Register, ASuccessSignsInAndIsStoredAndAFailureLeavesTheEarlierInForce) {
   const struct {
     Texts arguments;
     std::string baseUrl, members;
@@ -43,15 +43,10 @@ TEST_F(Register, ASuccessSignsInWithTheOriginThatIsGivenAndStoresThat) {
     EXPECT_EQ(Sent(), Texts{"GET " + baseUrl + "/api/plugin/version "});
     host.answers.clear();
   }
-}
-
-TEST_F(Register, AFailureLeavesTheEarlierSignInInForce) {
-  Call({"E1", "K2", "M1", "http://x"});
-  RunJobs();
   host.answers = {{"Get(FileName)", "Other"}};
   answers["/api/bridge/register"] = {true, "bad \"key\"", "", 401};
-  EXPECT_EQ(Call({"E2", "K3", "M2", "http://y"}), "ERROR: HTTP 401 — bad \"key\"");
-  EXPECT_EQ(SignIn(), (Texts{"K2", "http://x", "K2", "http://x"}));
+  EXPECT_EQ(Call({"E2", "K4", "M2", "http://y"}), "ERROR: HTTP 401 — bad \"key\"");
+  EXPECT_EQ(SignIn(), (Texts{"K3", "http://x/", "K3", "http://x/"}));
   EXPECT_EQ(g_registeredFileName, "Sales");
   EXPECT_TRUE(g_registered && jobs.empty());
 }

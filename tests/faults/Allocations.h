@@ -6,7 +6,7 @@
 namespace allocations {
 
 /// Lets the allocation `after` allocations from now fail.
-void FailAfter(std::size_t after);
+void FailAfter(std::ptrdiff_t after);
 /// Takes it back; false when it has happened.
 bool TakeBack();
 

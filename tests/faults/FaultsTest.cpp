@@ -171,8 +171,7 @@ const Fault kFaults[] = {
      fmhost::TakeBackException, kException},
     {"evaluation error", [](int after) { BridgeTest::current->evaluationsBeforeError = after; },
      [] { return std::exchange(BridgeTest::current->evaluationsBeforeError, -1) >= 0; }, kNothing},
-    {"out of memory", [](int after) { allocations::FailAfter(static_cast<std::size_t>(after)); }, allocations::TakeBack,
-     kBadAlloc},
+    {"out of memory", [](int after) { allocations::FailAfter(after); }, allocations::TakeBack, kBadAlloc},
 };
 
 void TryAtEveryPoint(const Scenario& scenario, const Fault& fault) {

@@ -15,7 +15,7 @@ TEST_F(Transfers, OutliveEveryAllocationThatFails) {
   const std::string url = service.url() + "/api/plugin/version", body = service.Get("/api/plugin/version").body;
   ASSERT_GT(body.size(), 16u) << "a string must need memory of its own to hold it";
   bool failed = true;
-  std::size_t failures = 0;
+  int failures = 0;
   for (; failed; ++failures) {
     SCOPED_TRACE(failures);
     std::string response, error;
@@ -31,7 +31,7 @@ TEST_F(Transfers, OutliveEveryAllocationThatFails) {
     EXPECT_TRUE(Network::Get(url, response, error)) << error;
     EXPECT_EQ(response, body);
   }
-  EXPECT_GT(failures, 6u);
+  EXPECT_GT(failures, 6);
 }
 
 }  // namespace

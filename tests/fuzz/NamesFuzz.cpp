@@ -1,15 +1,13 @@
-// Names that come from users and the service, by rules told another way: window titles, lists, uploads and versions.
+// Names that come from users and the service, by rules told another way: window titles, lists and uploads.
 #include <curl/curl.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <regex>
 #include <vector>
 
 #include "core/Ascii.h"
 #include "core/Lines.h"
 #include "net/PercentEncode.h"
-#include "net/Version.h"
 #include "schema/OpenFiles.h"
 #include "tests/fuzz/Fuzz.h"
 
@@ -40,19 +38,10 @@ void CheckUploadName(const std::string& name) {
   curl_free(decoded);
 }
 
-void CheckVersion(const std::string& text) {
-  static const std::regex tooLong("[0-9]{9}");
-  if (std::regex_search(text, tooLong)) return;  // scanf may do anything with what does not fit
-  std::array<int, 3> scanned{};
-  std::sscanf(text.c_str(), "%d.%d.%d", &scanned[0], &scanned[1], &scanned[2]);
-  Check(ParseVersion(text) == scanned);
-}
-
 }  // namespace
 
 void Try(const std::string& input) {
   CheckWindowTitle(input);
   CheckList(input);
   CheckUploadName(input);
-  CheckVersion(input);
 }

@@ -81,7 +81,6 @@ TEST_F(NetworkTest, TellsHowTheTransferEnded) {
   } cases[] = {
       {{false, "", "", 204}, true, "old response", "old error"},
       {{true, "moved", "", 399}, true, "moved", "old error"},
-      {{true, "no status", "", 0}, true, "no status", "old error"},
       {{true, "{\"error\":\"x\"}", "", 400}, false, "{\"error\":\"x\"}", "ERROR: HTTP 400 — {\"error\":\"x\"}"},
       {{false, "", "", 503}, false, "old response", "ERROR: HTTP 503 — "},
       {{false, "", "Verbindung verloren – Größe", 0}, false, "old response", "ERROR: Verbindung verloren – Größe"},

@@ -50,15 +50,12 @@ TEST_F(ServiceFunctions, SendWhatTheyAreForAndGiveTheAnswer) {
 
 TEST_F(ServiceFunctions, WhatCannotBeSentIsToldAndNothingIsSent) {
   const Case cases[] = {
-      {Do_HTTPPost, {"", ""}, "ERROR: url is empty."},
       {Do_HTTPPost, {kUrl, ""}, "ERROR: jsonBody is empty."},
       {Do_HTTPPost, {"no url", "{}"}, "ERROR: Invalid URL: no url"},
       {Do_UploadFile, {"no url", "", "", ""}, "ERROR: Invalid URL: no url"},
       {Do_UploadFile, {kUrl, "K", "n", missing_}, "ERROR: Could not read file: " + missing_},
-      {Do_PushSnapshot, {"", ""}, "ERROR: ingestUrl is empty."},
       {Do_PushSnapshot, {kUrl, ""}, "ERROR: xmlPath is empty."},
       {Do_PushSnapshot, {kUrl, missing_}, "ERROR: Could not open file: " + missing_},
-      {Do_PushScript, {"", "", ""}, "ERROR: licenseKey is empty."},
       {Do_PushScript, {"K", "", ""}, "ERROR: bridgeUrl is empty."},
       {Do_PushScript, {"K", kUrl, ""}, "ERROR: xmlType is empty."},
       {Do_PushScript, {"K", "no url", "XMSS"}, "ERROR: Invalid URL: no url"},

@@ -7,7 +7,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <latch>
 #include <thread>
 
 #include "net/Network.h"
@@ -203,20 +202,6 @@ TEST(UrlLayer, CookiesAreSharedBetweenRequests) {
   for (const bool isSent : {false, true}) {
     Get(server.Url());
     EXPECT_EQ(server.Requests().back().find("Cookie: session=42") != std::string::npos, isSent);
-  }
-}
-
-TEST(UrlLayer, ManyCallsRunSideBySide) {
-  constexpr int kCalls = 20;
-  std::latch together(kCalls);  // no answer before all have asked
-  LoopbackServer server(Answering([&](const std::string& request) {
-    together.arrive_and_wait();
-    return CannedAnswer{200, RequestLine(request), ""};
-  }));
-  std::vector<std::jthread> callers;
-  for (int call = 0; call < kCalls; ++call) {
-    callers.emplace_back(
-        [&, path = "/" + std::to_string(call)] { EXPECT_EQ(Get(server.Url(path)).response, "GET " + path); });
   }
 }
 
