@@ -31,6 +31,7 @@ TEST_F(PasteboardMacTest, TellsWhatTheSystemRefusesOrRaisesAt) {
       {{"not UTF-8"}, [&] { return access->CopyFlavor(1, kNotUtf8, bytes); }},
       {{"not UTF-8"}, [&] { return access->SetData(kNotUtf8, "new"); }},
       {{"not UTF-8"}, [&] { return access->DataForType(kNotUtf8, bytes); }},
+      {{"not UTF-8"}, [&] { return !access->AvailableType({kNotUtf8}).empty(); }},
       {{"not UTF-8"}, [&] { return access->SetString("\xEF\xBB\xBF\xFF"); }},
       {{"CFString", "CFData"}, [&] { return access->PutFlavor("A", "new"); }},
       {{"CopyFlavor A", "GetItemIdentifier", "CFString", "CFData"}, [&] { return access->CopyFlavor(1, "A", bytes); }},
