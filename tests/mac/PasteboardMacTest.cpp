@@ -23,6 +23,11 @@ struct PasteboardMacTest : testing::Test {
   std::unique_ptr<Pasteboard> access = Pasteboard::Open();
 };
 
+TEST_F(PasteboardMacTest, DeclaresTheTextBeforeTheTypes) {
+  access->DeclareTypes(true, {"A", kNotUtf8});
+  EXPECT_EQ(fake.declared, (Names{kText, "A"}));
+}
+
 // AppKit raises when the pasteboard server is lost, which Carbon does not.
 TEST_F(PasteboardMacTest, TellsWhatTheSystemRefusesOrRaisesAt) {
   std::string bytes = "untouched";
