@@ -64,8 +64,9 @@ int Check(const char* what, double value, double limit, bool atMost) {
 }  // namespace
 
 int main() {
-  char path[] = "/tmp/varnix-upload-XXXXXX";
+  static char path[] = "/tmp/varnix-upload-XXXXXX";
   const int file = mkstemp(path);
+  std::atexit([] { unlink(path); });
   const std::string block(1 << 20, 'x');
   for (int i = 0; i < kFileMegabytes; ++i) {
     if (write(file, block.data(), block.size()) != static_cast<ssize_t>(block.size())) return 1;
@@ -86,7 +87,6 @@ int main() {
     snapshot = Best(snapshot, Run(pushing));
     rival = Best(rival, Run(curl));
   }
-  unlink(path);
 
   std::printf("%-62s | %8s | %11s\n", "a file of 512 MB", "measured", "demanded");
   int missed = Check("UploadFile: peak memory in MB", upload.megabytes, 1.1 * kFileMegabytes + kSpareMegabytes, true);

@@ -14,26 +14,16 @@ constexpr std::int64_t kPrepareIntervalMs = 500;
 
 std::size_t HashOf(const std::string& bytes) { return std::hash<std::string>{}(bytes); }
 
-// The hash of "type, line feed, XML". The joined text's memory is kept from call to call, unless it is uncommonly
-// large.
-std::size_t MirrorHash(const std::string& type, const std::string& xml) {
-  constexpr std::size_t kKeptBytes = std::size_t{32} << 20;
-  static std::string joined;
-  joined.assign(type).append(1, '\n').append(xml);
-  const std::size_t hash = HashOf(joined);
-  if (joined.capacity() > kKeptBytes) std::string().swap(joined);
-  return hash;
-}
-
 // Writes FileMaker XML that stands on the clipboard without its text back under every name.
 void Mirror() {
   std::string type, xml, error;
   if (!ProbeFileMakerClipboardXML(type, xml, error)) return;
-  const std::size_t hash = MirrorHash(type, xml);
+  const std::size_t xmlHash = HashOf(xml);
+  const std::size_t hash = HashOf(type + '\n' + std::to_string(xmlHash));  // the XML may be too large to be joined
   if (hash == g_lastMirroredClipboardHash) return;
   if (!Clipboard::SetXML(type, xml, error)) return;
   g_lastMirroredClipboardHash = hash;
-  g_lastPreparedClipboardHash = HashOf(xml);
+  g_lastPreparedClipboardHash = xmlHash;
 }
 
 void Prepare(const std::string& text) {

@@ -1,6 +1,7 @@
 #include "bridge/LivePush.h"
 
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -54,8 +55,11 @@ std::string IngestUrl(const Upload& upload) {
 
 void Send(const Upload& upload) {
   std::string response, error;
-  Network::PostFile(IngestUrl(upload), upload.posixPath, response, error);
-  std::remove(upload.posixPath.c_str());
+  {
+    const auto remove = [](const char* path) { std::remove(path); };  // also when memory runs out
+    const std::unique_ptr<const char, decltype(remove)> file(upload.posixPath.c_str(), remove);
+    Network::PostFile(IngestUrl(upload), upload.posixPath, response, error);
+  }
   if (!error.empty()) {
     Notify("Varnix — Upload Failed", "Could not send schema for \"" + upload.targetName + "\": " + error);
   }

@@ -12,7 +12,7 @@ namespace {
 
 constexpr char kNoTransfer[] = "The transfer could not be started.";
 constexpr char kNoDescription[] = "The transfer failed.";
-constexpr char kTooLarge[] = "There is not enough memory for the answer.";
+constexpr char kOutOfMemory[] = "out of memory";  // short enough for a string to hold without memory of its own
 
 /// Nil when `utf8` is not UTF-8.
 NSString* Text(const std::string& utf8) {
@@ -61,7 +61,7 @@ Network::Outcome ToOutcome(NSData* data, NSURLResponse* response, NSError* error
   try {
     if ([data length] != 0) outcome.body.assign(static_cast<const char*>([data bytes]), [data length]);
   } catch (const std::bad_alloc&) {  // which must not leave the session's block
-    outcome = {.body = {}, .failure = kTooLarge};
+    outcome = {.body = {}, .failure = kOutOfMemory};
   }
   return outcome;
 }
