@@ -18,7 +18,7 @@ namespace {
 constexpr std::int64_t kIdleIntervalMs = 100;
 constexpr double kLeastSpeedOfIdle = 1 / 3.0;  // an idle call costs at most three copies of the text
 // A flavour without the mark of a snippet, which FileMaker never writes, is read and hashed beside its text.
-constexpr double kLeastSpeedOfMirroring = 1 / 7.0;
+constexpr double kLeastSpeedOfMirroring = 1 / 8.0;
 constexpr double kLeastSpeedOfDetection = 4;
 
 std::int64_t now = 1000000;
