@@ -75,4 +75,14 @@ TEST_F(LivePush, AFailureIsToldToTheUserAndTheServiceAndTheFileGoesAllTheSame) {
   }
 }
 
+TEST_F(LivePush, OfTwoCallsWithOnePathTheFirstCompletesTheRequest) {
+  Wait("c1", "Sales", "Sales");
+  Call(Save());
+  Call(path_);
+  RunJobs();
+  EXPECT_EQ(Sent(),
+            (Texts{std::string("POST http://s/api/live/ingest/K1?filename=Sales.fmp12.xml ") + kBytes, Ended("c1")}));
+  EXPECT_EQ(notifications.size(), 1u) << "the second finds no file";
+}
+
 }  // namespace

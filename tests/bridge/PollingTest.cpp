@@ -1,5 +1,9 @@
-// When the bridge asks the service, what for, and what it makes of the answer.
+// When the bridge asks the service for commands and for the newest version, and what it makes of the answers.
+#include <array>
+#include <limits>
+
 #include "bridge/BridgeState.h"
+#include "core/Product.h"
 #include "net/VersionCheck.h"
 #include "tests/bridge/BridgeTest.h"
 
@@ -20,8 +24,11 @@ TEST_F(Polling, OneAtATimeAtLeastThreeSecondsFromStartToStart) {
       {100, 10'000, {3000, 15'000}},  // a call that finds the poll still running begins the three seconds anew
       {100, kNever, {3000}},
   };
-  for (const auto& c : cases) {
-    const std::int64_t begin = g_lastPollMs = now;
+  constexpr std::int64_t kEndOfTime = std::numeric_limits<std::int64_t>::max() - 20'000;
+  for (std::size_t i = 0; i < 3 * std::size(cases); ++i) {
+    const auto& c = cases[i / 3];
+    const std::int64_t begin = std::array{std::int64_t{0}, std::int64_t{1'000'000}, kEndOfTime}[i % 3];
+    g_lastPollMs = g_lastVersionCheckMs = g_lastClipboardPrepareMs = begin;
     std::vector<std::int64_t> starts;
     for (std::int64_t t = 0; t < 20'000; t += c.idleEvery) {
       now = begin + t;
@@ -104,6 +111,15 @@ TEST_F(Polling, StepsOfACallComeInOrderAndAHandledOneEndsIt) {
   EXPECT_EQ(requests.end()[-2].url, "http://s/api/plugin/version");
 }
 
+TEST_F(Polling, AsksForTheVersionOnceADay) {
+  for (const int checks : {0, 1, 0, 1}) {
+    now += checks == 0 ? 86'399'999 : 1;
+    Idle();
+    RunJobs();
+    EXPECT_EQ(Sent(), Texts(static_cast<std::size_t>(checks), "GET http://s/api/plugin/version ")) << now;
+  }
+}
+
 TEST_F(Polling, SignedOutNothingIsAskedAndNothingSent) {
   g_registered = false;
   g_registeredFileName.clear();
@@ -113,6 +129,35 @@ TEST_F(Polling, SignedOutNothingIsAskedAndNothingSent) {
   Idle();
   EXPECT_TRUE(jobs.empty() && host.asked.empty() && g_hasPendingCmd);
   EXPECT_NE(pasteboard.Bytes("Mac-XMSS"), "") << "the clipboard is kept nevertheless";
+}
+
+TEST_F(Polling, TellsOfNewerVersionsAndKeepsTheLastWhenItLearnsNone) {
+  EXPECT_EQ(CallHandler(Do_UpdateAvailable), "");
+  const struct {
+    std::string answer, newer;
+    long long status = 200;
+  } cases[] = {
+      {R"({"version":"1.6.16"})", ""},
+      {R"({"version":"1.7"})", "1.7"},
+      {R"({"version":"2-beta ä"})", "2-beta ä"},
+      {R"({"version":"v9.9.9"})", ""},
+      {R"({"version":" 1. 7.+8x"})", " 1. 7.+8x"},
+      {R"({"version":"1 .7"})", ""},
+      {R"({"version":"1.6.4294967300"})", "1.6.4294967300"},
+      {R"({"version":"-4294967294"})", ""},
+      {R"({"version":""})", ""},
+      {R"({"version":"1.10.0","x":{"version":""}})", "1.10.0"},
+      {R"({"version": "3.0.0"})", "1.10.0"},
+      {R"({"version":"3.0.0)", "1.10.0"},
+      {R"({"version":"3.0.0"})", "1.10.0", 500},
+  };
+  for (const auto& [answer, newer, status] : cases) {
+    answers["/api/plugin/version"] = {true, answer, "", status};
+    CheckVersionInBackground();
+    RunJobs();
+    const std::string notice = "Varnix plugin v" + newer + " is available — download at " VARNIX_GUIDE_ADDRESS;
+    EXPECT_EQ(CallHandler(Do_UpdateAvailable), newer.empty() ? "" : notice) << answer;
+  }
 }
 
 }  // namespace

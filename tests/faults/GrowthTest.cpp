@@ -1,4 +1,5 @@
 // Nothing grows, to the block, however long the bridge runs.
+#include "bridge/BridgeState.h"
 #include "tests/bridge/BridgeTest.h"
 #include "tests/faults/Allocations.h"
 
@@ -28,6 +29,25 @@ TEST_F(Growth, AHundredThousandIdleCallsWithCommandsLeaveNothingBehind) {
   };
   const auto before = blocksAfter(1'000);
   EXPECT_EQ(blocksAfter(100'000), before);
+}
+
+TEST_F(Growth, AnHourOfARevokedKeyKeepsThePace) {
+  answers["/api/bridge/command/next"] = {true, R"({"error":"revoked"})", "", 403};
+  const auto blocksAfterAnHour = [&] {
+    g_lastPollMs = 0;  // due at once
+    for (int call = 0; call < 36'000; ++call, now += 100) {
+      Idle();
+      RunJobs();
+    }
+    EXPECT_EQ(requests.size(), 1200u);
+    EXPECT_EQ(Sent(), Texts());
+    requests = {};
+    pasteboard.calls = {};
+    return allocations::Live();
+  };
+  const auto before = blocksAfterAnHour();
+  EXPECT_EQ(blocksAfterAnHour(), before);
+  EXPECT_TRUE(g_registered) << "the key may be valid again";
 }
 
 }  // namespace
