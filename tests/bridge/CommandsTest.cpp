@@ -20,41 +20,36 @@ TEST_F(Commands, EachTellsTheServiceItsResultByteForByte) {
   const std::string report =
       R"({"pluginVersion":"1.6.16","registered":true,"baseUrl":"http://s","registeredFile":"Registered",)"
       R"("pendingTarget":"","pendingSchemaReady":false,"currentFile":"Now","targetFile":"Sales","windowName":"",)"
-      R"("account":"","privilegeSet":"","windowNames":[],"databaseNames":[],"activeFiles":["Now","Registered"],)"
-      R"("targetScriptNames":["One","Two"],"livePushVisible":""})";
+      R"("account":"","privilegeSet":"","windowNames":[],"databaseNames":["A \"B\""],)"
+      R"("activeFiles":["Now","Registered","A \"B\""],"targetScriptNames":["One","Two"],"livePushVisible":""})";
   const FakePasteboard::Item text = {{FakePasteboard::kText, "a text"}};
   const struct {
     std::string command;
     FakePasteboard::Item clipboard;
-    std::map<std::string, std::string> calculations;
     Texts sent;
   } cases[] = {
-      {R"("type":"GET_CLIPBOARD")", kScriptSteps, {}, {pushedSteps, done}},
-      {R"("type":"GET_CLIPBOARD","xmlType":"XMSC")", kScriptSteps, {}, {pushedSteps, done}},
-      {R"("type":"GET_CLIPBOARD","xmlType":"Aut\"o")", {{"Aut\"o", "<x/>"}}, {}, {pushedOther, done}},
-      {R"("type":"GET_CLIPBOARD")", text, {}, {Ended("c1", kNoXml)}},
-      {R"("type":"GET_CLIPBOARD","xmlType":"AUTO")", {{"AUTO", "<x/>"}}, {}, {Ended("c1", kNoXml)}},
-      {R"("type":"GET_CLIPBOARD","xmlType":"XMTB")", {}, {}, {Ended("c1", kNoXml)}},
+      {R"("type":"GET_CLIPBOARD")", kScriptSteps, {pushedSteps, done}},
+      {R"("type":"GET_CLIPBOARD","xmlType":"XMSC")", kScriptSteps, {pushedSteps, done}},
+      {R"("type":"GET_CLIPBOARD","xmlType":"Aut\"o")", {{"Aut\"o", "<x/>"}}, {pushedOther, done}},
+      {R"("type":"GET_CLIPBOARD")", text, {Ended("c1", kNoXml)}},
+      {R"("type":"GET_CLIPBOARD","xmlType":"AUTO")", {{"AUTO", "<x/>"}}, {Ended("c1", kNoXml)}},
+      {R"("type":"GET_CLIPBOARD","xmlType":"XMTB")", {}, {Ended("c1", kNoXml)}},
       {R"("type":"GET_CLIPBOARD_FORMATS")",
        text,
-       {},
        {Pushed("CLIPBOARD_FORMATS", "public.utf8-plain-text\n", "Clipboard Formats"), done}},
-      {R"("type":"LIST_FILES")",
-       {},
-       {{"Get(FileName)", "Sales"}, {"DatabaseNames", "Sales\rA \"B\""}},
-       {Pushed("FILE_LIST", "Sales\nRegistered\nA \"B\"", "Open Files"), done}},
+      {R"("type":"LIST_FILES")", {}, {Pushed("FILE_LIST", "Now\nRegistered\nA \"B\"", "Open Files"), done}},
       {R"("type":"DEBUG_CONTEXT","fileName":"Sales")",
        {},
-       {{"Get(FileName)", "Now"}, {"ScriptNames(\"Sales\")", "One\rTwo"}},
        {Pushed("CONTEXT_DEBUG", report, "FileMaker Context Debug"), done}},
-      {R"("type":"get_clipboard")", kScriptSteps, {}, {Ended("c1", "Unknown command type: get_clipboard")}},
+      {R"("type":"get_clipboard")", kScriptSteps, {Ended("c1", "Unknown command type: get_clipboard")}},
   };
-  for (const auto& c : cases) {
-    pasteboard.Replace(c.clipboard);
-    host.answers = c.calculations;
-    CarryOut(R"({"command":{"id":"c1",)" + c.command + "}}");
-    EXPECT_EQ(Sent(), c.sent) << c.command;
+  host.answers = {{"Get(FileName)", "Now"}, {"DatabaseNames", "A \"B\""}, {"ScriptNames(\"Sales\")", "One\rTwo"}};
+  for (const auto& [command, clipboard, sent] : cases) {
+    pasteboard.Replace(clipboard);
+    CarryOut(R"({"command":{"id":"c1",)" + command + "}}");
+    EXPECT_EQ(Sent(), sent) << command;
   }
+  host.answers.clear();
   g_registeredFileName.clear();
   CarryOut(R"({"id":"c1","type":"LIST_FILES"})");
   EXPECT_EQ(Sent(), (Texts{Pushed("FILE_LIST", "", "Open Files"), done})) << "an empty list is sent as it is";

@@ -2,6 +2,7 @@
 #include "net/ServiceFunctions.h"
 
 #include <fstream>
+#include <regex>
 
 #include "bridge/LivePush.h"
 #include "bridge/Register.h"
@@ -40,12 +41,23 @@ TEST_F(ServiceFunctions, SendWhatTheyAreForAndGiveTheAnswer) {
     EXPECT_EQ(CallHandler(c.handler, c.arguments), c.result);
     EXPECT_EQ(Sent(), Texts{std::string("POST ") + kUrl + " " + c.body});
   }
-  EXPECT_EQ(CallHandler(Do_UploadFile, {kUrl, "key", "näme.xml", file_}), "an answer");
-  const std::string form = Sent().at(0);
-  for (const char* part :
-       {kUrl, "\"licenseKey\"\r\n\r\nkey\r\n", "\"filename\"\r\n\r\nnäme.xml\r\n", "\r\n<x/>\n\r\n"}) {
-    EXPECT_NE(form.find(part), form.npos) << form;
-  }
+}
+
+TEST_F(ServiceFunctions, UploadFileSendsAFormWithABoundaryOfItsOwn) {
+  for (int i = 0; i < 2; ++i) EXPECT_EQ(CallHandler(Do_UploadFile, {kUrl, "KEY-1", "a \"b\".xml", file_}), "an answer");
+  ASSERT_EQ(requests.size(), 2u);
+  EXPECT_NE(requests[0].body, requests[1].body);
+  EXPECT_EQ(requests[0].url, kUrl);
+  const std::string boundary = requests[0].body.substr(2, 22), start = "--" + boundary;
+  EXPECT_TRUE(std::regex_match(boundary, std::regex("VarnixBoundary[0-9A-F]{8}"))) << boundary;
+  const std::pair<std::string, std::string> type = {"Content-Type", "multipart/form-data; boundary=" + boundary};
+  EXPECT_EQ(requests[0].headers, std::vector{type});
+  EXPECT_EQ(requests[0].body,
+            start + "\r\nContent-Disposition: form-data; name=\"licenseKey\"\r\n\r\nKEY-1\r\n" + start +
+                "\r\nContent-Disposition: form-data; name=\"filename\"\r\n\r\na \"b\".xml\r\n" + start +
+                "\r\nContent-Disposition: form-data; name=\"file\"; filename=\"a \"b\".xml\"\r\n"
+                "Content-Type: application/xml\r\n\r\n<x/>\n\r\n" +
+                start + "--\r\n");
 }
 
 TEST_F(ServiceFunctions, WhatCannotBeSentIsToldAndNothingIsSent) {

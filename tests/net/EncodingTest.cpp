@@ -1,12 +1,15 @@
-// The JSON text routines: the cases of the wire format by name, everything else against the plain reference.
+// The encodings of the wire. JSON: the cases of the format by name, everything else against the plain reference.
 #include "net/Json.h"
 
 #include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <resolv.h>
 
 #include <random>
 #include <string>
 #include <vector>
 
+#include "net/Base64.h"
 #include "net/JsonRecord.h"
 #include "tests/net/JsonReference.h"
 
@@ -92,6 +95,23 @@ TEST(JsonRoutines, AgreeWithTheReferenceOnRandomTexts) {
         ASSERT_EQ(JsonGetString(json, key), reference::JsonGetString(json, key)) << json;
       }
     }
+  }
+}
+
+/// The system library's base64, which has another interface.
+std::string SystemsBase64(const std::string& bytes) {
+  std::string result(bytes.size() * 2 + 4, '\0');
+  const auto from = reinterpret_cast<const unsigned char*>(bytes.data());
+  result.resize(static_cast<std::size_t>(b64_ntop(from, bytes.size(), result.data(), result.size())));
+  return result;
+}
+
+TEST(Base64Encode, AgreesWithTheSystemsAtEverySize) {
+  std::mt19937 random(1);
+  std::string bytes;
+  while (bytes.size() < 7000) {
+    ASSERT_EQ(Base64Encode(bytes), SystemsBase64(bytes)) << bytes.size();
+    for (std::size_t more = bytes.size() / 300 + 1; more > 0; --more) bytes += static_cast<char>(random());
   }
 }
 
