@@ -1,10 +1,10 @@
-// The end of the plug-in while the service and the desktop hang: unloading it waits for nobody.
+// The end of the plug-in while the service and the desktop hang: unloading it, and the end of the host, wait for
+// nobody.
 #include <FMWrapper/FMXExtern.h>
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
-#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
@@ -13,6 +13,7 @@
 
 #include "tests/support/FolderTest.h"
 #include "tests/support/LoopbackServer.h"
+#include "tests/support/Process.h"
 #include "tests/support/ScriptedHost.h"
 
 namespace {
@@ -20,20 +21,25 @@ namespace {
 /// Far above what it takes and far below the two minutes that a transfer may.
 constexpr std::chrono::seconds kBound{20};
 
-using Unload = FolderTest;
+class Unload : public FolderTest {
+ protected:
+  Unload() {
+    setenv("XDG_CONFIG_HOME", folder_.c_str(), 1);
+    unsetenv("DISPLAY");  // the clipboard of whoever runs the tests is not ours
+    std::filesystem::create_directories(folder_ + "/varnix");
+    std::ofstream(folder_ + "/varnix/preferences")
+        << "com.varnix.plugin.licenseKey=K1\ncom.varnix.plugin.baseUrl=" << server.Url() << "\n";
+  }
+  ~Unload() override { EXPECT_LT(std::chrono::steady_clock::now() - start, kBound); }
+
+  LoopbackServer server{NeverAnswer};
+  std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
+};
 
 TEST_F(Unload, LeavesWhileRequestsAndNotificationsHang) {
-  LoopbackServer server(NeverAnswer);
-  setenv("XDG_CONFIG_HOME", folder_.c_str(), 1);
-  unsetenv("DISPLAY");  // the clipboard of whoever runs the tests is not ours
   setenv("PATH", (folder_ + ":" + getenv("PATH")).c_str(), 1);
   std::ofstream(folder_ + "/notify-send") << "#!/bin/sh\ntouch '" << folder_ << "/notified'\nexec sleep 60\n";
   std::filesystem::permissions(folder_ + "/notify-send", std::filesystem::perms::owner_all);
-  std::filesystem::create_directories(folder_ + "/varnix");
-  std::ofstream(folder_ + "/varnix/preferences")
-      << "com.varnix.plugin.licenseKey=K1\ncom.varnix.plugin.baseUrl=" << server.Url() << "\n";
-  std::ofstream(folder_ + "/saved.xml") << "<x/>";
-
   void* library = dlopen(PLUGIN_FILE, RTLD_NOW | RTLD_LOCAL);
   ASSERT_NE(library, nullptr) << dlerror();
   const auto send = [&](FMX_ExternCallSwitch message) {
@@ -46,20 +52,31 @@ TEST_F(Unload, LeavesWhileRequestsAndNotificationsHang) {
   ScriptedHost host;
   send(kFMXT_Init);
   send(kFMXT_Idle);
-  for (const char* name : {"/missing.xml", "/saved.xml"}) {
+  const auto push = [&](const std::string& name) {
     EXPECT_EQ(CallHandler(fmhost::FindFunction(u"Varnix.LivePush")->function, {folder_ + name}), "OK");
-  }
-  const auto isAsked = [&](const char* line) {
-    return std::ranges::any_of(server.Requests(), [&](const auto& request) { return request.starts_with(line); });
   };
-  while (!isAsked("GET /api/bridge/command/next") || !isAsked("POST /api/live/ingest")) std::this_thread::yield();
+  push("/missing.xml");
+  std::filesystem::create_directory(folder_ + "/saved");
+  for (char number = '1'; number <= '8'; ++number) {
+    std::ofstream(folder_ + "/saved/" + number) << "<x/>";
+    push(std::string("/saved/") + number);
+  }
+  EXPECT_EQ(server.WaitForRequests(9).size(), 9u) << "the poll and the uploads, side by side";
   while (!std::filesystem::exists(folder_ + "/notified")) std::this_thread::yield();
   send(kFMXT_Shutdown);
-  const auto start = std::chrono::steady_clock::now();
+  start = std::chrono::steady_clock::now();
   dlclose(library);
-  EXPECT_LT(std::chrono::steady_clock::now() - start, kBound);
-  EXPECT_FALSE(std::filesystem::exists(folder_ + "/saved.xml")) << "an upload cut short still takes its file with it";
+  EXPECT_TRUE(std::filesystem::is_empty(folder_ + "/saved")) << "an upload cut short still takes its file with it";
   EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "the notification's tool is left";
+}
+
+TEST_F(Unload, TheHostEndsWhileAPollHangs) {
+  for (const char* input : {".idle 0.3\n", ".idle 0.3\n.quit\n"}) {
+    const auto result = RunProcess({FMSIM, "--plugin", PLUGIN_FILE}, input);
+    EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_EQ(result.errors, "");
+  }
+  EXPECT_EQ(server.Requests().size(), 2u);
 }
 
 }  // namespace

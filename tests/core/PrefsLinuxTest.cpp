@@ -62,7 +62,10 @@ TEST_F(PrefsLinuxTest, ASaveOnAFullDiskLeavesTheOldFileAlone) {
 TEST_F(PrefsLinuxTest, WhatCannotBeReadIsNotReplaced) {
   const std::function<void()> obstacles[] = {
       [&] { mkfifo(file_.c_str(), 0666); },
+      [&] { fs::create_directory(file_); },
       [&] { Write("com.varnix.plugin.licenseKey=secret\n"), fs::permissions(file_, fs::perms::none); },
+      [&] { Write("com.varnix.plugin.licenseKey=large\n"), fs::resize_file(file_, 2 << 20); },
+      [&] { fs::remove(directory_), std::ofstream(directory_) << "a file where the directory should be"; },
   };
   Save("", "");  // makes the directory
   for (const auto& obstruct : obstacles) {
@@ -90,6 +93,8 @@ TEST_F(PrefsLinuxTest, DamagedLinesAreEmptyTextsAndStayUntilTheirOwnSettingIsSav
     InNewProcess([] { Prefs::SaveLicenseKey("key"); });
     ExpectStored("url", "key");
   }
+  Save(std::string(2 << 20, 'u'), "new key");
+  ExpectStored("url", "new key");  // a text too large to be loaded again is not saved
 }
 
 TEST_F(PrefsLinuxTest, TwoProcessesThatSaveAtOnceLoseNothing) {

@@ -1,5 +1,5 @@
-// A thousand commands in a row while the service is killed and started again: what became of each is known, and
-// none is carried out twice.
+// A thousand commands in a row while the service is killed and started again: what became of each is known, none is
+// carried out twice, and FileMaker's process does not grow.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -24,11 +24,15 @@ namespace {
 using nlohmann::json;
 
 constexpr int kCommands = 1000;
+constexpr int kMeasuredAt = 100;
 constexpr int kKills = 10;
 constexpr int kFirstKill = 120;
 constexpr int kKillDistance = 85;   // from kill to kill at another type
 constexpr int kHitByOneKill = 3;    // at work or on their way at the same moment, at most
 constexpr int kNoticedWithin = 20;  // commands, while the test gets round to its kill
+constexpr long kMemorySlackKb = 2048;
+constexpr long kThreadSlack = 8;
+constexpr long kDescriptorSlack = 4;
 constexpr auto kPatience = std::chrono::seconds(100);
 constexpr auto kLookInterval = std::chrono::milliseconds(2);
 
@@ -164,6 +168,8 @@ TEST_F(EndToEnd, KnowsWhatBecameOfAThousandCommandsThoughTheServiceIsKilledTenTi
   }
   FastFileMaker fileMaker(folder_);
   fileMaker.Type(R"(Varnix.Register ( "you@example.com" ; "local" ; "machine" ; ")" + service_->url() + "\" )");
+  ASSERT_NO_FATAL_FAILURE(Await(kMeasuredAt, true));
+  const Footprint before = fileMaker.Measure();
   for (int kill = 0; kill < kKills; ++kill) {
     // One kill meets a command at work, the next the poll that follows it.
     ASSERT_NO_FATAL_FAILURE(Await(KilledAt(kill), kill % 2 != 0));
@@ -171,10 +177,14 @@ TEST_F(EndToEnd, KnowsWhatBecameOfAThousandCommandsThoughTheServiceIsKilledTenTi
     StartService();
   }
   for (int i = KilledAt(kKills - 1) + kNoticedWithin; i < kCommands; ++i) ASSERT_NO_FATAL_FAILURE(Await(i, true));
+  const Footprint after = fileMaker.Measure();
   EXPECT_EQ(fileMaker.End(), 0) << "host objects left alive are named here: " << fileMaker.Printed();
   EXPECT_EQ(fileMaker.Printed(), "OK\n");
   CheckCommands();
   CheckRecords();
+  EXPECT_LE(after.residentKb, before.residentKb + kMemorySlackKb);
+  EXPECT_LE(after.threads, before.threads + kThreadSlack);
+  EXPECT_LE(after.descriptors, before.descriptors + kDescriptorSlack);
 }
 
 }  // namespace

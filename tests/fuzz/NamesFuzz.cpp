@@ -1,13 +1,17 @@
-// Names that come from users and the service, by rules told another way: window titles, lists and uploads.
+// Names that come from users and the service, by rules told another way: window titles, lists, uploads and
+// versions.
 #include <curl/curl.h>
 
 #include <algorithm>
+#include <array>
+#include <cstdio>
 #include <regex>
 #include <vector>
 
 #include "core/Ascii.h"
 #include "core/Lines.h"
 #include "net/PercentEncode.h"
+#include "net/Version.h"
 #include "schema/OpenFiles.h"
 #include "tests/fuzz/Fuzz.h"
 
@@ -22,20 +26,33 @@ void CheckWindowTitle(const std::string& title) {
 }
 
 void CheckList(const std::string& text) {
-  std::vector<std::string> unique;
-  for (const auto line : NonEmptyLines(text)) AddUniqueName(unique, line);
-  for (const auto& name : unique) {
-    Check(name.find_first_of("\r\n") == name.npos && name.front() != ' ' && name.back() != ' ');
-    Check(std::ranges::count_if(unique, [&](const auto& other) { return EqualIgnoringAsciiCase(name, other); }) == 1);
+  static const std::regex line("[^\r\n]+"), blanks("^[ \t\r\n]+|[ \t\r\n]+$");
+  std::vector<std::string> lines, trimmed, unique;
+  for (std::sregex_iterator match(text.begin(), text.end(), line); match != std::sregex_iterator(); ++match) {
+    lines.push_back(match->str());
+    const std::string name = std::regex_replace(match->str(), blanks, "");
+    const auto isSame = [&](const auto& other) { return EqualIgnoringAsciiCase(name, other); };
+    if (!name.empty() && std::ranges::none_of(trimmed, isSame)) trimmed.push_back(name);
   }
+  const auto found = NonEmptyLines(text);
+  Check(std::vector<std::string>(found.begin(), found.end()) == lines);
+  for (const auto& name : lines) AddUniqueName(unique, name);
+  Check(unique == trimmed);
 }
 
 void CheckUploadName(const std::string& name) {
-  const std::string encoded = PercentEncode(name);
-  int size = 0;
-  char* decoded = curl_easy_unescape(nullptr, encoded.data(), static_cast<int>(encoded.size()), &size);
-  Check(name == std::string(decoded, static_cast<std::size_t>(size)));
-  curl_free(decoded);
+  char* const escaped = curl_easy_escape(nullptr, name.c_str(), static_cast<int>(name.size()));
+  Check(PercentEncode(name) == escaped);
+  curl_free(escaped);
+}
+
+void CheckVersion(const std::string& text) {
+  const auto version = ParseVersion(text);
+  static const std::regex large("[0-9]{9}");
+  if (std::regex_search(text, large)) return;  // scanf may do anything with what does not fit
+  std::array<int, 3> scanned{};
+  std::sscanf(text.c_str(), "%d.%d.%d", &scanned[0], &scanned[1], &scanned[2]);
+  Check(version == scanned);
 }
 
 }  // namespace
@@ -44,4 +61,5 @@ void Try(const std::string& input) {
   CheckWindowTitle(input);
   CheckList(input);
   CheckUploadName(input);
+  CheckVersion(input);
 }

@@ -1,9 +1,12 @@
 // Servers that are missing, hang, die and are followed by others; programs that end and unload.
 #include <dlfcn.h>
 
+#include <atomic>
+#include <csignal>
 #include <filesystem>
 
 #include "tests/clipboard/x11/PasteboardFixture.h"
+#include "tests/support/LoopbackServer.h"
 
 namespace {
 
@@ -36,6 +39,33 @@ TEST_F(PasteboardLifetime, OurContentSurvivesTheServerAndGoesToTheNext) {
     EXPECT_EQ(Text(), "ours");
   }
   EXPECT_EQ(XclipPastes("XMSS"), "ours");
+}
+
+TEST_F(PasteboardLifetime, TheThreadTakesNoSignalOfTheHosts) {
+  ASSERT_TRUE(Write("text", {}));
+  sigset_t ours;
+  sigemptyset(&ours);
+  for (const int number : {SIGPIPE, SIGINT, SIGTERM, SIGUSR1}) sigaddset(&ours, number);
+  pthread_sigmask(SIG_BLOCK, &ours, nullptr);
+  for (const int number : {SIGPIPE, SIGINT, SIGTERM, SIGUSR1}) {
+    kill(getpid(), number);  // ends the process when the thread takes it
+    EXPECT_EQ(sigwaitinfo(&ours, nullptr), number);
+  }
+}
+
+TEST_F(PasteboardLifetime, AServerThatNeverAnswersIsWaitedForOnce) {
+  std::atomic<int> tried = 0;
+  LoopbackServer silent([&](LoopbackServer::Connection& connection) {
+    ++tried;
+    connection.WaitForEnd();
+  });
+  ConnectTo("127.0.0.1:" + std::to_string(silent.port() - 6000));  // the port of display 0
+  ASSERT_TRUE(Write("ours", {}));
+  for (int attempt = 0; attempt < 20; ++attempt) {
+    AdvanceClock(x11::kReconnectPauseMs);
+    EXPECT_EQ(Text(), "ours");
+  }
+  EXPECT_EQ(tried, 1);
 }
 
 TEST_F(PasteboardLifetime, AServerThatHangsIsGivenUpAndHoldsNoExit) {
