@@ -60,9 +60,11 @@ TEST_F(LivePush, NamesTheUploadAndCompletesTheRequestThatItIsAbout) {
 }
 
 TEST_F(LivePush, AFailureIsToldToTheUserAndTheServiceAndTheFileGoesAllTheSame) {
-  const std::string missing = folder_ + "/missing";
+  const std::string missing = folder_ + "/missing", unreadable = folder_ + "/folder";
+  std::filesystem::create_directory(unreadable);
   answers["/api/live/ingest"] = {true, "too \"large\"", "", 413};
   const std::pair<std::string, std::string> cases[] = {{missing, "ERROR: Could not read file: " + missing},
+                                                       {unreadable, "ERROR: Could not read file: " + unreadable},
                                                        {Save(), "ERROR: HTTP 413 — too \"large\""}};
   for (const auto& [path, error] : cases) {
     notifications.clear();
