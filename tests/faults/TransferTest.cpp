@@ -1,6 +1,10 @@
-// Out of memory on the thread of the transfers, which nobody catches for it.
+// Out of memory on threads of our own, where nobody catches it for us.
+#include <atomic>
 #include <new>
+#include <string>
+#include <thread>
 
+#include "bridge/Background.h"
 #include "net/Network.h"
 #include "tests/faults/Allocations.h"
 #include "tests/service/RunningService.h"
@@ -32,6 +36,21 @@ TEST_F(Transfers, OutliveEveryAllocationThatFails) {
     EXPECT_EQ(response, body);
   }
   EXPECT_GT(failures, 6);
+}
+
+TEST(Background, OutlivesEveryAllocationThatFails) {
+  static std::atomic<bool> raised;
+  bool failed = true;
+  for (std::size_t after = 0; failed; ++after) {
+    raised = true;
+    allocations::FailAfter(after);
+    try {
+      bg([flight = LoweredAtEnd(raised)] { std::string(100, 'x'); });
+    } catch (const std::bad_alloc&) {  // on the caller's side
+    }
+    while (raised) std::this_thread::yield();
+    failed = !allocations::TakeBack();
+  }
 }
 
 }  // namespace

@@ -21,3 +21,18 @@ void MoveHome(const std::filesystem::path& home) {
   char* arguments[] = {program, nullptr};
   GSInitializeProcess(1, arguments, environ);
 }
+
+namespace {
+
+TEST_F(PrefsTest, ADefaultThatIsNoTextLoadsAsAnEmptyText) {
+  std::filesystem::create_directory(home_ / "defaults");
+  EXPECT_TRUE(geteuid() != 0 || chown((home_ / "defaults").c_str(), kOrdinaryUser, kOrdinaryUser) == 0);
+  for (const char* value : {"<array><string>a</string></array>", "<dict/>", "<data>YQ==</data>"}) {
+    std::ofstream(home_ / "defaults" / "host.plist")
+        << "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>" << Prefs::kLicenseKeyKey << "</key>" << value
+        << "<key>" << Prefs::kBaseUrlKey << "</key><string>url</string></dict></plist>";
+    ExpectStored("url", "");
+  }
+}
+
+}  // namespace
