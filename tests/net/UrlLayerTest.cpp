@@ -144,14 +144,23 @@ TEST(UrlLayer, OnlyURLTextsAreURLs) {
   }
 }
 
-TEST(UrlLayer, ASilentServerCostsNoMoreThanTheLimits) {
-  LoopbackServer server(NeverAnswer);
-  g_waitLimit = 50ms;
-  EXPECT_EQ(Get(server.Url()).error, "ERROR: Request timed out.");  // which ends later, the caller's texts gone
-  g_waitLimit = 60s;
-  g_transferLimit = 50ms;
-  EXPECT_TRUE(Get(server.Url()).TellsWhyNot());
-  g_transferLimit = 60s;
+/// Begins an answer and goes on with it for ever.
+void Drip(LoopbackServer::Connection& connection) {
+  connection.ReadRequest();
+  connection.Send("HTTP/1.1 200 OK\r\n\r\n");
+  while (connection.Sleep(1ms) && connection.Send("x")) continue;
+}
+
+TEST(UrlLayer, ASilentOrDrippingServerCostsNoMoreThanTheLimits) {
+  for (const auto mood : {NeverAnswer, Drip}) {
+    LoopbackServer server(mood);
+    g_waitLimit = 50ms;
+    EXPECT_EQ(Get(server.Url()).error, "ERROR: Request timed out.");  // which ends later, the caller's texts gone
+    g_waitLimit = 60s;
+    g_transferLimit = 50ms;
+    EXPECT_TRUE(Get(server.Url()).TellsWhyNot());
+    g_transferLimit = 60s;
+  }
 }
 
 TEST(UrlLayer, SendsARequestAsItStands) {
