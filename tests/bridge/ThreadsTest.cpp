@@ -109,7 +109,8 @@ TEST_F(Threads, WhatCannotBeStartedIsOverAndTheNextOneComes) {
       std::string response, error;
       EXPECT_FALSE(Network::Get(g_baseUrl, response, error));
       EXPECT_TRUE(error.starts_with("ERROR: ") && error.size() > 7) << error;
-      IdleUntilPolled();
+      // A sanitizer looks at the first thread of the pool through a descriptor.
+      if (refuse == RefuseThreads || before > 0) IdleUntilPolled();
       refuse(false);
     }
     EXPECT_EQ(server.Requests().size(), before);
