@@ -76,4 +76,13 @@ TEST_F(Commands, AResultThatTheServiceDoesNotTakeMakesTheCommandFail) {
   }
 }
 
+TEST_F(Commands, AnIdleCallWithinAnEvaluationDoesNotRepeatThem) {
+  host.answers = {{"Get(FileName)", "Sales"}};
+  Poll(R"({"id":"c1","type":"LIST_FILES"})");
+  duringEvaluation = [this] { Idle(); };
+  Idle();
+  RunJobs();
+  EXPECT_EQ(Sent(), (Texts{Pushed("FILE_LIST", "Sales\nRegistered", "Open Files"), Ended("c1")}));
+}
+
 }  // namespace

@@ -87,6 +87,9 @@ std::string Do(const Scenario& scenario, Surroundings& surroundings) {
   std::string result;
   if (scenario.name == "Registration") {
     result = std::to_string(RegisterExternalFunctions());
+  } else if (scenario.name == "StringForTheHost") {
+    fmx::unichar16 buffer[10];
+    CopyUTF8ToUnichar16("Varnix", 10, buffer);
   } else if (const auto* function = fmhost::FindFunction(calc::ToUtf16(scenario.name))) {
     result = Call(function->function, scenario.arguments, surroundings.path);
   } else if (scenario.arguments.empty()) {
@@ -100,6 +103,7 @@ std::string Do(const Scenario& scenario, Surroundings& surroundings) {
 
 const Scenario kScenarios[] = {
     {"Registration", {}, [](Surroundings&) { UnregisterExternalFunctions(); }},
+    {"StringForTheHost"},
     {"TextOnTheClipboard"},
     {"FlavourOnTheClipboard",
      {},

@@ -1,4 +1,4 @@
-// A plug-in that leaves objects and a function behind, deletes an object twice, and lets exceptions out.
+// A plug-in that leaves objects and a function behind, and lets exceptions out.
 #pragma GCC visibility push(default)
 #include <FMWrapper/FMXExtern.h>
 #pragma GCC visibility pop
@@ -12,21 +12,12 @@ FMX_ExternCallPtr gFMX_ExternCallPtr = nullptr;
 namespace {
 
 constexpr short kFirstHost = 56;
-int idleMessages = 0;
 bool throwsOnIdle = false;
 
 fmx::errcode Leak(short, const fmx::ExprEnv&, const fmx::DataVect&, fmx::Data&) {
   fmx::_fmxcpt x;
   fmx::FM_Text_Constructor1(x);
   fmx::FM_Text_Constructor1(x);
-  return 0;
-}
-
-fmx::errcode DeleteTwice(short, const fmx::ExprEnv&, const fmx::DataVect&, fmx::Data&) {
-  fmx::_fmxcpt x;
-  fmx::Data* data = fmx::FM_Data_Constructor1(x);
-  fmx::FM_Data_Delete(data, x);
-  fmx::FM_Data_Delete(data, x);
   return 0;
 }
 
@@ -45,12 +36,6 @@ fmx::errcode CurrentFile(short, const fmx::ExprEnv&, const fmx::DataVect&, fmx::
   expression->Assign("Get ( FileName )", fmx::Text::kEncoding_UTF8);
   FMX_SetToCurrentEnv(env.get());
   return env->Evaluate(*expression, result);
-}
-
-fmx::errcode CountIdleMessages(short, const fmx::ExprEnv&, const fmx::DataVect&, fmx::Data& result) {
-  const fmx::FixPtUniquePtr count(idleMessages);
-  result.SetAsNumber(*count);
-  return 0;
 }
 
 // Now, and with the next idle message.
@@ -76,20 +61,15 @@ void FMExternCallProc(FMX_ExternCallPtr call) {
     call->result = static_cast<FMX_PtrType>(kDoNotEnable);
   } else if (call->whichCall == kFMXT_Init) {
     Register(1, "Careless.Leak", 0, Leak);
-    Register(2, "Careless.DeleteTwice", 0, DeleteTwice);
-    Register(3, "Careless.StartScript", 2, StartScript);
-    Register(4, "Careless.CurrentFile", 0, CurrentFile);
-    Register(5, "Careless.IdleMessages", 0, CountIdleMessages);
-    Register(6, "Careless.Throw", 0, Throw);
+    Register(2, "Careless.StartScript", 2, StartScript);
+    Register(3, "Careless.CurrentFile", 0, CurrentFile);
+    Register(4, "Careless.Throw", 0, Throw);
     call->result = 76;
   }
-  if (call->whichCall == kFMXT_Idle) {
-    ++idleMessages;
-    if (throwsOnIdle) throw 7;
-  }
+  if (call->whichCall == kFMXT_Idle && throwsOnIdle) throw 7;
   if (call->whichCall == kFMXT_Shutdown) {
     const fmx::QuadCharUniquePtr plugin('C', 'a', 'r', 'e');
-    for (const short id : {2, 3, 4, 5, 6}) fmx::ExprEnv::UnRegisterExternalFunction(*plugin, id);
+    for (const short id : {2, 3, 4}) fmx::ExprEnv::UnRegisterExternalFunction(*plugin, id);
   }
   if (call->whichCall == kFMXT_GetString) {
     auto* out = reinterpret_cast<fmx::unichar16*>(call->result);
