@@ -1,10 +1,10 @@
 // Whatever the service answers to polls: each line of the input is an answer, and with it all idle calls and jobs that
 // follow. What is told to the service is JSON under the account's own address, and a poll is always due again.
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "bridge/BridgeState.h"
-#include "core/Utf8.h"
 #include "net/VersionCheck.h"
 #include "tests/bridge/BridgeTest.h"
 #include "tests/fuzz/Fuzz.h"
@@ -19,9 +19,12 @@ class Bridge : public BridgeTest {
     Idle();
     RunJobs();
     Check(!g_pollInFlight && !g_versionCheckInFlight);
-    for (const auto& request : requests) {
+    for (auto& request : requests) {
       Check(request.url.starts_with("http://s/"));
-      Check(request.body.empty() || nlohmann::json::accept(request.body) || !IsUtf8(answer));
+      // Bytes beyond ASCII go out as they came in, and need not be UTF-8.
+      std::ranges::replace_if(
+          request.body, [](unsigned char byte) { return byte >= 0x80; }, '?');
+      Check(request.body.empty() || nlohmann::json::accept(request.body));
     }
     requests.clear();
   }
