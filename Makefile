@@ -35,12 +35,12 @@ bench:
 	cmake --build $(BUILD) -j $(JOBS) --target benches
 	$(BUILD)/bench/run-benches
 
-## fuzz: each fuzzer for SECONDS (60).
+## fuzz: each fuzzer for SECONDS (60); with a SEED it tries the same inputs every time.
 fuzz:
 	scripts/install-packages.sh plugin tools test
 	cmake -S . -B $(BUILD)/sanitize -DCMAKE_CXX_COMPILER=clang++ -DVARNIX_SANITIZE=address,undefined
 	cmake --build $(BUILD)/sanitize -j $(JOBS) --target fuzzers
-	scripts/fuzz.sh $(BUILD)/sanitize $(or $(SECONDS),60)
+	scripts/fuzz.sh $(BUILD)/sanitize $(or $(SECONDS),60) $(or $(SEED),0)
 
 ## plugin: only the plug-in, which needs nothing but a compiler and the platform.
 plugin:
