@@ -36,12 +36,6 @@ std::int64_t SteadyMilliseconds() { return g_now; }
 
 namespace {
 
-void Drip(LoopbackServer::Connection& connection) {
-  connection.ReadRequest();
-  connection.Send("HTTP/1.1 200 OK\r\nContent-Length: 1000000\r\n\r\n");
-  while (connection.Sleep(std::chrono::milliseconds(1)) && connection.Send(" ")) continue;
-}
-
 double Idle() {
   FMX_ExternCallStruct call{};
   call.whichCall = kFMXT_Idle;

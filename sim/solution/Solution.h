@@ -69,7 +69,7 @@ struct ScriptStep {
   int id = 0;
   std::u16string name;
   bool enabled = true;
-  std::u16string text;                       ///< the name of Set Variable
+  std::u16string text;                       ///< the variable's name of Set Variable
   std::u16string calculation;                ///< the condition, value, result, duration, window or message
   std::u16string repetition;                 ///< of Set Variable
   std::u16string title;                      ///< formula, of Show Custom Dialog

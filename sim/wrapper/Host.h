@@ -89,9 +89,9 @@ FMHOST_API std::vector<std::string> Violations();
 /// Forgets all objects' histories and mistakes; for tests that make mistakes on purpose.
 FMHOST_API void ForgetViolations();
 
-/// Lets the call `afterCalls` calls of the C function `function` ("FM_Text_Assign", "" for any) from now report
-/// exception status `code` (1 or 2) instead of doing its work, once. Replaces an earlier one that still waits.
-FMHOST_API void InjectException(const std::string& function, int code, int afterCalls = 0);
+/// Lets the call of a C function that comes `afterCalls` calls from now, deletions not counted, report exception status
+/// `code` (1 or 2) instead of doing its work, once. Replaces an earlier one that still waits.
+FMHOST_API void InjectException(int code, int afterCalls);
 /// Takes it back; false when it has happened, or there was none.
 FMHOST_API bool TakeBackException();
 

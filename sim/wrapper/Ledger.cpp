@@ -67,17 +67,16 @@ void Ledger::EnterCall(const char* function) {
 
 void Ledger::RaiseInjected() {
   const std::lock_guard lock(mutex_);
-  if (!injection_ || (!injection_->function.empty() && injection_->function != call_)) return;
-  if (injection_->afterCalls-- > 0) return;
+  if (!injection_ || injection_->afterCalls-- > 0) return;
   const int code = injection_->code;
   injection_.reset();
   if (code == fmx::_fmxcpt::kBadAlloc) throw std::bad_alloc();
   throw std::runtime_error("injected");
 }
 
-void Ledger::InjectException(const std::string& function, int code, int afterCalls) {
+void Ledger::InjectException(int code, int afterCalls) {
   const std::lock_guard lock(mutex_);
-  injection_ = {function, code, afterCalls};
+  injection_ = {code, afterCalls};
 }
 
 bool Ledger::TakeBackException() {
@@ -127,9 +126,7 @@ std::vector<std::string> LiveObjects() { return Ledger::Instance().LiveObjects()
 std::vector<std::string> Violations() { return Ledger::Instance().Violations(); }
 void ForgetViolations() { Ledger::Instance().ForgetViolations(); }
 
-void InjectException(const std::string& function, int code, int afterCalls) {
-  Ledger::Instance().InjectException(function, code, afterCalls);
-}
+void InjectException(int code, int afterCalls) { Ledger::Instance().InjectException(code, afterCalls); }
 bool TakeBackException() { return Ledger::Instance().TakeBackException(); }
 
 }  // namespace fmhost

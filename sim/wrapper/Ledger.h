@@ -30,7 +30,7 @@ class Ledger {
   void EnterCall(const char* function);
   /// Raises what a test has asked for.
   void RaiseInjected();
-  void InjectException(const std::string& function, int code, int afterCalls);
+  void InjectException(int code, int afterCalls);
   bool TakeBackException();
 
   /// Notes that the current call was given a dead or foreign object.
@@ -47,7 +47,6 @@ class Ledger {
     bool part;
   };
   struct Injection {
-    std::string function;
     int code;
     int afterCalls;
   };

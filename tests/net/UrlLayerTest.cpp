@@ -144,13 +144,6 @@ TEST(UrlLayer, OnlyURLTextsAreURLs) {
   }
 }
 
-/// Begins an answer and goes on with it for ever.
-void Drip(LoopbackServer::Connection& connection) {
-  connection.ReadRequest();
-  connection.Send("HTTP/1.1 200 OK\r\n\r\n");
-  while (connection.Sleep(1ms) && connection.Send("x")) continue;
-}
-
 TEST(UrlLayer, ASilentOrDrippingServerCostsNoMoreThanTheLimits) {
   for (const auto mood : {NeverAnswer, Drip}) {
     LoopbackServer server(mood);

@@ -127,6 +127,12 @@ void NeverAnswer(LoopbackServer::Connection& connection) {
   connection.WaitForEnd();
 }
 
+void Drip(LoopbackServer::Connection& connection) {
+  connection.ReadRequest();
+  connection.Send("HTTP/1.1 200 OK\r\n\r\n");
+  while (connection.Sleep(std::chrono::milliseconds(1)) && connection.Send("x")) continue;
+}
+
 LoopbackServer::Handler Answering(std::function<CannedAnswer(const std::string& request)> answer) {
   return [answer = std::move(answer)](LoopbackServer::Connection& connection) {
     for (std::string request = connection.ReadRequest(); !request.empty(); request = connection.ReadRequest()) {

@@ -71,6 +71,8 @@ class LoopbackServer {
 
 /// The handler that reads a request and keeps the client waiting.
 void NeverAnswer(LoopbackServer::Connection& connection);
+/// The one that begins an answer and goes on with it for ever.
+void Drip(LoopbackServer::Connection& connection);
 
 /// Answers every request of a connection with what `answer` gives for it: status, body and further header lines.
 struct CannedAnswer {
