@@ -59,7 +59,7 @@ class Pool {
   }
 
   void Work() {
-    WaitForTurn();
+    ScheduleAsBatch();
     std::unique_lock lock(mutex_);
     for (;;) {
       ++idle_;

@@ -85,7 +85,8 @@ class CleanStart {
 /// Waits for the tool, which hangs for as long as a desktop does not answer, and ends it when that takes too long or
 /// the process does not wait.
 void Reap(pid_t tool) {
-  const FileDescriptor process(static_cast<int>(syscall(SYS_pidfd_open, tool, 0)));  // none: waits for the limit
+  const FileDescriptor process(static_cast<int>(syscall(SYS_pidfd_open, tool, 0)));
+  // Without a descriptor for it, which a tool that has ended would wake, it is ended at the limit.
   pollfd awaited[] = {{process.get(), POLLIN, 0}, {EndOfJobs(), POLLIN, 0}};
   poll(awaited, std::size(awaited), kLongestRunMs);
   if (awaited[0].revents == 0) kill(tool, SIGKILL);

@@ -15,7 +15,7 @@ SignalsBlocked::SignalsBlocked() {
 
 SignalsBlocked::~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
 
-void WaitForTurn() {
+void ScheduleAsBatch() {
   const sched_param none{};
   pthread_setschedparam(pthread_self(), SCHED_BATCH, &none);
 }

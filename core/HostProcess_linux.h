@@ -16,7 +16,7 @@ class SignalsBlocked {
 };
 
 /// The calling thread no longer interrupts the one that wakes it, which may be the host's main thread.
-void WaitForTurn();
+void ScheduleAsBatch();
 
 /// From here on the library that holds `address` stays in memory, even when it is unloaded.
 void KeepLoaded(const void* address);

@@ -111,7 +111,7 @@ const char* TransferThread::StartThread() {
 }
 
 void TransferThread::Run() {
-  WaitForTurn();
+  ScheduleAsBatch();
   const int wake = wake_->get();
   KeepDescriptorsToThisThread(wake);
   Transfers transfers;

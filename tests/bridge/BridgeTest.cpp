@@ -87,7 +87,8 @@ short BridgeTest::Host::Evaluate(std::uint64_t file, std::u16string_view express
 }
 
 void BridgeTest::Idle(int level) {
-  FMX_ExternCallStruct call{};
+  static FMX_ExternCallStruct call;  // one for all calls, also those within others, as the host has it
+  call = {};
   call.whichCall = kFMXT_Idle;
   call.parm1 = static_cast<FMX_UChar>(level);
   call.cCurrentEnv = [](FMX_ExprEnv* environment) -> FMX_ErrorCode {

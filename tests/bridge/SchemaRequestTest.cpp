@@ -150,6 +150,11 @@ TEST_F(SchemaRequest, IdleCallsWithinTheEvaluationAndTheStartSettleItOnce) {
     RunJobs();
     EXPECT_EQ(Sent(), sent);
   }
+  Arm();
+  host.answers = {{"Get(FileName)", "Sales"}};
+  duringEvaluation = [this] { Idle(3); };
+  Idle();
+  EXPECT_EQ(starts.size(), 1u) << "by its own level, not by that of the call within";
 }
 
 TEST_F(SchemaRequest, ARequestThatArrivesWithinAFailingStartOutlivesIt) {

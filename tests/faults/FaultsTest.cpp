@@ -1,6 +1,7 @@
 // Whatever the host refuses and wherever memory runs out: the exception is the host's to see, no host object stays
 // behind, the key goes to no other service, and the bridge goes on afterwards.
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <utility>
 
@@ -53,6 +54,7 @@ class Surroundings : public BridgeTest {
   }
 
   const std::string path = folder_ + "/saved.xml";
+  bool isHandedOver = false;  ///< the file, to a live push
 
  private:
   void TestBody() override {}
@@ -97,6 +99,7 @@ std::string Do(const Scenario& scenario, Surroundings& surroundings) {
   } else {
     surroundings.CarryOut(R"({"id":"c1","type":")" + scenario.name + "\"," + scenario.arguments[0] + "}");
   }
+  surroundings.isHandedOver = scenario.name == "Varnix.LivePush" && !surroundings.jobs.empty();
   surroundings.RunJobs();
   return result;
 }
@@ -200,6 +203,7 @@ TEST_P(Faults, EachMayHappenAtEveryPoint) {
       // Memory may also run out in the background, where it ends the job.
       EXPECT_TRUE(raised == (happened && fault.isRaised) || (happened && fault.takeBack == allocations::TakeBack));
       EXPECT_FALSE(!happened && result.starts_with("ERROR")) << result;
+      EXPECT_FALSE(surroundings.isHandedOver && std::filesystem::exists(surroundings.path));
       UnregisterExternalFunctions();
       surroundings.ExpectToWorkOn();
     }
