@@ -12,6 +12,7 @@
 #include "clipboard/ClipboardTypes.h"
 #include "clipboard/Pasteboard.h"
 #include "core/Clock.h"
+#include "tests/clipboard/KindReference.h"
 
 namespace {
 
@@ -39,15 +40,6 @@ class PreparedText : public Pasteboard {
   std::string String() override { return *clipboardText; }
   std::vector<std::string> Types() override { return {}; }
 };
-
-// The tests one after the other, as the rule is told.
-std::string RowOfFinds(const std::string& xml) {
-  for (const char* mark :
-       {"<Step", "<Script", "ScriptUUID", "<BaseTable", "<Table", "<Field", "<ValueList", "<CustomFunction"}) {
-    if (xml.find(mark) != xml.npos) return mark;
-  }
-  return "XML2";
-}
 
 // A layout of text objects, which no mark of another kind stands in.
 std::string LayoutXml(std::size_t size) {
@@ -77,7 +69,7 @@ bench::Comparison Idle(const std::string& of, const std::string& text, bool isFl
 bench::Comparison Detection(const std::string& xml) {
   return {"DetectXmlClipboardType : row of finds", xml.size(),
           [&xml] { benchmark::DoNotOptimize(DetectXmlClipboardType(xml)); },
-          [&xml] { benchmark::DoNotOptimize(RowOfFinds(xml)); }, kLeastSpeedOfDetection};
+          [&xml] { benchmark::DoNotOptimize(reference::KindOf(xml)); }, kLeastSpeedOfDetection};
 }
 
 }  // namespace

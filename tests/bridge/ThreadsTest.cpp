@@ -9,7 +9,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <latch>
 #include <new>
 #include <set>
@@ -25,6 +24,7 @@
 #include "net/Network.h"
 #include "net/Transfer.h"
 #include "net/VersionCheck.h"
+#include "tests/support/Entries.h"
 #include "tests/support/FolderTest.h"
 #include "tests/support/LoopbackServer.h"
 #include "tests/support/ScriptedHost.h"
@@ -141,10 +141,6 @@ TEST(Background, RunsJobsSideBySideAndOutlivesTheirExceptions) {
     });
   }
   done.wait();
-}
-
-std::ptrdiff_t EntriesOf(const char* directory) {
-  return std::distance(std::filesystem::directory_iterator(directory), {});
 }
 
 TEST_F(Threads, EachCommandIsCarriedOutOnce) {

@@ -2,20 +2,11 @@
 // only in front of a snippet.
 #include "clipboard/Clipboard.h"
 #include "clipboard/ClipboardTypes.h"
+#include "tests/clipboard/KindReference.h"
 #include "tests/fuzz/Fuzz.h"
 #include "tests/support/FakePasteboard.h"
 
 namespace {
-
-std::string KindOf(const std::string& xml) {
-  const std::pair<const char*, const char*> marks[] = {
-      {"<Step", "XMSS"},  {"<Script", "XMSC"}, {"ScriptUUID", "XMSC"}, {"<BaseTable", "XMTB"},
-      {"<Table", "XMTB"}, {"<Field", "XMFD"},  {"<ValueList", "XMVL"}, {"<CustomFunction", "XMFN"}};
-  for (const auto& [mark, kind] : marks) {
-    if (xml.find(mark) != xml.npos) return kind;
-  }
-  return "XML2";
-}
 
 std::string WithoutHeader(const std::string& data) {
   const bool hasHeader = data.size() > 4 && data[0] != '<' && data.find("<fmxmlsnippet", 4) != data.npos;
@@ -29,7 +20,7 @@ void Try(const std::string& input) {
   FakePasteboard::Current() = &pasteboard;
   // Also with a snippet surely there, and over more than one of the blocks that are searched at a time.
   for (const std::string& bytes : {input, input + "<fmxmlsnippet>" + input, std::string(40'000, ' ') + input}) {
-    Check(DetectXmlClipboardType(bytes) == KindOf(bytes));
+    Check(DetectXmlClipboardType(bytes) == reference::KindOf(bytes));
     pasteboard.Replace({{"Mac-XMSS", bytes}});
     std::string xml, error;
     Check(Clipboard::GetXML("XMSS", xml, error) && xml == WithoutHeader(bytes));

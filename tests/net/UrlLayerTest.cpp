@@ -6,12 +6,12 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <thread>
 
 #include "net/Network.h"
 #include "net/Network_linux.h"
 #include "net/Transfer.h"
+#include "tests/support/Entries.h"
 #include "tests/support/FolderTest.h"
 #include "tests/support/LoopbackServer.h"
 
@@ -67,10 +67,6 @@ Result Post(const std::string& url, const std::string& body) {
   Result result;
   result.succeeded = Network::Post(url, body, result.response, result.error);
   return result;
-}
-
-auto EntriesOf(const char* directory) {
-  return std::distance(std::filesystem::directory_iterator(directory), std::filesystem::directory_iterator());
 }
 
 /// A server that reads one request and then sends `bytes` and closes.

@@ -3,17 +3,15 @@
 
 #include <atomic>
 #include <csignal>
-#include <filesystem>
 #include <thread>
 
 #include "tests/clipboard/x11/PasteboardFixture.h"
+#include "tests/support/Entries.h"
 #include "tests/support/LoopbackServer.h"
 
 namespace {
 
 using PasteboardLifetime = PasteboardFixture;
-
-std::ptrdiff_t ThreadCount() { return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {}); }
 
 TEST_F(PasteboardLifetime, WithoutADisplayThePasteboardIsInsideTheProcess) {
   for (const char* const display : {"", "/no/such/socket"}) {
@@ -80,15 +78,15 @@ TEST_F(PasteboardLifetime, AServerThatHangsIsGivenUpAndHoldsNoExit) {
 
 TEST_F(PasteboardLifetime, UnloadingLeavesNeitherCodeNorThreads) {
   std::thread([] {}).join();  // with the first thread comes one of a sanitizer's
-  const auto threads = ThreadCount();
+  const auto threads = EntriesOf("/proc/self/task");
   void* const module = dlopen(SHORT_LIVED_MODULE, RTLD_NOW | RTLD_LOCAL);
   ASSERT_NE(module, nullptr) << dlerror();
-  EXPECT_EQ(ThreadCount(), threads);
+  EXPECT_EQ(EntriesOf("/proc/self/task"), threads);
   reinterpret_cast<void (*)(const char*)>(dlsym(module, "WriteToPasteboard"))("text");
-  EXPECT_EQ(ThreadCount(), threads + 1);
+  EXPECT_EQ(EntriesOf("/proc/self/task"), threads + 1);
   EXPECT_EQ(XclipPastes("Mac-XMSS"), "text");
   dlclose(module);
-  EXPECT_EQ(ThreadCount(), threads);
+  EXPECT_EQ(EntriesOf("/proc/self/task"), threads);
   EXPECT_EQ(dlopen(SHORT_LIVED_MODULE, RTLD_NOW | RTLD_NOLOAD), nullptr);
 }
 
