@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "bench/Ratio.h"
-#include "bench/SampleText.h"
+#include "Ratio.h"
+#include "SampleText.h"
 #include "net/Base64.h"
 
 int main() {

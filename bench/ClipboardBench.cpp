@@ -6,13 +6,13 @@
 #include <string>
 #include <vector>
 
-#include "bench/Ratio.h"
-#include "bench/SampleText.h"
+#include "Ratio.h"
+#include "SampleText.h"
 #include "bridge/ClipboardUpkeep.h"
 #include "clipboard/ClipboardTypes.h"
 #include "clipboard/Pasteboard.h"
 #include "core/Clock.h"
-#include "tests/clipboard/KindReference.h"
+#include "plugin/clipboard/KindReference.h"
 
 namespace {
 

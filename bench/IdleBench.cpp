@@ -10,13 +10,13 @@
 #include <utility>
 #include <vector>
 
-#include "bench/SampleText.h"
+#include "SampleText.h"
 #include "bridge/BridgeState.h"
 #include "bridge/IdleLoop.h"
 #include "clipboard/Clipboard.h"
 #include "core/Clock.h"
-#include "sim/wrapper/Host.h"
-#include "tests/support/LoopbackServer.h"
+#include "wrapper/Host.h"
+#include "support/LoopbackServer.h"
 
 namespace {
 

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "bench/Ratio.h"
-#include "bench/SampleText.h"
+#include "Ratio.h"
+#include "SampleText.h"
 #include "net/Json.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "bench/Ratio.h"
+#include "Ratio.h"
 
 #include <benchmark/benchmark.h>
 

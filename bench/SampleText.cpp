@@ -1,4 +1,4 @@
-#include "bench/SampleText.h"
+#include "SampleText.h"
 
 #include <algorithm>
 #include <array>

@@ -8,8 +8,8 @@
 
 #include "core/HostText.h"
 #include "schema/SchemaBuilder.h"
-#include "sim/calc/Unicode.h"
-#include "sim/wrapper/Host.h"
+#include "calc/Unicode.h"
+#include "wrapper/Host.h"
 
 namespace {
 

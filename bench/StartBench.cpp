@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/LoopbackServer.h"
-#include "tests/support/Process.h"
+#include "support/LoopbackServer.h"
+#include "support/Process.h"
 
 namespace {
 

@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/LoopbackServer.h"
+#include "support/LoopbackServer.h"
 
 namespace {
 

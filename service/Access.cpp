@@ -1,10 +1,10 @@
-#include "service/Access.h"
+#include "Access.h"
 
 #include <arpa/inet.h>
 
 #include <algorithm>
 
-#include "service/HttpError.h"
+#include "HttpError.h"
 
 namespace service {
 namespace {

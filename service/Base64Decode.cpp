@@ -1,4 +1,4 @@
-#include "service/Base64Decode.h"
+#include "Base64Decode.h"
 
 #include <array>
 #include <cstdint>

@@ -1,6 +1,6 @@
-#include "service/Body.h"
+#include "Body.h"
 
-#include "service/HttpError.h"
+#include "HttpError.h"
 
 namespace service {
 namespace {

@@ -1,4 +1,4 @@
-#include "service/Client.h"
+#include "Client.h"
 
 namespace service {
 namespace {

@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "service/CommandLine.h"
+#include "CommandLine.h"
 
 namespace service {
 

@@ -1,12 +1,12 @@
-#include "service/CommandLine.h"
+#include "CommandLine.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cstdlib>
 #include <vector>
 
-#include "service/CommandTypes.h"
-#include "service/Subcommands.h"
+#include "CommandTypes.h"
+#include "Subcommands.h"
 
 namespace service {
 namespace {

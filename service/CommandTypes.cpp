@@ -1,4 +1,4 @@
-#include "service/CommandTypes.h"
+#include "CommandTypes.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "service/Database.h"
+#include "Database.h"
 
 #include <new>
 

@@ -1,9 +1,9 @@
-#include "service/Message.h"
+#include "Message.h"
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "service/HttpError.h"
+#include "HttpError.h"
 
 namespace service {
 namespace {

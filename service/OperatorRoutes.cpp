@@ -1,9 +1,9 @@
 // The operator interface: queue commands, look at their states, fetch what came back.
 #include <charconv>
 
-#include "service/HttpError.h"
-#include "service/Message.h"
-#include "service/Routes.h"
+#include "HttpError.h"
+#include "Message.h"
+#include "Routes.h"
 
 namespace service {
 namespace {

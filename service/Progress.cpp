@@ -1,4 +1,4 @@
-#include "service/Progress.h"
+#include "Progress.h"
 
 #include <iostream>
 

@@ -1,7 +1,7 @@
 // Sign-in, poll, results, diagnostics, completions and the version check, as the plug-in speaks them.
-#include "service/HttpError.h"
-#include "service/Message.h"
-#include "service/Routes.h"
+#include "HttpError.h"
+#include "Message.h"
+#include "Routes.h"
 
 namespace service {
 namespace {

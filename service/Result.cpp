@@ -1,4 +1,4 @@
-#include "service/Result.h"
+#include "Result.h"
 
 #include <unistd.h>
 
@@ -7,8 +7,8 @@
 #include <nlohmann/json.hpp>
 #include <thread>
 
-#include "service/Progress.h"
-#include "service/Subcommands.h"
+#include "Progress.h"
+#include "Subcommands.h"
 
 namespace service {
 namespace {

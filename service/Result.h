@@ -4,8 +4,8 @@
 #include <chrono>
 #include <string>
 
-#include "service/Client.h"
-#include "service/CommandLine.h"
+#include "Client.h"
+#include "CommandLine.h"
 
 namespace service {
 

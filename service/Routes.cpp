@@ -1,4 +1,4 @@
-#include "service/Routes.h"
+#include "Routes.h"
 
 namespace service {
 

@@ -9,9 +9,9 @@
 #include <optional>
 #include <string>
 
-#include "service/Access.h"
-#include "service/Body.h"
-#include "service/Store.h"
+#include "Access.h"
+#include "Body.h"
+#include "Store.h"
 
 namespace service {
 

@@ -5,11 +5,11 @@
 #include <iostream>
 #include <iterator>
 
-#include "core/Utf8.h"
-#include "service/Client.h"
-#include "service/CommandTypes.h"
-#include "service/Result.h"
-#include "service/Subcommands.h"
+#include "Utf8.h"
+#include "Client.h"
+#include "CommandTypes.h"
+#include "Result.h"
+#include "Subcommands.h"
 
 namespace service {
 namespace {

@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <iostream>
 
-#include "service/Server.h"
-#include "service/Subcommands.h"
+#include "Server.h"
+#include "Subcommands.h"
 
 namespace service {
 namespace {

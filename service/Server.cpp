@@ -1,4 +1,4 @@
-#include "service/Server.h"
+#include "Server.h"
 
 #include <sys/socket.h>
 
@@ -7,7 +7,7 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "service/HttpError.h"
+#include "HttpError.h"
 
 namespace service {
 namespace {

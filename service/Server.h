@@ -6,7 +6,7 @@
 #include <string>
 #include <thread>
 
-#include "service/Routes.h"
+#include "Routes.h"
 
 namespace service {
 

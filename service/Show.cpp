@@ -2,9 +2,9 @@
 #include <iomanip>
 #include <iostream>
 
-#include "service/Client.h"
-#include "service/Progress.h"
-#include "service/Subcommands.h"
+#include "Client.h"
+#include "Progress.h"
+#include "Subcommands.h"
 
 namespace service {
 namespace {

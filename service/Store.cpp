@@ -1,4 +1,4 @@
-#include "service/Store.h"
+#include "Store.h"
 
 #include <algorithm>
 #include <chrono>

@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "service/CommandTypes.h"
-#include "service/Database.h"
+#include "CommandTypes.h"
+#include "Database.h"
 
 namespace service {
 

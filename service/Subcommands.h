@@ -1,7 +1,7 @@
 // What varnix-service does, one function for each subcommand. They throw std::exception, UsageError among them.
 #pragma once
 
-#include "service/CommandLine.h"
+#include "CommandLine.h"
 
 namespace service {
 

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <map>
 
-#include "core/Utf8.h"
-#include "service/Base64Decode.h"
-#include "service/HttpError.h"
-#include "service/Message.h"
-#include "service/Routes.h"
+#include "Utf8.h"
+#include "Base64Decode.h"
+#include "HttpError.h"
+#include "Message.h"
+#include "Routes.h"
 
 namespace service {
 namespace {

@@ -1,8 +1,8 @@
 // varnix-service: a bridge service on this machine.
 #include <iostream>
 
-#include "service/Client.h"
-#include "service/CommandLine.h"
+#include "Client.h"
+#include "CommandLine.h"
 
 int main(int argc, char** argv) {
   using namespace service;

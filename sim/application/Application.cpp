@@ -1,16 +1,16 @@
-#include "sim/application/Application.h"
+#include "application/Application.h"
 
 #include <algorithm>
 #include <filesystem>
 #include <utility>
 
-#include "sim/application/Context.h"
-#include "sim/application/GetFunctions.h"
-#include "sim/calc/Engine.h"
-#include "sim/calc/Errors.h"
-#include "sim/calc/Unicode.h"
-#include "sim/solution/SolutionReader.h"
-#include "sim/solution/Sql.h"
+#include "application/Context.h"
+#include "application/GetFunctions.h"
+#include "calc/Engine.h"
+#include "calc/Errors.h"
+#include "calc/Unicode.h"
+#include "solution/SolutionReader.h"
+#include "solution/Sql.h"
 
 namespace sim {
 

@@ -12,11 +12,11 @@
 #include <string>
 #include <vector>
 
-#include "sim/application/Plugin.h"
-#include "sim/calc/Environment.h"
-#include "sim/solution/DesignFunctions.h"
-#include "sim/solution/Solution.h"
-#include "sim/wrapper/Host.h"
+#include "application/Plugin.h"
+#include "calc/Environment.h"
+#include "solution/DesignFunctions.h"
+#include "solution/Solution.h"
+#include "wrapper/Host.h"
 
 namespace sim {
 

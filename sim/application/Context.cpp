@@ -1,7 +1,7 @@
-#include "sim/application/Context.h"
+#include "application/Context.h"
 
-#include "sim/application/GetFunctions.h"
-#include "sim/calc/Unicode.h"
+#include "application/GetFunctions.h"
+#include "calc/Unicode.h"
 
 namespace sim {
 

@@ -1,8 +1,8 @@
 // The calculation context of one open file.
 #pragma once
 
-#include "sim/application/Application.h"
-#include "sim/calc/Environment.h"
+#include "application/Application.h"
+#include "calc/Environment.h"
 
 namespace sim {
 

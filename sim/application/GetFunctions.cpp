@@ -1,4 +1,4 @@
-#include "sim/application/GetFunctions.h"
+#include "application/GetFunctions.h"
 
 #include <pwd.h>
 #include <sys/types.h>
@@ -12,8 +12,8 @@
 #include <fstream>
 #include <random>
 
-#include "sim/application/HostPaths.h"
-#include "sim/calc/Unicode.h"
+#include "application/HostPaths.h"
+#include "calc/Unicode.h"
 
 namespace sim {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "sim/application/Context.h"
+#include "application/Context.h"
 
 namespace sim {
 

@@ -1,9 +1,9 @@
-#include "sim/application/HostPaths.h"
+#include "application/HostPaths.h"
 
 #include <cstdlib>
 #include <filesystem>
 
-#include "sim/calc/Unicode.h"
+#include "calc/Unicode.h"
 
 namespace sim {
 

@@ -1,12 +1,12 @@
-#include "sim/application/Plugin.h"
+#include "application/Plugin.h"
 
 #include <dlfcn.h>
 
 #include <cstdlib>
 #include <filesystem>
 
-#include "sim/calc/Unicode.h"
-#include "sim/wrapper/Host.h"
+#include "calc/Unicode.h"
+#include "wrapper/Host.h"
 
 namespace sim {
 

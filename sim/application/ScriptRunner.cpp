@@ -1,15 +1,15 @@
-#include "sim/application/ScriptRunner.h"
+#include "application/ScriptRunner.h"
 
 #include <algorithm>
 #include <filesystem>
 #include <map>
 #include <utility>
 
-#include "sim/application/Context.h"
-#include "sim/application/GetFunctions.h"
-#include "sim/application/HostPaths.h"
-#include "sim/calc/Errors.h"
-#include "sim/calc/Unicode.h"
+#include "application/Context.h"
+#include "application/GetFunctions.h"
+#include "application/HostPaths.h"
+#include "calc/Errors.h"
+#include "calc/Unicode.h"
 
 namespace sim {
 

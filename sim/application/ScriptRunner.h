@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-#include "sim/application/Application.h"
+#include "application/Application.h"
 
 namespace sim {
 

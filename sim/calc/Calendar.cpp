@@ -1,10 +1,10 @@
 // The proleptic Gregorian calendar and the American text forms.
-#include "sim/calc/Calendar.h"
+#include "calc/Calendar.h"
 
 #include <chrono>
 #include <vector>
 
-#include "sim/calc/Unicode.h"
+#include "calc/Unicode.h"
 
 namespace calc {
 namespace {

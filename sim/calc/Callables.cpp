@@ -1,13 +1,13 @@
 // The register of the engine's functions, made of the tables of all topics.
-#include "sim/calc/Callables.h"
+#include "calc/Callables.h"
 
 #include <algorithm>
 #include <unordered_map>
 #include <vector>
 
-#include "sim/calc/Engine.h"
-#include "sim/calc/Evaluator.h"
-#include "sim/calc/Unicode.h"
+#include "calc/Engine.h"
+#include "calc/Evaluator.h"
+#include "calc/Unicode.h"
 
 namespace calc {
 namespace {

@@ -1,9 +1,9 @@
 // The engine's front.
-#include "sim/calc/Engine.h"
+#include "calc/Engine.h"
 
-#include "sim/calc/Errors.h"
-#include "sim/calc/Evaluator.h"
-#include "sim/calc/Parser.h"
+#include "calc/Errors.h"
+#include "calc/Evaluator.h"
+#include "calc/Parser.h"
 
 namespace calc {
 

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "sim/calc/Environment.h"
-#include "sim/calc/Value.h"
+#include "calc/Environment.h"
+#include "calc/Value.h"
 
 namespace calc {
 

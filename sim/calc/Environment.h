@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "sim/calc/Value.h"
+#include "calc/Value.h"
 
 namespace calc {
 

@@ -1,14 +1,14 @@
 // Runs the tree of a formula: names, operators and calls.
-#include "sim/calc/Evaluator.h"
+#include "calc/Evaluator.h"
 
 #include <algorithm>
 #include <limits>
 #include <utility>
 
-#include "sim/calc/Errors.h"
-#include "sim/calc/Operators.h"
-#include "sim/calc/Parser.h"
-#include "sim/calc/StackGuard.h"
+#include "calc/Errors.h"
+#include "calc/Operators.h"
+#include "calc/Parser.h"
+#include "calc/StackGuard.h"
 
 namespace calc {
 namespace {

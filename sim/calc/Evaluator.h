@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include "sim/calc/Environment.h"
-#include "sim/calc/Functions.h"
-#include "sim/calc/Syntax.h"
+#include "calc/Environment.h"
+#include "calc/Functions.h"
+#include "calc/Syntax.h"
 
 namespace calc {
 

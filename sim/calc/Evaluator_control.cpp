@@ -3,9 +3,9 @@
 #include <limits>
 #include <utility>
 
-#include "sim/calc/Errors.h"
-#include "sim/calc/Evaluator.h"
-#include "sim/calc/Parser.h"
+#include "calc/Errors.h"
+#include "calc/Evaluator.h"
+#include "calc/Parser.h"
 
 namespace calc {
 namespace {

@@ -1,8 +1,8 @@
 // Functions of any number of values, of which empty ones do not count.
 #include <vector>
 
-#include "sim/calc/Functions.h"
-#include "sim/calc/Operators.h"
+#include "calc/Functions.h"
+#include "calc/Operators.h"
 
 namespace calc {
 namespace {

@@ -1,6 +1,6 @@
 // From one type to another, and the questions that take error values too.
-#include "sim/calc/Functions.h"
-#include "sim/calc/Operators.h"
+#include "calc/Functions.h"
+#include "calc/Operators.h"
 
 namespace calc {
 namespace {

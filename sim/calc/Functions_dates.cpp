@@ -3,10 +3,10 @@
 #include <optional>
 #include <string_view>
 
-#include "sim/calc/Calendar.h"
-#include "sim/calc/Errors.h"
-#include "sim/calc/Functions.h"
-#include "sim/calc/Moments.h"
+#include "calc/Calendar.h"
+#include "calc/Errors.h"
+#include "calc/Functions.h"
+#include "calc/Moments.h"
 
 namespace calc {
 namespace {

@@ -3,9 +3,9 @@
 #include <string>
 #include <string_view>
 
-#include "sim/calc/Errors.h"
-#include "sim/calc/Functions.h"
-#include "sim/calc/Unicode.h"
+#include "calc/Errors.h"
+#include "calc/Functions.h"
+#include "calc/Unicode.h"
 
 namespace calc {
 namespace {

@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
-#include "sim/calc/Calendar.h"
-#include "sim/calc/Functions.h"
-#include "sim/calc/Unicode.h"
+#include "calc/Calendar.h"
+#include "calc/Functions.h"
+#include "calc/Unicode.h"
 
 namespace calc {
 namespace {

@@ -3,9 +3,9 @@
 #include <optional>
 #include <random>
 
-#include "sim/calc/Errors.h"
-#include "sim/calc/Functions.h"
-#include "sim/calc/Operators.h"
+#include "calc/Errors.h"
+#include "calc/Functions.h"
+#include "calc/Operators.h"
 
 namespace calc {
 namespace {

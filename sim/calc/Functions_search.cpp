@@ -3,10 +3,10 @@
 #include <string>
 #include <utility>
 
-#include "sim/calc/Errors.h"
-#include "sim/calc/Functions.h"
-#include "sim/calc/Searcher.h"
-#include "sim/calc/Unicode.h"
+#include "calc/Errors.h"
+#include "calc/Functions.h"
+#include "calc/Searcher.h"
+#include "calc/Unicode.h"
 
 namespace calc {
 namespace {

@@ -4,10 +4,10 @@
 #include <unordered_set>
 #include <utility>
 
-#include "sim/calc/Errors.h"
-#include "sim/calc/Functions.h"
-#include "sim/calc/Operators.h"
-#include "sim/calc/Unicode.h"
+#include "calc/Errors.h"
+#include "calc/Functions.h"
+#include "calc/Operators.h"
+#include "calc/Unicode.h"
 
 namespace calc {
 namespace {

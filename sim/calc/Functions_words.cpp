@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "sim/calc/Functions.h"
-#include "sim/calc/Unicode.h"
+#include "calc/Functions.h"
+#include "calc/Unicode.h"
 
 namespace calc {
 namespace {

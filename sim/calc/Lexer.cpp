@@ -1,11 +1,11 @@
 // Cuts a formula into tokens.
-#include "sim/calc/Lexer.h"
+#include "calc/Lexer.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "sim/calc/Errors.h"
-#include "sim/calc/Unicode.h"
+#include "calc/Errors.h"
+#include "calc/Unicode.h"
 
 namespace calc {
 namespace {

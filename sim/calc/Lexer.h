@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "sim/calc/Number.h"
-#include "sim/calc/Syntax.h"
+#include "calc/Number.h"
+#include "calc/Syntax.h"
 
 namespace calc {
 

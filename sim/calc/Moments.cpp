@@ -1,7 +1,7 @@
 // Values read as dates, times and timestamps.
-#include "sim/calc/Moments.h"
+#include "calc/Moments.h"
 
-#include "sim/calc/Calendar.h"
+#include "calc/Calendar.h"
 
 namespace calc {
 namespace {

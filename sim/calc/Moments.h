@@ -3,7 +3,7 @@
 
 #include <optional>
 
-#include "sim/calc/Value.h"
+#include "calc/Value.h"
 
 namespace calc {
 

@@ -1,5 +1,5 @@
 // Decimal arithmetic over GMP's integers.
-#include "sim/calc/Number.h"
+#include "calc/Number.h"
 
 #include <algorithm>
 #include <array>
@@ -9,7 +9,7 @@
 #include <memory>
 #include <utility>
 
-#include "sim/calc/Unicode.h"
+#include "calc/Unicode.h"
 
 namespace calc {
 namespace {

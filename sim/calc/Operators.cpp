@@ -1,11 +1,11 @@
 // What the operators do with values.
-#include "sim/calc/Operators.h"
+#include "calc/Operators.h"
 
 #include <utility>
 
-#include "sim/calc/Errors.h"
-#include "sim/calc/Functions.h"
-#include "sim/calc/Unicode.h"
+#include "calc/Errors.h"
+#include "calc/Functions.h"
+#include "calc/Unicode.h"
 
 namespace calc {
 namespace {

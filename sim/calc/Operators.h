@@ -3,8 +3,8 @@
 
 #include <span>
 
-#include "sim/calc/Syntax.h"
-#include "sim/calc/Value.h"
+#include "calc/Syntax.h"
+#include "calc/Value.h"
 
 namespace calc {
 

@@ -1,15 +1,15 @@
 // A recursive descent over the levels of operators, with names resolved on the way.
-#include "sim/calc/Parser.h"
+#include "calc/Parser.h"
 
 #include <algorithm>
 #include <type_traits>
 #include <utility>
 
-#include "sim/calc/Callables.h"
-#include "sim/calc/Errors.h"
-#include "sim/calc/Lexer.h"
-#include "sim/calc/StackGuard.h"
-#include "sim/calc/Unicode.h"
+#include "calc/Callables.h"
+#include "calc/Errors.h"
+#include "calc/Lexer.h"
+#include "calc/StackGuard.h"
+#include "calc/Unicode.h"
 
 namespace calc {
 namespace {

@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "sim/calc/Environment.h"
-#include "sim/calc/Syntax.h"
+#include "calc/Environment.h"
+#include "calc/Syntax.h"
 
 namespace calc {
 

@@ -1,5 +1,5 @@
 // The algorithm of Knuth, Morris and Pratt: patterns of long repetitions must not make a search quadratic.
-#include "sim/calc/Searcher.h"
+#include "calc/Searcher.h"
 
 namespace calc {
 

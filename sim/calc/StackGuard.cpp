@@ -1,5 +1,5 @@
 // The stack's end as the thread library knows it.
-#include "sim/calc/StackGuard.h"
+#include "calc/StackGuard.h"
 
 #include <pthread.h>
 

@@ -8,8 +8,8 @@
 #include <variant>
 #include <vector>
 
-#include "sim/calc/Environment.h"
-#include "sim/calc/Value.h"
+#include "calc/Environment.h"
+#include "calc/Value.h"
 
 namespace calc {
 

@@ -1,5 +1,5 @@
 // Conversions and comparisons of text, over ICU.
-#include "sim/calc/Unicode.h"
+#include "calc/Unicode.h"
 
 #include <unicode/brkiter.h>
 #include <unicode/coll.h>

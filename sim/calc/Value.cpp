@@ -1,10 +1,10 @@
 // The conversions between FileMaker's types.
-#include "sim/calc/Value.h"
+#include "calc/Value.h"
 
 #include <utility>
 
-#include "sim/calc/Calendar.h"
-#include "sim/calc/Unicode.h"
+#include "calc/Calendar.h"
+#include "calc/Unicode.h"
 
 namespace calc {
 namespace {

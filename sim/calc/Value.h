@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "sim/calc/Number.h"
+#include "calc/Number.h"
 
 namespace calc {
 

@@ -1,13 +1,13 @@
-#include "sim/fmsim/Commands.h"
+#include "fmsim/Commands.h"
 
 #include <algorithm>
 #include <charconv>
 #include <iostream>
 
-#include "sim/application/GetFunctions.h"
-#include "sim/calc/Engine.h"
-#include "sim/calc/Unicode.h"
-#include "sim/wrapper/Host.h"
+#include "application/GetFunctions.h"
+#include "calc/Engine.h"
+#include "calc/Unicode.h"
+#include "wrapper/Host.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "sim/fmsim/Session.h"
+#include "fmsim/Session.h"
 
 enum class LineResult { kContinue, kQuit };
 

@@ -1,4 +1,4 @@
-#include "sim/fmsim/ErrorTexts.h"
+#include "fmsim/ErrorTexts.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "sim/fmsim/LineEditor.h"
+#include "fmsim/LineEditor.h"
 
 #include <strings.h>
 #include <unistd.h>

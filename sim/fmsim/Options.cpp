@@ -1,4 +1,4 @@
-#include "sim/fmsim/Options.h"
+#include "fmsim/Options.h"
 
 #include <charconv>
 #include <cstring>

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "sim/fmsim/Session.h"
+#include "fmsim/Session.h"
 
 struct CommandLine {
   std::vector<std::function<bool(Session&)>> actions;  ///< in the order given; each shows its own failure

@@ -1,4 +1,4 @@
-#include "sim/fmsim/Prompt.h"
+#include "fmsim/Prompt.h"
 
 #include <unistd.h>
 
@@ -7,9 +7,9 @@
 #include <string>
 #include <string_view>
 
-#include "sim/fmsim/Commands.h"
-#include "sim/fmsim/LineEditor.h"
-#include "sim/fmsim/Signals.h"
+#include "fmsim/Commands.h"
+#include "fmsim/LineEditor.h"
+#include "fmsim/Signals.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // Reading lines: from a terminal with editing, history and completion, or from a pipe or file.
 #pragma once
 
-#include "sim/fmsim/Session.h"
+#include "fmsim/Session.h"
 
 /// Gives the prompt until the user ends it. Idle messages keep flowing while it waits for input. Ctrl-C ends what is
 /// being typed or carried out.

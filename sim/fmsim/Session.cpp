@@ -1,14 +1,14 @@
-#include "sim/fmsim/Session.h"
+#include "fmsim/Session.h"
 
 #include <algorithm>
 #include <iostream>
 #include <utility>
 
-#include "sim/application/ScriptRunner.h"
-#include "sim/calc/Engine.h"
-#include "sim/calc/Unicode.h"
-#include "sim/fmsim/ErrorTexts.h"
-#include "sim/fmsim/Signals.h"
+#include "application/ScriptRunner.h"
+#include "calc/Engine.h"
+#include "calc/Unicode.h"
+#include "fmsim/ErrorTexts.h"
+#include "fmsim/Signals.h"
 
 namespace {
 

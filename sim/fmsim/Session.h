@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "sim/application/Application.h"
+#include "application/Application.h"
 
 /// Results go to standard output; events, errors and reports to standard error. Every method that can fail shows why,
 /// notes the failure for the exit status, and returns false.

@@ -1,4 +1,4 @@
-#include "sim/fmsim/Signals.h"
+#include "fmsim/Signals.h"
 
 #include <poll.h>
 #include <sys/eventfd.h>

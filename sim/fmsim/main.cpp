@@ -5,9 +5,9 @@
 #include <cstdlib>
 #include <iostream>
 
-#include "sim/fmsim/Options.h"
-#include "sim/fmsim/Prompt.h"
-#include "sim/fmsim/Signals.h"
+#include "fmsim/Options.h"
+#include "fmsim/Prompt.h"
+#include "fmsim/Signals.h"
 
 namespace {
 

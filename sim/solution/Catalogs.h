@@ -4,7 +4,7 @@
 
 #include <pugixml.hpp>
 
-#include "sim/solution/Solution.h"
+#include "solution/Solution.h"
 
 namespace sim {
 

@@ -1,13 +1,13 @@
 // The design functions as a table, and what each returns. Lists are separated by carriage returns, none at the end.
-#include "sim/solution/DesignFunctions.h"
+#include "solution/DesignFunctions.h"
 
 #include <algorithm>
 #include <string>
 #include <string_view>
 #include <utility>
 
-#include "sim/calc/Unicode.h"
-#include "sim/solution/Sql.h"
+#include "calc/Unicode.h"
+#include "solution/Sql.h"
 
 namespace sim {
 namespace {

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "sim/calc/Environment.h"
-#include "sim/solution/HostBehaviour.h"
-#include "sim/solution/Solution.h"
+#include "calc/Environment.h"
+#include "solution/HostBehaviour.h"
+#include "solution/Solution.h"
 
 namespace sim {
 

@@ -1,12 +1,12 @@
 // Encodings and line numbers of exports.
-#include "sim/solution/ExportText.h"
+#include "solution/ExportText.h"
 
 #include <algorithm>
 #include <bit>
 #include <cstring>
 #include <optional>
 
-#include "sim/calc/Unicode.h"
+#include "calc/Unicode.h"
 
 namespace sim {
 namespace {

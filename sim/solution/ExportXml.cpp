@@ -1,11 +1,11 @@
 // The recurring pieces of an export's XML.
-#include "sim/solution/ExportXml.h"
+#include "solution/ExportXml.h"
 
 #include <charconv>
 #include <set>
 #include <string_view>
 
-#include "sim/calc/Unicode.h"
+#include "calc/Unicode.h"
 
 namespace sim::xml {
 

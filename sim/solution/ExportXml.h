@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "sim/solution/Solution.h"
+#include "solution/Solution.h"
 
 namespace sim::xml {
 

@@ -2,8 +2,8 @@
 #include <string_view>
 #include <unordered_map>
 
-#include "sim/solution/Catalogs.h"
-#include "sim/solution/ExportXml.h"
+#include "solution/Catalogs.h"
+#include "solution/ExportXml.h"
 
 namespace sim {
 namespace {

@@ -1,8 +1,8 @@
 // Accounts and privileges of an export, and what its file does on opening.
 #include <string_view>
 
-#include "sim/solution/Catalogs.h"
-#include "sim/solution/ExportXml.h"
+#include "solution/Catalogs.h"
+#include "solution/ExportXml.h"
 
 namespace sim {
 namespace {

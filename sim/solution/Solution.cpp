@@ -1,9 +1,9 @@
 // Look-ups in a file's design.
-#include "sim/solution/Solution.h"
+#include "solution/Solution.h"
 
 #include <algorithm>
 
-#include "sim/calc/Unicode.h"
+#include "calc/Unicode.h"
 
 namespace sim {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "sim/calc/Environment.h"
+#include "calc/Environment.h"
 
 namespace sim {
 

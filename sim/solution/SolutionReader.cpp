@@ -1,5 +1,5 @@
 // Opens an export: its bytes, its encoding, its XML and its root; the catalogs are read elsewhere.
-#include "sim/solution/SolutionReader.h"
+#include "solution/SolutionReader.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -13,10 +13,10 @@
 #include <string_view>
 #include <utility>
 
-#include "sim/calc/Unicode.h"
-#include "sim/solution/Catalogs.h"
-#include "sim/solution/ExportText.h"
-#include "sim/solution/ExportXml.h"
+#include "calc/Unicode.h"
+#include "solution/Catalogs.h"
+#include "solution/ExportText.h"
+#include "solution/ExportXml.h"
 
 namespace sim {
 namespace {

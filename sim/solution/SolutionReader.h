@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "sim/solution/Solution.h"
+#include "solution/Solution.h"
 
 namespace sim {
 

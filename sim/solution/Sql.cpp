@@ -1,14 +1,14 @@
 // Runs a query: filters, orders, projects and joins.
-#include "sim/solution/Sql.h"
+#include "solution/Sql.h"
 
 #include <algorithm>
 #include <set>
 #include <utility>
 #include <vector>
 
-#include "sim/calc/Unicode.h"
-#include "sim/solution/SqlLexer.h"
-#include "sim/solution/SqlParser.h"
+#include "calc/Unicode.h"
+#include "solution/SqlLexer.h"
+#include "solution/SqlParser.h"
 
 namespace sim {
 namespace {

@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
-#include "sim/calc/Value.h"
-#include "sim/solution/HostBehaviour.h"
-#include "sim/solution/Solution.h"
+#include "calc/Value.h"
+#include "solution/HostBehaviour.h"
+#include "solution/Solution.h"
 
 namespace sim {
 

@@ -1,12 +1,12 @@
 // Predicates of a WHERE clause.
-#include "sim/solution/SqlConditions.h"
+#include "solution/SqlConditions.h"
 
 #include <algorithm>
 #include <iterator>
 #include <string>
 #include <utility>
 
-#include "sim/solution/SqlLexer.h"
+#include "solution/SqlLexer.h"
 
 namespace sim {
 namespace {

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "sim/calc/Value.h"
-#include "sim/solution/SqlTables.h"
+#include "calc/Value.h"
+#include "solution/SqlTables.h"
 
 namespace sim {
 

@@ -1,5 +1,5 @@
 // Tokens of a query.
-#include "sim/solution/SqlLexer.h"
+#include "solution/SqlLexer.h"
 
 #include <algorithm>
 #include <iterator>

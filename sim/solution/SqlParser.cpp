@@ -2,15 +2,15 @@
 //   SELECT [DISTINCT] { COUNT(*) | * | column, ... } FROM table [[AS] alias] [WHERE condition]
 //   [ORDER BY column [ASC|DESC], ...]
 // where a column may be qualified by the alias or, without one, by the table.
-#include "sim/solution/SqlParser.h"
+#include "solution/SqlParser.h"
 
 #include <algorithm>
 #include <string>
 #include <utility>
 
-#include "sim/calc/Unicode.h"
-#include "sim/solution/SqlLexer.h"
-#include "sim/solution/SqlWords.h"
+#include "calc/Unicode.h"
+#include "solution/SqlLexer.h"
+#include "solution/SqlWords.h"
 
 namespace sim {
 namespace {

@@ -5,10 +5,10 @@
 #include <string_view>
 #include <vector>
 
-#include "sim/calc/Value.h"
-#include "sim/solution/Solution.h"
-#include "sim/solution/SqlConditions.h"
-#include "sim/solution/SqlTables.h"
+#include "calc/Value.h"
+#include "solution/Solution.h"
+#include "solution/SqlConditions.h"
+#include "solution/SqlTables.h"
 
 namespace sim {
 

@@ -1,11 +1,11 @@
 // Columns and rows of the tables that ExecuteSQL can see.
-#include "sim/solution/SqlTables.h"
+#include "solution/SqlTables.h"
 
 #include <span>
 #include <string>
 #include <utility>
 
-#include "sim/calc/Unicode.h"
+#include "calc/Unicode.h"
 
 namespace sim {
 namespace {

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "sim/calc/Value.h"
-#include "sim/solution/Solution.h"
+#include "calc/Value.h"
+#include "solution/Solution.h"
 
 namespace sim {
 

@@ -1,10 +1,10 @@
 // Tables of words.
-#include "sim/solution/SqlWords.h"
+#include "solution/SqlWords.h"
 
 #include <algorithm>
 #include <iterator>
 
-#include "sim/calc/Unicode.h"
+#include "calc/Unicode.h"
 
 namespace sim {
 namespace {

@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <string_view>
 
-#include "sim/solution/Catalogs.h"
-#include "sim/solution/ExportXml.h"
+#include "solution/Catalogs.h"
+#include "solution/ExportXml.h"
 
 namespace sim {
 namespace {

@@ -1,8 +1,8 @@
 // Host values.
 #include <utility>
 
-#include "sim/wrapper/Host.h"
-#include "sim/wrapper/Objects.h"
+#include "wrapper/Host.h"
+#include "wrapper/Objects.h"
 
 namespace fmhost {
 

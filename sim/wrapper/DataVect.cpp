@@ -1,5 +1,5 @@
 // Argument lists.
-#include "sim/wrapper/Objects.h"
+#include "wrapper/Objects.h"
 
 namespace fmhost {
 

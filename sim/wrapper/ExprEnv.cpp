@@ -1,10 +1,10 @@
 // Calculation contexts and registration.
 #include <utility>
 
-#include "sim/calc/Errors.h"
-#include "sim/wrapper/Host.h"
-#include "sim/wrapper/Objects.h"
-#include "sim/wrapper/Registry.h"
+#include "calc/Errors.h"
+#include "wrapper/Host.h"
+#include "wrapper/Objects.h"
+#include "wrapper/Registry.h"
 
 namespace fmhost {
 

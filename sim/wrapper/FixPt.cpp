@@ -1,5 +1,5 @@
 // Host numbers, for plug-ins that calculate.
-#include "sim/wrapper/Objects.h"
+#include "wrapper/Objects.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // Who answers the plug-ins, and the guard around calls of their code.
-#include "sim/wrapper/Host.h"
+#include "wrapper/Host.h"
 
 #include <cxxabi.h>
 
@@ -8,8 +8,8 @@
 #include <memory>
 #include <typeinfo>
 
-#include "sim/calc/Errors.h"
-#include "sim/wrapper/Objects.h"
+#include "calc/Errors.h"
+#include "wrapper/Objects.h"
 
 namespace fmhost {
 

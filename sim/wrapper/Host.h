@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-#include "sim/calc/Value.h"
+#include "calc/Value.h"
 
 #define FMHOST_API __attribute__((visibility("default")))
 

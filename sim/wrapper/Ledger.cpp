@@ -1,11 +1,11 @@
-#include "sim/wrapper/Ledger.h"
+#include "wrapper/Ledger.h"
 
 #include <map>
 #include <new>
 #include <stdexcept>
 #include <utility>
 
-#include "sim/wrapper/Host.h"
+#include "wrapper/Host.h"
 
 namespace fmhost {
 

@@ -1,5 +1,5 @@
 // Locales: the simulated host knows only their number.
-#include "sim/wrapper/Objects.h"
+#include "wrapper/Objects.h"
 
 namespace {
 

@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "sim/calc/Value.h"
-#include "sim/wrapper/Ledger.h"
+#include "calc/Value.h"
+#include "wrapper/Ledger.h"
 
 #define FM_API extern "C" __attribute__((visibility("default")))
 

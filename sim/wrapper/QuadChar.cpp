@@ -1,7 +1,7 @@
 // Four-character identifiers.
 #include <algorithm>
 
-#include "sim/wrapper/Objects.h"
+#include "wrapper/Objects.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
-#include "sim/wrapper/Registry.h"
+#include "wrapper/Registry.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "sim/calc/Errors.h"
-#include "sim/calc/Unicode.h"
-#include "sim/wrapper/Objects.h"
+#include "calc/Errors.h"
+#include "calc/Unicode.h"
+#include "wrapper/Objects.h"
 
 namespace fmhost {
 

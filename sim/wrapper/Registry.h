@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "sim/wrapper/Host.h"
+#include "wrapper/Host.h"
 
 namespace fmhost {
 

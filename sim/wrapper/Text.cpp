@@ -6,9 +6,9 @@
 #include <cwchar>
 #include <string_view>
 
-#include "sim/calc/Unicode.h"
-#include "sim/wrapper/Host.h"
-#include "sim/wrapper/Objects.h"
+#include "calc/Unicode.h"
+#include "wrapper/Host.h"
+#include "wrapper/Objects.h"
 
 namespace {
 

@@ -15,9 +15,9 @@
 #include <vector>
 
 #include "net/Json.h"
-#include "tests/endtoend/FastFileMaker.h"
-#include "tests/service/RunningService.h"
-#include "tests/support/FolderTest.h"
+#include "endtoend/FastFileMaker.h"
+#include "service/RunningService.h"
+#include "support/FolderTest.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // What is taken for base64 is exactly what the encoder writes, and gives back what it was written from.
 #include "net/Base64.h"
-#include "service/Base64Decode.h"
-#include "tests/fuzz/Fuzz.h"
+#include "Base64Decode.h"
+#include "fuzz/Fuzz.h"
 
 void Try(const std::string& input) {
   Check(service::DecodeBase64(Base64Encode(input)) == input);

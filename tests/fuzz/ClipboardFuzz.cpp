@@ -2,9 +2,9 @@
 // only in front of a snippet.
 #include "clipboard/Clipboard.h"
 #include "clipboard/ClipboardTypes.h"
-#include "tests/clipboard/KindReference.h"
-#include "tests/fuzz/Fuzz.h"
-#include "tests/support/FakePasteboard.h"
+#include "plugin/clipboard/KindReference.h"
+#include "fuzz/Fuzz.h"
+#include "support/FakePasteboard.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 // is also the key to look for.
 #include "net/Json.h"
 
-#include "tests/fuzz/Fuzz.h"
-#include "tests/net/JsonReference.h"
+#include "fuzz/Fuzz.h"
+#include "plugin/net/JsonReference.h"
 
 void Try(const std::string& input) {
   const std::string key = input.substr(0, input.find('\n'));

@@ -13,7 +13,7 @@
 #include "net/PercentEncode.h"
 #include "net/Version.h"
 #include "schema/OpenFiles.h"
-#include "tests/fuzz/Fuzz.h"
+#include "fuzz/Fuzz.h"
 
 namespace {
 

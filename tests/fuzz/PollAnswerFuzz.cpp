@@ -6,8 +6,8 @@
 
 #include "bridge/BridgeState.h"
 #include "net/VersionCheck.h"
-#include "tests/bridge/BridgeTest.h"
-#include "tests/fuzz/Fuzz.h"
+#include "plugin/bridge/BridgeTest.h"
+#include "fuzz/Fuzz.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "schema/SchemaBuilder.h"
-#include "tests/fuzz/Fuzz.h"
-#include "tests/support/ScriptedHost.h"
+#include "fuzz/Fuzz.h"
+#include "support/ScriptedHost.h"
 
 namespace {
 

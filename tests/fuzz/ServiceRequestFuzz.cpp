@@ -7,8 +7,8 @@
 #include <sstream>
 
 #include "host/FileDescriptor.h"
-#include "service/Server.h"
-#include "tests/fuzz/Fuzz.h"
+#include "Server.h"
+#include "fuzz/Fuzz.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // Any text is a query or gives "?"; the lenient reading differs from the strict one only where quotes are doubled.
-#include "sim/calc/Unicode.h"
-#include "sim/solution/Sql.h"
-#include "tests/fuzz/Fuzz.h"
-#include "tests/solution/SampleSolution.h"
+#include "calc/Unicode.h"
+#include "solution/Sql.h"
+#include "fuzz/Fuzz.h"
+#include "sim/solution/SampleSolution.h"
 
 void Try(const std::string& input) {
   static const sim::Solution solution = SampleSolution();

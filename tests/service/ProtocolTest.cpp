@@ -10,8 +10,8 @@
 
 #include "net/Base64.h"
 #include "net/Json.h"
-#include "tests/service/RunningService.h"
-#include "tests/support/FolderTest.h"
+#include "service/RunningService.h"
+#include "support/FolderTest.h"
 
 namespace {
 

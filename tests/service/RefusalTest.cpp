@@ -4,8 +4,8 @@
 #include <regex>
 
 #include "net/Json.h"
-#include "tests/service/RunningService.h"
-#include "tests/support/FolderTest.h"
+#include "service/RunningService.h"
+#include "support/FolderTest.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "tests/service/RunningService.h"
+#include "service/RunningService.h"
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>

@@ -5,9 +5,9 @@
 #include <thread>
 
 #include "net/Json.h"
-#include "tests/service/RunningService.h"
-#include "tests/support/FolderTest.h"
-#include "tests/support/Process.h"
+#include "service/RunningService.h"
+#include "support/FolderTest.h"
+#include "support/Process.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "tests/support/LoopbackServer.h"
+#include "support/LoopbackServer.h"
 
 #include <arpa/inet.h>
 #include <netinet/in.h>

@@ -1,4 +1,4 @@
-#include "tests/support/Process.h"
+#include "support/Process.h"
 
 #include <spawn.h>
 #include <sys/mman.h>

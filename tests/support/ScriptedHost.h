@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "sim/calc/Unicode.h"
-#include "sim/wrapper/Host.h"
+#include "calc/Unicode.h"
+#include "wrapper/Host.h"
 
 class ScriptedHost : public fmhost::Host {
  public:

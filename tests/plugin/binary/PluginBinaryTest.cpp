@@ -1,0 +1,210 @@
+// The plug-in binary through its one entry point: messages, strings, registration, restored sign-in.
+#include <FMWrapper/FMXExtern.h>
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <tuple>
+
+#include "core/Product.h"
+#include "support/FolderTest.h"
+#include "support/ScriptedHost.h"
+
+namespace {
+
+// The binary with a settings folder of its own.
+class PluginBinary : public FolderTest {
+ protected:
+  PluginBinary() {
+    setenv("XDG_CONFIG_HOME", folder_.c_str(), 1);
+    unsetenv("DISPLAY");  // the clipboard of whoever runs the tests is not ours
+    library_ = dlopen(PLUGIN_FILE, RTLD_NOW | RTLD_LOCAL);
+    EXPECT_NE(library_, nullptr) << dlerror();
+    entryPoint_ = reinterpret_cast<FMX_ExternCallProc>(dlsym(library_, "FMExternCallProc"));
+    call_.extnVersion = 71;
+    call_.unusedID = -1;
+    call_.cCurrentEnv = [](FMX_ExprEnv*) -> FMX_ErrorCode { return 0; };
+  }
+  ~PluginBinary() override {
+    Send(kFMXT_Shutdown);
+    dlclose(library_);
+  }
+
+  void WriteSettings(const std::string& settings) const {
+    std::filesystem::create_directories(folder_ + "/varnix");
+    std::ofstream(folder_ + "/varnix/preferences") << settings;
+  }
+
+  void Send(FMX_ExternCallSwitch message, FMX_UChar parm1 = 0, FMX_PtrType parm3 = 0, FMX_PtrType result = 0) {
+    call_.whichCall = message;
+    call_.parm1 = parm1;
+    call_.parm3 = parm3;
+    call_.result = result;
+    entryPoint_(&call_);
+  }
+
+  fmx::ptrtype Initialise() {
+    Send(kFMXT_Init, 1);
+    return call_.result;
+  }
+
+  std::string Call(const char16_t* name, const std::vector<std::string>& arguments = {}) {
+    const auto* function = fmhost::FindFunction(name);
+    return function == nullptr ? "not registered" : CallHandler(function->function, arguments);
+  }
+
+  std::u16string AskString(int id, std::size_t capacity = 100) {
+    std::u16string buffer(100, u'~');
+    Send(kFMXT_GetString, static_cast<FMX_UChar>(id), capacity, reinterpret_cast<FMX_PtrType>(buffer.data()));
+    return buffer.substr(0, buffer.find(u'\0'));
+  }
+
+  ScriptedHost host_;
+  void* library_;
+  FMX_ExternCallProc entryPoint_;
+  FMX_ExternCallStruct call_{};
+};
+
+TEST_F(PluginBinary, AnswersItsStrings) {
+  const std::pair<int, std::u16string> cases[] = {
+      {127, u""}, {128, u"Varnix"},      {129, u"Varnix background bridge for FileMaker"},
+      {130, u""}, {131, u"Vrnx1nnYYnn"}, {132, calc::ToUtf16(kGuideUrl)},
+      {133, u""}};
+  for (const auto& [id, text] : cases) EXPECT_EQ(AskString(id), text) << id;
+  for (std::size_t capacity = 1; capacity < 100; ++capacity) {
+    EXPECT_EQ(AskString(129, capacity), cases[2].second.substr(0, capacity - 1));
+  }
+  EXPECT_EQ(AskString(131, 3), u"Vrnx1nnYYnn") << "the options are written whole whatever the capacity";
+}
+
+TEST_F(PluginBinary, RegistersNineteenFunctionsInOrderAndTakesAllBack) {
+  EXPECT_EQ(Initialise(), 76u);
+  const auto& functions = fmhost::Functions();
+  ASSERT_EQ(functions.size(), 19u);
+  short id = 100;
+  for (const auto& function : functions) {
+    EXPECT_EQ(function.id, id++);
+    EXPECT_EQ(function.plugin, "Vrnx");
+    EXPECT_EQ(function.flags, 0x00FFFF7Eu);
+  }
+  EXPECT_EQ(calc::ToUtf8(functions[14].description),
+            "Returns empty if the plugin is up to date, or a human-readable notice if a newer version is available at "
+            "varnix.example/guide#plugin.");
+  Send(kFMXT_Shutdown);
+  EXPECT_TRUE(functions.empty());
+  EXPECT_EQ(Initialise(), 76u) << "the host may enable the plug-in again";
+}
+
+std::string ArgumentCount(short least, short most) {
+  if (most == 0) return "none";
+  return std::to_string(least) + (most == least ? "" : " or " + std::to_string(most));
+}
+
+TEST_F(PluginBinary, TheFunctionReferenceDescribesWhatIsRegistered) {
+  Initialise();
+  std::ifstream file(REFERENCE);
+  const std::string reference(std::istreambuf_iterator<char>(file), {});
+  std::size_t described = 0;  // up to the end of the entry before
+  for (const auto& function : fmhost::Functions()) {
+    const std::string entry = "\n## " + calc::ToUtf8(function.name) + "\n\n```\n" + calc::ToUtf8(function.prototype) +
+                              "\n```\n\nArguments: " + ArgumentCount(function.minArguments, function.maxArguments) +
+                              "\n";
+    const std::size_t next = reference.find("\n## ", described);
+    EXPECT_EQ(reference.substr(next, entry.size()), entry);
+    described = next + entry.size();
+  }
+  EXPECT_EQ(reference.find("\n## ", described), reference.npos);
+}
+
+TEST_F(PluginBinary, AnswersEachFunctionWithItsOwnHandler) {
+  Initialise();
+  const std::string xml = "<fmxmlsnippet/>";
+  const std::string file = folder_ + "/file.txt";
+  std::ofstream(file) << "in the file";
+  host_.answers = {{"TableNames(\"F\")", "T"}, {"DatabaseNames", "Open.fmp12"}};
+  struct Case {
+    const char16_t* name;
+    std::vector<std::string> arguments;
+    std::string expected;  // its beginning, where the whole is another test's business
+  };
+  const Case cases[] = {
+      {u"Varnix.Version", {"any", "arguments"}, "1.6.16"},
+      {u"Varnix.SetTextClipboard", {xml}, "OK"},
+      {u"Varnix.PrepareXMLClipboard", {"ABCD"}, "OK: ABCD"},
+      {u"Varnix.ClipboardFormats", {}, "public.utf8-plain-text\nCorePasteboardFlavorType 0x41424344\nMac-ABCD\nABCD\n"},
+      {u"Varnix.GetXMLClipboard", {"ABCD"}, xml},
+      {u"Varnix.SetXMLClipboard", {"EFGH", "<x/>"}, "OK"},
+      {u"Varnix.GetTextClipboard", {}, "<x/>"},
+      {u"Varnix.ReadFile", {file}, "in the file"},
+      {u"Varnix.POSIXPath", {"/Vol" + file}, file},
+      {u"Varnix.GetSchema", {"F"}, "{\"file\":\"F\""},
+      {u"Varnix.ListFiles", {}, "Open"},
+      {u"Varnix.Register", {}, "ERROR: email is empty."},
+      {u"Varnix.HTTPPost", {}, "ERROR: url is empty."},
+      {u"Varnix.PushSnapshot", {}, "ERROR: ingestUrl is empty."},
+      {u"Varnix.PushScript", {}, "ERROR: licenseKey is empty."},
+      {u"Varnix.LivePush", {}, "ERROR: posixPath is empty."},
+      {u"Varnix.UploadFile", {"http://127.0.0.1:1", "key", "name", "/nowhere"}, "ERROR: Could not read file: /nowhere"},
+      {u"Varnix.DebugContext", {}, "{\"pluginVersion\":\"1.6.16\""},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(Call(c.name, c.arguments).substr(0, c.expected.size()), c.expected) << calc::ToUtf8(c.name);
+  }
+}
+
+TEST_F(PluginBinary, StaysDisabledInAnOldHost) {
+  call_.extnVersion = 55;
+  EXPECT_EQ(Initialise(), static_cast<fmx::ptrtype>(-2));
+  EXPECT_TRUE(fmhost::Functions().empty());
+  call_.extnVersion = 56;
+  EXPECT_EQ(Initialise(), 76u);
+}
+
+TEST_F(PluginBinary, OnlyTheRefusalOfItsFirstFunctionDisablesIt) {
+  const fmx::QuadCharUniquePtr other('O', 't', 'h', 'r');
+  const fmx::TextUniquePtr name;
+  for (const auto& [taken, result] : {std::pair{"Varnix.ListFiles", 76}, {"Varnix.Version", -2}}) {
+    name->Assign(taken, fmx::Text::kEncoding_UTF8);
+    const auto never = [](short, const fmx::ExprEnv&, const fmx::DataVect&, fmx::Data&) -> fmx::errcode { return 0; };
+    ASSERT_EQ(fmx::ExprEnv::RegisterExternalFunctionEx(*other, 1, *name, *name, *name, 0, 0, 0, never), 0);
+    EXPECT_EQ(Initialise(), static_cast<fmx::ptrtype>(result));
+    EXPECT_EQ(fmhost::Functions().size(), 19u) << "the others are registered";
+    Send(kFMXT_Shutdown);
+    fmx::ExprEnv::UnRegisterExternalFunction(*other, 1);
+  }
+}
+
+TEST_F(PluginBinary, RestoresASavedSignIn) {
+  const std::string own = "com.varnix.plugin.baseUrl=http://localhost:1\n", key = "com.varnix.plugin.licenseKey=K1\n";
+  const std::tuple<std::string, std::string, std::string> cases[] = {
+      {own, "false", kDefaultBaseUrl}, {key, "true", kDefaultBaseUrl}, {key + own, "true", "http://localhost:1"}};
+  for (const auto& [settings, registered, baseUrl] : cases) {
+    WriteSettings(settings);
+    Initialise();
+    const auto report = Call(u"Varnix.DebugContext");
+    const std::string expected = "\"registered\":" + registered + ",\"baseUrl\":\"" + baseUrl + '"';
+    EXPECT_NE(report.find(expected), report.npos) << settings << report;
+    Send(kFMXT_Shutdown);
+  }
+}
+
+TEST_F(PluginBinary, SignedInLearnsItsFileOnAnIdleCall) {
+  WriteSettings("com.varnix.plugin.licenseKey=K1\n");
+  Initialise();
+  Send(kFMXT_Idle);
+  EXPECT_EQ(host_.asked, std::vector<std::string>{"Get(FileName)"});
+  Send(kFMXT_Shutdown);
+  Send(kFMXT_Idle);
+  EXPECT_EQ(host_.asked.size(), 1u) << "nothing is done after shutdown";
+  Initialise();
+  host_.answers = {{"Get(FileName)", "Sales"}};
+  Send(kFMXT_Idle);
+  Send(kFMXT_Idle);
+  EXPECT_EQ(host_.asked.size(), 2u) << "once it is known it is not asked for again";
+  EXPECT_NE(Call(u"Varnix.DebugContext").find("\"registeredFile\":\"Sales\""), std::string::npos);
+}
+
+}  // namespace

@@ -1,0 +1,152 @@
+#include "plugin/bridge/BridgeTest.h"
+
+#include <FMWrapper/FMXExtern.h>
+
+#include "bridge/Background.h"
+#include "bridge/BridgeState.h"
+#include "bridge/IdleLoop.h"
+#include "bridge/Notify.h"
+#include "core/Clock.h"
+#include "net/JsonRecord.h"
+#include "net/VersionCheck.h"
+
+namespace {
+
+constexpr std::uint64_t kActiveFile = 7;
+constexpr std::string_view kPoll = "/api/bridge/command/next";
+
+std::string PathOf(const Network::Request& request) { return request.url.substr(request.url.find('/', 8)); }
+
+FMX_ErrorCode StartScript(const FMX_Text* file, const FMX_Text* script, FMX_ScriptControl control,
+                          const FMX_Data* parameter) {
+  BridgeTest& test = *BridgeTest::current;
+  const auto text = [](const FMX_Text* text) { return text ? calc::ToUtf8(fmhost::TextOf(*text)) : "-"; };
+  test.starts.push_back(text(file) + "|" + text(script) + "|" + std::to_string(control) + (parameter ? "|+" : "|-"));
+  if (const auto during = std::exchange(test.duringStart, nullptr)) during();
+  if (test.startErrors.empty()) return 0;
+  const short error = test.startErrors.front();
+  test.startErrors.pop_front();
+  return error;
+}
+
+Network::Outcome AnswerTo(const Network::Request& request) {
+  BridgeTest& test = *BridgeTest::current;
+  const std::string path = PathOf(request);
+  for (const auto& [begin, answer] : test.answers) {
+    if (path.starts_with(begin)) return answer;
+  }
+  if (!path.starts_with(kPoll) || test.commands.empty()) return {true, "", "", 200};
+  const std::string command = test.commands.front();
+  test.commands.pop_front();
+  return {true, command, "", 200};
+}
+
+}  // namespace
+
+// The seams, for the linker to take instead of the plug-in's own.
+void bg(std::function<void()> job) noexcept {
+  try {
+    BridgeTest::current->jobs.push_back(std::move(job));
+  } catch (const std::bad_alloc&) {  // it never runs
+  }
+}
+
+std::int64_t SteadyMilliseconds() {
+  if (BridgeTest::current->onClock) BridgeTest::current->onClock();
+  return BridgeTest::current->now;
+}
+
+void Notify(const std::string& title, const std::string& message) {
+  BridgeTest::current->notifications.push_back(title + ": " + message);
+}
+
+bool Network::IsURL(const std::string& text) { return text.find(' ') == text.npos; }
+
+void Network::StartTransfer(Request request, std::function<void(Outcome)> completion) {
+  BridgeTest::current->requests.push_back(request);
+  completion(AnswerTo(request));
+}
+
+BridgeTest::BridgeTest() {
+  current = this;
+  FakePasteboard::Current() = &pasteboard;
+  g_registered = true;
+  g_licenseKey = "K1";
+  g_baseUrl = "http://s";
+  g_registeredFileName = "Registered";
+  g_pendingGetSchemaCmdId = g_pendingTargetFileName = "";
+  g_hasPendingCmd = g_pendingSchemaReady = g_pollInFlight = g_versionCheckInFlight = false;
+  g_lastPollMs = g_lastVersionCheckMs = g_lastClipboardPrepareMs = now;
+}
+
+short BridgeTest::Host::Evaluate(std::uint64_t file, std::u16string_view expression, calc::Value& result) {
+  EXPECT_NE(file, 0u) << "evaluated without a context: " << calc::ToUtf8(expression);
+  if (const auto during = std::exchange(current->duringEvaluation, nullptr)) during();
+  if (current->evaluationsBeforeError >= 0 && current->evaluationsBeforeError-- == 0) return 1200;
+  return ScriptedHost::Evaluate(file, expression, result);
+}
+
+void BridgeTest::Idle(int level) {
+  static FMX_ExternCallStruct call;  // one for all calls, also those within others, as the host has it
+  call = {};
+  call.whichCall = kFMXT_Idle;
+  call.parm1 = static_cast<FMX_UChar>(level);
+  call.cCurrentEnv = [](FMX_ExprEnv* environment) -> FMX_ErrorCode {
+    fmhost::Bind(*environment, kActiveFile);
+    return 0;
+  };
+  call.cStartScript = StartScript;
+  Do_PluginIdle(&call);
+}
+
+void BridgeTest::RunJobs() {
+  std::string key = std::exchange(g_licenseKey, "K9"), url = std::exchange(g_baseUrl, "http://else");
+  while (!jobs.empty()) {
+    for (auto& job : std::exchange(jobs, {})) {
+      try {
+        std::exchange(job, nullptr)();
+      } catch (const std::bad_alloc&) {  // the end of the job, and of no other
+      }
+    }
+  }
+  g_licenseKey.swap(key);
+  g_baseUrl.swap(url);
+}
+
+void BridgeTest::Poll(const std::string& command) {
+  commands.push_back(command);
+  now += 3000;
+  Idle();
+  RunJobs();
+}
+
+void BridgeTest::CarryOut(const std::string& command) {
+  Poll(command);
+  Idle();
+  RunJobs();
+}
+
+Texts BridgeTest::Sent() {
+  Texts sent;
+  for (const auto& request : std::exchange(requests, {})) {
+    if (PathOf(request).starts_with(kPoll)) continue;
+    sent.push_back(std::string(request.method) + " " + request.url + " " + request.body);
+  }
+  return sent;
+}
+
+std::string BridgeTest::Pushed(const std::string& type, const std::string& content, const std::string& label) {
+  return "POST http://s/api/bridge/push " +
+         JsonRecord({{"licenseKey", "K1"}, {"xmlType", type}, {"xmlContent", content}, {"label", label}});
+}
+
+std::string BridgeTest::Told(const std::string& code, const std::string& status, const std::string& message) {
+  return "POST http://s/api/bridge/diagnostic " +
+         JsonRecord({{"licenseKey", "K1"}, {"code", code}, {"status", status}, {"message", message}});
+}
+
+std::string BridgeTest::Ended(const std::string& id, const std::string& error) {
+  return "POST http://s/api/bridge/command/" + id + "/complete " +
+         (error.empty() ? JsonRecord({{"licenseKey", "K1"}, {"status", "completed"}})
+                        : JsonRecord({{"licenseKey", "K1"}, {"status", "failed"}, {"error", error}}));
+}

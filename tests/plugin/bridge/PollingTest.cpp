@@ -1,0 +1,163 @@
+// When the bridge asks the service for commands and for the newest version, and what it makes of the answers.
+#include <array>
+#include <limits>
+
+#include "bridge/BridgeState.h"
+#include "core/Product.h"
+#include "net/VersionCheck.h"
+#include "plugin/bridge/BridgeTest.h"
+
+namespace {
+
+class Polling : public BridgeTest {};
+
+TEST_F(Polling, OneAtATimeAtLeastThreeSecondsFromStartToStart) {
+  constexpr int kNever = 1'000'000;
+  g_licenseKey = "K+1%2f&x=/?";
+  const struct {
+    int idleEvery, answersAfter;
+    std::vector<std::int64_t> starts;
+  } cases[] = {
+      {10, 2990, {3000, 6000, 9000, 12'000, 15'000, 18'000}},
+      {1700, 0, {3400, 6800, 10'200, 13'600, 17'000}},
+      {100, 3100, {3000, 9000, 15'000}},
+      {100, 10'000, {3000, 15'000}},  // a call that finds the poll still running begins the three seconds anew
+      {100, kNever, {3000}},
+  };
+  constexpr std::int64_t kEndOfTime = std::numeric_limits<std::int64_t>::max() - 20'000;
+  for (std::size_t i = 0; i < 3 * std::size(cases); ++i) {
+    const auto& c = cases[i / 3];
+    const std::int64_t begin = std::array{std::int64_t{0}, std::int64_t{1'000'000}, kEndOfTime}[i % 3];
+    g_lastPollMs = g_lastVersionCheckMs = g_lastClipboardPrepareMs = begin;
+    std::vector<std::int64_t> starts;
+    for (std::int64_t t = 0; t < 20'000; t += c.idleEvery) {
+      now = begin + t;
+      if (!jobs.empty() && t >= starts.back() + c.answersAfter) RunJobs();
+      const std::size_t running = jobs.size();
+      Idle();
+      if (jobs.size() > running) starts.push_back(t);
+    }
+    RunJobs();
+    EXPECT_EQ(starts, c.starts) << c.idleEvery << " " << c.answersAfter;
+  }
+  EXPECT_STREQ(requests[0].method, "GET");
+  EXPECT_EQ(requests[0].url, "http://s/api/bridge/command/next?licenseKey=K+1%2f&x=/?&version=1.6.16");
+}
+
+TEST_F(Polling, TakesACommandOnlyFromAnAnswerThatNamesOne) {
+  const struct {
+    std::string answer;
+    bool names;
+    long long status = 200;
+  } cases[] = {
+      {R"({"id":"c1","type":"T"})", false, 403},  // the key may be valid again
+      {R"({"command":{"id":"c1","type":"T"}})", true},
+      {R"({"id":"c1","type":"T","id":"c2"})", true},
+      {R"({"id": "c1", "type": "T"})", false},
+      {R"(<html><a id="c1" type="T">Sign in to this network</a></html>)", false},
+      {R"({"command" :null,"id":"c1","type":"T"})", true},
+      {R"({"command":null,"id":"c1","type":"T"})", false},
+      {R"({"id":"c1","type":"T","x":{"command": null}})", false},
+      {R"({"id":"c1"})", false},
+      {R"({"id":"","type":"T"})", false},
+  };
+  for (const auto& [answer, names, status] : cases) {
+    answers["/api/bridge/command/next"] = {true, answer, "", status};
+    CarryOut("");
+    EXPECT_EQ(Sent(), names ? Texts{Ended("c1", "Unknown command type: T")} : Texts{}) << answer;
+  }
+}
+
+TEST_F(Polling, ACommandThatArrivesDuringAnIdleCallIsNeitherLostNorOverwritten) {
+  for (int arrival = 1; arrival <= 3; ++arrival) {  // at each of the call's readings of the clock
+    commands = {R"({"id":"c1","type":"T"})", R"({"id":"c2","type":"T"})"};
+    now += 3000;
+    Idle();
+    now += 3000;
+    int readings = 0;
+    onClock = [&] {
+      if (++readings == arrival) RunJobs();
+    };
+    Idle();
+    ASSERT_GE(readings, arrival);
+    onClock = nullptr;
+    for (int call = 0; call < 10; ++call, now += 1000) {
+      RunJobs();
+      Idle();
+    }
+    const std::string error = "Unknown command type: T";
+    EXPECT_EQ(Sent(), (Texts{Ended("c1", error), Ended("c2", error)})) << arrival;
+  }
+}
+
+TEST_F(Polling, StepsOfACallComeInOrderAndAHandledOneEndsIt) {
+  g_registeredFileName.clear();
+  g_pendingSchemaReady = true;
+  g_pendingSchemaQueuedMs = now;
+  g_pendingTargetFileName = "Sales";
+  g_pendingCmd = {"c1", "T", ""};
+  g_hasPendingCmd = true;
+  host.answers = {{"Get(FileName)", "Sales"}};
+  now += 86'400'000;
+  Idle();
+  EXPECT_EQ(g_registeredFileName, "Sales");
+  EXPECT_EQ(starts.size(), 1u);
+  EXPECT_TRUE(g_hasPendingCmd) << "a call that starts the script takes no command";
+  Idle();
+  EXPECT_FALSE(g_hasPendingCmd);
+  EXPECT_FALSE(g_versionCheckInFlight || g_pollInFlight) << "a call that takes a command starts neither";
+  Idle();
+  RunJobs();
+  EXPECT_EQ(requests.end()[-2].url, "http://s/api/plugin/version");
+}
+
+TEST_F(Polling, AsksForTheVersionOnceADay) {
+  for (const int checks : {0, 1, 0, 1}) {
+    now += checks == 0 ? 86'399'999 : 1;
+    Idle();
+    RunJobs();
+    EXPECT_EQ(Sent(), Texts(static_cast<std::size_t>(checks), "GET http://s/api/plugin/version ")) << now;
+  }
+}
+
+TEST_F(Polling, SignedOutNothingIsAskedAndNothingSent) {
+  g_registered = false;
+  g_registeredFileName.clear();
+  g_pendingSchemaReady = g_hasPendingCmd = true;
+  pasteboard.Replace({{FakePasteboard::kText, "<fmxmlsnippet><Step/></fmxmlsnippet>"}});
+  now += 86'400'000;
+  Idle();
+  EXPECT_TRUE(jobs.empty() && host.asked.empty() && g_hasPendingCmd);
+  EXPECT_NE(pasteboard.Bytes("Mac-XMSS"), "") << "the clipboard is kept nevertheless";
+}
+
+TEST_F(Polling, TellsOfNewerVersionsAndKeepsTheLastWhenItLearnsNone) {
+  EXPECT_EQ(CallHandler(Do_UpdateAvailable), "");
+  const struct {
+    std::string answer, newer;
+    long long status = 200;
+  } cases[] = {
+      {R"({"version":"1.6.16"})", ""},
+      {R"({"version":"1.7"})", "1.7"},
+      {R"({"version":"2-beta ä"})", "2-beta ä"},
+      {R"({"version":"v9.9.9"})", ""},
+      {R"({"version":" 1. 7.+8x"})", " 1. 7.+8x"},
+      {R"({"version":"1 .7"})", ""},
+      {R"({"version":"1.6.4294967300"})", "1.6.4294967300"},
+      {R"({"version":"-4294967294"})", ""},
+      {R"({"version":""})", ""},
+      {R"({"version":"1.10.0","x":{"version":""}})", "1.10.0"},
+      {R"({"version": "3.0.0"})", "1.10.0"},
+      {R"({"version":"3.0.0)", "1.10.0"},
+      {R"({"version":"3.0.0"})", "1.10.0", 500},
+  };
+  for (const auto& [answer, newer, status] : cases) {
+    answers["/api/plugin/version"] = {true, answer, "", status};
+    CheckVersionInBackground();
+    RunJobs();
+    const std::string notice = "Varnix plugin v" + newer + " is available — download at " VARNIX_GUIDE_ADDRESS;
+    EXPECT_EQ(CallHandler(Do_UpdateAvailable), newer.empty() ? "" : notice) << answer;
+  }
+}
+
+}  // namespace

@@ -1,0 +1,270 @@
+// The clipboard operations over both views, with every call refused in turn; the functions; the idle upkeep.
+#include "clipboard/Clipboard.h"
+
+#include <gtest/gtest.h>
+
+#include <tuple>
+
+#include "bridge/BridgeState.h"
+#include "bridge/ClipboardUpkeep.h"
+#include "clipboard/ClipboardFunctions.h"
+#include "clipboard/ClipboardTypes.h"
+#include "support/FakePasteboard.h"
+#include "support/ScriptedHost.h"
+
+namespace {
+
+using namespace std::string_literals;
+using Names = std::vector<std::string>;
+
+std::int64_t now = 0;
+
+const Names kStepTypes = BuildClipboardTypeCandidates("XMSS");
+constexpr char kSnippet[] =
+    "<?xml version=\"1.0\"?><fmxmlsnippet type=\"FMObjectList\"><Step id=\"93\"/></fmxmlsnippet>";
+const FakePasteboard::Item kCopiedText = {{FakePasteboard::kText, kSnippet}};
+
+struct ClipboardTest : testing::Test {
+  ClipboardTest() {
+    FakePasteboard::Current() = &fake;
+    now = 1000000;
+    g_lastMirroredClipboardHash = g_lastPreparedClipboardHash = 0;
+    g_lastClipboardPrepareMs = 0;
+  }
+
+  // Everything on the clipboard is the XML, under the names of its kind and as text.
+  void ExpectXml(const std::string& code, const std::string& xml) {
+    const Names candidates = BuildClipboardTypeCandidates(code);
+    for (const auto& type : candidates) EXPECT_EQ(fake.Bytes(type), xml) << type;
+    EXPECT_EQ(fake.Text(), xml);
+    EXPECT_EQ(fake.items.size(), 1u);
+    EXPECT_EQ(fake.items.front().size(), candidates.size() + 1);
+  }
+
+  // An idle message after another program has replaced the content.
+  void IdleAfter(const FakePasteboard::Item& copied) {
+    fake.Replace(copied);
+    KeepClipboardConvertible();
+  }
+
+  FakePasteboard fake;
+  ScriptedHost host;
+};
+
+TEST_F(ClipboardTest, WritesTheBytesUnchangedUnderEveryNameOfTheKind) {
+  for (const bool older : {true, false}) {
+    fake.hasItems = older;
+    for (const auto& xml : {std::string(kSnippet), "\xEF\xBB\xBF\r\n<x/>\r"s, "a\0b"s, std::string(1 << 20, 'x')}) {
+      std::string error, read;
+      EXPECT_TRUE(Clipboard::SetXML("XMSS", xml, error));
+      EXPECT_EQ(fake.calls.back(), older ? "SynchronizeItems" : "SetString");
+      ExpectXml("XMSS", xml);
+      EXPECT_TRUE(Clipboard::GetXML("XMSS", read, error));
+      EXPECT_EQ(read, xml);
+      EXPECT_EQ(error, "");
+    }
+  }
+}
+
+TEST_F(ClipboardTest, FallsBackToTheGeneralViewWhateverTheOlderOneRefuses) {
+  Names refusals = {"OpenItems", "ClearItems", "PutFlavor public.utf8-plain-text"};
+  for (const auto& type : kStepTypes) refusals.push_back("PutFlavor " + type);
+  for (const auto& refusal : refusals) {
+    fake.refused = {refusal};
+    std::string error;
+    EXPECT_TRUE(Clipboard::SetXML("XMSS", kSnippet, error)) << refusal;
+    EXPECT_EQ(error, "");
+    ExpectXml("XMSS", kSnippet);
+    EXPECT_EQ(fake.calls.back(), "SetString") << refusal;
+  }
+}
+
+TEST_F(ClipboardTest, NamesTheLastTypeThatTheGeneralViewRefusesAndWritesTheOthers) {
+  fake.hasItems = false;
+  for (const auto& type : kStepTypes) {
+    fake.refused = {"SetData " + type};
+    std::string error;
+    EXPECT_FALSE(Clipboard::SetXML("XMSS", kSnippet, error));
+    EXPECT_EQ(error, "ERROR: NSPasteboard setData failed for type: " + type);
+    EXPECT_EQ(fake.items.front().size(), kStepTypes.size()) << "all but one, and the text";
+  }
+  fake.refused = {"SetString"};
+  for (const auto& call :
+       {CallHandler(Do_SetXMLClipboard, {"XMSS", kSnippet}), CallHandler(Do_SetTextClipboard, {"x"})}) {
+    EXPECT_EQ(call, "ERROR: NSPasteboard setString failed");
+  }
+}
+
+TEST_F(ClipboardTest, WritesNeitherTextNorTypeNamesThatAreNotUtf8) {
+  fake.hasItems = false;
+  std::string error;
+  EXPECT_TRUE(Clipboard::SetXML("XMS\xFF", kSnippet, error));
+  EXPECT_EQ(fake.items.front(), (FakePasteboard::Item{{"CorePasteboardFlavorType 0x584D53FF", kSnippet},
+                                                      {"public.utf8-plain-text", kSnippet}}));
+  EXPECT_TRUE(Clipboard::SetXML("XMSS", "<\xFF>", error));
+  EXPECT_EQ(fake.Bytes("Mac-XMSS"), "<\xFF>");
+  EXPECT_EQ(fake.items.front().size(), kStepTypes.size());
+  EXPECT_FALSE(Clipboard::SetText("\xC3", error));
+  EXPECT_EQ(fake.Bytes("Mac-XMSS"), "<\xFF>") << "a text that cannot be written leaves the clipboard alone";
+}
+
+TEST_F(ClipboardTest, ReadsItemsBeforeCandidates) {
+  fake.items = {{{"Other", "0"}, {"Mac-ScriptStep", "first item, last name"}},
+                {{"CorePasteboardFlavorType 0x584D5353", "second item, first name"}}};
+  std::string xml, error;
+  Clipboard::GetXML("XMSS", xml, error);
+  EXPECT_EQ(xml, "first item, last name");
+  for (const char* refusal : {"OpenItems", "ItemCount"}) {
+    fake.refused = {refusal};
+    Clipboard::GetXML("XMSS", xml, error);
+    EXPECT_EQ(xml, "second item, first name") << "the general view goes by candidates";
+  }
+  fake.items.front() = {{"Other", "0"}};
+  fake.refused = {"DataForType CorePasteboardFlavorType 0x584D5353"};
+  Clipboard::GetXML("XMSS", xml, error);
+  EXPECT_EQ(xml, "second item, first name") << "the older view reads to the last item";
+}
+
+TEST_F(ClipboardTest, DropsTheHeaderOnlyInFrontOfASnippet) {
+  const std::pair<std::string, std::string> cases[] = {
+      {"\x7F\0\0\0<fmxmlsnippet>"s, "<fmxmlsnippet>"},
+      {"\x7F\0\0\0 <?xml?><fmxmlsnippet>"s, " <?xml?><fmxmlsnippet>"},
+      {"<abc<fmxmlsnippet>", "<abc<fmxmlsnippet>"},
+      {"\x7F\0\0\0<other>"s, "\x7F\0\0\0<other>"s},
+      {"", ""},
+  };
+  for (const auto& [data, expected] : cases) {
+    fake.Replace({{"Mac-XMSS", data}});
+    std::string xml = "before", error;
+    EXPECT_TRUE(Clipboard::GetXML("XMSS", xml, error));
+    EXPECT_EQ(xml, expected);
+  }
+}
+
+TEST_F(ClipboardTest, ListsFormatsAndTexts) {
+  EXPECT_EQ(CallHandler(Do_ClipboardFormats), "");
+  EXPECT_EQ(CallHandler(Do_GetTextClipboard), "");
+  for (const auto& text : {"Größe 🎻\r\n"s, ""s}) {
+    EXPECT_EQ(CallHandler(Do_SetTextClipboard, {text}), "OK");
+    EXPECT_EQ(CallHandler(Do_GetTextClipboard), text);
+    EXPECT_EQ(CallHandler(Do_ClipboardFormats), "public.utf8-plain-text\n");
+  }
+}
+
+TEST_F(ClipboardTest, ChecksArgumentsBeforeTouchingAnything) {
+  fake.Replace(kCopiedText);
+  EXPECT_EQ(CallHandler(Do_SetXMLClipboard, {"", ""}), "ERROR: xmlType is empty.");
+  EXPECT_EQ(CallHandler(Do_SetXMLClipboard, {"XMSS", ""}), "ERROR: xmlContent is empty.");
+  EXPECT_EQ(CallHandler(Do_PrepareXMLClipboard, {""}), "ERROR: xmlType is empty.");
+  fake.Replace({{"public.utf8-plain-text", "<FMXMLSNIPPET>"}});
+  EXPECT_EQ(CallHandler(Do_PrepareXMLClipboard), "ERROR: clipboard text does not look like fmxmlsnippet XML.");
+  fake.items.clear();
+  EXPECT_EQ(CallHandler(Do_PrepareXMLClipboard, {"XMSS"}), "ERROR: plain text clipboard is empty.");
+  EXPECT_EQ(fake.writes, 0);
+}
+
+TEST_F(ClipboardTest, PreparesAndProbes) {
+  fake.Replace(kCopiedText);
+  EXPECT_EQ(CallHandler(Do_PrepareXMLClipboard), "OK: XMSS");
+  ExpectXml("XMSS", kSnippet);
+  for (const char* any : {"", "AUTO", "auto"}) EXPECT_EQ(CallHandler(Do_GetXMLClipboard, {any}), kSnippet);
+  EXPECT_EQ(CallHandler(Do_GetXMLClipboard, {"Auto"}), "");
+  EXPECT_EQ(CallHandler(Do_GetXMLClipboard, {"XMSC"}), "");
+  EXPECT_EQ(CallHandler(Do_PrepareXMLClipboard, {"XMSC"}), "OK: XMSC") << "no check that the kind fits";
+  ExpectXml("XMSC", kSnippet);
+  fake.hasItems = false;
+  fake.refused = {"SetData AUTO"};
+  EXPECT_EQ(CallHandler(Do_PrepareXMLClipboard, {"AUTO"}), "ERROR: NSPasteboard setData failed for type: AUTO");
+}
+
+TEST_F(ClipboardTest, ProbesKindsInTheirOwnOrder) {
+  FakePasteboard::Item item;
+  for (const char* kind : {"XMLO", "XMVL", "XMFN", "XMFD", "XMTB", "XML2", "XMSC", "XMSS"}) {
+    item.emplace_back("Mac-"s + kind, kind);
+    fake.Replace(item);
+    std::string code, xml, error = "of an earlier call";
+    EXPECT_TRUE(ProbeFileMakerClipboardXML(code, xml, error));
+    EXPECT_EQ(code + xml + error, kind + ""s + kind);
+  }
+}
+
+TEST_F(ClipboardTest, IdlePreparesEachTextOnceAtMostEveryHalfSecond) {
+  IdleAfter(kCopiedText);
+  ExpectXml("XMSS", kSnippet);
+  EXPECT_EQ(fake.writes, 1);
+
+  // Another program that takes the text over does not start a duel, whatever flavour it puts beside it.
+  for (int i = 0; i < 20; ++i) {
+    now += 100;
+    IdleAfter({{FakePasteboard::kText, kSnippet}, {"Mac-XMTB", "<x/>"}});
+  }
+  EXPECT_EQ(fake.writes, 1);
+
+  fake.Replace({{"public.utf8-plain-text", "<fmxmlsnippet><Field/></fmxmlsnippet>"}});
+  const auto last = g_lastClipboardPrepareMs;
+  now = last + 499;
+  KeepClipboardConvertible();
+  EXPECT_EQ(fake.writes, 1);
+  now = last + 500;
+  KeepClipboardConvertible();
+  EXPECT_EQ(fake.writes, 2);
+  ExpectXml("XMFD", "<fmxmlsnippet><Field/></fmxmlsnippet>");
+}
+
+TEST_F(ClipboardTest, IdleMirrorsFileMakersOwnFlavourUnderEveryName) {
+  now = 100;  // preparation is not due
+  IdleAfter({{"Mac-XMTB", "\x40\0\0\0<fmxmlsnippet><BaseTable/></fmxmlsnippet>"s}, {"picture", "p"}});
+  ExpectXml("XMTB", "<fmxmlsnippet><BaseTable/></fmxmlsnippet>");
+  for (int i = 0; i < 20; ++i, now += 100) KeepClipboardConvertible();
+  EXPECT_EQ(fake.writes, 1) << "what mirroring wrote is neither mirrored nor prepared again";
+
+  IdleAfter({{"Mac-XMTB", "<fmxmlsnippet><BaseTable/></fmxmlsnippet>"}});
+  EXPECT_EQ(fake.writes, 1) << "the same content again, whoever put it there";
+  IdleAfter({{"Mac-XMSC", "<fmxmlsnippet><BaseTable/></fmxmlsnippet>"}});
+  EXPECT_EQ(fake.writes, 2) << "another kind is another content";
+}
+
+TEST_F(ClipboardTest, IdleTriesWhatFailedAgain) {
+  fake.hasItems = false;
+  for (const auto& [copied, code, tries] : {std::tuple(kCopiedText, "XMSS", 2), {{{"Table", "<x/>"}}, "XMTB", 10}}) {
+    fake.writes = 0;
+    fake.refused = {"SetString"};
+    for (int i = 0; i < 10; ++i, now += 100) IdleAfter(copied);
+    EXPECT_EQ(fake.writes, tries) << code;
+    fake.refused.clear();
+    IdleAfter(copied);
+    ExpectXml(code, copied.front().second);
+  }
+}
+
+TEST_F(ClipboardTest, IdleKeepsContentTogetherThatAnotherProgramReplacesMeanwhile) {
+  const FakePasteboard::Item copies[] = {kCopiedText, {{"Mac-XMTB", "<fmxmlsnippet><BaseTable/></fmxmlsnippet>"}}};
+  for (const bool textFirst : {true, false}) {
+    std::size_t calls = 1;
+    for (std::size_t call = 1; call <= calls; ++call, now += 1000) {
+      fake.calls.clear();
+      fake.onCall = [&] {
+        if (fake.calls.size() == call) fake.Replace(copies[textFirst]);
+      };
+      IdleAfter(copies[!textFirst]);
+      calls = fake.calls.size();
+      fake.onCall = nullptr;
+      for (int i = 0; i < 3; ++i, now += 1000) KeepClipboardConvertible();
+      ExpectXml(fake.Bytes("Mac-XMTB").empty() ? "XMSS" : "XMTB", fake.Text());
+      g_lastMirroredClipboardHash = g_lastPreparedClipboardHash = 0;
+    }
+    EXPECT_GT(calls, 8u) << "it met a whole write";
+  }
+}
+
+TEST_F(ClipboardTest, IdleLeavesOtherClipboardsAlone) {
+  for (const auto& item : {FakePasteboard::Item{}, {{"public.utf8-plain-text", "just text"}}, {{"picture", "p"}}}) {
+    fake.Replace(item);
+    for (int i = 0; i < 12; ++i, now += 100) KeepClipboardConvertible();
+  }
+  EXPECT_EQ(fake.writes, 0);
+}
+
+}  // namespace
+
+std::int64_t SteadyMilliseconds() { return now; }

@@ -1,0 +1,38 @@
+// A user with an empty home for every test of the settings.
+#pragma once
+
+#include <unistd.h>
+
+#include <filesystem>
+#include <string>
+
+#include "core/Prefs.h"
+#include "plugin/core/NewProcess.h"
+#include "support/FolderTest.h"
+
+/// Leads the platform's store, in this process and those it starts, to below `home`. Each program brings its own.
+void MoveHome(const std::filesystem::path& home);
+
+class PrefsTest : public FolderTest {
+ protected:
+  PrefsTest() {
+    EXPECT_TRUE(geteuid() != 0 || chown(home_.c_str(), kOrdinaryUser, kOrdinaryUser) == 0);
+    MoveHome(home_);
+  }
+
+  /// Saving and loading happen in a process each, as they do in two runs of FileMaker.
+  static void Save(const std::string& url, const std::string& key) {
+    InNewProcess([&] {
+      Prefs::SaveBaseUrl(url);
+      Prefs::SaveLicenseKey(key);
+    });
+  }
+  static void ExpectStored(const std::string& url, const std::string& key) {
+    InNewProcess([&] {
+      EXPECT_EQ(Prefs::LoadBaseUrl(), url);
+      EXPECT_EQ(Prefs::LoadLicenseKey(), key);
+    });
+  }
+
+  const std::filesystem::path home_ = folder_;
+};

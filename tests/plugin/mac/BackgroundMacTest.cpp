@@ -1,0 +1,72 @@
+// Background work of macOS, with a thread for each job instead of its queues, and the notifications made by it.
+#include <dispatch/dispatch.h>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <thread>
+
+#include "bridge/Background.h"
+#include "bridge/NotificationScript.h"
+#include "bridge/Notify.h"
+#include "support/FolderTest.h"
+
+namespace {
+
+std::thread g_job;
+std::string g_tool;  // what osascript does; "" when it cannot be started
+
+TEST(Background, RunsJobsElsewhereAndDropsThemWithWhatTheyThrow) {
+  const auto owned = std::make_shared<std::thread::id>();
+  bg([owned] {
+    *owned = std::this_thread::get_id();
+    throw std::runtime_error("dropped");
+  });
+  const auto elsewhere = g_job.get_id();
+  g_job.join();
+  EXPECT_EQ(*owned, elsewhere);
+  EXPECT_EQ(owned.use_count(), 1);
+}
+
+class NotifyMacTest : public FolderTest {};
+
+TEST_F(NotifyMacTest, WritesTheScriptToTheTool) {
+  g_tool = "cat > " + folder_ + "/script";
+  Notify("title", "mess\\age");
+  g_job.join();
+  std::ifstream script(folder_ + "/script");
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(script), {}), NotificationScript("title", "mess\\age"));
+}
+
+TEST_F(NotifyMacTest, OutlivesAToolThatEndsEarlyOrIsMissing) {
+  for (const char* tool : {"exit 1", ""}) {
+    g_tool = tool;
+    Notify("title", std::string(1 << 20, 'x'));
+    g_job.join();
+  }
+}
+
+}  // namespace
+
+dispatch_queue_t dispatch_get_global_queue(long, unsigned long) { return nullptr; }
+void dispatch_async_f(dispatch_queue_t, void* context, void (*work)(void*)) { g_job = std::thread(work, context); }
+
+extern "C" {
+
+std::FILE* __real_popen(const char* command, const char* mode);
+std::FILE* __wrap_popen(const char* command, const char* mode) {
+  EXPECT_STREQ(command, "/usr/bin/osascript");
+  return g_tool.empty() ? nullptr : __real_popen(g_tool.c_str(), mode);
+}
+
+// On macOS the file remembers; here the process must do.
+int __wrap_fcntl(int, int command, int argument) {
+  if (command == F_SETNOSIGPIPE && argument == 1) signal(SIGPIPE, SIG_IGN);
+  return 0;
+}
+
+}  // extern "C"

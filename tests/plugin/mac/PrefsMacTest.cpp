@@ -1,0 +1,38 @@
+// Where GNUstep keeps the user defaults.
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include "plugin/core/PrefsFixture.h"
+
+/// GNUstep's way to begin again with other arguments and another environment than the process was started with.
+extern "C" void GSInitializeProcess(int argc, char** argv, char** environment);
+
+// GNUstep takes the home from the password file; only a configuration file of its own leads it elsewhere, unless the
+// developer's personal one, which is therefore shut out, has the last word.
+void MoveHome(const std::filesystem::path& home) {
+  const std::filesystem::path configuration = home / "GNUstep.conf";
+  std::ofstream(configuration) << "GNUSTEP_USER_CONFIG_FILE=none\n"
+                               << "GNUSTEP_USER_DEFAULTS_DIR=" << (home / "defaults").string() << '\n';
+  setenv("GNUSTEP_CONFIG_FILE", configuration.c_str(), 1);
+  char program[] = "host";
+  char* arguments[] = {program, nullptr};
+  GSInitializeProcess(1, arguments, environ);
+}
+
+namespace {
+
+TEST_F(PrefsTest, ADefaultThatIsNoTextLoadsAsAnEmptyText) {
+  std::filesystem::create_directory(home_ / "defaults");
+  EXPECT_TRUE(geteuid() != 0 || chown((home_ / "defaults").c_str(), kOrdinaryUser, kOrdinaryUser) == 0);
+  for (const char* value : {"<array><string>a</string></array>", "<dict/>", "<data>YQ==</data>"}) {
+    std::ofstream(home_ / "defaults" / "host.plist")
+        << "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>" << Prefs::kLicenseKeyKey << "</key>" << value
+        << "<key>" << Prefs::kBaseUrlKey << "</key><string>url</string></dict></plist>";
+    ExpectStored("url", "");
+  }
+}
+
+}  // namespace

@@ -1,0 +1,146 @@
+// NSURLSession over FakeUrlLayer::Current(), and what of Foundation's classes differs from GNUstep's.
+#import <Foundation/Foundation.h>
+
+#include <memory>
+
+#include "plugin/mac/standin/StandIn.h"
+#include "support/FakeUrlLayer.h"
+
+using StandIn::Misuse;
+using StandIn::Mood;
+using Handler = StandInTransferHandler;
+
+// GNUstep makes no URL of nil; the original raises.
+#pragma clang diagnostic ignored "-Wobjc-protocol-method-implementation"
+@implementation NSURL (StandIn)
++ (instancetype)URLWithString:(NSString*)text {
+  if (text == nil) Misuse("nil for the text of a URL");
+  return [[[self alloc] initWithString:text] autorelease];
+}
+@end
+
+// Data around the caller's bytes, which GNUstep 1.28 makes empty; it would also take the block for an object, which it
+// is not beside GCC's Objective-C runtime.
+@interface StandInData : NSData {
+ @public
+  void* bytes_;
+  NSUInteger length_;
+  GSDataDeallocatorBlock deallocator_;
+}
+@end
+
+@implementation StandInData
+
++ (void)load {
+  const SEL initializer = @selector(initWithBytesNoCopy:length:deallocator:);
+  NSData* data = [NSData alloc];
+  method_setImplementation(class_getInstanceMethod(object_getClass(data), initializer),
+                           class_getMethodImplementation(self, initializer));
+  [data release];
+}
+
+// Runs as a method of what NSData has allocated.
+- (instancetype)initWithBytesNoCopy:(void*)bytes
+                             length:(NSUInteger)length
+                        deallocator:(GSDataDeallocatorBlock)deallocator {
+  [self release];
+  StandInData* data = [StandInData alloc];
+  data->bytes_ = bytes;
+  data->length_ = length;
+  data->deallocator_ = Block_copy(deallocator);
+  return data;
+}
+
+- (NSUInteger)length {
+  return length_;
+}
+
+- (const void*)bytes {
+  return bytes_;
+}
+
+- (id)copyWithZone:(NSZone*)zone {
+  static_cast<void>(zone);
+  return [self retain];
+}
+
+- (void)dealloc {
+  deallocator_(bytes_, length_);
+  Block_release(deallocator_);
+  [super dealloc];
+}
+
+@end
+
+namespace {
+
+NSURLResponse* ResponseOf(long long status) {
+  NSURL* url = [NSURL URLWithString:@"http://a.example"];
+  if (StandIn::mood == Mood::kIsNotHttp) {
+    return [[[NSURLResponse alloc] initWithURL:url MIMEType:nil expectedContentLength:0
+                              textEncodingName:nil] autorelease];
+  }
+  if (status == 0) return nil;
+  return [[[NSHTTPURLResponse alloc] initWithURL:url statusCode:status HTTPVersion:nil headerFields:nil] autorelease];
+}
+
+void Answer(const Network::Outcome& outcome, Handler handler) {
+  @autoreleasepool {
+    NSData* data = outcome.hasBody ? [NSData dataWithBytes:outcome.body.data() length:outcome.body.size()] : nil;
+    if (outcome.failure.empty()) return handler(data, ResponseOf(outcome.status), nil);
+    NSDictionary* info = @{NSLocalizedDescriptionKey : [NSString stringWithUTF8String:outcome.failure.c_str()]};
+    handler(nil, nil, [NSError errorWithDomain:NSURLErrorDomain code:NSURLErrorTimedOut userInfo:info]);
+  }
+}
+
+FakeUrlLayer::Call ToCall(NSURLRequest* request) {
+  NSData* body = [request HTTPBody];
+  if (body != nil && [[request HTTPMethod] isEqualToString:@"GET"]) Misuse("a body that the method does not have");
+  FakeUrlLayer::Call call = {.url = [[[request URL] absoluteString] UTF8String],
+                             .method = [[request HTTPMethod] UTF8String],
+                             .headers = {},
+                             .body = std::string(static_cast<const char*>([body bytes]), [body length]),
+                             .bodyAddress = [body bytes]};
+  NSDictionary* headers = [request allHTTPHeaderFields];
+  for (NSString* name in headers) call.headers[[name UTF8String]] = [[headers objectForKey:name] UTF8String];
+  return call;
+}
+
+}  // namespace
+
+@implementation NSURLSessionDataTask
+
+- (void)dealloc {
+  [request_ release];
+  Block_release(handler_);
+  [super dealloc];
+}
+
+- (void)resume {
+  const std::shared_ptr<NSURLSessionDataTask> running([self retain],
+                                                      [](NSURLSessionDataTask* task) { [task release]; });
+  FakeUrlLayer::Current()->Take(
+      ToCall(request_), [running](const Network::Outcome& outcome) { Answer(outcome, running.get()->handler_); });
+}
+
+@end
+
+@implementation NSURLSession
+
++ (NSURLSession*)sharedSession {
+  static NSURLSession* shared = [[NSURLSession alloc] init];
+  return shared;
+}
+
+- (NSURLSessionDataTask*)dataTaskWithRequest:(NSURLRequest*)request completionHandler:(Handler)completionHandler {
+  StandIn::timeoutInterval = [request timeoutInterval];
+  StandIn::cachePolicy = [request cachePolicy];
+  if (StandIn::mood == Mood::kRaises) [NSException raise:NSGenericException format:@"no more tasks"];
+  if (StandIn::mood == Mood::kMakesNoTask) return nil;
+  NSURLSessionDataTask* task = [[[NSURLSessionDataTask alloc] init] autorelease];
+  task->request_ = [request copy];
+  task->handler_ = Block_copy(completionHandler);
+  return task;
+}
+
+@end

@@ -1,0 +1,118 @@
+// The encodings of the wire. JSON: the cases of the format by name, everything else against the plain reference.
+#include "net/Json.h"
+
+#include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <resolv.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include "net/Base64.h"
+#include "net/JsonRecord.h"
+#include "plugin/net/JsonReference.h"
+
+namespace {
+
+using namespace std::string_literals;
+
+using Words = std::vector<std::string>;
+
+Words Bytes(const std::string& bytes) {
+  Words words;
+  for (const char byte : bytes) words.emplace_back(1, byte);
+  return words;
+}
+
+using Cases = std::vector<std::pair<std::string, std::string>>;
+
+TEST(JsonEscape, WritesTheShortestFormsOfTheWireFormat) {
+  const Cases cases = {
+      {"plain / text\t\n\r\"\\", "plain / text\\t\\n\\r\\\"\\\\"},
+      {"\0\b\f\x1b\x1f"s, "\\u0000\\u0008\\u000c\\u001b\\u001f"},
+      {"\x7f\xc3\xa9\xff", "\x7f\xc3\xa9\xff"},
+  };
+  for (const auto& [text, escaped] : cases) EXPECT_EQ(JsonEscape(text), escaped);
+  EXPECT_EQ(JsonRecord({{"a", "\n"}, {"b", ""}}), R"({"a":"\n","b":""})");
+}
+
+TEST(JsonGetString, FindsAndUnescapesTheFirstStringOfThatKey) {
+  struct {
+    std::string json, key, expected;
+  } const cases[] = {
+      {R"({"id":"a\"b"})", "id", "a\"b"},
+      {R"({"id": "5"})", "id", ""},
+      {R"({"id":[],"x":{"id":"inner"},"id":"outer"})", "id", "inner"},
+      {R"({"text":"\"id\":\"x\"","id":"y"})", "id", "y"},
+      {R"("id":"unclosed)", "id", "unclosed"},
+      {R"("id":"\n\r\t\b\f\/\\\u0041")", "id", "\n\r\tbf/\\u0041"},
+      {R"("id":"last\)", "id", "last\\"},
+      {R"("id":"\\")", "id", "\\"},
+      {R"("id":")", "id", ""},
+      {R"({"":"no name"})", "", "no name"},
+      {"", "id", ""},
+  };
+  for (const auto& c : cases) EXPECT_EQ(JsonGetString(c.json, c.key), c.expected) << c.json;
+}
+
+TEST(NlToJsonArray, KeepsTheLinesThatAreNotEmpty) {
+  const Cases cases = {
+      {"\r\n\n\r", "[]"},
+      {"a\r\n\r\nb\r", R"(["a","b"])"},
+      {" \n\t\n say \"x\"\\", R"([" ","\t"," say \"x\"\\"])"},
+  };
+  for (const auto& [text, array] : cases) EXPECT_EQ(NlToJsonArray(text), array);
+}
+
+/// Texts of every size up to a few of the 64-byte blocks that the routines work in, and of many blocks.
+TEST(JsonRoutines, AgreeWithTheReferenceOnRandomTexts) {
+  const std::string block(64, 'x');
+  Words every;
+  for (int byte = 0; byte < 256; ++byte) every.emplace_back(1, static_cast<char>(byte));
+  Words lonely = every;
+  lonely.resize(512, block);
+  const Words alphabets[] = {
+      lonely,
+      every,
+      Bytes("\x01\x02"),
+      Bytes("\t\n\"\\\x01 ab"),
+      Bytes("\\nrt/"),
+      Bytes("ab\"\"::\\"),
+      Bytes("a\r\n"),
+      {block, std::string(63, 'x') + "\n", "\n" + std::string(63, 'x'), "\r"},
+  };
+  std::mt19937 random(1);
+  for (const Words& words : alphabets) {
+    for (std::size_t size = 0; size < 20'000; size += size < 300 ? 1 : random() % 1000) {
+      std::string text;
+      while (text.size() < size) text += words[random() % words.size()];
+      text.resize(size);
+      ASSERT_EQ(JsonEscape(text), reference::JsonEscape(text));
+      ASSERT_EQ(NlToJsonArray(text), reference::NlToJsonArray(text));
+      const std::string json = text + "\"a\":\"" + text;
+      for (const std::string key : {"a", "b", "", "no such key"}) {
+        ASSERT_EQ(JsonGetString(json, key), reference::JsonGetString(json, key)) << json;
+      }
+    }
+  }
+}
+
+/// The system library's base64, which has another interface.
+std::string SystemsBase64(const std::string& bytes) {
+  std::string result(bytes.size() * 2 + 4, '\0');
+  const auto from = reinterpret_cast<const unsigned char*>(bytes.data());
+  result.resize(static_cast<std::size_t>(b64_ntop(from, bytes.size(), result.data(), result.size())));
+  return result;
+}
+
+TEST(Base64Encode, AgreesWithTheSystemsAtEverySize) {
+  std::mt19937 random(1);
+  std::string bytes;
+  while (bytes.size() < 7000) {
+    ASSERT_EQ(Base64Encode(bytes), SystemsBase64(bytes)) << bytes.size();
+    for (std::size_t more = bytes.size() / 300 + 1; more > 0; --more) bytes += static_cast<char>(random());
+  }
+}
+
+}  // namespace

@@ -1,0 +1,84 @@
+// What the HTTP calls send, and what they make of every end of a transfer. FakeUrlLayer answers behind the URL layer of
+// macOS.
+#include "net/Network.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "support/FakeUrlLayer.h"
+#include "support/FolderTest.h"
+
+using namespace std::chrono_literals;
+using namespace std::string_literals;
+
+std::chrono::milliseconds Network::TransferTimeLimit() { return 90s; }
+std::chrono::milliseconds Network::WaitTimeLimit() { return 1h; }
+
+namespace {
+
+constexpr char kUrl[] = "https://a.example/path?key=a%20b";
+
+class NetworkTest : public FolderTest {
+ protected:
+  FakeUrlLayer layer_;
+  std::string response_, error_;
+};
+
+TEST_F(NetworkTest, SendsWhatEachCallIsFor) {
+  const std::string bytes = "\0\r\n\xFF<x/>"s, file = folder_ + "/file";
+  std::ofstream(file, std::ios::binary) << bytes;
+  EXPECT_TRUE(Network::Post(kUrl, bytes, response_, error_));
+  EXPECT_TRUE(Network::Post(kUrl, "", response_, error_));
+  EXPECT_TRUE(Network::Get(kUrl, response_, error_));
+  EXPECT_TRUE(Network::PostFile(kUrl, file, response_, error_));
+  using Headers = std::map<std::string, std::string>;
+  const Headers json = {{"Content-Type", "application/json"}, {"Accept", "application/json"}};
+  const struct {
+    std::string method;
+    Headers headers;
+    std::string body;
+  } expected[] = {{"POST", json, bytes},
+                  {"POST", json, ""},
+                  {"GET", {{"Accept", "application/json"}}, ""},
+                  {"POST", {{"Content-Type", "application/octet-stream"}}, bytes}};
+  ASSERT_EQ(layer_.calls.size(), std::size(expected));
+  for (std::size_t i = 0; i < std::size(expected); ++i) {
+    EXPECT_EQ(layer_.calls[i].url, kUrl);
+    EXPECT_EQ(layer_.calls[i].method, expected[i].method);
+    EXPECT_EQ(layer_.calls[i].headers, expected[i].headers);
+    EXPECT_EQ(layer_.calls[i].body, expected[i].body);
+  }
+}
+
+TEST_F(NetworkTest, TellsHowTheTransferEnded) {
+  const struct {
+    Network::Outcome outcome;
+    bool result;
+    std::string response;
+    std::string error;
+  } cases[] = {
+      {{false, "", "", 204}, true, "old response", "old error"},
+      {{true, "moved", "", 399}, true, "moved", "old error"},
+      {{true, "{\"error\":\"x\"}", "", 400}, false, "{\"error\":\"x\"}", "ERROR: HTTP 400 — {\"error\":\"x\"}"},
+      {{false, "", "", 503}, false, "old response", "ERROR: HTTP 503 — "},
+      {{false, "", "Verbindung verloren – Größe", 0}, false, "old response", "ERROR: Verbindung verloren – Größe"},
+  };
+  for (const auto& [outcome, result, response, error] : cases) {
+    layer_.answer = outcome;
+    response_ = "old response";
+    error_ = "old error";
+    EXPECT_EQ(Network::Get(kUrl, response_, error_), result) << error;
+    EXPECT_EQ(response_, response) << error;
+    EXPECT_EQ(error_, error);
+  }
+}
+
+TEST_F(NetworkTest, HandsALargeBodyOnWithoutACopy) {
+  std::string body(1 << 20, 'x');
+  const void* address = body.data();
+  EXPECT_TRUE(Network::Post(kUrl, std::move(body), response_, error_));
+  EXPECT_EQ(layer_.calls.at(0).bodyAddress, address);
+}
+
+}  // namespace

@@ -1,0 +1,85 @@
+// The functions that talk to a service: what they send, byte for byte, and what the calculation gets.
+#include "net/ServiceFunctions.h"
+
+#include <fstream>
+#include <regex>
+
+#include "bridge/LivePush.h"
+#include "bridge/Register.h"
+#include "plugin/bridge/BridgeTest.h"
+
+namespace {
+
+constexpr char kUrl[] = "http://a.example/any?x=1";
+
+class ServiceFunctions : public BridgeTest {
+ protected:
+  ServiceFunctions() {
+    answers[""] = {true, "an answer", "", 200};
+    pasteboard.Replace({{"Mac-XMSS", "<fmxmlsnippet a=\"1\"/>"}});
+    std::ofstream(file_) << "<x/>\n";
+  }
+
+  const std::string file_ = folder_ + "/a\"b.xml", missing_ = folder_ + "/missing";
+};
+
+struct Case {
+  fmx::ExtPluginType handler;
+  Texts arguments;
+  std::string result, body = "";
+};
+
+TEST_F(ServiceFunctions, SendWhatTheyAreForAndGiveTheAnswer) {
+  const std::string pushed = R"({"licenseKey":"K","xmlType":"XMSS","xmlContent":"<fmxmlsnippet a=\"1\"/>","label":")";
+  const Case cases[] = {
+      {Do_HTTPPost, {kUrl, "no JSON: ä"}, "an answer", "no JSON: ä"},
+      {Do_PushSnapshot, {kUrl, file_}, "an answer", R"({"content":"PHgvPgo=","filename":"a\"b.xml"})"},
+      {Do_PushScript, {"K", kUrl, "XMSS"}, "OK", pushed + "\"}"},
+      {Do_PushScript, {"K", kUrl, "XMSS", "L\t1"}, "OK", pushed + R"(L\t1"})"},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(CallHandler(c.handler, c.arguments), c.result);
+    EXPECT_EQ(Sent(), Texts{std::string("POST ") + kUrl + " " + c.body});
+  }
+}
+
+TEST_F(ServiceFunctions, UploadFileSendsAFormWithABoundaryOfItsOwn) {
+  for (int i = 0; i < 2; ++i) EXPECT_EQ(CallHandler(Do_UploadFile, {kUrl, "KEY-1", "a \"b\".xml", file_}), "an answer");
+  ASSERT_EQ(requests.size(), 2u);
+  EXPECT_NE(requests[0].body, requests[1].body);
+  EXPECT_EQ(requests[0].url, kUrl);
+  const std::string boundary = requests[0].body.substr(2, 22), start = "--" + boundary;
+  EXPECT_TRUE(std::regex_match(boundary, std::regex("VarnixBoundary[0-9A-F]{8}"))) << boundary;
+  const std::pair<std::string, std::string> type = {"Content-Type", "multipart/form-data; boundary=" + boundary};
+  EXPECT_EQ(requests[0].headers, std::vector{type});
+  EXPECT_EQ(requests[0].body,
+            start + "\r\nContent-Disposition: form-data; name=\"licenseKey\"\r\n\r\nKEY-1\r\n" + start +
+                "\r\nContent-Disposition: form-data; name=\"filename\"\r\n\r\na \"b\".xml\r\n" + start +
+                "\r\nContent-Disposition: form-data; name=\"file\"; filename=\"a \"b\".xml\"\r\n"
+                "Content-Type: application/xml\r\n\r\n<x/>\n\r\n" +
+                start + "--\r\n");
+}
+
+TEST_F(ServiceFunctions, WhatCannotBeSentIsToldAndNothingIsSent) {
+  const Case cases[] = {
+      {Do_HTTPPost, {kUrl, ""}, "ERROR: jsonBody is empty."},
+      {Do_HTTPPost, {"no url", "{}"}, "ERROR: Invalid URL: no url"},
+      {Do_UploadFile, {"no url", "", "", ""}, "ERROR: Invalid URL: no url"},
+      {Do_UploadFile, {kUrl, "K", "n", missing_}, "ERROR: Could not read file: " + missing_},
+      {Do_PushSnapshot, {kUrl, ""}, "ERROR: xmlPath is empty."},
+      {Do_PushSnapshot, {kUrl, missing_}, "ERROR: Could not open file: " + missing_},
+      {Do_PushScript, {"K", "", ""}, "ERROR: bridgeUrl is empty."},
+      {Do_PushScript, {"K", kUrl, ""}, "ERROR: xmlType is empty."},
+      {Do_PushScript, {"K", "no url", "XMSS"}, "ERROR: Invalid URL: no url"},
+      {Do_LivePush, {""}, "ERROR: posixPath is empty."},
+      {Do_Register, {"", "K2", "M1"}, "ERROR: email is empty."},
+      {Do_Register, {"E1", "", ""}, "ERROR: licenseKey is empty."},
+      {Do_Register, {"E1", "K2", "", kUrl}, "ERROR: machineId is empty."},
+      {Do_Register, {"E1", "K2", "M1", "no url"}, "ERROR: Invalid URL: no url/api/bridge/register"},
+      {Do_PushScript, {"K", kUrl, "XMSC"}, "ERROR: No XMSC XML on clipboard. Copy the FM object first."},
+  };
+  for (const auto& c : cases) EXPECT_EQ(CallHandler(c.handler, c.arguments), c.result);
+  EXPECT_TRUE(requests.empty() && jobs.empty());
+}
+
+}  // namespace

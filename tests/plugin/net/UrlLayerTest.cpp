@@ -1,0 +1,257 @@
+// The HTTP calls on libcurl, against servers of every kind and mood.
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <thread>
+
+#include "net/Network.h"
+#include "net/Network_linux.h"
+#include "net/Transfer.h"
+#include "support/Entries.h"
+#include "support/FolderTest.h"
+#include "support/LoopbackServer.h"
+
+using namespace std::chrono_literals;
+using Connection = LoopbackServer::Connection;
+
+namespace {
+
+// What a test with a silent server waits. Read by the transfer thread too.
+std::atomic<std::chrono::milliseconds> g_transferLimit{60s}, g_waitLimit{60s};
+
+std::string g_trusted;  // file of a certificate to trust instead of the system's
+
+int LoadTrusted(const char* function, void* owner, const char* systems) {
+  const auto load = reinterpret_cast<int (*)(void*, const char*)>(dlsym(RTLD_NEXT, function));
+  return load(owner, g_trusted.empty() ? systems : g_trusted.c_str());
+}
+
+}  // namespace
+
+std::chrono::milliseconds Network::TransferTimeLimit() { return g_transferLimit; }
+std::chrono::milliseconds Network::WaitTimeLimit() { return g_waitLimit; }
+
+// libcurl loads the system's certificates by one of these, depending on its age.
+#pragma GCC visibility push(default)
+extern "C" int X509_STORE_load_file(void* store, const char* file) {
+  return LoadTrusted("X509_STORE_load_file", store, file);
+}
+extern "C" int SSL_CTX_load_verify_file(void* context, const char* file) {
+  return LoadTrusted("SSL_CTX_load_verify_file", context, file);
+}
+#pragma GCC visibility pop
+
+namespace {
+
+struct Result {
+  bool succeeded = false;
+  std::string response = "untouched";
+  std::string error;
+
+  bool TellsWhyNot() const {
+    return !succeeded && response == "untouched" && error.starts_with("ERROR: ") && error.size() > 7;
+  }
+};
+
+Result Get(const std::string& url) {
+  Result result;
+  result.succeeded = Network::Get(url, result.response, result.error);
+  return result;
+}
+
+Result Post(const std::string& url, const std::string& body) {
+  Result result;
+  result.succeeded = Network::Post(url, body, result.response, result.error);
+  return result;
+}
+
+/// A server that reads one request and then sends `bytes` and closes.
+LoopbackServer::Handler Sending(std::string bytes) {
+  return [bytes = std::move(bytes)](Connection& connection) {
+    connection.ReadRequest();
+    connection.Send(bytes);
+  };
+}
+
+/// The same, where the client is told the size of `body`.
+LoopbackServer::Handler Sending(const std::string& head, const std::string& body) {
+  return Sending("HTTP/1.1 " + head + "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body);
+}
+
+TEST(UrlLayer, EveryEndOfATransferHasItsResult) {
+  const std::string binary("a\0\xFFz", 4), many(100 << 20, 'x');
+  const std::string gzip("\x1f\x8b\x08\0\0\0\0\0\x02\x03\x4b\xca\x4f\xa9\x04\0\xb2\x0b\xa8\xdb\x04\0\0\0", 24);
+  const struct {
+    const char* name;
+    LoopbackServer::Handler handler;
+    std::string error = "ERROR: ";  // with a space at its end: the beginning of one
+    std::string response = "untouched";
+  } cases[] = {
+      {"zero bytes and no UTF-8", Sending("200 OK", binary), "", binary},
+      {"204 without a body", Sending("HTTP/1.1 204 No Content\r\n\r\n"), "", ""},
+      {"400", Sending("400 Bad Request", "body"), "ERROR: HTTP 400 — body", "body"},
+      {"HTTP/1.0 without a length", Sending("HTTP/1.0 200 OK\r\n\r\nuntil the end"), "", "until the end"},
+      {"shorter than its length", Sending("HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nbody")},
+      {"no HTTP at all", Sending("220 mail.example ESMTP\r\n")},
+      {"closed at once", [](Connection&) {}},
+      {"100 MB", Sending("200 OK", many), "", many},
+      {"gzip", Sending("200 OK\r\nContent-Encoding: gzip", gzip), "", "body"},
+      {"redirect to a file", Sending("302 Found\r\nLocation: file:///etc/passwd", "")},
+      {"redirect to FTP", Sending("302 Found\r\nLocation: ftp://127.0.0.1/", ""), "ERROR: Protocol \"ftp\" "},
+  };
+  Get(LoopbackServer(Sending("")).Url());  // what the layer keeps for good is there from now on
+  const auto descriptors = EntriesOf("/proc/self/fd"), threads = EntriesOf("/proc/self/task");
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    LoopbackServer server(c.handler);
+    const Result result = Get(server.Url("/"));
+    EXPECT_TRUE(result.response == c.response) << result.response.substr(0, 100);
+    if (c.error.ends_with(' ')) {
+      EXPECT_TRUE(result.TellsWhyNot() && result.error.starts_with(c.error)) << result.error;
+    } else {
+      EXPECT_EQ(result.succeeded, c.error.empty());
+      EXPECT_EQ(result.error, c.error);
+    }
+  }
+  EXPECT_EQ(EntriesOf("/proc/self/fd"), descriptors);
+  EXPECT_EQ(EntriesOf("/proc/self/task"), threads);
+}
+
+TEST(UrlLayer, UnreachableServersAreTold) {
+  const std::string closed = LoopbackServer(Sending("")).Url();
+  for (const std::string& url : {closed, std::string("file:///etc/passwd"), closed.substr(7), std::string("http://")}) {
+    const Result result = Get(url);
+    EXPECT_TRUE(result.TellsWhyNot()) << url << " " << result.error;
+  }
+}
+
+TEST(UrlLayer, OnlyURLTextsAreURLs) {
+  for (const char* text : {"http://a.example/?q=%41%c3%A4&b='(!)*;~#part", "http://[::1]:80/", "a"}) {
+    EXPECT_TRUE(Network::IsURL(text)) << text;
+  }
+  for (const char* text : {"", "http://a.example/a b", "http://a.example/\"", "http://a.example/%4",
+                           "http://a.example/%4g", "http://a.example/\r\nX: y", "http://a.example/\xC3\xA4",
+                           "http://a.example/<>", "http://a.example/\\", "http://a.example/{}", "http://a/#a#b"}) {
+    EXPECT_FALSE(Network::IsURL(text)) << text;
+  }
+}
+
+TEST(UrlLayer, ASilentOrDrippingServerCostsNoMoreThanTheLimits) {
+  for (const auto mood : {NeverAnswer, Drip}) {
+    LoopbackServer server(mood);
+    g_waitLimit = 50ms;
+    EXPECT_EQ(Get(server.Url()).error, "ERROR: Request timed out.");  // which ends later, the caller's texts gone
+    g_waitLimit = 60s;
+    g_transferLimit = 50ms;
+    EXPECT_TRUE(Get(server.Url()).TellsWhyNot());
+    g_transferLimit = 60s;
+  }
+}
+
+TEST(UrlLayer, SendsARequestAsItStands) {
+  LoopbackServer server(Answering([](const std::string&) { return CannedAnswer{}; }));
+  Post(server.Url("/large"), std::string(2 << 20, 'x'));
+  EXPECT_EQ(server.Requests().at(0).find("Expect:"), std::string::npos) << "which many servers let wait";
+  Post(server.Url("/a/../b?key=a%20b#part"), std::string("{\"a\":\0}", 7));
+  std::string request = server.Requests().at(1);
+  const std::size_t encoding = request.find("Accept-Encoding: ");
+  request.erase(encoding, request.find("\r\n", encoding) + 2 - encoding);  // as this libcurl can decode
+  EXPECT_EQ(request, "POST /a/../b?key=a%20b HTTP/1.1\r\nHost: " + server.Url().substr(7) +
+                         "\r\nContent-Type: application/json\r\nAccept: application/json\r\nContent-Length: 7\r\n\r\n" +
+                         std::string("{\"a\":\0}", 7));
+}
+
+TEST(UrlLayer, FollowsTwentyRedirectsAsABrowserDoes) {
+  for (const auto& [status, line, body] : {std::tuple{302, "GET /to", ""}, {308, "POST /to", "body"}}) {
+    for (const int redirects : {20, 21}) {
+      int left = redirects;
+      LoopbackServer server(Answering([&, status = status](const std::string&) {
+        return left-- > 0 ? CannedAnswer{status, "", "Location: /to\r\n"} : CannedAnswer{200, "arrived", ""};
+      }));
+      EXPECT_EQ(Post(server.Url("/from"), "body").response, redirects == 20 ? "arrived" : "untouched");
+      EXPECT_EQ(RequestLine(server.Requests().at(20)), line);
+      EXPECT_EQ(RequestBody(server.Requests().at(20)), body);
+    }
+  }
+}
+
+TEST(UrlLayer, CredentialsAreNotCarriedToAnotherHost) {
+  LoopbackServer other(Answering([](const std::string&) { return CannedAnswer{}; }));
+  LoopbackServer first(Answering([&](const std::string&) {
+    return CannedAnswer{302, "",
+                        "Set-Cookie: secret=1\r\nLocation: http://localhost:" + std::to_string(other.port()) + "/\r\n"};
+  }));
+  Get("http://user:password@" + first.Url("/?key=secret").substr(7));
+  ASSERT_EQ(other.Requests().size(), 1u);
+  EXPECT_NE(first.Requests().at(0).find("Authorization: Basic"), std::string::npos);
+  for (const char* header : {"Authorization", "Cookie", "Referer"}) {
+    EXPECT_EQ(other.Requests()[0].find(header), std::string::npos) << header;
+  }
+}
+
+TEST(UrlLayer, CookiesAreSharedBetweenRequests) {
+  LoopbackServer server(Answering([](const std::string&) {
+    return CannedAnswer{200, "", "Set-Cookie: session=42; Path=/\r\n"};
+  }));
+  for (const bool isSent : {false, true}) {
+    Get(server.Url());
+    EXPECT_EQ(server.Requests().back().find("Cookie: session=42") != std::string::npos, isSent);
+  }
+}
+
+using Certificates = FolderTest;
+
+TEST_F(Certificates, OnlyATrustedOneIsTakenAndForItsNameOnly) {
+  const std::string files = " -keyout " + folder_ + "/key -out " + folder_ + "/certificate >/dev/null 2>&1";
+  const std::string make = "openssl req -x509 -nodes -newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -subj /CN=x ";
+  ASSERT_EQ(std::system((make + "-addext subjectAltName=IP:127.0.0.1" + files).c_str()), 0);
+  const std::string serve = "cd " + folder_ + " && exec timeout 20 openssl s_server -accept 127.0.0.1:0 -naccept 1 " +
+                            "-www -key key -cert certificate 2>/dev/null";
+  const auto get = [&](const std::string& host) {
+    FILE* server = popen(serve.c_str(), "re");
+    char line[256] = "";
+    int port = 0;
+    while (port == 0 && fgets(line, sizeof line, server) != nullptr) std::sscanf(line, "ACCEPT 127.0.0.1:%d", &port);
+    const Result result = Get("https://" + host + ":" + std::to_string(port) + "/");
+    while (fgets(line, sizeof line, server) != nullptr) continue;
+    pclose(server);
+    return result;
+  };
+  EXPECT_TRUE(get("127.0.0.1").TellsWhyNot());
+  g_trusted = folder_ + "/certificate";
+  EXPECT_TRUE(get("127.0.0.1").succeeded);
+  EXPECT_TRUE(get("localhost").TellsWhyNot());
+  g_trusted.clear();
+}
+
+TEST(UrlLayer, NothingThatTheHostStartsInheritsAConnection) {
+  LoopbackServer server(NeverAnswer);
+  g_waitLimit = 1ms;
+  Get(server.Url());
+  g_waitLimit = 60s;
+  server.WaitForRequests(1);
+  // A child sees what this process would hand down: the server's own sockets are close-on-exec.
+  FILE* child = popen("ls -l /proc/self/fd | grep -c socket:", "re");
+  char count[16] = "";
+  ASSERT_NE(fgets(count, sizeof count, child), nullptr);
+  pclose(child);
+  EXPECT_STREQ(count, "0\n");
+}
+
+// Last, since nothing is transferred afterwards.
+TEST(UrlLayerEnd, CutsTransfersShortAndRefusesNewOnes) {
+  LoopbackServer server(NeverAnswer);
+  Result result;
+  std::thread caller([&] { result = Get(server.Url()); });
+  server.WaitForRequests(1);
+  StopTransfers();
+  caller.join();
+  EXPECT_EQ(result.error, "ERROR: cancelled");
+  EXPECT_EQ(Get(server.Url()).error, "ERROR: cancelled");
+}
+
+}  // namespace
