@@ -3,7 +3,7 @@
 # from musl, whose headers are plain enough for any target, Foundation from GNUstep, the rest from the stand-ins of the tests.
 set -eu
 sdk=$1
-standin=$(dirname "$0")/../mac/standin
+standin=$(dirname "$0")/../plugin/mac/standin
 objc=$(dirname "$("$2" -print-file-name=libobjc.so)")/include/objc
 
 rm -rf "$sdk"
