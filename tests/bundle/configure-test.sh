@@ -19,8 +19,8 @@ grep -q "Varnix.fmx is no Linux library" said || { cat said; failed=1; }
 mkdir "a b/FMWrapper.framework"
 env MACOS_SDK="$sdk" FMWRAPPER_SDK="a b" "$script" build >said 2>&1 && { echo "links nothing"; failed=1; }
 ln -s "$headers" "a b/FMWrapper.framework/Headers"
-make -C build/bundle core/HostText.o >said 2>&1 || { cat said; failed=1; }
-link=build/bundle/CMakeFiles/plugin.dir/link.txt
+make -C build/bundle/plugin core/HostText.o >said 2>&1 || { cat said; failed=1; }
+link=build/bundle/plugin/CMakeFiles/plugin.dir/link.txt
 grep -F -e "\"-F$work/a b\"" $link | grep -qF -e "-framework FMWrapper" || { echo "not linked to it"; failed=1; }
 if grep -qF dynamic_lookup $link; then echo "leaves symbols open"; failed=1; fi
 exit $failed
