@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "Utf8.h"
+
 namespace {
 
 // Four bytes per UTF-16 unit cover every UTF-8 form, so no pass is needed to measure first. The unused tail is cut at
@@ -37,7 +39,8 @@ void SetTextResult(const std::string& utf8, fmx::Data& result) {
 }
 
 std::string EvalCalc(fmx::ExprEnv* env, const char* expression) {
-  if (env == nullptr) return {};
+  // Where a text literal ends in ill-formed text would be the host's guess.
+  if (env == nullptr || !IsUtf8(expression)) return {};
   const fmx::TextUniquePtr text;
   text->Assign(expression, fmx::Text::kEncoding_UTF8);
   const fmx::DataUniquePtr data;

@@ -21,8 +21,8 @@ std::string EmptyArgumentError(std::initializer_list<NamedText> arguments);
 /// Makes `result` a text value; it keeps its locale.
 void SetTextResult(const std::string& utf8, fmx::Data& result);
 
-/// The text of the FileMaker calculation `expression` (UTF-8), evaluated in `env`; "" on any failure, a null `env`
-/// included.
+/// The text of the FileMaker calculation `expression` (UTF-8), evaluated in `env`; "" on any failure. Without an `env`,
+/// and when `expression` is not UTF-8, nothing is evaluated.
 std::string EvalCalc(fmx::ExprEnv* env, const char* expression);
 
 /// Copies `utf8` into `out`, a buffer of `capacity` UTF-16 units (at least 1); cut to fit, always zero-terminated.

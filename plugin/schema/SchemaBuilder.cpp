@@ -1,6 +1,7 @@
 #include "schema/SchemaBuilder.h"
 
 #include <deque>
+#include <initializer_list>
 #include <map>
 #include <string_view>
 #include <utility>
@@ -31,11 +32,29 @@ struct Tables {
   std::map<std::string_view, std::vector<FieldInfo>> fields;
 };
 
-// A design function addresses the file by a name between quotes, as it stands: a name that holds a quote gives an
-// expression that FileMaker refuses, and so an empty answer.
-std::string Quoted(std::string_view name) { return '"' + std::string(name) + '"'; }
+// Whether the text literal "<name>" ends where it should. A double quote inside the name ends it early, and a backslash
+// that is not itself escaped takes the closing quote into the literal; what follows would then be evaluated as code.
+bool FitsLiteral(std::string_view name) {
+  const std::size_t trailingBackslashes = name.size() - (name.find_last_not_of('\\') + 1);
+  return name.find('"') == name.npos && trailingBackslashes % 2 == 0;
+}
+
+// `name` verbatim as a text literal, or "" when it does not fit into one.
+std::string Quoted(std::string_view name) { return FitsLiteral(name) ? '"' + std::string(name) + '"' : ""; }
 
 std::string Eval(fmx::ExprEnv* env, const std::string& expression) { return EvalCalc(env, expression.c_str()); }
+
+// A call without a usable argument is not evaluated; its result is empty, like that of a failed evaluation.
+std::string Call(fmx::ExprEnv* env, const char* function, std::initializer_list<std::string_view> arguments) {
+  std::string expression = function;
+  const char* before = "(";
+  for (const auto argument : arguments) {
+    if (argument.empty()) return {};
+    expression.append(before).append(argument);
+    before = "; ";
+  }
+  return Eval(env, expression + ')');
+}
 
 const std::string& Keep(Tables& tables, std::string result) { return tables.results.emplace_back(std::move(result)); }
 
@@ -65,10 +84,10 @@ void AddQueryRows(const std::string& rows, Tables& tables) {
 }
 
 void AddNamedTables(fmx::ExprEnv* env, const std::string& fileArgument, Tables& tables) {
-  for (const auto table : NonEmptyLines(Keep(tables, Eval(env, "TableNames(" + fileArgument + ")")))) {
+  for (const auto table : NonEmptyLines(Keep(tables, Call(env, "TableNames", {fileArgument})))) {
     tables.order.push_back(table);
     auto& fields = tables.fields[table];
-    const auto& names = Keep(tables, Eval(env, "FieldNames(" + fileArgument + "; " + Quoted(table) + ")"));
+    const auto& names = Keep(tables, Call(env, "FieldNames", {fileArgument, Quoted(table)}));
     for (const auto field : NonEmptyLines(names)) fields.push_back({field, {}, {}});
   }
 }
@@ -110,7 +129,7 @@ void AppendTables(std::string& json, const Tables& tables) {
 }
 
 std::string CustomFunctionNames(fmx::ExprEnv* env, const std::string& quotedTarget) {
-  std::string names = Eval(env, "CustomFunctionNames(" + quotedTarget + ")");
+  std::string names = Call(env, "CustomFunctionNames", {quotedTarget});
   if (names.empty() || names == "?") names = Eval(env, "CustomFunctionNames()");
   return names;
 }
@@ -131,10 +150,10 @@ std::string BuildSchema(fmx::ExprEnv* env, const std::string& fileName) {
   if (tables.order.empty()) AddNamedTables(env, fileArgument, tables);
   if (tables.order.empty()) return "{}";
 
-  const std::string scripts = Eval(env, "ScriptNames(" + fileArgument + ")");
-  const std::string layouts = Eval(env, "LayoutNames(" + fileArgument + ")");
-  const std::string valueLists = Eval(env, "ValueListNames(" + fileArgument + ")");
-  const std::string privilegeSets = Eval(env, "PrivilegeSetNames(" + fileArgument + ")");
+  const std::string scripts = Call(env, "ScriptNames", {fileArgument});
+  const std::string layouts = Call(env, "LayoutNames", {fileArgument});
+  const std::string valueLists = Call(env, "ValueListNames", {fileArgument});
+  const std::string privilegeSets = Call(env, "PrivilegeSetNames", {fileArgument});
   const std::string customFunctions = CustomFunctionNames(env, quotedTarget);
 
   std::string json;

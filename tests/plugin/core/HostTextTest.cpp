@@ -33,6 +33,7 @@ TEST(EvalCalc, GivesTheTextOfTheResultOrNothing) {
   EXPECT_EQ(EvalCalc(env.get(), "Empty"), "");
   EXPECT_EQ(EvalCalc(env.get(), "Broken"), "");
   EXPECT_EQ(EvalCalc(nullptr, "\"Größe\""), "");
+  EXPECT_EQ(EvalCalc(env.get(), "Get(FileName) // \xC3"), "") << "not UTF-8";
   EXPECT_EQ(host.asked, (std::vector<std::string>{"\"Größe\"", "Empty", "Broken"}));
 }
 

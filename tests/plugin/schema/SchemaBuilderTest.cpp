@@ -67,14 +67,14 @@ TEST_F(SchemaBuilder, ReadsRowsByTheirFirstThreeSeparators) {
 TEST_F(SchemaBuilder, FallsBackToDesignFunctionsOfTheCurrentFileWhenTheQueryGivesNoRows) {
   for (const char* unusable : {"?", "", "no separators\rA||B"}) {
     host.asked.clear();
-    host.answers["TableNames(Get(FileName))"] = "A\rB \"x\"\r\rA";
+    host.answers["TableNames(Get(FileName))"] = "A\rB x\r\rA";
     host.answers["FieldNames(Get(FileName); \"A\")"] = "f";
     const std::string table =
         R"({"name":"A","fields":[{"name":"f","type":"","class":""},{"name":"f","type":"","class":""}]})";
-    EXPECT_EQ(Tables(unusable), "[" + table + R"(,{"name":"B \"x\"","fields":[]},)" + table + "]");
+    EXPECT_EQ(Tables(unusable), "[" + table + R"(,{"name":"B x","fields":[]},)" + table + "]");
     EXPECT_EQ(Strings(host.asked.begin() + 4, host.asked.begin() + 8),
               (Strings{"TableNames(Get(FileName))", "FieldNames(Get(FileName); \"A\")",
-                       "FieldNames(Get(FileName); \"B \"x\"\")", "FieldNames(Get(FileName); \"A\")"}));
+                       "FieldNames(Get(FileName); \"B x\")", "FieldNames(Get(FileName); \"A\")"}));
   }
 }
 
@@ -91,6 +91,40 @@ TEST_F(SchemaBuilder, AddressesAnotherFileByItsNameEvenIfOnlyTheCaseDiffers) {
                                  "FieldNames(\"sales\"; \"T\")", "ScriptNames(\"sales\")", "LayoutNames(\"sales\")",
                                  "ValueListNames(\"sales\")", "PrivilegeSetNames(\"sales\")",
                                  "CustomFunctionNames(\"sales\")", "CustomFunctionNames()"}));
+}
+
+TEST_F(SchemaBuilder, DoesNotEvaluateANameThatWouldEndItsLiteralElsewhere) {
+  const std::pair<const char*, bool> names[] = {{R"(T" ) & Beep & ( ")", false},
+                                                {R"(T\")", false},
+                                                {R"(T\)", false},
+                                                {R"(T\\\)", false},
+                                                {R"(T\\)", true},
+                                                {R"(\T)", true}};
+  for (const auto& [name, isEvaluated] : names) {
+    const std::string quoted = std::string("\"") + name + '"';
+    host.asked.clear();
+    host.answers = {{"Get(FileName)", name}, {"TableNames(Get(FileName))", name}};
+    EXPECT_NE(CallHandler(Do_GetSchema).find("\"fields\":[]}"), std::string::npos) << name;
+    const Strings ofItsName = {"FieldNames(Get(FileName); " + quoted + ")", "CustomFunctionNames(" + quoted + ")"};
+    Strings expected = {"Get(FileName)",
+                        "Get(AccountName)",
+                        "Get(PrivilegeSetName)",
+                        kQuery,
+                        "TableNames(Get(FileName))",
+                        "ScriptNames(Get(FileName))",
+                        "LayoutNames(Get(FileName))",
+                        "ValueListNames(Get(FileName))",
+                        "PrivilegeSetNames(Get(FileName))",
+                        "CustomFunctionNames()"};
+    if (isEvaluated) {
+      expected.insert(expected.begin() + 5, ofItsName[0]);
+      expected.insert(expected.end() - 1, ofItsName[1]);
+    }
+    EXPECT_EQ(host.asked, expected) << name;
+    host.asked.clear();
+    CallHandler(Do_GetSchema, {name + std::string("x\"")});
+    EXPECT_EQ(host.asked, (Strings{"Get(FileName)", "Get(AccountName)", "Get(PrivilegeSetName)"})) << name;
+  }
 }
 
 TEST_F(SchemaBuilder, IsAnEmptyObjectWithoutFurtherQuestionsWhenNoTableIsFound) {
