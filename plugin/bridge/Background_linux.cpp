@@ -13,8 +13,8 @@
 #include <vector>
 
 #include "bridge/Background.h"
+#include "core/FileDescriptor.h"
 #include "core/HostProcess_linux.h"
-#include "host/FileDescriptor.h"
 #include "net/Network_linux.h"
 
 namespace {

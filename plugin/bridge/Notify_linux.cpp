@@ -14,7 +14,7 @@
 #include "bridge/Background.h"
 #include "bridge/Background_linux.h"
 #include "bridge/Notify.h"
-#include "host/FileDescriptor.h"
+#include "core/FileDescriptor.h"
 
 namespace {
 

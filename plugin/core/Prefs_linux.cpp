@@ -17,7 +17,7 @@
 #include <thread>
 
 #include "Utf8.h"
-#include "host/FileDescriptor.h"
+#include "core/FileDescriptor.h"
 #include "host/FileIO.h"
 
 namespace {

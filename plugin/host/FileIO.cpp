@@ -9,8 +9,8 @@
 #include <exception>
 #include <utility>
 
+#include "core/FileDescriptor.h"
 #include "core/HostText.h"
-#include "host/FileDescriptor.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <filesystem>
 #include <sstream>
 
-#include "host/FileDescriptor.h"
 #include "Server.h"
+#include "core/FileDescriptor.h"
 #include "fuzz/Fuzz.h"
 
 namespace {

@@ -17,7 +17,7 @@
 #include "clipboard/x11/Connection.h"
 #include "clipboard/x11/SelectionOwner.h"
 #include "clipboard/x11/SelectionReader.h"
-#include "host/FileDescriptor.h"
+#include "core/FileDescriptor.h"
 
 namespace x11 {
 

@@ -8,7 +8,7 @@
 #include <thread>
 #include <vector>
 
-#include "host/FileDescriptor.h"
+#include "core/FileDescriptor.h"
 #include "net/curl/CurlTransfer.h"
 
 class TransferThread {

@@ -16,7 +16,7 @@
 #include "bridge/Background.h"
 #include "bridge/Background_linux.h"
 #include "bridge/NotificationScript.h"
-#include "host/FileDescriptor.h"
+#include "core/FileDescriptor.h"
 #include "support/FolderTest.h"
 
 namespace {

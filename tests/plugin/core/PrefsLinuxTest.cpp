@@ -10,7 +10,7 @@
 #include <functional>
 #include <iterator>
 
-#include "host/FileDescriptor.h"
+#include "core/FileDescriptor.h"
 #include "plugin/core/PrefsFixture.h"
 
 namespace fs = std::filesystem;
