@@ -6,7 +6,7 @@
 #include "core/HostText.h"
 #include "core/Prefs.h"
 #include "core/Product.h"
-#include "net/JsonRecord.h"
+#include "net/JsonWriter.h"
 #include "net/Network.h"
 #include "net/VersionCheck.h"
 
@@ -36,10 +36,11 @@ fmx::errcode Do_Register(short, const fmx::ExprEnv& env, const fmx::DataVect& ar
   std::string error = EmptyArgumentError(
       {{"email", email}, {"licenseKey", licenseKey}, {"machineId", machineId}, {"baseUrl", baseUrl}});
   if (error.empty()) {
-    const std::string body = JsonRecord(
-        {{"email", email}, {"licenseKey", licenseKey}, {"machineId", machineId}, {"pluginVersion", kPluginVersion}});
+    JsonWriter record;
+    record.Text("email", email).Text("licenseKey", licenseKey).Text("machineId", machineId);
+    record.Text("pluginVersion", kPluginVersion);
     std::string response;
-    if (Network::Post(baseUrl + "/api/bridge/register", body, response, error)) {
+    if (Network::Post(baseUrl + "/api/bridge/register", record.Finish(), response, error)) {
       SignIn(licenseKey, baseUrl, env);
       error = "OK";
     }

@@ -1,24 +1,22 @@
 #include "bridge/ServiceMessages.h"
 
-#include "net/JsonRecord.h"
+#include <utility>
+
+#include "net/JsonWriter.h"
 #include "net/Network.h"
 
 namespace {
 
-void PostIgnoringOutcome(const std::string& url, const std::string& body) {
+void PostIgnoringOutcome(const std::string& url, std::string body) {
   std::string response, error;
-  Network::Post(url, body, response, error);
+  Network::Post(url, std::move(body), response, error);
 }
 
 std::string ToJson(const Account& account, const PushRecord& record) {
-  if (!record.label) {
-    return JsonRecord(
-        {{"licenseKey", account.licenseKey}, {"xmlType", record.xmlType}, {"xmlContent", record.xmlContent}});
-  }
-  return JsonRecord({{"licenseKey", account.licenseKey},
-                     {"xmlType", record.xmlType},
-                     {"xmlContent", record.xmlContent},
-                     {"label", *record.label}});
+  JsonWriter json;
+  json.Text("licenseKey", account.licenseKey).Text("xmlType", record.xmlType).Text("xmlContent", record.xmlContent);
+  if (record.label) json.Text("label", *record.label);
+  return json.Finish();
 }
 
 }  // namespace
@@ -30,14 +28,15 @@ bool PostPushRecord(const Account& account, const PushRecord& record, std::strin
 
 void PostDiagnostic(const Account& account, const std::string& code, const std::string& status,
                     const std::string& message) {
-  PostIgnoringOutcome(
-      account.baseUrl + "/api/bridge/diagnostic",
-      JsonRecord({{"licenseKey", account.licenseKey}, {"code", code}, {"status", status}, {"message", message}}));
+  JsonWriter record;
+  record.Text("licenseKey", account.licenseKey).Text("code", code).Text("status", status).Text("message", message);
+  PostIgnoringOutcome(account.baseUrl + "/api/bridge/diagnostic", record.Finish());
 }
 
 void SendComplete(const std::string& baseUrl, const std::string& licenseKey, const std::string& cmdId,
                   const std::string& status, const std::string& error) {
-  PostIgnoringOutcome(baseUrl + "/api/bridge/command/" + cmdId + "/complete",
-                      error.empty() ? JsonRecord({{"licenseKey", licenseKey}, {"status", status}})
-                                    : JsonRecord({{"licenseKey", licenseKey}, {"status", status}, {"error", error}}));
+  JsonWriter record;
+  record.Text("licenseKey", licenseKey).Text("status", status);
+  if (!error.empty()) record.Text("error", error);
+  PostIgnoringOutcome(baseUrl + "/api/bridge/command/" + cmdId + "/complete", record.Finish());
 }

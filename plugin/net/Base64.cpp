@@ -62,14 +62,14 @@ char* EncodeUnits(const char* bytes, std::size_t units, char* out) {
 
 std::size_t Base64Length(std::size_t byteCount) { return (byteCount + 2) / 3 * 4; }
 
-std::string Base64Encode(const std::string& bytes) {
+std::string Base64Encode(std::string_view bytes) {
   std::string result;
   result.reserve(Base64Length(bytes.size()));
   Base64Append(bytes, result);
   return result;
 }
 
-void Base64Append(const std::string& bytes, std::string& result) {
+void Base64Append(std::string_view bytes, std::string& result) {
   char piece[kUnitsAtOnce * kUnitCharacters];
   const char* from = bytes.data();
   std::size_t left = bytes.size();

@@ -15,12 +15,13 @@ namespace {
 
 using Byte = unsigned char;
 
-constexpr std::size_t kBlock = 64;           // one bit of a mask for each byte
-constexpr std::size_t kRow = kBlock / 4;     // loops over a block take its four rows together
-constexpr std::size_t kPiece = 16 * kBlock;  // read before what came of it is appended to the result
-constexpr std::size_t kRunStep = kRow;       // between the escapes of XML most runs are shorter
-constexpr std::size_t kLineStep = 24;        // between the ends of lines they are longer
-constexpr std::size_t kSlack = kLineStep;    // the most that is read or written behind a run
+constexpr std::size_t kBlock = 64;            // one bit of a mask for each byte
+constexpr std::size_t kRow = kBlock / 4;      // loops over a block take its four rows together
+constexpr std::size_t kPiece = 16 * kBlock;   // read before what came of it is appended to the result
+constexpr std::size_t kRunStep = kRow;        // between the escapes of XML most runs are shorter
+constexpr std::size_t kLineStep = 24;         // between the ends of lines they are longer
+constexpr std::size_t kLargeText = 64 << 10;  // where spare memory begins to matter
+constexpr std::size_t kSlack = kLineStep;     // the most that is read or written behind a run
 
 // The words below have the byte that comes first in memory as their lowest.
 static_assert(std::endian::native == std::endian::little);
@@ -150,13 +151,15 @@ std::size_t LikelyGrowth(std::string_view text) {
   return std::min(likely + likely / 2 + text.size() / 64, text.size() * (kLongestEscape - 1));
 }
 
-/// Makes room for `size` bytes more, and not for twice the text as its own reserve() does.
-void Extend(std::string& text, std::size_t size) {
-  if (text.empty()) return text.reserve(size);
-  std::string extended;
-  extended.reserve(text.size() + size);
-  extended += text;
-  text.swap(extended);
+/// Makes room for `size` more bytes. A large text grows by an eighth at a time, not to twice its size as its own
+/// reserve() makes it.
+void MakeRoom(std::string& text, std::size_t size) {
+  if (text.capacity() - text.size() >= size) return;
+  if (text.size() < kLargeText) return text.reserve(text.size() + std::max(size, text.size()));
+  std::string roomier;
+  roomier.reserve(text.size() + std::max(size, text.size() / 8));
+  roomier += text;
+  text.swap(roomier);
 }
 
 /// Writes a block escaped to `out` and returns the end. `mask` has the bytes to escape, `previous` is the `separator`
@@ -208,7 +211,7 @@ void AppendEscaped(std::string_view text, std::string& result) {
   char piece[kLongestEscape * kPiece + kSlack];
   const auto append = [&](const char* end) {
     const std::size_t size = end - piece;
-    if (result.capacity() - result.size() < size) Extend(result, size + text.size() + Growth<kTable>(text));
+    if (result.capacity() - result.size() < size) MakeRoom(result, size + text.size() + Growth<kTable>(text));
     result.append(piece, size);
   };
   Byte previous = 0;
@@ -312,23 +315,24 @@ void AppendUnescaped(std::string_view text, std::string& result) {
 
 }  // namespace
 
-std::string JsonEscape(const std::string& text) {
+std::string JsonEscape(std::string_view text) {
   std::string result;
-  JsonAppendEscaped(text, result);
+  if (text.size() > kBlock) result.reserve(text.size() + LikelyGrowth<kEscapes>(text));
+  AppendEscaped<kEscapes>(text, result);
   return result;
 }
 
-void JsonAppendEscaped(const std::string& text, std::string& result) {
-  if (text.size() > kBlock) Extend(result, text.size() + LikelyGrowth<kEscapes>(text));
+void JsonAppendEscaped(std::string_view text, std::string& result) {
+  if (text.size() > kBlock) MakeRoom(result, text.size() + LikelyGrowth<kEscapes>(text));
   AppendEscaped<kEscapes>(text, result);
 }
 
-std::string JsonGetString(const std::string& json, const std::string& key) {
-  const std::string pattern = "\"" + key + "\":\"";
+std::string JsonGetString(std::string_view json, std::string_view key) {
+  const std::string pattern = '"' + std::string(key) + "\":\"";
   const std::size_t found = FindPattern(json, pattern);
-  if (found == std::string::npos) return "";
+  if (found == json.npos) return "";
   const std::size_t start = found + pattern.size();
-  const std::string_view value(json.data() + start, FindClosingQuote(json, start) - start);
+  const std::string_view value = json.substr(start, FindClosingQuote(json, start) - start);
   if (value.find('\\') == value.npos) return std::string(value);
   std::string result;
   result.reserve(value.size());
@@ -336,15 +340,22 @@ std::string JsonGetString(const std::string& json, const std::string& key) {
   return result;
 }
 
-std::string NlToJsonArray(const std::string& text) {
+std::string NlToJsonArray(std::string_view text) {
+  std::string result;
+  JsonAppendLines(text, result);
+  return result;
+}
+
+void JsonAppendLines(std::string_view text, std::string& result) {
   constexpr std::string_view kLineEnds = "\r\n";
   const std::size_t first = text.find_first_not_of(kLineEnds);
-  if (first == std::string::npos) return "[]";
-  const std::string_view lines(text.data() + first, text.find_last_not_of(kLineEnds) + 1 - first);
-  std::string result;
-  result.reserve(lines.size() + LikelyGrowth<kLineEscapes>(lines) + 4);  // [" and "]
+  if (first == text.npos) {
+    result += "[]";
+    return;
+  }
+  const std::string_view lines = text.substr(first, text.find_last_not_of(kLineEnds) + 1 - first);
+  MakeRoom(result, lines.size() + LikelyGrowth<kLineEscapes>(lines) + 4);  // [" and "]
   result += "[\"";
   AppendEscaped<kLineEscapes>(lines, result);
   result += "\"]";
-  return result;
 }

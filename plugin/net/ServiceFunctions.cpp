@@ -7,8 +7,7 @@
 #include "core/HostText.h"
 #include "host/FileIO.h"
 #include "net/Base64.h"
-#include "net/Json.h"
-#include "net/JsonRecord.h"
+#include "net/JsonWriter.h"
 #include "net/Network.h"
 
 namespace {
@@ -18,16 +17,14 @@ std::string SendJson(const std::string& url, std::string body) {
   return Network::Post(url, std::move(body), response, error) ? std::move(response) : std::move(error);
 }
 
-// The file and its base64 are in memory together, but never twice.
+// The file and its base64 are in memory together, but neither of them twice.
 bool ReadSnapshot(const std::string& path, std::string& record, std::string& error) {
-  constexpr std::string_view kBefore = "{\"content\":\"", kBetween = "\",\"filename\":\"", kAfter = "\"}";
+  constexpr std::size_t kPunctuation = sizeof R"({"content":"","filename":""})", kLongestEscape = 6;
   std::string bytes;
   if (!FileIO::Read(path, bytes, error)) return false;
-  const std::string name = JsonEscape(path.substr(path.rfind('/') + 1));
-  record.reserve(kBefore.size() + Base64Length(bytes.size()) + kBetween.size() + name.size() + kAfter.size());
-  record.append(kBefore);
-  Base64Append(bytes, record);
-  record.append(kBetween).append(name).append(kAfter);
+  const std::string name = path.substr(path.rfind('/') + 1);
+  JsonWriter json(kPunctuation + Base64Length(bytes.size()) + kLongestEscape * name.size());
+  record = json.Base64("content", bytes).Text("filename", name).Finish();
   return true;
 }
 
@@ -42,10 +39,9 @@ std::string PushScript(const std::string& licenseKey, const std::string& bridgeU
   std::string xml, response, error;
   if (!Clipboard::GetXML(xmlType, xml, error)) return error;
   if (xml.empty()) return "ERROR: No " + xmlType + " XML on clipboard. Copy the FM object first.";
-  const bool pushed = Network::Post(
-      bridgeUrl, JsonRecord({{"licenseKey", licenseKey}, {"xmlType", xmlType}, {"xmlContent", xml}, {"label", label}}),
-      response, error);
-  return pushed ? "OK" : error;
+  JsonWriter record;
+  record.Text("licenseKey", licenseKey).Text("xmlType", xmlType).Text("xmlContent", xml).Text("label", label);
+  return Network::Post(bridgeUrl, record.Finish(), response, error) ? "OK" : error;
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 #include "bridge/BridgeState.h"
 #include "core/HostText.h"
 #include "core/Product.h"
-#include "net/Json.h"
+#include "net/JsonWriter.h"
 #include "schema/OpenFiles.h"
 
 namespace {
@@ -23,23 +23,6 @@ std::string LivePushCount(const std::string& fileLiteral) {
   return "PatternCount ( Char ( 13 ) & ScriptNames ( " + fileLiteral +
          " ) & Char ( 13 ) ; Char ( 13 ) & \"Varnix Live Push\" & Char ( 13 ) )";
 }
-
-class ReportWriter {
- public:
-  void Text(const char* key, const std::string& value) { Member(key) += '"' + JsonEscape(value) + '"'; }
-  void Flag(const char* key, bool value) { Member(key) += value ? "true" : "false"; }
-  void List(const char* key, const std::string& lines) { Member(key) += NlToJsonArray(lines); }
-  std::string Finish() { return json_ + '}'; }
-
- private:
-  std::string& Member(const char* key) {
-    json_ += json_.empty() ? "{\"" : ",\"";
-    json_ += key;
-    return json_ += "\":";
-  }
-
-  std::string json_;
-};
 
 }  // namespace
 
@@ -62,7 +45,7 @@ std::string BuildContextDebug(fmx::ExprEnv* env, const std::string& targetFileNa
     livePushVisible = EvalCalc(env, LivePushCount(file).c_str());
   }
 
-  ReportWriter report;
+  JsonWriter report;
   report.Text("pluginVersion", kPluginVersion);
   report.Flag("registered", g_registered);
   report.Text("baseUrl", g_baseUrl);
@@ -74,10 +57,10 @@ std::string BuildContextDebug(fmx::ExprEnv* env, const std::string& targetFileNa
   report.Text("windowName", windowName);
   report.Text("account", account);
   report.Text("privilegeSet", privilegeSet);
-  report.List("windowNames", windowNames);
-  report.List("databaseNames", databaseNames);
-  report.List("activeFiles", activeFiles);
-  report.List("targetScriptNames", targetScripts);
+  report.Lines("windowNames", windowNames);
+  report.Lines("databaseNames", databaseNames);
+  report.Lines("activeFiles", activeFiles);
+  report.Lines("targetScriptNames", targetScripts);
   report.Text("livePushVisible", livePushVisible);
   return report.Finish();
 }

@@ -9,7 +9,7 @@
 
 #include "core/HostText.h"
 #include "core/Lines.h"
-#include "net/Json.h"
+#include "net/JsonWriter.h"
 
 namespace {
 
@@ -92,12 +92,6 @@ void AddNamedTables(fmx::ExprEnv* env, const std::string& fileArgument, Tables& 
   }
 }
 
-void AppendMember(std::string& json, const char* opening, std::string_view value) {
-  json += opening;
-  if (!value.empty()) json += JsonEscape(std::string(value));
-  json += '"';
-}
-
 // About as long as the tables' JSON will be, so that it need not grow by copying.
 std::size_t JsonSize(const Tables& tables) {
   constexpr std::size_t kTablePunctuation = 25, kFieldPunctuation = 35;
@@ -107,25 +101,18 @@ std::size_t JsonSize(const Tables& tables) {
   return size;
 }
 
-void AppendTables(std::string& json, const Tables& tables) {
-  json.reserve(JsonSize(tables));
-  json += ",\"tables\":[";
-  const char* beforeTable = "{\"name\":\"";
+void WriteTables(JsonWriter& json, const Tables& tables) {
+  json.BeginArray("tables");
   for (const auto& table : tables.order) {
-    AppendMember(json, beforeTable, table);
-    beforeTable = ",{\"name\":\"";
-    json += ",\"fields\":[";
-    const char* beforeField = "{\"name\":\"";
+    json.BeginObject().Text("name", table).BeginArray("fields");
     for (const auto& field : tables.fields.at(table)) {
-      AppendMember(json, beforeField, field.name);
-      AppendMember(json, ",\"type\":\"", field.type);
-      AppendMember(json, ",\"class\":\"", field.fieldClass);
-      json += '}';
-      beforeField = ",{\"name\":\"";
+      json.BeginObject();
+      json.Text("name", field.name).Text("type", field.type).Text("class", field.fieldClass);
+      json.EndObject();
     }
-    json += "]}";
+    json.EndArray().EndObject();
   }
-  json += ']';
+  json.EndArray();
 }
 
 std::string CustomFunctionNames(fmx::ExprEnv* env, const std::string& quotedTarget) {
@@ -156,16 +143,12 @@ std::string BuildSchema(fmx::ExprEnv* env, const std::string& fileName) {
   const std::string privilegeSets = Call(env, "PrivilegeSetNames", {fileArgument});
   const std::string customFunctions = CustomFunctionNames(env, quotedTarget);
 
-  std::string json;
-  AppendMember(json, "{\"file\":\"", target);
-  AppendMember(json, ",\"account\":\"", account);
-  AppendTables(json, tables);
-  json += ",\"scripts\":" + NlToJsonArray(scripts);
-  json += ",\"layouts\":" + NlToJsonArray(layouts);
-  json += ",\"valueLists\":" + NlToJsonArray(valueLists);
-  json += ",\"privilegeSets\":" + NlToJsonArray(privilegeSets);
-  json += ",\"customFunctions\":" + NlToJsonArray(customFunctions) + '}';
-  return json;
+  JsonWriter json(JsonSize(tables));
+  json.Text("file", target).Text("account", account);
+  WriteTables(json, tables);
+  json.Lines("scripts", scripts).Lines("layouts", layouts).Lines("valueLists", valueLists);
+  json.Lines("privilegeSets", privilegeSets).Lines("customFunctions", customFunctions);
+  return json.Finish();
 }
 
 fmx::errcode Do_GetSchema(short, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result) {

@@ -7,7 +7,7 @@
 #include "bridge/IdleLoop.h"
 #include "bridge/Notify.h"
 #include "core/Clock.h"
-#include "net/JsonRecord.h"
+#include "net/JsonWriter.h"
 #include "net/VersionCheck.h"
 
 namespace {
@@ -136,17 +136,26 @@ Texts BridgeTest::Sent() {
 }
 
 std::string BridgeTest::Pushed(const std::string& type, const std::string& content, const std::string& label) {
-  return "POST http://s/api/bridge/push " +
-         JsonRecord({{"licenseKey", "K1"}, {"xmlType", type}, {"xmlContent", content}, {"label", label}});
+  return "POST http://s/api/bridge/push " + JsonWriter()
+                                                .Text("licenseKey", "K1")
+                                                .Text("xmlType", type)
+                                                .Text("xmlContent", content)
+                                                .Text("label", label)
+                                                .Finish();
 }
 
 std::string BridgeTest::Told(const std::string& code, const std::string& status, const std::string& message) {
-  return "POST http://s/api/bridge/diagnostic " +
-         JsonRecord({{"licenseKey", "K1"}, {"code", code}, {"status", status}, {"message", message}});
+  return "POST http://s/api/bridge/diagnostic " + JsonWriter()
+                                                      .Text("licenseKey", "K1")
+                                                      .Text("code", code)
+                                                      .Text("status", status)
+                                                      .Text("message", message)
+                                                      .Finish();
 }
 
 std::string BridgeTest::Ended(const std::string& id, const std::string& error) {
-  return "POST http://s/api/bridge/command/" + id + "/complete " +
-         (error.empty() ? JsonRecord({{"licenseKey", "K1"}, {"status", "completed"}})
-                        : JsonRecord({{"licenseKey", "K1"}, {"status", "failed"}, {"error", error}}));
+  JsonWriter record;
+  record.Text("licenseKey", "K1").Text("status", error.empty() ? "completed" : "failed");
+  if (!error.empty()) record.Text("error", error);
+  return "POST http://s/api/bridge/command/" + id + "/complete " + record.Finish();
 }

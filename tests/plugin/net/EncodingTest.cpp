@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "net/Base64.h"
-#include "net/JsonRecord.h"
+#include "net/JsonWriter.h"
 #include "plugin/net/JsonReference.h"
 
 namespace {
@@ -34,7 +34,14 @@ TEST(JsonEscape, WritesTheShortestFormsOfTheWireFormat) {
       {"\x7f\xc3\xa9\xff", "\x7f\xc3\xa9\xff"},
   };
   for (const auto& [text, escaped] : cases) EXPECT_EQ(JsonEscape(text), escaped);
-  EXPECT_EQ(JsonRecord({{"a", "\n"}, {"b", ""}}), R"({"a":"\n","b":""})");
+}
+
+TEST(JsonWriter, GivesALargeValueRoomOfItsOwnSize) {
+  const std::string large(1 << 20, 'x');
+  JsonWriter json;
+  const std::string text = json.Text("a", large).Flag("b", true).Text("c", "").Finish();
+  EXPECT_EQ(text, R"({"a":")" + large + R"(","b":true,"c":""})");
+  EXPECT_LT(text.capacity(), text.size() + text.size() / 4);
 }
 
 TEST(JsonGetString, FindsAndUnescapesTheFirstStringOfThatKey) {
