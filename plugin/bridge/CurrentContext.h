@@ -1,11 +1,11 @@
 // A calculation environment for idle calls, which have none of their own.
 #pragma once
 
-#include <FMWrapper/FMXCalcEngine.h>
 #include <FMWrapper/FMXExtern.h>
 
 #include <string>
 
+#include "core/CalcEngine.h"
 #include "core/HostText.h"
 
 /// An environment bound to FileMaker's current file at the time it is made. FileMaker's main thread only, and only

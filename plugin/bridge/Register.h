@@ -1,7 +1,7 @@
 // Signing the installation in to the service.
 #pragma once
 
-#include <FMWrapper/FMXCalcEngine.h>
+#include "core/CalcEngine.h"
 
 /// Blocks FileMaker until the service has answered, 120 seconds at most. A refused sign-in leaves an earlier one in
 /// force.

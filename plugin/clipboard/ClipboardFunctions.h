@@ -1,7 +1,7 @@
 // The six clipboard functions. FileMaker's main thread only.
 #pragma once
 
-#include <FMWrapper/FMXCalcEngine.h>
+#include "core/CalcEngine.h"
 
 fmx::errcode Do_SetXMLClipboard(short funcId, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result);
 fmx::errcode Do_GetXMLClipboard(short funcId, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result);

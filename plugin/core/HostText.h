@@ -3,13 +3,13 @@
 // std::exception and passes through.
 #pragma once
 
-#include <FMWrapper/FMXCalcEngine.h>
 #include <FMWrapper/FMXData.h>
 #include <FMWrapper/FMXText.h>
 
 #include <initializer_list>
 #include <string>
 
+#include "core/CalcEngine.h"
 #include "core/NamedText.h"
 
 /// Argument `index` (from 0); "" when there is no such argument or it is empty.

@@ -1,9 +1,9 @@
 // Whole-file reading and FileMaker paths.
 #pragma once
 
-#include <FMWrapper/FMXCalcEngine.h>
-
 #include <string>
+
+#include "core/CalcEngine.h"
 
 namespace FileIO {
 
@@ -12,7 +12,8 @@ namespace FileIO {
 /// a device never holds up the caller.
 bool Read(const std::string& path, std::string& content, std::string& error);
 
-/// The same, but adds the bytes to the end of `content`, with room for a little more. On failure `content` is as it was.
+/// The same, but adds the bytes to the end of `content`, with room for a little more. On failure `content` is as it
+/// was.
 bool Append(const std::string& path, std::string& content, std::string& error);
 
 }  // namespace FileIO

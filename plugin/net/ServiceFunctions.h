@@ -2,7 +2,7 @@
 // seconds at most.
 #pragma once
 
-#include <FMWrapper/FMXCalcEngine.h>
+#include "core/CalcEngine.h"
 
 fmx::errcode Do_HTTPPost(short funcId, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result);
 fmx::errcode Do_UploadFile(short funcId, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result);

@@ -1,10 +1,10 @@
 // Asking the service, about once a day, whether there is a newer plug-in.
 #pragma once
 
-#include <FMWrapper/FMXCalcEngine.h>
-
 #include <atomic>
 #include <cstdint>
+
+#include "core/CalcEngine.h"
 
 extern std::int64_t g_lastVersionCheckMs;         ///< steady milliseconds; FileMaker's main thread only
 extern std::atomic<bool> g_versionCheckInFlight;  ///< at most one check runs at a time

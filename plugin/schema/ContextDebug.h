@@ -1,9 +1,9 @@
 // A diagnostic report of what the plug-in sees from a calculation context. FileMaker's main thread only.
 #pragma once
 
-#include <FMWrapper/FMXCalcEngine.h>
-
 #include <string>
+
+#include "core/CalcEngine.h"
 
 /// One line of JSON: version, bridge state, current file, windows, account, open files, and the scripts of the target
 /// file with the number of live-push scripts among them. `targetFileName` (UTF-8, a file name or a window title) empty

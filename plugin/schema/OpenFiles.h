@@ -1,11 +1,11 @@
 // Which FileMaker files are visible from a calculation context. FileMaker's main thread only.
 #pragma once
 
-#include <FMWrapper/FMXCalcEngine.h>
-
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "core/CalcEngine.h"
 
 /// The names of the open files, separated by line feeds, the current one first; "" when none is known. `env` may be
 /// null.

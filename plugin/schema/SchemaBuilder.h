@@ -1,9 +1,9 @@
 // The schema of an open FileMaker file as JSON, learned by evaluating calculations. FileMaker's main thread only.
 #pragma once
 
-#include <FMWrapper/FMXCalcEngine.h>
-
 #include <string>
+
+#include "core/CalcEngine.h"
 
 /// One line of JSON: file, account, tables with their fields, and the names of scripts, layouts, value lists, privilege
 /// sets and custom functions. `fileName` (UTF-8) empty means the current file. What cannot be evaluated is left empty;

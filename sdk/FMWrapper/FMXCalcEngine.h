@@ -1,17 +1,17 @@
 // Calculations: argument lists, evaluation, and the registration of external functions and script steps.
+//
+// Like the vendor's header, this one uses QuadChar without declaring it: include FMXTypes.h first.
 #pragma once
 
-#include <FMWrapper/FMXData.h>
-#include <FMWrapper/FMXExtern.h>
-#include <FMWrapper/FMXText.h>
-#include <FMWrapper/FMXTypes.h>
-
-#include <memory>
+#include <FMWrapper/FMXClient.h>
 
 namespace fmx {
 
+class Data;
 class DataVect;
 class ExprEnv;
+class FixPt;
+class Text;
 
 /// An external function: 0 or a FileMaker error; the answer goes into `result`.
 using ExtPluginType = errcode (*)(short functionId, const ExprEnv& env, const DataVect& args, Data& result);

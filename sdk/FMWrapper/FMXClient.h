@@ -1,16 +1,19 @@
 // The exception status that every host call reports through its last argument.
 #pragma once
 
-#include <exception>
+#include <FMWrapper/FMXExtern.h>
+
+#include <memory>
 #include <new>
+#include <stdexcept>
 
 namespace fmx {
 
 struct _fmxcpt {
   enum { kNone = 0, kBadAlloc = 1, kOther = 2 };
 
-  int m_vers = 1;
-  int m_code = kNone;
+  int32 m_vers = 1;
+  int32 m_code = kNone;
 
   /// Raises what the host reported; call it after every host call.
   void Check() const {

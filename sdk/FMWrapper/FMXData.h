@@ -1,16 +1,14 @@
 // Host values: a text, number, date... with its native type and locale.
 #pragma once
 
-#include <FMWrapper/FMXExtern.h>
-#include <FMWrapper/FMXFixPt.h>
-#include <FMWrapper/FMXText.h>
-#include <FMWrapper/FMXTypes.h>
-
-#include <memory>
+#include <FMWrapper/FMXClient.h>
 
 namespace fmx {
 
 class Data;
+class FixPt;
+class Locale;
+class Text;
 
 extern "C" {
 Data* FM_Data_Constructor1(_fmxcpt& x);

@@ -1,7 +1,8 @@
 // The host's plug-in interface: basic types, the call record, messages, callbacks and the entry point.
 #pragma once
 
-#include <FMWrapper/FMXClient.h>
+#include <cstddef>
+#include <memory>
 
 namespace fmx {
 

@@ -1,9 +1,7 @@
 // Host numbers.
 #pragma once
 
-#include <FMWrapper/FMXExtern.h>
-
-#include <memory>
+#include <FMWrapper/FMXClient.h>
 
 namespace fmx {
 

@@ -1,9 +1,7 @@
 // Host text: UTF-16 units of any length.
 #pragma once
 
-#include <FMWrapper/FMXExtern.h>
-
-#include <memory>
+#include <FMWrapper/FMXClient.h>
 
 namespace fmx {
 

@@ -1,9 +1,7 @@
 // Four-character identifiers and locales.
 #pragma once
 
-#include <FMWrapper/FMXExtern.h>
-
-#include <memory>
+#include <FMWrapper/FMXClient.h>
 
 namespace fmx {
 

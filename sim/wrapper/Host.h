@@ -2,6 +2,8 @@
 // answer their calls, to call their functions, and to watch over the objects they hold. One thread at a time.
 #pragma once
 
+#include <FMWrapper/FMXTypes.h>
+
 #include <FMWrapper/FMXCalcEngine.h>
 
 #include <cstdint>

@@ -1,7 +1,12 @@
 // What stands behind the opaque host objects, and the frame of every C function.
 #pragma once
 
+#include <FMWrapper/FMXTypes.h>
+
 #include <FMWrapper/FMXCalcEngine.h>
+#include <FMWrapper/FMXData.h>
+#include <FMWrapper/FMXFixPt.h>
+#include <FMWrapper/FMXText.h>
 
 #include <array>
 #include <cstdint>

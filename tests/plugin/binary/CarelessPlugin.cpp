@@ -3,7 +3,12 @@
 #include <FMWrapper/FMXExtern.h>
 #pragma GCC visibility pop
 
+#include <FMWrapper/FMXTypes.h>
+
 #include <FMWrapper/FMXCalcEngine.h>
+#include <FMWrapper/FMXData.h>
+#include <FMWrapper/FMXFixPt.h>
+#include <FMWrapper/FMXText.h>
 
 #include <stdexcept>
 

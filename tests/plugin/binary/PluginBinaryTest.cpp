@@ -1,5 +1,6 @@
 // The plug-in binary through its one entry point: messages, strings, registration, restored sign-in.
 #include <FMWrapper/FMXExtern.h>
+#include <FMWrapper/FMXText.h>
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 

@@ -1,5 +1,6 @@
 // What the ledger notices of the misuse of host objects, which every test of the plug-in rests on.
-#include <FMWrapper/FMXCalcEngine.h>
+#include <FMWrapper/FMXData.h>
+#include <FMWrapper/FMXText.h>
 #include <gtest/gtest.h>
 
 #include "wrapper/Host.h"
