@@ -43,3 +43,13 @@ bool IsUtf8(std::string_view bytes) {
   }
   return true;
 }
+
+std::string ReplaceIllFormedUtf8(std::string_view bytes) {
+  std::string text;
+  while (!bytes.empty()) {
+    const std::size_t length = CharacterLength(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
+    text += length == 0 ? "\xEF\xBF\xBD" : bytes.substr(0, length);
+    bytes.remove_prefix(length == 0 ? 1 : length);
+  }
+  return text;
+}

@@ -1,6 +1,5 @@
 #include "bridge/BridgeState.h"
 
-#include "bridge/Account.h"
 #include "core/Product.h"
 
 // Destroyed in reverse when the plug-in is unloaded.
@@ -21,5 +20,3 @@ std::size_t g_lastPreparedClipboardHash = 0;
 std::int64_t g_lastClipboardPrepareMs = 0;
 std::atomic<bool> g_hasPendingCmd = false;
 std::atomic<bool> g_pollInFlight = false;
-
-Account CurrentAccount() { return {g_baseUrl, g_licenseKey}; }

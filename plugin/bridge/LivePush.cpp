@@ -61,7 +61,8 @@ void Send(const Upload& upload) {
     Network::PostFile(IngestUrl(upload), upload.posixPath, response, error);
   }
   if (!error.empty()) {
-    Notify("Varnix — Upload Failed", "Could not send schema for \"" + upload.targetName + "\": " + error);
+    const std::string message = "Could not send schema for \"" + upload.targetName + "\": " + error;
+    Notify("Varnix — Upload Failed", WithoutKey(message, upload.account.licenseKey));
   }
   if (upload.cmdId.empty()) return;
   SendComplete(upload.account.baseUrl, upload.account.licenseKey, upload.cmdId, error.empty() ? "completed" : "failed",

@@ -11,6 +11,7 @@
 #include <iterator>
 #include <string_view>
 
+#include "Utf8.h"
 #include "bridge/Background.h"
 #include "bridge/Background_linux.h"
 #include "bridge/Notify.h"
@@ -23,17 +24,17 @@ constexpr int kLongestRunMs = 5000;
 // The system takes no argument above 128 KiB, and escaping makes a byte at most five.
 constexpr std::size_t kLongestMessage = 25'000;
 
-/// The size of what fits into `limit` bytes of the UTF-8 text.
-std::size_t WholeCharacters(std::string_view text, std::size_t limit) {
-  if (text.size() <= limit) return text.size();
-  while (limit > 0 && (text[limit] & 0xC0) == 0x80) --limit;
-  return limit;
-}
-
-/// `message` as the tool wants it: with its own escapes, and in the markup of notifications.
+/// `message` as the tool expects it: UTF-8 (it aborts on anything else), with its own escapes, in the markup of
+/// notifications.
 std::string Body(std::string_view message) {
+  std::string text = ReplaceIllFormedUtf8(message);
+  if (text.size() > kLongestMessage) {
+    std::size_t end = kLongestMessage;
+    while ((text[end] & 0xC0) == 0x80) --end;  // no half character
+    text.resize(end);
+  }
   std::string body;
-  for (const char c : message.substr(0, WholeCharacters(message, kLongestMessage))) {
+  for (const char c : text) {
     switch (c) {
       case '\\':
         body += "\\\\";

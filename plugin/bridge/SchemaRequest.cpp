@@ -23,7 +23,7 @@ void PostProgress(const char* code, const std::string& message) {
 }
 
 void Fail(const std::string& commandId, const char* code, const std::string& message) {
-  Notify("Varnix — Schema Sync Failed", message);
+  Notify("Varnix — Schema Sync Failed", WithoutKey(message, g_licenseKey));
   bg([account = CurrentAccount(), commandId, code, message] {
     PostDiagnostic(account, code, "error", message);
     SendComplete(account.baseUrl, account.licenseKey, commandId, "failed", message);

@@ -77,6 +77,22 @@ TEST_F(LivePush, AFailureIsToldToTheUserAndTheServiceAndTheFileGoesAllTheSame) {
   }
 }
 
+TEST_F(LivePush, TheNotificationOfAFailureDoesNotShowTheAccountKey) {
+  g_licenseKey = "K+%1";
+  const std::pair<const char*, const char*> answered[] = {{"POST /K+%1?x", "POST /[account key]?x"},
+                                                          {"%4b+%251, K%2B%1", "[account key], [account key]"},
+                                                          {"K+%2 K+ %4", "K+%2 K+ %4"}};
+  for (const auto& [answer, shown] : answered) {
+    answers["/api/live/ingest"] = {true, answer, "", 404};
+    notifications.clear();
+    Wait("c1", "Sales", "Sales");
+    Call(Save());
+    RunJobs();
+    const std::string message = "Varnix — Upload Failed: Could not send schema for \"Sales\": ERROR: HTTP 404 — ";
+    EXPECT_EQ(notifications, Texts{message + shown});
+  }
+}
+
 TEST_F(LivePush, OfTwoCallsWithOnePathTheFirstCompletesTheRequest) {
   Wait("c1", "Sales", "Sales");
   Call(Save());

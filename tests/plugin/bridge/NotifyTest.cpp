@@ -58,6 +58,7 @@ TEST_F(NotifyTest, GivesTheToolBothTextsAndNoWayToTakeThemForAnythingElse) {
   const std::string start = "--app-name=Varnix|--|-h|", most(24'998, '&');
   const std::pair<std::string, std::string> cases[] = {
       {"--version \"x\" $(x) `x` \\n <b>&amp;</b>\n", "--version \"x\" $(x) `x` \\\\n &lt;b&gt;&amp;amp;&lt;/b&gt;\n"},
+      {"a\xFF\xE2\x82z\xED\xA0\x80", "a\uFFFD\uFFFD\uFFFDz\uFFFD\uFFFD\uFFFD"},  // not UTF-8
       // what the system would not pass, and no half character
       {most + "€€", std::regex_replace(most, std::regex("&"), "&amp;")},
   };
