@@ -7,6 +7,8 @@
 struct Account {
   std::string baseUrl;
   std::string licenseKey;
+
+  bool operator==(const Account&) const = default;
 };
 
 /// The account in use. FileMaker's main thread only.

@@ -32,11 +32,17 @@ struct Ending {
 
 Ending Failed(std::string error) { return {.push = {}, .succeeded = false, .error = std::move(error)}; }
 
-/// A handler returns nothing when its command stays open.
-using Handler = std::optional<Ending> (*)(const PendingCmd& command, const FMX_ExternCallStruct& call);
+/// A command, with the account that it came for: an evaluation may let in a sign-in to another one.
+struct Order {
+  PendingCmd command;
+  Account account;
+};
 
-std::optional<Ending> GetClipboard(const PendingCmd& command, const FMX_ExternCallStruct&) {
-  std::string type = JsonGetString(command.json, "xmlType");
+/// A handler returns nothing when its command stays open.
+using Handler = std::optional<Ending> (*)(const Order& order, const FMX_ExternCallStruct& call);
+
+std::optional<Ending> GetClipboard(const Order& order, const FMX_ExternCallStruct&) {
+  std::string type = JsonGetString(order.command.json, "xmlType");
   std::string xml, error;
   if (!type.empty() && type != "AUTO" && !Clipboard::GetXML(type, xml, error)) xml.clear();
   if (xml.empty()) {
@@ -47,7 +53,7 @@ std::optional<Ending> GetClipboard(const PendingCmd& command, const FMX_ExternCa
   return Ending{.push = PushRecord{type, std::move(xml), std::nullopt}, .succeeded = true, .error = {}};
 }
 
-std::optional<Ending> GetClipboardFormats(const PendingCmd&, const FMX_ExternCallStruct&) {
+std::optional<Ending> GetClipboardFormats(const Order&, const FMX_ExternCallStruct&) {
   std::string formats, error;
   const bool listed = Clipboard::GetFormats(formats, error);
   return Ending{PushRecord{"CLIPBOARD_FORMATS", formats, "Clipboard Formats"}, listed, error};
@@ -57,40 +63,41 @@ PushRecord FileList(const FMX_ExternCallStruct& call) {
   return {"FILE_LIST", BuildActiveFileList(CurrentContext(call).get()), "Open Files"};
 }
 
-std::optional<Ending> ListFiles(const PendingCmd&, const FMX_ExternCallStruct& call) {
+std::optional<Ending> ListFiles(const Order&, const FMX_ExternCallStruct& call) {
   return Ending{.push = FileList(call), .succeeded = true, .error = {}};
 }
 
-std::optional<Ending> DebugContext(const PendingCmd& command, const FMX_ExternCallStruct& call) {
-  const std::string report = BuildContextDebug(CurrentContext(call).get(), JsonGetString(command.json, "fileName"));
+std::optional<Ending> DebugContext(const Order& order, const FMX_ExternCallStruct& call) {
+  const std::string report =
+      BuildContextDebug(CurrentContext(call).get(), JsonGetString(order.command.json, "fileName"));
   return Ending{PushRecord{"CONTEXT_DEBUG", report, "FileMaker Context Debug"}, true, {}};
 }
 
-std::optional<Ending> SetClipboard(const PendingCmd& command, const FMX_ExternCallStruct&) {
-  const std::string type = JsonGetString(command.json, "xmlType");
-  const std::string xml = JsonGetString(command.json, "xmlContent");
+std::optional<Ending> SetClipboard(const Order& order, const FMX_ExternCallStruct&) {
+  const std::string type = JsonGetString(order.command.json, "xmlType");
+  const std::string xml = JsonGetString(order.command.json, "xmlContent");
   std::string error;
   if (!Clipboard::SetXML(type, xml, error)) return Failed(error);
   return Ending{};
 }
 
-std::optional<Ending> GetSchema(const PendingCmd& command, const FMX_ExternCallStruct& call) {
-  std::string target = JsonGetString(command.json, "fileName");
+std::optional<Ending> GetSchema(const Order& order, const FMX_ExternCallStruct& call) {
+  std::string target = JsonGetString(order.command.json, "fileName");
   if (target.empty()) target = g_registeredFileName;
   if (target.empty()) return Failed(kNoFile);
   PushRecord files = FileList(call);
   if (!files.xmlContent.empty()) {
-    bg([account = CurrentAccount(), files = std::move(files)] {
+    bg([account = order.account, files = std::move(files)] {
       std::string ignored;
       PostPushRecord(account, files, ignored);
     });
   }
-  ArmSchemaRequest(command.id, target);
+  ArmSchemaRequest(order.account, order.command.id, target);
   return std::nullopt;
 }
 
-std::optional<Ending> UnknownCommand(const PendingCmd& command, const FMX_ExternCallStruct&) {
-  return Failed("Unknown command type: " + command.type);
+std::optional<Ending> UnknownCommand(const Order& order, const FMX_ExternCallStruct&) {
+  return Failed("Unknown command type: " + order.command.type);
 }
 
 constexpr struct {
@@ -125,11 +132,12 @@ void Report(const Account& account, const std::string& commandId, Ending ending)
 
 bool CarryOutPendingCommand(const FMX_ExternCallStruct& call) {
   if (!g_hasPendingCmd.exchange(false)) return false;
-  const PendingCmd command = std::exchange(g_pendingCmd, {});
-  const Account account = CurrentAccount();
-  std::optional<Ending> ending = HandlerOf(command.type)(command, call);
+  const Order order{std::exchange(g_pendingCmd, {}), CurrentAccount()};
+  std::optional<Ending> ending = HandlerOf(order.command.type)(order, call);
   if (ending) {
-    bg([account, id = command.id, ending = std::move(*ending)]() mutable { Report(account, id, std::move(ending)); });
+    bg([account = order.account, id = order.command.id, ending = std::move(*ending)]() mutable {
+      Report(account, id, std::move(ending));
+    });
   }
   return true;
 }

@@ -1,6 +1,8 @@
 #include "bridge/IdleLoop.h"
 
 #include <cstdint>
+#include <string>
+#include <utility>
 
 #include "bridge/BridgeState.h"
 #include "bridge/ClipboardUpkeep.h"
@@ -20,12 +22,19 @@ void CheckVersionWhenDue() {
   CheckVersionInBackground();
 }
 
+// Another idle call or a sign-in, let in by the evaluation, may have set the name meanwhile; theirs is newer.
+void LearnRegisteredFile(const FMX_ExternCallStruct& call) {
+  if (!g_registeredFileName.empty()) return;
+  std::string fileName = CurrentFileName(call);
+  if (g_registeredFileName.empty()) g_registeredFileName = std::move(fileName);
+}
+
 }  // namespace
 
 void Do_PluginIdle(FMX_ExternCallStruct* call) {
   KeepClipboardConvertible();  // signed in or not
   if (!g_registered) return;
-  if (g_registeredFileName.empty()) g_registeredFileName = CurrentFileName(*call);
+  LearnRegisteredFile(*call);
   if (WatchSchemaRequest(*call)) return;
   if (CarryOutPendingCommand(*call)) return;
   CheckVersionWhenDue();

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "bridge/Account.h"
 #include "bridge/BridgeState.h"
 #include "core/HostText.h"
 #include "core/Prefs.h"
@@ -13,14 +14,16 @@
 namespace {
 
 // Takes copies, so that nothing can fail between key and service: a key goes to no service but its own.
-void SignIn(std::string licenseKey, std::string baseUrl, const fmx::ExprEnv& env) {
-  g_licenseKey.swap(licenseKey);
-  g_baseUrl.swap(baseUrl);
+void SignIn(Account account, const fmx::ExprEnv& env) {
+  const Account signedIn = account;
+  g_licenseKey.swap(account.licenseKey);
+  g_baseUrl.swap(account.baseUrl);
   g_registered = true;
   Prefs::SaveLicenseKey(g_licenseKey);
   Prefs::SaveBaseUrl(g_baseUrl);
   const std::string fileName = EvalCalc(const_cast<fmx::ExprEnv*>(&env), "Get(FileName)");
-  if (!fileName.empty()) g_registeredFileName = fileName;
+  // The evaluation may have let in a later sign-in, with a file of its own.
+  if (!fileName.empty() && CurrentAccount() == signedIn) g_registeredFileName = fileName;
   CheckVersionInBackground();
 }
 
@@ -41,7 +44,7 @@ fmx::errcode Do_Register(short, const fmx::ExprEnv& env, const fmx::DataVect& ar
     record.Text("pluginVersion", kPluginVersion);
     std::string response;
     if (Network::Post(baseUrl + "/api/bridge/register", record.Finish(), response, error)) {
-      SignIn(licenseKey, baseUrl, env);
+      SignIn({baseUrl, licenseKey}, env);
       error = "OK";
     }
   }

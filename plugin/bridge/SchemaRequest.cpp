@@ -18,13 +18,13 @@ constexpr std::int64_t kWaitLimitMs = 30'000;
 constexpr fmx::errcode kNoPrivilege = 825;
 constexpr fmx::errcode kNoSuchScript = 1825;
 
-void PostProgress(const char* code, const std::string& message) {
-  bg([account = CurrentAccount(), code, message] { PostDiagnostic(account, code, "received", message); });
+void PostProgress(const Account& account, const char* code, const std::string& message) {
+  bg([account, code, message] { PostDiagnostic(account, code, "received", message); });
 }
 
-void Fail(const std::string& commandId, const char* code, const std::string& message) {
-  Notify("Varnix — Schema Sync Failed", WithoutKey(message, g_licenseKey));
-  bg([account = CurrentAccount(), commandId, code, message] {
+void Fail(const Account& account, const std::string& commandId, const char* code, const std::string& message) {
+  Notify("Varnix — Schema Sync Failed", WithoutKey(message, account.licenseKey));
+  bg([account, commandId, code, message] {
     PostDiagnostic(account, code, "error", message);
     SendComplete(account.baseUrl, account.licenseKey, commandId, "failed", message);
   });
@@ -53,21 +53,22 @@ fmx::errcode StartScript(const FMX_ExternCallStruct& call, const std::string& fi
   return call.cStartScript(file.get(), script.get(), kFMXT_Resume, nullptr);
 }
 
-void StartLivePush(const FMX_ExternCallStruct& call, const std::string& currentFile) {
+void StartLivePush(const Account& account, const FMX_ExternCallStruct& call, const std::string& currentFile) {
   const std::string commandId = g_pendingGetSchemaCmdId;
   const std::string target = g_pendingTargetFileName;
   g_pendingSchemaReady = false;
-  PostProgress("LC_SCRIPT_TRIGGER", "Triggering \"Varnix Live Push\" in \"" + target + "\"...");
+  PostProgress(account, "LC_SCRIPT_TRIGGER", "Triggering \"Varnix Live Push\" in \"" + target + "\"...");
   const fmx::errcode error = StartScript(call, currentFile);
   if (error == 0) {
-    PostProgress("LC_SCRIPT_TRIGGERED", "Script queued — waiting for FileMaker to run \"Varnix Live Push\"...");
+    PostProgress(account, "LC_SCRIPT_TRIGGERED",
+                 "Script queued — waiting for FileMaker to run \"Varnix Live Push\"...");
     return;
   }
   if (g_pendingGetSchemaCmdId == commandId) ForgetSchemaRequest();  // else FileMaker let in another one meanwhile
-  Fail(commandId, "LC_SCRIPT_ERROR", StartFailure(error, target));
+  Fail(account, commandId, "LC_SCRIPT_ERROR", StartFailure(error, target));
 }
 
-void GiveUp() {
+void GiveUp(const Account& account) {
   const std::string commandId = g_pendingGetSchemaCmdId;
   const std::string message = "\"" + g_pendingTargetFileName +
                               "\" was not the active FileMaker file within 30 seconds. Make sure the file is open and "
@@ -75,31 +76,33 @@ void GiveUp() {
   g_pendingSchemaReady = false;
   if (commandId.empty()) return;  // a live push that the user started has completed it
   ForgetSchemaRequest();
-  Fail(commandId, "LC_TIMEOUT", message);
+  Fail(account, commandId, "LC_TIMEOUT", message);
 }
 
 }  // namespace
 
-void ArmSchemaRequest(const std::string& commandId, const std::string& target) {
+void ArmSchemaRequest(const Account& account, const std::string& commandId, const std::string& target) {
   g_pendingGetSchemaCmdId = commandId;
   g_pendingTargetFileName = target;
   g_pendingSchemaQueuedMs = SteadyMilliseconds();
   g_pendingSchemaReady = true;
-  PostProgress("LC_SCHEMA_QUEUED", "Queued — waiting for \"" + target + "\" to be active in FileMaker...");
+  PostProgress(account, "LC_SCHEMA_QUEUED", "Queued — waiting for \"" + target + "\" to be active in FileMaker...");
 }
 
 bool WatchSchemaRequest(const FMX_ExternCallStruct& call) {
   if (!g_pendingSchemaReady) return false;
-  const auto level = call.parm1;  // now, since the evaluation may let in another idle call, in the same record
+  // Now, since the evaluation may let in another idle call, in the same record, and a sign-in.
+  const auto level = call.parm1;
+  const Account account = CurrentAccount();
   const std::string currentFile = CurrentFileName(call);
   if (!g_pendingSchemaReady) return true;  // such a call has settled it
   const bool isActive = !currentFile.empty() && EqualIgnoringAsciiCase(currentFile, g_pendingTargetFileName);
   if (isActive && level < kFMXT_ScriptPaused) {
-    StartLivePush(call, currentFile);
+    StartLivePush(account, call, currentFile);
     return true;
   }
   if (SteadyMilliseconds() - g_pendingSchemaQueuedMs <= kWaitLimitMs) return false;
-  GiveUp();
+  GiveUp(account);
   return true;
 }
 

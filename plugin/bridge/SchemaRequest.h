@@ -6,9 +6,11 @@
 
 #include <string>
 
-/// Starts the wait of the command `commandId` for the file `target` (neither empty) and tells the service so. A wait
+#include "bridge/Account.h"
+
+/// Starts the wait of the command `commandId` for the file `target` (neither empty) and reports so to `account`. A wait
 /// that is already under way is replaced, and its command never completed.
-void ArmSchemaRequest(const std::string& commandId, const std::string& target);
+void ArmSchemaRequest(const Account& account, const std::string& commandId, const std::string& target);
 
 /// One idle call's look at the wait: starts the script, gives up after 30 seconds, or goes on waiting. Returns whether
 /// one of the first two happened. Failures are told to the service and to the user.

@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "bridge/BridgeState.h"
+#include "net/JsonWriter.h"
 #include "plugin/bridge/BridgeTest.h"
 
 namespace {
@@ -60,6 +61,7 @@ TEST_F(LivePush, NamesTheUploadAndCompletesTheRequestThatItIsAbout) {
 }
 
 TEST_F(LivePush, AFailureIsToldToTheUserAndTheServiceAndTheFileGoesAllTheSame) {
+  g_licenseKey = "K-1";  // not part of any path here
   const std::string missing = folder_ + "/missing", unreadable = folder_ + "/folder";
   std::filesystem::create_directory(unreadable);
   answers["/api/live/ingest"] = {true, "too \"large\"", "", 413};
@@ -71,7 +73,11 @@ TEST_F(LivePush, AFailureIsToldToTheUserAndTheServiceAndTheFileGoesAllTheSame) {
     Wait("c1", "Sales", "Sales");
     EXPECT_EQ(Call(path), "OK");
     RunJobs();
-    EXPECT_EQ(Sent().back(), Ended("c1", "Upload failed: " + error));
+    EXPECT_EQ(requests.back().body, JsonWriter()
+                                        .Text("licenseKey", "K-1")
+                                        .Text("status", "failed")
+                                        .Text("error", "Upload failed: " + error)
+                                        .Finish());
     EXPECT_EQ(notifications, Texts{"Varnix — Upload Failed: Could not send schema for \"Sales\": " + error});
     EXPECT_FALSE(std::filesystem::exists(path));
   }

@@ -51,4 +51,46 @@ TEST_F(Register, ASuccessSignsInAndIsStoredAndAFailureLeavesTheEarlierInForce) {
   EXPECT_TRUE(g_registered && jobs.empty());
 }
 
+/// A sign-in within an evaluation, by a file called Sales.
+TEST_F(Register, OneWithinAnEvaluationIsNotUndoneByTheResultOfThat) {
+  const auto signInMeanwhile = [this] {
+    host.answers = {{"Get(FileName)", "Sales"}};
+    Call({"E2", "K2", "M2", "http://x"});
+    host.answers = {{"Get(FileName)", "Contacts"}};
+  };
+  duringEvaluation = signInMeanwhile;
+  Call({"E1", "K1", "M1", "http://s"});
+  EXPECT_EQ(g_registeredFileName, "Sales");
+  EXPECT_EQ(SignIn(), (Texts{"K2", "http://x", "K2", "http://x"}));
+  g_registeredFileName.clear();
+  duringEvaluation = signInMeanwhile;
+  Idle();
+  EXPECT_EQ(g_registeredFileName, "Sales");
+}
+
+TEST_F(Register, OneWithinTheEvaluationOfACommandDoesNotMoveItToTheNewAccount) {
+  const auto signInMeanwhile = [this] { Call({"E2", "K2", "M2", "http://x"}); };
+  g_registered = true;
+  g_registeredFileName = "Sales";
+  for (const char* type : {"LIST_FILES", "GET_SCHEMA"}) {
+    g_licenseKey = "K1", g_baseUrl = "http://s";
+    Poll(R"({"id":"c1","type":")" + std::string(type) + "\"}");
+    duringEvaluation = signInMeanwhile;
+    Idle();
+    RunJobs();
+    for (const std::string& sent : Sent()) {
+      EXPECT_NE(sent.find("http://x") == sent.npos,
+                sent.find("/api/bridge/register") != sent.npos || sent.find("/version") != sent.npos)
+          << sent;
+    }
+  }
+  g_licenseKey = "K1", g_baseUrl = "http://s";
+  duringEvaluation = signInMeanwhile;
+  startErrors = {100, 100};
+  Idle();
+  RunJobs();
+  EXPECT_EQ(Sent().back(), Ended("c1", R"(Could not start "Varnix Live Push" in "Sales" (FM error 100). )"
+                                       "Make sure the file is open."));
+}
+
 }  // namespace
