@@ -78,7 +78,7 @@ class Pool {
   static void RunDroppingExceptions(const std::function<void()>& job) {
     try {
       job();
-    } catch (const std::exception&) {  // out of memory: the job's own affair
+    } catch (...) {  // out of memory, mostly: the job's own affair
     }
   }
 
@@ -92,8 +92,8 @@ class Pool {
 };
 
 Pool& ThePool() {
-  static Pool pool;
-  return pool;
+  static const OfThisProcess<Pool> pool;
+  return *pool;
 }
 
 }  // namespace
@@ -103,6 +103,6 @@ int EndOfJobs() { return ThePool().end(); }
 void bg(std::function<void()> job) noexcept {
   try {
     ThePool().Add(std::move(job));
-  } catch (const std::exception&) {  // no memory for it
+  } catch (...) {  // no memory for it
   }
 }

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "bridge/Account.h"
 #include "bridge/Background.h"
@@ -18,8 +19,27 @@
 
 namespace {
 
+/// A file that goes with its upload: also when the job is dropped or memory runs out.
+class ConsumedFile {
+ public:
+  explicit ConsumedFile(std::string path) : path_(std::move(path)) {}
+  ~ConsumedFile() { Remove(); }
+  ConsumedFile(const ConsumedFile&) = delete;
+  ConsumedFile& operator=(const ConsumedFile&) = delete;
+
+  const std::string& path() const { return path_; }
+  void Remove() {
+    if (!removed_) std::remove(path_.c_str());
+    removed_ = true;
+  }
+
+ private:
+  const std::string path_;
+  bool removed_ = false;
+};
+
 struct Upload {
-  std::string posixPath;
+  std::shared_ptr<ConsumedFile> file;
   std::string targetName;  // in messages; may be empty
   std::string cmdId;       // the schema request to complete, or ""
   Account account;
@@ -37,8 +57,8 @@ bool IsAbout(const std::string& target, const std::string& file) {
 }
 
 // Takes the waiting request, if there is one and it is about `currentFile`.
-Upload Claim(const std::string& posixPath, const std::string& currentFile) {
-  Upload upload{posixPath, currentFile, {}, CurrentAccount()};
+Upload Claim(std::shared_ptr<ConsumedFile> file, const std::string& currentFile) {
+  Upload upload{std::move(file), currentFile, {}, CurrentAccount()};
   if (IsAbout(g_pendingTargetFileName, currentFile)) {
     upload.targetName = g_pendingTargetFileName;
     upload.cmdId = g_pendingGetSchemaCmdId;
@@ -55,11 +75,8 @@ std::string IngestUrl(const Upload& upload) {
 
 void Send(const Upload& upload) {
   std::string response, error;
-  {
-    const auto remove = [](const char* path) { std::remove(path); };  // also when memory runs out
-    const std::unique_ptr<const char, decltype(remove)> file(upload.posixPath.c_str(), remove);
-    Network::PostFile(IngestUrl(upload), upload.posixPath, response, error);
-  }
+  Network::PostFile(IngestUrl(upload), upload.file->path(), response, error);
+  upload.file->Remove();
   if (!error.empty()) {
     const std::string message = "Could not send schema for \"" + upload.targetName + "\": " + error;
     Notify("Varnix — Upload Failed", WithoutKey(message, upload.account.licenseKey));
@@ -76,7 +93,8 @@ fmx::errcode Do_LivePush(short, const fmx::ExprEnv& env, const fmx::DataVect& ar
   std::string outcome = EmptyArgumentError({{"posixPath", posixPath}});
   if (outcome.empty()) {
     const std::string currentFile = EvalCalc(const_cast<fmx::ExprEnv*>(&env), "Get(FileName)");
-    bg([upload = Claim(posixPath, currentFile)] { Send(upload); });
+    auto file = std::make_shared<ConsumedFile>(posixPath);
+    bg([upload = Claim(std::move(file), currentFile)] { Send(upload); });
     outcome = "OK";
   }
   SetTextResult(outcome, result);

@@ -1,6 +1,8 @@
 // Good manners of a plug-in with threads of its own in somebody else's process.
 #pragma once
 
+#include <unistd.h>
+
 #include <csignal>
 
 /// While it lives, threads are made that take none of the host's signals; only faults are left to the host's handlers.
@@ -20,3 +22,23 @@ void ScheduleAsBatch();
 
 /// From here on the library that holds `address` stays in memory, even when it is unloaded.
 void KeepLoaded(const void* address);
+
+/// A static object that has threads. It is made on first use and destroyed at the end of the process that made it, but
+/// not at the end of a child that the host has forked: there the threads are missing, and what the object would signal
+/// them with is the parent's too.
+template <typename Object>
+class OfThisProcess {
+ public:
+  OfThisProcess() = default;
+  ~OfThisProcess() {
+    if (getpid() == process_) delete object_;
+  }
+  OfThisProcess(const OfThisProcess&) = delete;
+  OfThisProcess& operator=(const OfThisProcess&) = delete;
+
+  Object& operator*() const { return *object_; }
+
+ private:
+  Object* const object_ = new Object;
+  const pid_t process_ = getpid();
+};

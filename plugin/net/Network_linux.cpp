@@ -4,6 +4,7 @@
 #include <memory>
 #include <utility>
 
+#include "core/HostProcess_linux.h"
 #include "net/Transfer.h"
 #include "net/UrlSyntax.h"
 #include "net/curl/TransferThread.h"
@@ -11,8 +12,8 @@
 namespace {
 
 TransferThread& Transfers() {
-  static TransferThread thread;
-  return thread;
+  static const OfThisProcess<TransferThread> thread;
+  return *thread;
 }
 
 }  // namespace

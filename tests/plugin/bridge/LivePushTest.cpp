@@ -99,6 +99,12 @@ TEST_F(LivePush, TheNotificationOfAFailureDoesNotShowTheAccountKey) {
   }
 }
 
+TEST_F(LivePush, AnUploadThatNeverRunsStillTakesItsFileWithIt) {
+  EXPECT_EQ(Call(Save()), "OK");
+  jobs.clear();
+  EXPECT_FALSE(std::filesystem::exists(path_));
+}
+
 TEST_F(LivePush, OfTwoCallsWithOnePathTheFirstCompletesTheRequest) {
   Wait("c1", "Sales", "Sales");
   Call(Save());

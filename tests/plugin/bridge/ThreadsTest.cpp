@@ -1,8 +1,11 @@
 // The bridge on its own pool of threads, against a service that hands out commands as fast as it is asked.
 #include <FMWrapper/FMXExtern.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <pthread.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <csignal>
@@ -17,6 +20,7 @@
 #include <vector>
 
 #include "bridge/Background.h"
+#include "bridge/Background_linux.h"
 #include "bridge/BridgeState.h"
 #include "bridge/IdleLoop.h"
 #include "bridge/LivePush.h"
@@ -129,7 +133,7 @@ TEST(Background, RunsJobsSideBySideAndOutlivesTheirExceptions) {
   static std::atomic<bool> raised = true;
   bg([flight = LoweredAtEnd(raised)] {
     ExpectNoSignals();
-    throw std::bad_alloc();
+    throw "anything";
   });
   while (raised) std::this_thread::yield();
   constexpr int kJobs = 32;
@@ -141,6 +145,24 @@ TEST(Background, RunsJobsSideBySideAndOutlivesTheirExceptions) {
     });
   }
   done.wait();
+}
+
+TEST_F(Threads, AForkedChildThatExitsLeavesThemToTheHost) {
+  LoopbackServer server(Answering([](const auto&) { return CannedAnswer(); }));
+  g_baseUrl = server.Url();
+  IdleUntilPolled();
+  const pid_t child = fork();
+  if (child == 0) {
+    alarm(20);
+    std::exit(0);
+  }
+  int status = -1;
+  EXPECT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_EQ(status, 0);
+  pollfd end{EndOfJobs(), POLLIN, 0};
+  EXPECT_EQ(poll(&end, 1, 0), 0) << "jobs are told to end";
+  IdleUntilPolled();
+  EXPECT_EQ(server.Requests().size(), 2u);
 }
 
 TEST_F(Threads, EachCommandIsCarriedOutOnce) {
