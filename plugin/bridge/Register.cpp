@@ -43,7 +43,7 @@ fmx::errcode Do_Register(short, const fmx::ExprEnv& env, const fmx::DataVect& ar
     record.Text("email", email).Text("licenseKey", licenseKey).Text("machineId", machineId);
     record.Text("pluginVersion", kPluginVersion);
     std::string response;
-    if (Network::Post(baseUrl + "/api/bridge/register", record.Finish(), response, error)) {
+    if (Network::Post(baseUrl + "/api/bridge/register", record.Finish(), response, error, Network::kShortAnswer)) {
       SignIn({baseUrl, licenseKey}, env);
       error = "OK";
     }

@@ -9,7 +9,7 @@ namespace {
 
 void PostIgnoringOutcome(const std::string& url, std::string body) {
   std::string response, error;
-  Network::Post(url, std::move(body), response, error);
+  Network::Post(url, std::move(body), response, error, Network::kShortAnswer);
 }
 
 std::string ToJson(const Account& account, const PushRecord& record) {
@@ -23,7 +23,8 @@ std::string ToJson(const Account& account, const PushRecord& record) {
 
 bool PostPushRecord(const Account& account, const PushRecord& record, std::string& error) {
   std::string response;
-  return Network::Post(account.baseUrl + "/api/bridge/push", ToJson(account, record), response, error);
+  return Network::Post(account.baseUrl + "/api/bridge/push", ToJson(account, record), response, error,
+                       Network::kShortAnswer);
 }
 
 void PostDiagnostic(const Account& account, const std::string& code, const std::string& status,

@@ -73,19 +73,25 @@ std::string Field(const std::string& boundary, const char* name, const std::stri
 
 }  // namespace
 
-bool Post(const std::string& url, std::string body, std::string& response, std::string& error) {
+bool Post(const std::string& url, std::string body, std::string& response, std::string& error,
+          std::size_t answerLimit) {
   if (!CheckURL(url, error)) return false;
   return SendRequest({.url = url,
                       .method = "POST",
                       .headers = {{"Content-Type", "application/json"}, {"Accept", "application/json"}},
-                      .body = std::move(body)},
+                      .body = std::move(body),
+                      .answerLimit = answerLimit},
                      response, error);
 }
 
-bool Get(const std::string& url, std::string& response, std::string& error) {
+bool Get(const std::string& url, std::string& response, std::string& error, std::size_t answerLimit) {
   if (!CheckURL(url, error)) return false;
-  return SendRequest({.url = url, .method = "GET", .headers = {{"Accept", "application/json"}}, .body = {}}, response,
-                     error);
+  return SendRequest({.url = url,
+                      .method = "GET",
+                      .headers = {{"Accept", "application/json"}},
+                      .body = {},
+                      .answerLimit = answerLimit},
+                     response, error);
 }
 
 bool PostFile(const std::string& url, const std::string& filePath, std::string& response, std::string& error) {
@@ -94,7 +100,8 @@ bool PostFile(const std::string& url, const std::string& filePath, std::string& 
   return SendRequest({.url = url,
                       .method = "POST",
                       .headers = {{"Content-Type", "application/octet-stream"}},
-                      .body = std::move(body)},
+                      .body = std::move(body),
+                      .answerLimit = kLongAnswer},
                      response, error);
 }
 
@@ -110,7 +117,8 @@ bool PostMultipart(const std::string& url, const std::string& accountKey, const 
   return SendRequest({.url = url,
                       .method = "POST",
                       .headers = {{"Content-Type", "multipart/form-data; boundary=" + boundary}},
-                      .body = std::move(body)},
+                      .body = std::move(body),
+                      .answerLimit = kLongAnswer},
                      response, error);
 }
 

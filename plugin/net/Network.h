@@ -6,14 +6,20 @@
 // Texts are UTF-8 and go out as they stand; a URL that the platform cannot parse fails before anything is sent.
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 namespace Network {
 
-/// Posts JSON text. The body is handed on; move a large one in.
-bool Post(const std::string& url, std::string body, std::string& response, std::string& error);
+/// The most bytes that an answer may have once it is decoded. On Linux a larger one is an error; macOS has no limit.
+inline constexpr std::size_t kShortAnswer = std::size_t{1} << 20;
+inline constexpr std::size_t kLongAnswer = std::size_t{512} << 20;
 
-bool Get(const std::string& url, std::string& response, std::string& error);
+/// Posts JSON text. The body is handed on; move a large one in.
+bool Post(const std::string& url, std::string body, std::string& response, std::string& error,
+          std::size_t answerLimit = kLongAnswer);
+
+bool Get(const std::string& url, std::string& response, std::string& error, std::size_t answerLimit = kLongAnswer);
 
 /// Posts the bytes of the regular file at `filePath`.
 bool PostFile(const std::string& url, const std::string& filePath, std::string& response, std::string& error);

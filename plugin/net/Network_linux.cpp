@@ -7,6 +7,7 @@
 #include "core/HostProcess_linux.h"
 #include "net/Transfer.h"
 #include "net/UrlSyntax.h"
+#include "net/curl/ParsedUrl.h"
 #include "net/curl/TransferThread.h"
 
 namespace {
@@ -18,7 +19,9 @@ TransferThread& Transfers() {
 
 }  // namespace
 
-bool Network::IsURL(const std::string& text) { return IsURLText(text); }
+bool Network::IsURL(const std::string& text) {
+  return IsURLText(text) && (!IsWebURL(text) || ParsedUrl(text).IsValid());
+}
 
 void Network::StartTransfer(Request request, std::function<void(Outcome)> completion) {
   Transfers().Start(std::make_unique<CurlTransfer>(std::move(request), std::move(completion)));

@@ -3,6 +3,8 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <utility>
@@ -14,7 +16,8 @@ struct Request {
   std::string url;     ///< taken by IsURL
   const char* method;  ///< "GET" or "POST"; the literal is kept
   std::vector<std::pair<std::string, std::string>> headers;
-  std::string body;  ///< sent with a POST, byte for byte
+  std::string body;                    ///< sent with a POST, byte for byte
+  std::size_t answerLimit = SIZE_MAX;  ///< bytes of a decoded answer beyond which the transfer fails; macOS has none
 };
 
 struct Outcome {

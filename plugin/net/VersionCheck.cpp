@@ -37,7 +37,7 @@ std::optional<std::string> VersionIn(const std::string& answer) {
 
 void CheckVersion(const std::string& baseUrl) {
   std::string answer, error;
-  if (!Network::Get(baseUrl + "/api/plugin/version", answer, error)) return;
+  if (!Network::Get(baseUrl + "/api/plugin/version", answer, error, Network::kShortAnswer)) return;
   const std::optional<std::string> version = VersionIn(answer);
   if (!version) return;
   const std::lock_guard lock(g_latestVersionMutex);

@@ -9,7 +9,8 @@
 namespace {
 
 constexpr long kMostRedirects = 20;
-constexpr long kUploadBufferBytes = 2 << 20;  // the most that libcurl takes; large files leave in few steps
+constexpr char kOutOfMemory[] = "out of memory";  // short enough for a string to hold without memory of its own
+constexpr long kUploadBufferBytes = 2 << 20;      // the most that libcurl takes; large files leave in few steps
 
 }  // namespace
 
@@ -21,6 +22,7 @@ const char* CurlTransfer::Prepare(CURLSH* shared) {
   handle_.reset(curl_easy_init());
   if (!handle_) return curl_easy_strerror(CURLE_OUT_OF_MEMORY);
   SetOptions(shared);
+  SetRequest();
   return firstRefusal_ == CURLE_OK ? nullptr : curl_easy_strerror(firstRefusal_);
 }
 
@@ -47,8 +49,18 @@ void CurlTransfer::SetOptions(CURLSH* shared) {
   Set(CURLOPT_COOKIEFILE, "");       // keeps cookies, starting with none
   Set(CURLOPT_SHARE, shared);
 
+  Set(CURLOPT_HEADERFUNCTION, &CurlTransfer::OnReceived<&CurlTransfer::ReceiveHeader>);
+  Set(CURLOPT_HEADERDATA, this);
+  Set(CURLOPT_WRITEFUNCTION, &CurlTransfer::OnReceived<&CurlTransfer::ReceiveBody>);
+  Set(CURLOPT_WRITEDATA, this);
+}
+
+void CurlTransfer::SetRequest() {
   const auto addHeader = [this](const std::string& line) {
-    headers_.reset(curl_slist_append(headers_.release(), line.c_str()));
+    curl_slist* const longer = curl_slist_append(headers_.get(), line.c_str());
+    if (longer == nullptr) throw std::bad_alloc();
+    static_cast<void>(headers_.release());
+    headers_.reset(longer);
   };
   for (const auto& [name, value] : request_.headers) addHeader(name + ": " + value);
   if (request_.method == std::string_view("POST")) {
@@ -59,20 +71,31 @@ void CurlTransfer::SetOptions(CURLSH* shared) {
     Set(CURLOPT_UPLOAD_BUFFERSIZE, kUploadBufferBytes);
   }
   Set(CURLOPT_HTTPHEADER, headers_.get());
-  Set(CURLOPT_WRITEFUNCTION, &CurlTransfer::Receive);
-  Set(CURLOPT_WRITEDATA, this);
 }
 
-std::size_t CurlTransfer::Receive(char* bytes, std::size_t size, std::size_t count, void* self) noexcept {
-  try {
-    static_cast<CurlTransfer*>(self)->received_.append(bytes, size * count);
-  } catch (const std::exception&) {  // no memory for it: ends the transfer
-    return 0;
+std::string CurlTransfer::ReceiveHeader(std::string_view line) { return headerRules_.Refusal(handle(), line); }
+
+std::string CurlTransfer::ReceiveBody(std::string_view bytes) {
+  if (bytes.size() > request_.answerLimit - received_.size()) {
+    return "The answer is too large: more than " + std::to_string(request_.answerLimit >> 20) + " MB.";
   }
-  return size * count;
+  received_ += bytes;
+  return "";
+}
+
+template <CurlTransfer::Receiver receive>
+std::size_t CurlTransfer::OnReceived(char* bytes, std::size_t size, std::size_t count, void* self) noexcept {
+  auto& transfer = *static_cast<CurlTransfer*>(self);
+  try {
+    transfer.refusal_ = (transfer.*receive)({bytes, size * count});
+  } catch (const std::exception&) {
+    transfer.refusal_ = kOutOfMemory;
+  }
+  return transfer.refusal_.empty() ? size * count : 0;
 }
 
 void CurlTransfer::Finish(CURLcode code) {
+  if (!refusal_.empty()) return Fail(refusal_.c_str());
   if (code != CURLE_OK) return Fail(description_[0] != '\0' ? description_ : curl_easy_strerror(code));
   long status = 0;
   curl_easy_getinfo(handle(), CURLINFO_RESPONSE_CODE, &status);
@@ -84,7 +107,7 @@ void CurlTransfer::Fail(const char* reason) noexcept {
   try {
     failure = reason;
   } catch (const std::bad_alloc&) {
-    failure = "out of memory";  // short enough to need none
+    failure = kOutOfMemory;
   }
   completion_({.hasBody = false, .body = {}, .failure = std::move(failure), .status = 0});
 }

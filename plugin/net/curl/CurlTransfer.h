@@ -6,8 +6,10 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "net/Transfer.h"
+#include "net/curl/HeaderRules.h"
 
 /// Lives on the transfer thread. Not movable, since libcurl keeps its address.
 class CurlTransfer {
@@ -21,15 +23,22 @@ class CurlTransfer {
   /// Once prepared.
   CURL* handle() const { return handle_.get(); }
 
-  /// Tells the completion how the transfer ended.
+  /// Calls the completion with what the transfer has brought.
   void Finish(CURLcode code);
-  /// The same when it never came to a transfer.
+  /// Calls it with a failure: `reason`, in words for people.
   void Fail(const char* reason) noexcept;
 
  private:
-  static std::size_t Receive(char* bytes, std::size_t size, std::size_t count, void* self) noexcept;
-
   void SetOptions(CURLSH* shared);
+  void SetRequest();
+
+  // Each returns why the transfer must end, or "".
+  using Receiver = std::string (CurlTransfer::*)(std::string_view bytes);
+  std::string ReceiveHeader(std::string_view line);
+  std::string ReceiveBody(std::string_view bytes);
+  /// The same as a callback of libcurl, where any other result than the number of bytes ends the transfer.
+  template <Receiver receive>
+  static std::size_t OnReceived(char* bytes, std::size_t size, std::size_t count, void* self) noexcept;
 
   template <class Value>
   void Set(CURLoption option, Value value) {
@@ -43,5 +52,7 @@ class CurlTransfer {
   std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> handle_{nullptr, curl_easy_cleanup};
   CURLcode firstRefusal_ = CURLE_OK;
   char description_[CURL_ERROR_SIZE] = "";
+  HeaderRules headerRules_;
   std::string received_;
+  std::string refusal_;  // why this class ended the transfer
 };

@@ -1,5 +1,6 @@
 #include "net/curl/TransferThread.h"
 
+#include <poll.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
 
@@ -13,6 +14,7 @@
 namespace {
 
 constexpr int kLongestWaitMs = 60'000;  // something always wakes the thread earlier
+constexpr int kPauseMs = 50;            // between two attempts where libcurl cannot wait
 constexpr char kCancelled[] = "cancelled";
 
 // Gives the calling thread a descriptor table of its own with no more in it than standard streams and `kept`. What
@@ -41,6 +43,8 @@ class Transfers {
   /// Returns why the transfer could not begin, or nullptr when it is taken.
   const char* Add(std::unique_ptr<CurlTransfer>& transfer) noexcept {
     try {
+      if (!multi_) multi_.reset(curl_multi_init());
+      if (!multi_) throw std::bad_alloc();
       running_.reserve(running_.size() + 1);
       if (const char* refusal = transfer->Prepare(shared_.get())) return refusal;
     } catch (const std::bad_alloc&) {
@@ -53,8 +57,7 @@ class Transfers {
   }
 
   void WaitAndProceed(int wakeDescriptor) {
-    curl_waitfd wake{.fd = wakeDescriptor, .events = CURL_WAIT_POLLIN, .revents = 0};
-    curl_multi_poll(multi_.get(), &wake, 1, kLongestWaitMs, nullptr);
+    Wait(wakeDescriptor);
     int stillRunning = 0;
     curl_multi_perform(multi_.get(), &stillRunning);
     int messages = 0;
@@ -64,6 +67,13 @@ class Transfers {
   }
 
  private:
+  void Wait(int wakeDescriptor) {
+    curl_waitfd wake{.fd = wakeDescriptor, .events = CURL_WAIT_POLLIN, .revents = 0};
+    if (curl_multi_poll(multi_.get(), &wake, 1, kLongestWaitMs, nullptr) == CURLM_OK) return;
+    pollfd order{.fd = wakeDescriptor, .events = POLLIN, .revents = 0};  // libcurl has no memory to wait with
+    poll(&order, 1, running_.empty() ? kLongestWaitMs : kPauseMs);
+  }
+
   void Finish(CURL* handle, CURLcode code) {
     curl_multi_remove_handle(multi_.get(), handle);
     std::erase_if(running_, [&](const auto& transfer) {
@@ -73,9 +83,10 @@ class Transfers {
     });
   }
 
-  // The handles go first, then the connections, which may hold what is shared.
+  // The handles go first, then the connections, which may hold what is shared. The first transfer for which there is
+  // memory makes multi_.
   std::unique_ptr<CURLSH, decltype(&curl_share_cleanup)> shared_{curl_share_init(), curl_share_cleanup};
-  std::unique_ptr<CURLM, decltype(&curl_multi_cleanup)> multi_{curl_multi_init(), curl_multi_cleanup};
+  std::unique_ptr<CURLM, decltype(&curl_multi_cleanup)> multi_{nullptr, curl_multi_cleanup};
   std::vector<std::unique_ptr<CurlTransfer>> running_;
 };
 

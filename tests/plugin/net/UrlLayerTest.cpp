@@ -1,11 +1,16 @@
 // The HTTP calls on libcurl, against servers of every kind and mood.
+#include <curl/curl.h>
 #include <dlfcn.h>
 #include <gtest/gtest.h>
+#include <sys/eventfd.h>
 
 #include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
+#include <future>
+#include <memory>
 #include <thread>
 
 #include "net/Network.h"
@@ -23,7 +28,14 @@ namespace {
 // What a test with a silent server waits. Read by the transfer thread too.
 std::atomic<std::chrono::milliseconds> g_transferLimit{60s}, g_waitLimit{60s};
 
-std::string g_trusted;  // file of a certificate to trust instead of the system's
+std::string g_trusted;                 // file of a certificate to trust instead of the system's
+std::atomic<bool> g_hasMemory = true;  // for libcurl to start with
+std::atomic<int> g_turns;              // of the transfer thread, which looks for orders in each
+
+template <class Function>
+Function* Original(Function*, const char* name) {
+  return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
 
 int LoadTrusted(const char* function, void* owner, const char* systems) {
   const auto load = reinterpret_cast<int (*)(void*, const char*)>(dlsym(RTLD_NEXT, function));
@@ -43,6 +55,11 @@ extern "C" int X509_STORE_load_file(void* store, const char* file) {
 extern "C" int SSL_CTX_load_verify_file(void* context, const char* file) {
   return LoadTrusted("SSL_CTX_load_verify_file", context, file);
 }
+extern "C" CURLM* curl_multi_init() { return g_hasMemory ? Original(curl_multi_init, "curl_multi_init")() : nullptr; }
+extern "C" int eventfd_read(int descriptor, eventfd_t* value) {
+  ++g_turns;
+  return Original(eventfd_read, "eventfd_read")(descriptor, value);
+}
 #pragma GCC visibility pop
 
 namespace {
@@ -57,9 +74,9 @@ struct Result {
   }
 };
 
-Result Get(const std::string& url) {
+Result Get(const std::string& url, std::size_t answerLimit = Network::kLongAnswer) {
   Result result;
-  result.succeeded = Network::Get(url, result.response, result.error);
+  result.succeeded = Network::Get(url, result.response, result.error, answerLimit);
   return result;
 }
 
@@ -82,14 +99,25 @@ LoopbackServer::Handler Sending(const std::string& head, const std::string& body
   return Sending("HTTP/1.1 " + head + "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body);
 }
 
+// First, since what it is about happens only once.
+TEST(UrlLayerStart, FailsAtRestWhileThereIsNoMemory) {
+  LoopbackServer server(Sending("200 OK", "body"));
+  g_hasMemory = false;
+  for (int i = 0; i < 20; ++i) EXPECT_EQ(Get(server.Url()).error, "ERROR: Out of memory");
+  EXPECT_LT(g_turns, 100);
+  g_hasMemory = true;
+  EXPECT_EQ(Get(server.Url()).response, "body");
+}
+
 TEST(UrlLayer, EveryEndOfATransferHasItsResult) {
-  const std::string binary("a\0\xFFz", 4), many(100 << 20, 'x');
+  const std::string binary("a\0\xFFz", 4), many(16 << 20, 'x');
   const std::string gzip("\x1f\x8b\x08\0\0\0\0\0\x02\x03\x4b\xca\x4f\xa9\x04\0\xb2\x0b\xa8\xdb\x04\0\0\0", 24);
   const struct {
     const char* name;
     LoopbackServer::Handler handler;
     std::string error = "ERROR: ";  // with a space at its end: the beginning of one
     std::string response = "untouched";
+    std::size_t answerLimit = Network::kLongAnswer;
   } cases[] = {
       {"zero bytes and no UTF-8", Sending("200 OK", binary), "", binary},
       {"204 without a body", Sending("HTTP/1.1 204 No Content\r\n\r\n"), "", ""},
@@ -98,8 +126,18 @@ TEST(UrlLayer, EveryEndOfATransferHasItsResult) {
       {"shorter than its length", Sending("HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nbody")},
       {"no HTTP at all", Sending("220 mail.example ESMTP\r\n")},
       {"closed at once", [](Connection&) {}},
-      {"100 MB", Sending("200 OK", many), "", many},
-      {"gzip", Sending("200 OK\r\nContent-Encoding: gzip", gzip), "", "body"},
+      {"16 MB", Sending("200 OK", many), "", many},
+      {"gzip, as large as it may be", Sending("200 OK\r\nContent-Encoding: gzip", gzip), "", "body", 4},
+      {"gzip, too large once decoded", Sending("200 OK\r\nContent-Encoding: gzip", gzip),
+       "ERROR: The answer is too large: more than 0 MB.", "untouched", 3},
+      {"gzip in chunks",
+       Sending("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\nContent-Encoding: gzip\r\n\r\n18\r\n" + gzip +
+               "\r\n0\r\n\r\n"),
+       "", "body"},
+      {"gzip of gzip", Sending("200 OK\r\nContent-encoding: gzip, identity ,GZIP", gzip),
+       "ERROR: The answer is compressed more than once."},
+      {"gzip of gzip, in two headers", Sending("200 OK\r\nTransfer-Encoding: gzip\r\nContent-Encoding: gzip", gzip),
+       "ERROR: The answer is compressed more than once."},
       {"redirect to a file", Sending("302 Found\r\nLocation: file:///etc/passwd", "")},
       {"redirect to FTP", Sending("302 Found\r\nLocation: ftp://127.0.0.1/", ""), "ERROR: Protocol \"ftp\" "},
   };
@@ -108,7 +146,7 @@ TEST(UrlLayer, EveryEndOfATransferHasItsResult) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     LoopbackServer server(c.handler);
-    const Result result = Get(server.Url("/"));
+    const Result result = Get(server.Url("/"), c.answerLimit);
     EXPECT_TRUE(result.response == c.response) << result.response.substr(0, 100);
     if (c.error.ends_with(' ')) {
       EXPECT_TRUE(result.TellsWhyNot() && result.error.starts_with(c.error)) << result.error;
@@ -135,7 +173,8 @@ TEST(UrlLayer, OnlyURLTextsAreURLs) {
   }
   for (const char* text : {"", "http://a.example/a b", "http://a.example/\"", "http://a.example/%4",
                            "http://a.example/%4g", "http://a.example/\r\nX: y", "http://a.example/\xC3\xA4",
-                           "http://a.example/<>", "http://a.example/\\", "http://a.example/{}", "http://a/#a#b"}) {
+                           "http://a.example/<>", "http://a.example/\\", "http://a.example/{}", "http://a/#a#b",
+                           "http://[::1", "http://]:9/", "http://a:99999/", "http://a:b/", "http://127.0.0.1%00:9/"}) {
     EXPECT_FALSE(Network::IsURL(text)) << text;
   }
 }
@@ -143,13 +182,23 @@ TEST(UrlLayer, OnlyURLTextsAreURLs) {
 TEST(UrlLayer, ASilentOrDrippingServerCostsNoMoreThanTheLimits) {
   for (const auto mood : {NeverAnswer, Drip}) {
     LoopbackServer server(mood);
+    g_turns = 0;
     g_waitLimit = 50ms;
     EXPECT_EQ(Get(server.Url()).error, "ERROR: Request timed out.");  // which ends later, the caller's texts gone
     g_waitLimit = 60s;
     g_transferLimit = 50ms;
     EXPECT_TRUE(Get(server.Url()).TellsWhyNot());
     g_transferLimit = 60s;
+    EXPECT_TRUE(mood == Drip || g_turns < 50) << "the thread does not rest";
   }
+}
+
+TEST(UrlLayer, KeepsNothingOfAFinishedTransfer) {
+  LoopbackServer server(Sending("200 OK", "body"));
+  std::promise<void> gone;
+  std::shared_ptr<void> kept(nullptr, [&](void*) { gone.set_value(); });
+  Network::StartTransfer({server.Url(), "GET", {}, ""}, [kept = std::move(kept)](const Network::Outcome&) {});
+  EXPECT_EQ(gone.get_future().wait_for(10s), std::future_status::ready);
 }
 
 TEST(UrlLayer, SendsARequestAsItStands) {
@@ -170,13 +219,35 @@ TEST(UrlLayer, FollowsTwentyRedirectsAsABrowserDoes) {
     for (const int redirects : {20, 21}) {
       int left = redirects;
       LoopbackServer server(Answering([&, status = status](const std::string&) {
-        return left-- > 0 ? CannedAnswer{status, "", "Location: /to\r\n"} : CannedAnswer{200, "arrived", ""};
+        if (left-- == 0) return CannedAnswer{200, "arrived", ""};
+        return CannedAnswer{status, "", "Content-Encoding: gzip\r\nLocation: /to\r\n"};
       }));
       EXPECT_EQ(Post(server.Url("/from"), "body").response, redirects == 20 ? "arrived" : "untouched");
       EXPECT_EQ(RequestLine(server.Requests().at(20)), line);
       EXPECT_EQ(RequestBody(server.Requests().at(20)), body);
     }
   }
+}
+
+TEST(UrlLayer, ABodyIsNotRepeatedToAnotherOrigin) {
+  LoopbackServer other(Answering([](const std::string&) { return CannedAnswer{200, "arrived", ""}; }));
+  for (const int status : {301, 302, 303, 305, 307, 308}) {
+    for (const bool moves : {false, true}) {
+      std::string origin;
+      LoopbackServer server(Answering([&](const std::string& request) {
+        if (!request.starts_with("POST /from")) return CannedAnswer{200, "arrived", ""};
+        return CannedAnswer{status, "", "Location: " + (moves ? other.Url() : origin) + "/a b\r\n"};
+      }));
+      origin = server.Url();
+      const Result result = Post(server.Url("/from"), "body");
+      const bool isRefused = moves && status > 303;
+      EXPECT_EQ(result.response, isRefused ? "untouched" : "arrived") << status;
+      EXPECT_EQ(result.error, !isRefused ? ""
+                                         : "ERROR: Refused a redirect that would send the data meant for " + origin +
+                                               " to " + other.Url() + ".");
+    }
+  }
+  for (const auto& request : other.Requests()) EXPECT_EQ(RequestLine(request), "GET /a%20b");
 }
 
 TEST(UrlLayer, CredentialsAreNotCarriedToAnotherHost) {
@@ -206,24 +277,29 @@ TEST(UrlLayer, CookiesAreSharedBetweenRequests) {
 using Certificates = FolderTest;
 
 TEST_F(Certificates, OnlyATrustedOneIsTakenAndForItsNameOnly) {
+  LoopbackServer plain(Sending("200 OK", "not encrypted"));
+  std::ofstream(folder_ + "/answer") << "HTTP/1.0 200 OK\r\n\r\nbody";
+  std::ofstream(folder_ + "/redirect") << "HTTP/1.0 302 Found\r\nLocation: " << plain.Url() << "\r\n\r\n";
   const std::string files = " -keyout " + folder_ + "/key -out " + folder_ + "/certificate >/dev/null 2>&1";
   const std::string make = "openssl req -x509 -nodes -newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -subj /CN=x ";
   ASSERT_EQ(std::system((make + "-addext subjectAltName=IP:127.0.0.1" + files).c_str()), 0);
   const std::string serve = "cd " + folder_ + " && exec timeout 20 openssl s_server -accept 127.0.0.1:0 -naccept 1 " +
-                            "-www -key key -cert certificate 2>/dev/null";
-  const auto get = [&](const std::string& host) {
+                            "-HTTP -key key -cert certificate 2>/dev/null";
+  const auto get = [&](const std::string& host, const std::string& path = "/answer") {
     FILE* server = popen(serve.c_str(), "re");
     char line[256] = "";
     int port = 0;
     while (port == 0 && fgets(line, sizeof line, server) != nullptr) std::sscanf(line, "ACCEPT 127.0.0.1:%d", &port);
-    const Result result = Get("https://" + host + ":" + std::to_string(port) + "/");
+    const Result result = Get("https://" + host + ":" + std::to_string(port) + path);
     while (fgets(line, sizeof line, server) != nullptr) continue;
     pclose(server);
     return result;
   };
   EXPECT_TRUE(get("127.0.0.1").TellsWhyNot());
   g_trusted = folder_ + "/certificate";
-  EXPECT_TRUE(get("127.0.0.1").succeeded);
+  EXPECT_EQ(get("127.0.0.1").response, "body");
+  EXPECT_EQ(get("127.0.0.1", "/redirect").error, "ERROR: Refused a redirect from https to " + plain.Url() + ".");
+  EXPECT_TRUE(plain.Requests().empty());
   EXPECT_TRUE(get("localhost").TellsWhyNot());
   g_trusted.clear();
 }
