@@ -1,12 +1,14 @@
 // Runs AppleScript, which can do to FileMaker what its plug-in interface cannot. Everything blocks its caller until the
 // script has ended; use it on the main thread, the only one on which macOS runs scripts safely.
 //
+// These functions are public symbols of the plug-in, which does not call them itself (cmake/exports.map, exports.txt).
+//
 // Texts are UTF-8. True is success. The result is written on success only, and `error` on failure only.
 #pragma once
 
 #include <string>
 
-namespace AppleScript {
+namespace [[gnu::visibility("default")]] AppleScript {
 
 /// How every error begins.
 inline constexpr char kErrorStart[] = "ERROR (AppleScript): ";

@@ -1,30 +1,32 @@
 #!/bin/sh
-# check-symbols.sh PLUGIN: it exports its entry point and call record and nothing else, leaves nothing undefined but the
-# host's functions and what its libraries have, and needs no library beyond the host's and the system's.
+# check-symbols.sh PLUGIN: the plug-in's exports, what it leaves undefined, the libraries it needs, and its hardening.
 set -eu
 plugin=$1
 
-exported=$(nm -D --defined-only "$plugin" | awk '{print $3}' | LC_ALL=C sort | tr '\n' ' ')
-if [ "$exported" != "FMExternCallProc gFMX_ExternCallPtr " ]; then
-  echo "exports: $exported"
+fail() {
+  echo "$*"
   exit 1
-fi
+}
+
+exported=$(nm -DC --defined-only "$plugin" | cut -d ' ' -f 3- | sed 's/(.*//' | LC_ALL=C sort | tr '\n' ' ')
+[ "$exported" = "AppleScript::ExportFrontDocumentAsXML AppleScript::GetFrontDocumentName AppleScript::Run \
+AppleScript::SaveFrontDocumentAsXML FMExternCallProc gFMX_ExternCallPtr " ] || fail "exports: $exported"
 
 # Each undefined symbol is one of the host's, one of libxcb's, weak, or versioned: bound to a library at link time.
-strange=$(nm -D --undefined-only "$plugin" | awk '$1 == "U" {print $2}' | grep -v -e '^FM_[A-Z]' -e '^xcb_' -e '@' || true)
-if [ -n "$strange" ]; then
-  echo "undefined: $strange"
-  exit 1
-fi
-nm -D --undefined-only "$plugin" | grep -q ' FM_Text_Assign$' || { echo "the host's functions are not undefined"; exit 1; }
+undefined=$(nm -D --undefined-only "$plugin" | awk '$1 == "U" {print $2}')
+strange=$(echo "$undefined" | grep -v -e '^FM_[A-Z]' -e '^xcb_' -e '@' || true)
+[ -z "$strange" ] || fail "undefined: $strange"
+echo "$undefined" | grep -qx FM_Text_Assign || fail "the host's functions are not undefined"
 
-needed=$(readelf -d "$plugin" | sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p' | LC_ALL=C sort)
+dynamic=$(readelf -dW "$plugin")
+needed=$(echo "$dynamic" | sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p')
 strange=$(echo "$needed" | grep -v -e '^libFMWrapper\.so$' -e '^libstdc++\.so' -e '^libgcc_s\.so' -e '^libc\.so' \
-  -e '^libm\.so' -e '^libxcb\.so' -e '^libcurl\.so' -e '^ld-linux' || true)
-if [ -n "$strange" ]; then
-  echo "needs: $strange"
-  exit 1
-fi
-echo "$needed" | grep -qx libFMWrapper.so || { echo "does not need libFMWrapper.so"; exit 1; }
-readelf -d "$plugin" | grep -q -e RPATH -e RUNPATH && { echo "has a run-time search path"; exit 1; }
-exit 0
+  -e '^libm\.so' -e '^libxcb\(-[a-z]*\)\?\.so' -e '^libcurl\.so' -e '^ld-linux' || true)
+[ -z "$strange" ] || fail "needs: $strange"
+echo "$needed" | grep -qx libFMWrapper.so || fail "does not need libFMWrapper.so"
+if echo "$dynamic" | grep -q -e RPATH -e RUNPATH; then fail "has a run-time search path"; fi
+
+echo "$undefined" | grep -q '^__stack_chk_fail@' || fail "functions do not check their stack"
+echo "$undefined" | grep '_chk@' | grep -qv '^__stack_chk' || fail "calls no fortified function"
+readelf -lW "$plugin" | grep -q GNU_RELRO || fail "the tables of the linker stay writable"
+echo "$dynamic" | grep -q 'FLAGS.*NOW' || fail "symbols are bound late"
