@@ -7,8 +7,8 @@ usage() {
 usage: release.sh [--dry-run] --identity NAME --keychain-profile NAME [--output DIRECTORY] BUNDLE
   --identity          the certificate: "Developer ID Application: Name (TEAM)", or its SHA-1 in 40 hexadecimal digits
   --keychain-profile  where "xcrun notarytool store-credentials" keeps the account for notarising
-  --output            where the archives go; else the bundle's own directory
-  --dry-run           check what can be checked on any system, and print the commands instead of running them
+  --output            directory for the archives; by default the bundle's own directory
+  --dry-run           check what any system can check, and print the commands instead of running them
 TEXT
   exit 2
 }
@@ -18,7 +18,7 @@ fail() {
   exit 1
 }
 
-# The arguments as a shell would take them.
+# The arguments, quoted for a shell.
 quoted() {
   line=
   for word in "$@"; do
@@ -35,17 +35,17 @@ run() {
   [ -n "$dry_run" ] || "$@"
 }
 
-# The text under a key of the bundle's Info.plist, which stands there as CMake wrote it.
+# The value of a key in the bundle's Info.plist, which CMake writes one element per line.
 property() {
   sed -n "/<key>$1<\/key>/{n;s/.*<string>\(.*\)<\/string>.*/\1/p;}" "$bundle/Contents/Info.plist"
 }
 
-# The bytes of a file from an offset on, in hexadecimal.
+# bytes FILE OFFSET COUNT: in hexadecimal.
 bytes() {
   od -An -v -tx1 -j "$2" -N "$3" "$1" | tr -d ' \n'
 }
 
-# A universal binary begins with a list of its architectures. Read here, so that any system can check it.
+# A universal binary begins with a list of its architectures, which any system can read.
 has_both_architectures() {
   [ "$(bytes "$1" 0 8)" = cafebabe00000002 ] || return 1
   case $(bytes "$1" 8 4)$(bytes "$1" 28 4) in
@@ -55,24 +55,24 @@ has_both_architectures() {
 }
 
 check_bundle() {
-  case $bundle in *.fmplugin) ;; *) fail "$bundle is not named like a plug-in, .fmplugin" ;; esac
-  [ -d "$bundle" ] || fail "there is no bundle $bundle (make bundle builds it)"
+  case $bundle in *.fmplugin) ;; *) fail "$bundle does not end in .fmplugin" ;; esac
+  [ -d "$bundle" ] || fail "no such bundle: $bundle (make bundle builds it)"
   [ -f "$bundle/Contents/Info.plist" ] || fail "$bundle has no Contents/Info.plist"
-  [ "$(property CFBundlePackageType)" = FMXT ] || fail "Info.plist does not say that this is a FileMaker plug-in (FMXT)"
+  [ "$(property CFBundlePackageType)" = FMXT ] || fail "Info.plist does not declare a FileMaker plug-in (FMXT)"
   executable=$bundle/Contents/MacOS/$(property CFBundleExecutable)
-  if [ ! -f "$executable" ] || [ ! -x "$executable" ]; then fail "$executable is not there, or not executable"; fi
+  if [ ! -f "$executable" ] || [ ! -x "$executable" ]; then fail "$executable is missing or not executable"; fi
   has_both_architectures "$executable" || fail "$executable is not built for both x86_64 and arm64"
   wanted=$(sed -n 's/^project(Varnix VERSION \([0-9.]*\).*/\1/p' "$(dirname "$0")/../CMakeLists.txt")
   version=$(property CFBundleShortVersionString)
   if [ "$version" != "$wanted" ] || [ "$(property CFBundleVersion)" != "$wanted" ]; then
-    fail "the bundle has version $version, but the source has $wanted: build it anew"
+    fail "the bundle has version $version, but the source has $wanted: build it again"
   fi
 }
 
 check_identity() {
   [ -n "$identity" ] || fail "--identity is missing"
   if ! echo "$identity" | grep -Eqx -e 'Developer ID Application: .+ \([A-Z0-9]{10}\)' -e '[0-9A-Fa-f]{40}'; then
-    fail "--identity must name a Developer ID Application certificate, the only kind that can be notarised"
+    fail "--identity must name a Developer ID Application certificate, the only kind that Apple notarises"
   fi
   [ -n "$dry_run" ] || security find-identity -v -p codesigning | grep -Fqi "$identity" ||
     fail "the keychain has no valid certificate $identity"
@@ -81,13 +81,13 @@ check_identity() {
 check_profile() {
   [ -n "$profile" ] || fail "--keychain-profile is missing"
   [ -n "$dry_run" ] || xcrun notarytool history --keychain-profile "$profile" >/dev/null ||
-    fail "the keychain profile $profile does not work; make it with: xcrun notarytool store-credentials"
+    fail "the keychain profile $profile does not work; create it with: xcrun notarytool store-credentials"
 }
 
 check_tools() {
   [ -z "$dry_run" ] || return 0
-  for tool in codesign ditto security spctl xcrun; do
-    command -v $tool >/dev/null || fail "$tool is missing: this needs a Mac with Apple's command line tools"
+  for tool in codesign ditto security spctl xar xcrun; do
+    command -v $tool >/dev/null || fail "$tool is missing: releases need a Mac with Apple's command line tools"
   done
 }
 
@@ -123,9 +123,11 @@ check_tools
 check_identity
 check_profile
 [ -n "$output" ] || output=$(dirname "$bundle")
-[ -d "$output" ] || fail "there is no directory $output"
+[ -d "$output" ] || fail "no such directory: $output"
+output=$(cd "$output" && pwd)
 
 name=$(basename "$bundle")
+archive=$output/$name.xar
 base=$output/${name%.fmplugin}-$version
 upload=$base-unstapled.zip
 
@@ -138,5 +140,8 @@ run xcrun stapler staple "$bundle"  # fails when the upload was not accepted
 run xcrun stapler validate "$bundle"
 run spctl --assess --type install --verbose=2 "$bundle"
 run ditto -c -k --keepParent "$bundle" "$base.zip"
-# For Install Plug-In File. Without the extra files that tar on macOS makes of extended attributes.
-run env COPYFILE_DISABLE=1 tar -czf "$output/$name.tgz" -C "$(dirname "$bundle")" "$name"
+# For the script step Install Plug-In File, which refuses tar and zip archives.
+cd "$(dirname "$bundle")"  # xar stores the paths that it is given
+run xar -cf "$archive" "$name"
+run gzip -f "$archive"
+run mv "$archive.gz" "$output/$name.gz"

@@ -1,9 +1,9 @@
 #!/bin/sh
-# bundle.sh BUILD: makes the macOS product, BUILD/bundle/Varnix.fmplugin, for both processors. From the environment, where
-# set:
-#   FMWRAPPER_SDK  directory of the vendor's FMWrapper.framework; else the bundle binds to what FileMaker has loaded
-#   LINUX_PLUGIN   the Linux plug-in to take along, named Varnix.fmx; else BUILD/plugin/Varnix.fmx, when it exists
-#   MACOS_SDK      directory of a macOS SDK, to build with LLVM's tools, which any system has
+# bundle.sh BUILD: makes the macOS product, BUILD/bundle/Varnix.fmplugin, for both processors. Environment variables, all
+# optional:
+#   FMWRAPPER_SDK  directory of the vendor's FMWrapper.framework; without it the bundle binds to what FileMaker has loaded
+#   LINUX_PLUGIN   the Linux plug-in to include, named Varnix.fmx; by default BUILD/plugin/Varnix.fmx, if it exists
+#   MACOS_SDK      directory of a macOS SDK; with it, LLVM's tools build the bundle on any system
 set -eu
 build=$1
 project=$(dirname "$0")/..
@@ -13,21 +13,21 @@ fail() {
   exit 1
 }
 
-# CMake's own message would come after a page of others.
+# CMake's own message would follow a page of others.
 directory() {
-  (cd "$2" 2>/dev/null && pwd) || fail "$1: there is no directory $2"
+  (cd "$2" 2>/dev/null && pwd) || fail "$1: no such directory: $2"
 }
 
 toolchain=
 if [ -n "${MACOS_SDK:-}" ]; then
   sdk=$(directory MACOS_SDK "$MACOS_SDK")
   toolchain=$project/cmake/Darwin.toolchain.cmake
-  unset LIBRARY_PATH CPATH C_INCLUDE_PATH CPLUS_INCLUDE_PATH OBJC_INCLUDE_PATH  # of this system, not of macOS
+  unset LIBRARY_PATH CPATH C_INCLUDE_PATH CPLUS_INCLUDE_PATH OBJC_INCLUDE_PATH  # for this system, not for macOS
 elif [ "$(uname -s)" != Darwin ]; then
-  fail "this needs a Mac with CMake and Apple's command line tools. Elsewhere it needs clang, lld and llvm, and a macOS SDK:
+  fail "needs a Mac with CMake and Apple's command line tools, or elsewhere clang, lld, llvm and a macOS SDK:
   make bundle MACOS_SDK=path/to/MacOSX.sdk"
 elif ! xcode-select -p >/dev/null 2>&1; then
-  fail "Apple's command line tools are missing. To install them: xcode-select --install"
+  fail "Apple's command line tools are missing. Install them with: xcode-select --install"
 fi
 command -v cmake >/dev/null || fail "CMake is missing"
 
@@ -36,9 +36,19 @@ wrapper=
 linux=${LINUX_PLUGIN:-}
 [ -n "$linux" ] || [ ! -f "$build/plugin/Varnix.fmx" ] || linux=$build/plugin/Varnix.fmx
 
-rm -rf "$build/bundle/Varnix.fmplugin"  # whatever an earlier one had in it
+bundle=$build/bundle/Varnix.fmplugin
+rm -rf "$bundle"  # with the files of earlier builds
 cmake -S "$project" -B "$build/bundle" -DVARNIX_BUILD_TOOLS=OFF -DVARNIX_BUILD_TESTS=OFF \
   ${toolchain:+--toolchain "$toolchain" "-DMACOS_SDK=$sdk"} "-DCMAKE_OSX_ARCHITECTURES=x86_64;arm64" \
   "-DFMWRAPPER_SDK=$wrapper" "-DVARNIX_LINUX_PLUGIN=$linux"
 cmake --build "$build/bundle" -j "$(getconf _NPROCESSORS_ONLN)"
-echo "$build/bundle/Varnix.fmplugin${linux:+, with the plug-in for Linux}"
+
+# FileMaker refuses a bundle whose signature does not cover all of its files. The linker has signed only the binary.
+if command -v codesign >/dev/null; then
+  codesign --force --sign - "$bundle"
+  codesign --verify --strict "$bundle"
+  state="signed ad hoc"
+else
+  state="not signed, so FileMaker Pro will refuse it. On a Mac, sign it: codesign --force --sign - Varnix.fmplugin"
+fi
+echo "$bundle${linux:+, with the plug-in for Linux}: $state"

@@ -1,6 +1,7 @@
 #!/bin/sh
-# make-sdk.sh DIRECTORY CLANG: a stand-in of the macOS SDK, good enough to compile and link the whole plug-in. C comes
-# from musl, whose headers are plain enough for any target, Foundation from GNUstep, the rest from the stand-ins of the tests.
+# make-sdk.sh DIRECTORY CLANG GNUSTEP: a stand-in for the macOS SDK that the whole plug-in compiles and links against. C
+# comes from musl, whose headers suit any target, Foundation from GNUstep (its include directory), the rest from the
+# tests' stand-ins.
 set -eu
 sdk=$1
 standin=$(dirname "$0")/../plugin/mac/standin
@@ -8,36 +9,29 @@ objc=$(dirname "$("$2" -print-file-name=libobjc.so)")/include/objc
 
 rm -rf "$sdk"
 mkdir -p "$sdk/usr/include/c++" "$sdk/usr/lib"
-# With the times of the originals, so that a build tree finds nothing new.
+# With the times of the originals, so that a second run rebuilds nothing.
 cp -pR /usr/include/*-linux-musl/. "$sdk/usr/include"
 cp -pRL /usr/include/c++/v1 "$sdk/usr/include/c++"
-# Apple's build of this library tells the compiler which macOS each part came with; others have that switched off.
+# Apple's build of this library declares which macOS each part needs; other builds leave that out.
 site=$sdk/usr/include/c++/v1/__config_site
 sed -i -e '/_LIBCPP_HAS_NO_VENDOR_AVAILABILITY_ANNOTATIONS/d' \
   -e 's/\(_LIBCPP_HAS_VENDOR_AVAILABILITY_ANNOTATIONS\) 0/\1 1/' "$site"
 echo '{"CanonicalName": "macosx11.0", "Version": "11.0", "MaximumDeploymentTarget": "11.0.99"}' >"$sdk/SDKSettings.json"
-# Apple's C headers show everything in every language mode, as these do when asked.
+# Apple's C headers declare everything in every language mode; these do on request.
 sed -i '1i #define _GNU_SOURCE' "$sdk/usr/include/features.h"
 grep -v -e '#pragma once' -e include_next "$standin/fcntl.h" >>"$sdk/usr/include/fcntl.h"
-cp -pR /usr/include/GNUstep/. /usr/include/Block*.h "$objc" "$sdk/usr/include"
+cp -pR "$3/." /usr/include/Block*.h "$objc" "$sdk/usr/include"
 for framework in AppKit ApplicationServices dispatch Foundation objc; do
   cp -pR "$standin/$framework" "$sdk/usr/include"
 done
 touch -r "$standin/fcntl.h" "$site" "$sdk/usr/include/features.h" "$sdk/usr/include/fcntl.h"
 
-# stub FILE INSTALL_NAME: a library as the SDK has them, by name only. It has the one symbol that the linker itself wants.
+# stub FILE INSTALL_NAME: a library's description, with no symbol but the one that the linker itself needs.
 stub() {
   mkdir -p "$(dirname "$sdk/$1")"
-  cat >"$sdk/$1" <<TEXT
---- !tapi-tbd
-tbd-version: 4
-targets: [ x86_64-macos, arm64-macos ]
-install-name: '$2'
-exports:
-  - targets: [ x86_64-macos, arm64-macos ]
-    symbols: [ dyld_stub_binder ]
-...
-TEXT
+  targets="targets: [ x86_64-macos, arm64-macos ]"
+  printf '%s\n' '--- !tapi-tbd' 'tbd-version: 4' "$targets" "install-name: '$2'" exports: "  - $targets" \
+    '    symbols: [ dyld_stub_binder ]' ... >"$sdk/$1"
 }
 stub usr/lib/libSystem.tbd /usr/lib/libSystem.B.dylib
 stub usr/lib/libc++.tbd /usr/lib/libc++.1.dylib
