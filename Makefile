@@ -1,57 +1,81 @@
-# The front door. Everything is built by CMake below build/.
+# The front door. CMake builds everything below build/.
 BUILD := build
-JOBS := $(shell nproc)
+PREFIX := /usr/local
+JOBS := $(shell getconf _NPROCESSORS_ONLN)
 MAKEFLAGS += --no-print-directory
 
-.PHONY: run test bench fuzz plugin bundle clean
+.PHONY: run help test test-sanitizers bench fuzz plugin service bundle install uninstall clean
 
-## run: the local bridge service, and the simulated FileMaker with the plug-in: a prompt on a terminal, else a tour of
-##      everything.
-##      make run SOLUTION=path/to/export.xml opens a solution of your own.
+## run              the local service and the simulated FileMaker with the plug-in: a prompt on a terminal, otherwise a tour
+##                  of every function and command; SOLUTION=path/to/export.xml opens a solution of your own
 run:
-	@scripts/install-packages.sh plugin tools
-	@cmake -S . -B $(BUILD) -DVARNIX_BUILD_TESTS=OFF > /dev/null
+	@scripts/install-packages.sh plugin service simulator
+	@cmake --preset release -B $(BUILD) -DVARNIX_BUILD_TESTS=OFF > /dev/null
 	@cmake --build $(BUILD) -j $(JOBS) --target plugin fmsim service
 	@scripts/run.sh $(BUILD) "$(SOLUTION)"
 
-## test: every test, plain and then under the address and undefined-behaviour sanitizers; what has threads of the
-##       plug-in's in it also under the thread sanitizer.
+## test             every test
 test:
-	scripts/install-packages.sh plugin tools test
-	cmake -S . -B $(BUILD) -DVARNIX_BUILD_TESTS=ON
+	scripts/install-packages.sh plugin service simulator test
+	cmake --preset release -B $(BUILD)
 	cmake --build $(BUILD) -j $(JOBS)
 	ctest --test-dir $(BUILD) --output-on-failure -j $(JOBS)
-	cmake -S . -B $(BUILD)/sanitize -DCMAKE_CXX_COMPILER=clang++ -DVARNIX_SANITIZE=address,undefined
+
+## test-sanitizers  the tests under the address and undefined-behaviour sanitizers, then the programs that run plug-in
+##                  threads, and the service, under the thread sanitizer
+test-sanitizers:
+	scripts/install-packages.sh plugin service simulator test
+	cmake --preset asan -B $(BUILD)/sanitize
 	cmake --build $(BUILD)/sanitize -j $(JOBS)
 	ctest --test-dir $(BUILD)/sanitize --output-on-failure -j $(JOBS)
-	cmake -S . -B $(BUILD)/thread -DCMAKE_CXX_COMPILER=clang++ -DVARNIX_SANITIZE=thread
+	cmake --preset tsan -B $(BUILD)/thread
 	cmake --build $(BUILD)/thread -j $(JOBS) --target threaded_tests
 	ctest --test-dir $(BUILD)/thread --output-on-failure -L thread
 
-## bench: speed against well-known libraries, as ratios in one run; fails below what is demanded.
+## bench            speed compared with well-known libraries; fails below the demanded ratios
 bench:
-	scripts/install-packages.sh plugin tools test
-	cmake -S . -B $(BUILD) -DVARNIX_BUILD_TESTS=ON
+	scripts/install-packages.sh plugin service simulator test
+	cmake --preset release -B $(BUILD)
 	cmake --build $(BUILD) -j $(JOBS) --target benches
 	$(BUILD)/bench/run-benches
 
-## fuzz: each fuzzer for SECONDS (60); with a SEED it tries the same inputs every time.
+## fuzz             each fuzzer for SECONDS (60); the same SEED repeats the same inputs
 fuzz:
-	scripts/install-packages.sh plugin tools test
-	cmake -S . -B $(BUILD)/sanitize -DCMAKE_CXX_COMPILER=clang++ -DVARNIX_SANITIZE=address,undefined
+	scripts/install-packages.sh plugin service simulator test
+	cmake --preset asan -B $(BUILD)/sanitize
 	cmake --build $(BUILD)/sanitize -j $(JOBS) --target fuzzers
 	scripts/fuzz.sh $(BUILD)/sanitize $(or $(SECONDS),60) $(or $(SEED),0)
 
-## plugin: only the plug-in, which needs nothing but a compiler and the platform.
+## plugin           only the plug-in, which needs nothing but a compiler and the platform: build/plugin/Varnix.fmx
 plugin:
 	scripts/install-packages.sh plugin
-	cmake -S . -B $(BUILD)/plugin -DVARNIX_BUILD_TOOLS=OFF -DVARNIX_BUILD_TESTS=OFF
+	cmake --preset plugin -B $(BUILD)/plugin
 	cmake --build $(BUILD)/plugin -j $(JOBS)
 
-## bundle: the macOS product, on a Mac, or with MACOS_SDK=dir elsewhere. FMWRAPPER_SDK=dir builds it against the vendor's
-##         framework; LINUX_PLUGIN=file takes the Linux plug-in along, as does an earlier make plugin.
+## service          only the local service: build/varnix-service
+service:
+	scripts/install-packages.sh plugin service
+	cmake --preset release -B $(BUILD) -DVARNIX_BUILD_SIMULATOR=OFF -DVARNIX_BUILD_TESTS=OFF
+	cmake --build $(BUILD) -j $(JOBS) --target service
+
+## bundle           the macOS product, on a Mac, or elsewhere with MACOS_SDK=dir; FMWRAPPER_SDK=dir links the vendor's
+##                  framework; LINUX_PLUGIN=file includes the Linux plug-in, by default that of an earlier make plugin
 bundle:
 	@FMWRAPPER_SDK="$(FMWRAPPER_SDK)" LINUX_PLUGIN="$(LINUX_PLUGIN)" MACOS_SDK="$(MACOS_SDK)" scripts/bundle.sh $(BUILD)
 
+## install          the service, the simulator and the plug-in for it, below PREFIX (/usr/local), after make run
+install:
+	cmake --install $(BUILD) --prefix $(PREFIX)
+
+## uninstall        removes what make install installed
+uninstall:
+	xargs -I '{}' rm -f '$(DESTDIR){}' < $(BUILD)/install_manifest.txt
+	-rmdir '$(DESTDIR)$(PREFIX)/lib/varnix'
+
+## clean            removes everything that was built
 clean:
 	rm -rf $(BUILD)
+
+## help             this list
+help:
+	@sed -n 's/^## //p' Makefile

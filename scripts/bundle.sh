@@ -38,8 +38,8 @@ linux=${LINUX_PLUGIN:-}
 
 bundle=$build/bundle/Varnix.fmplugin
 rm -rf "$bundle"  # with the files of earlier builds
-cmake -S "$project" -B "$build/bundle" -DVARNIX_BUILD_TOOLS=OFF -DVARNIX_BUILD_TESTS=OFF \
-  ${toolchain:+--toolchain "$toolchain" "-DMACOS_SDK=$sdk"} "-DCMAKE_OSX_ARCHITECTURES=x86_64;arm64" \
+cmake -S "$project" -B "$build/bundle" -DVARNIX_BUILD_SERVICE=OFF -DVARNIX_BUILD_SIMULATOR=OFF \
+  -DVARNIX_BUILD_TESTS=OFF ${toolchain:+--toolchain "$toolchain" "-DMACOS_SDK=$sdk"} "-DCMAKE_OSX_ARCHITECTURES=x86_64;arm64" \
   "-DFMWRAPPER_SDK=$wrapper" "-DVARNIX_LINUX_PLUGIN=$linux"
 cmake --build "$build/bundle" -j "$(getconf _NPROCESSORS_ONLN)"
 

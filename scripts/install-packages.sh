@@ -1,17 +1,18 @@
 #!/bin/sh
-# Installs what is missing of the Debian or Ubuntu packages that the named groups (plugin, tools, test) need.
-# A trailing "?" marks a package that only some releases have, because others carry its files elsewhere.
+# install-packages.sh GROUP...: installs the missing Debian or Ubuntu packages of the groups: plugin, service, simulator,
+# test, check. A trailing "?" marks a package that only some releases have, because in others a different one has its files.
 set -eu
 
 packages=
 for group in "$@"; do
   case $group in
     plugin) packages="$packages g++ cmake make pkg-config libxcb1-dev libcurl4-openssl-dev" ;;
-    tools) packages="$packages libgmp-dev libmpfr-dev libicu-dev libpugixml-dev libedit-dev
-                    libcpp-httplib-dev nlohmann-json3-dev libsqlite3-dev" ;;
+    service) packages="$packages libcpp-httplib-dev nlohmann-json3-dev libsqlite3-dev" ;;
+    simulator) packages="$packages libgmp-dev libmpfr-dev libicu-dev libpugixml-dev libedit-dev" ;;
     test) packages="$packages clang libclang-rt-dev? libgtest-dev libbenchmark-dev rapidjson-dev libssl-dev openssl curl
                     libgnustep-base-dev libblocksruntime-dev binutils xvfb xclip
                     lld llvm libc++-dev musl-dev libplist-utils" ;;
+    check) packages="$packages clang-format clang-tidy shellcheck" ;;
     *) echo "install-packages: unknown group $group" >&2; exit 2 ;;
   esac
 done
@@ -32,14 +33,14 @@ by_hand() {
 command -v apt-get >/dev/null || by_hand "this machine has no apt-get"
 as_root=
 if [ "$(id -u)" -ne 0 ]; then
-  command -v sudo >/dev/null || by_hand "neither root nor sudo is at hand"
+  command -v sudo >/dev/null || by_hand "this user is not root and there is no sudo"
   as_root=sudo
 fi
 
 echo "Installing:$(echo "$missing" | tr -d '?')"
 log=$(mktemp)
 trap 'rm -f "$log"' EXIT
-$as_root apt-get update >"$log" 2>&1 || true  # an old list may still do
+$as_root apt-get update >"$log" 2>&1 || true  # an old list may be good enough
 wanted=
 for package in $missing; do
   case $package in

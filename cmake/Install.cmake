@@ -1,0 +1,10 @@
+# make install: the programs, and the libraries that fmsim loads in a folder of their own.
+
+if(VARNIX_BUILD_SERVICE)
+  install(TARGETS service RUNTIME)
+endif()
+if(VARNIX_BUILD_SIMULATOR)
+  set_target_properties(fmsim PROPERTIES INSTALL_RPATH "$ORIGIN/../lib/varnix")
+  install(TARGETS fmsim RUNTIME)
+  install(TARGETS FMWrapper plugin LIBRARY DESTINATION lib/varnix)
+endif()
