@@ -6,7 +6,7 @@ set -eu
 packages=
 for group in "$@"; do
   case $group in
-    plugin) packages="$packages g++ cmake make pkg-config libxcb1-dev libcurl4-openssl-dev" ;;
+    plugin) packages="$packages g++ cmake make pkg-config libxcb1-dev libxcb-xfixes0-dev libcurl4-openssl-dev" ;;
     service) packages="$packages libcpp-httplib-dev nlohmann-json3-dev libsqlite3-dev" ;;
     simulator) packages="$packages libgmp-dev libmpfr-dev libicu-dev libpugixml-dev libedit-dev" ;;
     test) packages="$packages clang libclang-rt-dev? libgtest-dev libbenchmark-dev rapidjson-dev libssl-dev openssl curl

@@ -1,7 +1,13 @@
 #include "bridge/ClipboardUpkeep.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <functional>
+#include <limits>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "bridge/BridgeState.h"
 #include "clipboard/Clipboard.h"
@@ -11,40 +17,106 @@
 namespace {
 
 constexpr std::int64_t kPrepareIntervalMs = 500;
+// Other programs clear the clipboard first and add to it later, which need not be reported as a change.
+constexpr std::int64_t kAdditionIntervalMs = 500;
+constexpr std::int64_t kNever = std::numeric_limits<std::int64_t>::max();
+
+// Content of another device, which macOS fetches, with a progress window, when it is read.
+constexpr char kRemoteClipboard[] = "com.apple.is-remote-clipboard";
+
+enum class Found {
+  kNothingToDo,
+  kIncomplete,  // no text, or a FileMaker type without its data
+  kUnmirrored,  // FileMaker XML that could not be written back
+  kUnprepared,  // FileMaker XML as text that is not due yet, or could not be written
+};
+
+// Nothing here is destroyed, so its order with the state of the bridge does not matter.
+struct LastLook {
+  std::optional<std::uint64_t> change;  // the clipboard's, read before its content
+  std::int64_t changedMs = 0;           // when an idle call first saw it
+  std::int64_t lookedMs = 0;
+  std::int64_t pauseMs = 0;  // until the next look, unless there is another change
+  std::size_t types = 0;     // hash of their names
+  Found found = Found::kIncomplete;
+};
+LastLook g_lastLook;
 
 std::size_t HashOf(const std::string& bytes) { return std::hash<std::string>{}(bytes); }
 
-// Writes FileMaker XML that stands on the clipboard without its text back under every name.
-void Mirror() {
-  std::string type, xml, error;
-  if (!ProbeFileMakerClipboardXML(type, xml, error)) return;
-  const std::size_t xmlHash = HashOf(xml);
-  const std::size_t hash = HashOf(type + '\n' + std::to_string(xmlHash));  // the XML may be too large to be joined
-  if (hash == g_lastMirroredClipboardHash) return;
-  if (!Clipboard::SetXML(type, xml, error)) return;
-  g_lastMirroredClipboardHash = hash;
-  g_lastPreparedClipboardHash = xmlHash;
+std::size_t HashOf(const std::vector<std::string>& names) {
+  std::string lines;
+  for (const auto& name : names) lines += name + '\n';
+  return HashOf(lines);
 }
 
-void Prepare(const std::string& text) {
+// Writes FileMaker XML that the clipboard holds without its text back under every name.
+Found Mirror() {
+  std::string type, xml, error;
+  if (!ProbeFileMakerClipboardXML(type, xml, error)) return Found::kIncomplete;
+  const std::size_t xmlHash = HashOf(xml);
+  const std::size_t hash = HashOf(type + '\n' + std::to_string(xmlHash));  // the XML may be too large to be joined
+  if (hash == g_lastMirroredClipboardHash) return Found::kNothingToDo;
+  if (!Clipboard::SetXML(type, xml, error)) return Found::kUnmirrored;
+  g_lastMirroredClipboardHash = hash;
+  g_lastPreparedClipboardHash = xmlHash;
+  return Found::kNothingToDo;
+}
+
+Found Prepare(const std::string& text, bool isDue) {
   const std::size_t hash = HashOf(text);
-  if (hash == g_lastPreparedClipboardHash) return;
+  if (hash == g_lastPreparedClipboardHash) return Found::kNothingToDo;
   std::string error;
-  if (Clipboard::SetXML(DetectXmlClipboardType(text), text, error)) g_lastPreparedClipboardHash = hash;
+  if (!isDue || !Clipboard::SetXML(DetectXmlClipboardType(text), text, error)) return Found::kUnprepared;
+  g_lastPreparedClipboardHash = hash;
+  return Found::kNothingToDo;
+}
+
+// The text is read and searched once for both halves: what mirroring writes needs no preparation.
+Found Look(const std::vector<std::string>& types, bool prepareIsDue) {
+  if (std::find(types.begin(), types.end(), kRemoteClipboard) != types.end()) return Found::kNothingToDo;
+  std::string text, error;
+  Clipboard::GetText(text, error);
+  if (HoldsSnippet(text)) return Prepare(text, prepareIsDue);
+  // Files copied in the Finder are an item each, and a probe asks every item for every name.
+  if (IncludeFileMakerType(types)) return Mirror();
+  return text.empty() ? Found::kIncomplete : Found::kNothingToDo;
+}
+
+std::int64_t PauseAfter(Found found, bool typesStay, std::int64_t ageMs, std::int64_t sincePrepareMs) {
+  switch (found) {
+    case Found::kIncomplete:  // ever more rarely, because an owner that is too slow makes FileMaker wait
+      return std::max(ageMs, kAdditionIntervalMs);
+    case Found::kUnmirrored:
+      return 0;
+    case Found::kUnprepared:
+      return kPrepareIntervalMs - sincePrepareMs;
+    case Found::kNothingToDo:
+      break;
+  }
+  return typesStay ? kNever : kAdditionIntervalMs;
 }
 
 }  // namespace
 
 void KeepClipboardConvertible() {
-  // FileMaker waits for this on every idle call: the text is read and searched once for both halves. What mirroring
-  // writes needs no preparation.
-  std::string text, error;
-  Clipboard::GetText(text, error);
-  const bool isSnippet = HoldsSnippet(text);
-  if (!isSnippet) Mirror();
-
   const std::int64_t now = SteadyMilliseconds();
-  if (now - g_lastClipboardPrepareMs < kPrepareIntervalMs) return;
-  g_lastClipboardPrepareMs = now;
-  if (isSnippet) Prepare(text);
+  const bool prepareIsDue = now - g_lastClipboardPrepareMs >= kPrepareIntervalMs;
+  if (prepareIsDue) g_lastClipboardPrepareMs = now;
+
+  LastLook look = g_lastLook;
+  const auto change = Clipboard::ChangeCount();
+  const bool isChanged = !change || change != look.change;
+  if (!isChanged && now - look.lookedMs < look.pauseMs) return;
+
+  const auto types = Clipboard::Types();
+  const std::size_t typesHash = HashOf(types);
+  const bool typesStay = !isChanged && typesHash == look.types;
+  if (isChanged) look.changedMs = now;
+  if (!typesStay || look.found != Found::kNothingToDo) look.found = Look(types, prepareIsDue);
+  look.change = change;
+  look.lookedMs = now;
+  look.types = typesHash;
+  look.pauseMs = PauseAfter(look.found, typesStay, now - look.changedMs, now - g_lastClipboardPrepareMs);
+  g_lastLook = look;  // not when an exception ended the look: the next call makes it
 }

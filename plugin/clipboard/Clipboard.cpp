@@ -5,9 +5,9 @@
 #include <utility>
 #include <vector>
 
+#include "Utf8.h"
 #include "clipboard/ClipboardTypes.h"
 #include "clipboard/Pasteboard.h"
-#include "Utf8.h"
 
 namespace {
 
@@ -16,10 +16,10 @@ constexpr char kStringRefused[] = "ERROR: NSPasteboard setString failed";
 constexpr char kDataRefused[] = "ERROR: NSPasteboard setData failed for type: ";
 constexpr std::size_t kHeaderBytes = 4;
 
-using Types = std::vector<std::string>;
+using Names = std::vector<std::string>;
 
 // FileMaker reads its private flavours through the older view, so that one comes first.
-bool WriteItems(Pasteboard& pasteboard, const Types& candidates, const std::string& xml) {
+bool WriteItems(Pasteboard& pasteboard, const Names& candidates, const std::string& xml) {
   if (!pasteboard.OpenItems() || !pasteboard.ClearItems()) return false;
   for (const auto& type : candidates) {
     if (!pasteboard.PutFlavor(type, xml)) return false;
@@ -29,8 +29,8 @@ bool WriteItems(Pasteboard& pasteboard, const Types& candidates, const std::stri
   return true;
 }
 
-bool WriteTypes(Pasteboard& pasteboard, const Types& candidates, const std::string& xml, std::string& error) {
-  Types types;
+bool WriteTypes(Pasteboard& pasteboard, const Names& candidates, const std::string& xml, std::string& error) {
+  Names types;
   for (const auto& type : candidates) {
     if (IsUtf8(type)) types.push_back(type);
   }
@@ -49,7 +49,7 @@ bool WriteTypes(Pasteboard& pasteboard, const Types& candidates, const std::stri
 }
 
 // An earlier item's lower-ranked flavour beats a later item's higher-ranked one.
-bool ReadItems(Pasteboard& pasteboard, const Types& candidates, std::string& data) {
+bool ReadItems(Pasteboard& pasteboard, const Names& candidates, std::string& data) {
   if (!pasteboard.OpenItems()) return false;
   pasteboard.SynchronizeItems();
   const std::size_t count = pasteboard.ItemCount();
@@ -61,7 +61,7 @@ bool ReadItems(Pasteboard& pasteboard, const Types& candidates, std::string& dat
   return false;
 }
 
-bool ReadTypes(Pasteboard& pasteboard, const Types& candidates, std::string& data) {
+bool ReadTypes(Pasteboard& pasteboard, const Names& candidates, std::string& data) {
   const std::string type = pasteboard.AvailableType(candidates);
   return !type.empty() && pasteboard.DataForType(type, data);
 }
@@ -79,13 +79,13 @@ namespace Clipboard {
 std::string BuildClipboardType(const std::string& code) { return "Mac-" + code; }
 
 bool SetXML(const std::string& code, const std::string& xml, std::string& error) {
-  const Types candidates = BuildClipboardTypeCandidates(code);
+  const Names candidates = BuildClipboardTypeCandidates(code);
   const auto pasteboard = Pasteboard::Open();
   return WriteItems(*pasteboard, candidates, xml) || WriteTypes(*pasteboard, candidates, xml, error);
 }
 
 bool GetXML(const std::string& code, std::string& xml, std::string&) {
-  const Types candidates = BuildClipboardTypeCandidates(code);
+  const Names candidates = BuildClipboardTypeCandidates(code);
   const auto pasteboard = Pasteboard::Open();
   std::string data;
   if (ReadItems(*pasteboard, candidates, data) || ReadTypes(*pasteboard, candidates, data)) DropHeader(data);
@@ -93,9 +93,13 @@ bool GetXML(const std::string& code, std::string& xml, std::string&) {
   return true;
 }
 
+std::optional<std::uint64_t> ChangeCount() { return Pasteboard::Open()->ChangeCount(); }
+
+std::vector<std::string> Types() { return Pasteboard::Open()->Types(); }
+
 bool GetFormats(std::string& list, std::string&) {
   std::string names;
-  for (const auto& type : Pasteboard::Open()->Types()) names += type + '\n';
+  for (const auto& type : Types()) names += type + '\n';
   list = std::move(names);
   return true;
 }

@@ -2,7 +2,10 @@
 // operation returns false and sets `error` when it fails; `error` is never cleared. FileMaker's main thread only.
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace Clipboard {
 
@@ -15,6 +18,13 @@ bool SetXML(const std::string& code, const std::string& xml, std::string& error)
 /// The XML of the kind `code`, "" when the clipboard has none; always true. A four-byte header that the host may have
 /// put in front is dropped.
 bool GetXML(const std::string& code, std::string& xml, std::string& error);
+
+/// Differs whenever the clipboard has been written to since the last call, by whichever program; only equality means
+/// anything. Nothing where the system does not report changes. Costs microseconds.
+std::optional<std::uint64_t> ChangeCount();
+
+/// The names of all types on the clipboard, in its order. Reads no data.
+std::vector<std::string> Types();
 
 /// The names of all types on the clipboard, each followed by a line feed; always true.
 bool GetFormats(std::string& list, std::string& error);

@@ -33,6 +33,9 @@ const std::vector<Kind>& Kinds() {
   return kinds;
 }
 
+// How the "dyn." name of every code that begins with "XM" begins, of those too that no table lists.
+constexpr std::string_view kDynamicKindPrefix = "dyn.ah62d4rv4gk8zuxn";
+
 // What Carbon made visible of a four-character flavour type; "" for any other code.
 std::string LegacyFlavorName(const std::string& code) {
   if (code.size() != kCodeLength) return {};
@@ -136,6 +139,17 @@ std::string DetectXmlClipboardType(const std::string& xml) {
 bool HoldsSnippet(const std::string& text, std::size_t begin) {
   const std::size_t rare = begin + kSnippetMark.find('x');
   return rare < text.size() && HoldsMark(text, rare, text.size(), kSnippetMark, 'x');
+}
+
+bool IncludeFileMakerType(const std::vector<std::string>& types) {
+  std::vector<std::string> candidates;
+  for (const auto& kind : Kinds()) {
+    for (auto& name : BuildClipboardTypeCandidates(std::string(kind.code))) candidates.push_back(std::move(name));
+  }
+  return std::any_of(types.begin(), types.end(), [&](const std::string& type) {
+    return type.starts_with(kDynamicKindPrefix) ||
+           std::find(candidates.begin(), candidates.end(), type) != candidates.end();
+  });
 }
 
 bool ProbeFileMakerClipboardXML(std::string& code, std::string& xml, std::string& error) {

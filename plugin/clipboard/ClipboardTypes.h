@@ -19,6 +19,9 @@ std::string DetectXmlClipboardType(const std::string& xml);
 /// Whether "<fmxmlsnippet", which marks a plain text as FileMaker XML, stands in `text` at `begin` or later.
 bool HoldsSnippet(const std::string& text, std::size_t begin = 0);
 
+/// Whether FileMaker XML of any kind can stand under one of `types`, the names that the pasteboard reports.
+bool IncludeFileMakerType(const std::vector<std::string>& types);
+
 /// Finds the first kind on the pasteboard that holds anything. When there is none, returns false with `code` and `xml`
 /// untouched and `error` set to the first error of a read, if there was any.
 bool ProbeFileMakerClipboardXML(std::string& code, std::string& xml, std::string& error);

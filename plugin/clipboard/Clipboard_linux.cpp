@@ -4,11 +4,11 @@
 #include <optional>
 #include <utility>
 
+#include "Utf8.h"
 #include "clipboard/Pasteboard.h"
 #include "clipboard/PasteboardContent.h"
 #include "clipboard/x11/Latin1.h"
 #include "clipboard/x11/SystemClipboard.h"
-#include "Utf8.h"
 
 namespace {
 
@@ -20,6 +20,8 @@ class LinuxPasteboard : public Pasteboard {
   ~LinuxPasteboard() override {
     if (draft_ != nullptr) clipboard_.Publish(draft_);
   }
+
+  std::optional<std::uint64_t> ChangeCount() override { return clipboard_.ChangeCount(); }
 
   void DeclareTypes(bool text, const std::vector<std::string>& types) override {
     auto draft = std::make_shared<PasteboardContent>(text, types);  // before others wait for it to be published

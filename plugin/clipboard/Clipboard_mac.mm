@@ -5,6 +5,8 @@
 #import <AppKit/AppKit.h>
 #import <ApplicationServices/ApplicationServices.h>
 
+#include <functional>
+#include <string>
 #include <type_traits>
 
 namespace {
@@ -72,6 +74,13 @@ class MacPasteboard : public Pasteboard {
   ~MacPasteboard() override {
     items_.reset();
     [pool_ drain];
+  }
+
+  // The number stays the same while an owner goes on adding types to what it has declared, so they count too.
+  std::optional<std::uint64_t> ChangeCount() override {
+    std::string state = std::to_string(Ask([](NSPasteboard* general) { return [general changeCount]; }));
+    for (const auto& type : Types()) state += '\n' + type;
+    return std::hash<std::string>{}(state);
   }
 
   bool OpenItems() override {

@@ -3,7 +3,9 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,6 +17,10 @@ class Pasteboard {
   /// The seam itself, defined once per system; never null. Touches the pasteboard only when a method is called.
   static std::unique_ptr<Pasteboard> Open();
   virtual ~Pasteboard() = default;
+
+  /// A number that differs whenever another program or this one has written since it was last asked for. Only equality
+  /// means anything. Nothing where the system does not report changes. Reads no data and waits for no other program.
+  virtual std::optional<std::uint64_t> ChangeCount() = 0;
 
   // The older view, which only macOS has: elsewhere these stay as they are. The others are called only after OpenItems
   // has succeeded.

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
 #include <functional>
+#include <optional>
 #include <set>
 #include <string>
 #include <utility>
@@ -27,8 +29,12 @@ struct FakePasteboard {
   std::vector<std::string> calls;
   /// Called before each of them is carried out.
   std::function<void()> onCall;
-  /// How often the content was replaced.
+  /// How often the content was replaced here.
   int writes = 0;
+  /// Another number after each replacement, by whomever, and in each fake; nothing where changes are not reported.
+  std::optional<std::uint64_t> change = NextChange();
+  /// How often data was read, or searched for.
+  int reads = 0;
   /// Whether it still is what was written here; only that may be added to.
   bool isOurs = false;
 
@@ -38,6 +44,11 @@ struct FakePasteboard {
   static FakePasteboard*& Current() {
     static FakePasteboard* current = nullptr;
     return current;
+  }
+
+  static std::uint64_t NextChange() {
+    static std::uint64_t last = 0;
+    return ++last;
   }
 
   bool Accept(const std::string& call) {
@@ -74,10 +85,16 @@ struct FakePasteboard {
   }
   std::string Text() const { return Bytes(kText); }
 
+  void Clear() {
+    items.clear();
+    declared.clear();
+    if (change) change = NextChange();
+  }
+
   /// As if another program had replaced the content.
   void Replace(Item item) {
+    Clear();
     items = {std::move(item)};
-    declared.clear();
     isOurs = false;
   }
 };
@@ -86,14 +103,15 @@ class FakePasteboardAccess : public Pasteboard {
  public:
   explicit FakePasteboardAccess(FakePasteboard& fake) : fake_(fake) {}
 
+  std::optional<std::uint64_t> ChangeCount() override { return fake_.change; }
+
   bool OpenItems() override {
     fake_.isSynchronized = false;
     return fake_.hasItems && fake_.Accept("OpenItems");
   }
   bool ClearItems() override {
     if (!fake_.Accept("ClearItems")) return false;
-    fake_.items.clear();
-    fake_.declared.clear();
+    fake_.Clear();
     ++fake_.writes;
     return fake_.isOurs = fake_.isSynchronized = true;
   }
@@ -105,16 +123,17 @@ class FakePasteboardAccess : public Pasteboard {
     return fake_.isSynchronized && fake_.Accept("ItemCount") ? fake_.items.size() : 0;
   }
   bool CopyFlavor(std::size_t item, const std::string& type, std::string& bytes) override {
+    ++fake_.reads;
     return fake_.Accept("CopyFlavor " + type) && FakePasteboard::Find(fake_.items.at(item - 1), type, bytes);
   }
 
   void DeclareTypes(bool text, const std::vector<std::string>& types) override {
+    fake_.isOurs = fake_.Accept("DeclareTypes");
+    if (!fake_.isOurs) return;
     ++fake_.writes;
-    fake_.items.clear();
-    fake_.isOurs = true;
+    fake_.Clear();
     fake_.declared = types;
     if (text) fake_.declared.insert(fake_.declared.begin(), FakePasteboard::kText);
-    fake_.Accept("DeclareTypes");
   }
   bool SetData(const std::string& type, const std::string& bytes) override {
     const auto& declared = fake_.declared;
@@ -130,9 +149,13 @@ class FakePasteboardAccess : public Pasteboard {
     return {};
   }
   bool DataForType(const std::string& type, std::string& bytes) override {
+    ++fake_.reads;
     return fake_.Accept("DataForType " + type) && FakePasteboard::Find(fake_.Entries(), type, bytes);
   }
-  std::string String() override { return fake_.Text(); }
+  std::string String() override {
+    ++fake_.reads;
+    return fake_.Text();
+  }
   std::vector<std::string> Types() override {
     std::vector<std::string> types;
     for (const auto& entry : fake_.Entries()) types.push_back(entry.first);

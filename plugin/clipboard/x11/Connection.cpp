@@ -73,11 +73,25 @@ bool Connection::WaitUntil(const std::function<bool()>& done, std::int64_t deadl
       continue;
     }
     pollfd descriptors[] = {{xcb_get_file_descriptor(connection_), POLLIN, 0}, {wakeFd_, POLLIN, 0}};
+    asleep_ = true;
     poll(descriptors, std::size(descriptors), static_cast<int>(std::min<std::int64_t>(deadline - now, INT_MAX)));
+    asleep_ = false;
     eventfd_t count;
     if ((descriptors[1].revents & POLLIN) != 0) eventfd_read(wakeFd_, &count);
   }
   return true;
+}
+
+// In this order: what is no longer waiting on the socket has woken the thread, which does not sleep again before it has
+// handled it.
+bool Connection::IsAtRest() const {
+  pollfd socket{xcb_get_file_descriptor(connection_), POLLIN, 0};
+  return poll(&socket, 1, 0) == 0 && asleep_;
+}
+
+void Connection::CatchUp() {
+  OwnerOf(atoms_.clipboard);  // its answer comes after every earlier event
+  HandleArrivedEvents();
 }
 
 void Connection::HandleArrivedEvents() {

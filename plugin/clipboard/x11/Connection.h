@@ -75,6 +75,10 @@ class Connection {
   /// Handles events until `done`. False when `deadline` (SteadyMilliseconds) passes first or the connection is lost.
   bool WaitUntil(const std::function<bool()>& done, std::int64_t deadline);
 
+  /// Whether the thread sleeps in WaitUntil and has handled everything that has come from the server. Any thread.
+  bool IsAtRest() const;
+  /// Handles everything that the server has sent up to this call.
+  void CatchUp();
   /// Handles the events that came with, or before, the last reply.
   void HandleArrivedEvents();
 
@@ -98,6 +102,7 @@ class Connection {
   Atoms atoms_{};
   std::size_t maxPropertyBytes_ = 0;
   std::atomic<unsigned> progress_ = 0;
+  std::atomic<bool> asleep_ = false;
   std::unordered_map<std::string, xcb_atom_t> atomsByName_;
   std::unordered_map<xcb_atom_t, std::string> namesByAtom_;
   std::map<xcb_window_t, int> watched_;

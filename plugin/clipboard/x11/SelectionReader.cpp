@@ -5,9 +5,9 @@
 #include <string_view>
 #include <utility>
 
+#include "Utf8.h"
 #include "clipboard/PasteboardContent.h"
 #include "core/Clock.h"
-#include "Utf8.h"
 
 namespace x11 {
 

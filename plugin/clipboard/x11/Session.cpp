@@ -54,6 +54,7 @@ void Session::Run(const std::string& display) {
   if (connection_->Prepare()) {
     owner_.emplace(*connection_);
     reader_.emplace(*connection_);
+    watch_.emplace(*connection_);
     SetState(State::kConnected);
     Serve();
   }
@@ -67,6 +68,7 @@ void Session::Serve() {
     try {
       owner_->Handle(event);
       reader_->Handle(event);
+      watch_->Handle(event);
     } catch (const std::bad_alloc&) {  // too large a value for this machine: its receiver will give up
     }
   });
@@ -139,6 +141,12 @@ bool Session::AcquireIfFree(const PasteboardContent& content) {
     if (acquired) owner_->Publish(content);
   });
   return acquired;
+}
+
+std::optional<std::uint64_t> Session::OwnerChanges() {
+  if (state_ != State::kConnected) return std::nullopt;
+  if (!connection_->IsAtRest()) Call([&] { connection_->CatchUp(); });
+  return watch_->Changes();
 }
 
 std::vector<Target> Session::Targets() {

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -15,6 +16,7 @@
 
 #include "clipboard/PasteboardContent.h"
 #include "clipboard/x11/Connection.h"
+#include "clipboard/x11/OwnerWatch.h"
 #include "clipboard/x11/SelectionOwner.h"
 #include "clipboard/x11/SelectionReader.h"
 #include "core/FileDescriptor.h"
@@ -45,6 +47,9 @@ class Session {
   void Publish(const PasteboardContent& content);
   /// Takes the selection for `content` unless another program owns it.
   bool AcquireIfFree(const PasteboardContent& content);
+  /// How often the selection has changed hands, up to this call; nothing when the server does not report it. Waits for
+  /// the server only when something has just come from it.
+  std::optional<std::uint64_t> OwnerChanges();
   /// As SelectionReader has them.
   std::vector<Target> Targets();
   std::optional<Property> Read(xcb_atom_t target);
@@ -70,6 +75,7 @@ class Session {
   std::unique_ptr<Connection> connection_;
   std::optional<SelectionOwner> owner_;
   std::optional<SelectionReader> reader_;
+  std::optional<OwnerWatch> watch_;
   std::thread thread_;
 };
 

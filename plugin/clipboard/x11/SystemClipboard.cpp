@@ -26,12 +26,27 @@ SystemClipboard::SystemClipboard()
       patience_(kPatience),
       process_(getpid()) {}
 
-// In a process that the host has forked there is no thread to end, and the connection is still the host's. A thread
-// that waits for a server that never answers cannot be ended; it owns all it touches.
 SystemClipboard::~SystemClipboard() {
-  const bool cannotEnd =
-      getpid() != process_ || (session_ != nullptr && session_->state() == Session::State::kConnecting);
-  if (cannotEnd) static_cast<void>(session_.release());
+  LeaveSessionToParent();
+  // A thread that waits for a server that never answers cannot be ended; it owns all it touches.
+  if (session_ != nullptr && session_->state() == Session::State::kConnecting) static_cast<void>(session_.release());
+}
+
+// A process that the host has forked lacks the session's thread, and the connection is the host's.
+bool SystemClipboard::LeaveSessionToParent() {
+  const bool isForked = getpid() != process_;
+  if (isForked) static_cast<void>(session_.release());
+  return isForked;
+}
+
+std::optional<std::uint64_t> SystemClipboard::ChangeCount() {
+  Session* const session = ConnectedSession();
+  if (session == nullptr) return changes_;
+  const auto ownerChanges = session->OwnerChanges();
+  if (!ownerChanges) return std::nullopt;
+  if (*ownerChanges != seenOwnerChanges_) ++changes_;
+  seenOwnerChanges_ = *ownerChanges;
+  return changes_;
 }
 
 const PasteboardContent* SystemClipboard::OwnContent() {
@@ -57,11 +72,13 @@ bool SystemClipboard::Acquire() {
 
 void SystemClipboard::Publish(std::shared_ptr<const PasteboardContent> content) {
   content_ = std::move(content);
+  ++changes_;
   if (session_ != nullptr && session_->OwnsSelection()) session_->Publish(*content_);
 }
 
 /// Null when there is no server, or none that has answered yet.
 Session* SystemClipboard::ConnectedSession() {
+  if (LeaveSessionToParent()) return nullptr;
   DropClosedSession();
   if (session_ == nullptr) {
     const char* const display = std::getenv("DISPLAY");
@@ -77,6 +94,8 @@ Session* SystemClipboard::ConnectedSession() {
     // What was written without a server goes to this one, unless another program has its clipboard already.
     if (!content_->Types().empty()) session_->AcquireIfFree(*content_);
     contentOffered_ = session_->state() == Session::State::kConnected;
+    seenOwnerChanges_ = 0;
+    ++changes_;
   }
   return session_.get();
 }

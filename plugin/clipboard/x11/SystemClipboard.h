@@ -26,6 +26,9 @@ class SystemClipboard {
   SystemClipboard(const SystemClipboard&) = delete;
   SystemClipboard& operator=(const SystemClipboard&) = delete;
 
+  /// As Pasteboard has it. Nothing on a server that does not report who takes the clipboard.
+  std::optional<std::uint64_t> ChangeCount();
+
   /// The content of the clipboard, valid until the next call; null when another program has it, or nobody.
   const PasteboardContent* OwnContent();
   /// What another program has; see SelectionReader.
@@ -40,12 +43,15 @@ class SystemClipboard {
   SystemClipboard();
   ~SystemClipboard();
 
+  bool LeaveSessionToParent();
   Session* ConnectedSession();
   void DropClosedSession();
 
   std::shared_ptr<const PasteboardContent> content_;  // nothing unless it is this program's own
   std::unique_ptr<Session> session_;
   bool contentOffered_ = false;  // to the session, when it was new
+  std::uint64_t changes_ = 0;
+  std::uint64_t seenOwnerChanges_ = 0;  // of those that the session has counted
   std::int64_t nextAttempt_;
   std::chrono::milliseconds patience_;  // with it
   const pid_t process_;

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <tuple>
 
 #include "bridge/BridgeState.h"
@@ -226,28 +227,36 @@ TEST_F(ClipboardTest, IdleMirrorsFileMakersOwnFlavourUnderEveryName) {
 
 TEST_F(ClipboardTest, IdleTriesWhatFailedAgain) {
   fake.hasItems = false;
-  for (const auto& [copied, code, tries] : {std::tuple(kCopiedText, "XMSS", 2), {{{"Table", "<x/>"}}, "XMTB", 10}}) {
-    fake.writes = 0;
-    fake.refused = {"SetString"};
-    for (int i = 0; i < 10; ++i, now += 100) IdleAfter(copied);
-    EXPECT_EQ(fake.writes, tries) << code;
-    fake.refused.clear();
-    IdleAfter(copied);
-    ExpectXml(code, copied.front().second);
+  for (const char* refusal : {"SetString", "DeclareTypes"}) {
+    for (const auto& [copied, code, tries] : {std::tuple(kCopiedText, "XMSS", 2), {{{"Table", "<x/>"}}, "XMTB", 10}}) {
+      g_lastMirroredClipboardHash = g_lastPreparedClipboardHash = 0;
+      g_lastClipboardPrepareMs = 0;
+      fake.Replace(copied);
+      fake.calls.clear();
+      fake.refused = {refusal};
+      for (int i = 0; i < 10; ++i, now += 100) {
+        KeepClipboardConvertible();
+        if (fake.isOurs) fake.Replace(copied);
+      }
+      EXPECT_EQ(std::count(fake.calls.begin(), fake.calls.end(), "DeclareTypes"), tries) << refusal << " " << code;
+      fake.refused.clear();
+      KeepClipboardConvertible();
+      ExpectXml(code, copied.front().second);
+    }
   }
 }
 
 TEST_F(ClipboardTest, IdleKeepsContentTogetherThatAnotherProgramReplacesMeanwhile) {
   const FakePasteboard::Item copies[] = {kCopiedText, {{"Mac-XMTB", "<fmxmlsnippet><BaseTable/></fmxmlsnippet>"}}};
   for (const bool textFirst : {true, false}) {
-    std::size_t calls = 1;
-    for (std::size_t call = 1; call <= calls; ++call, now += 1000) {
+    std::size_t calls = 0;  // of a look that nothing disturbs, which comes first
+    for (std::size_t call = 0; call <= calls; ++call, now += 1000) {
       fake.calls.clear();
       fake.onCall = [&] {
         if (fake.calls.size() == call) fake.Replace(copies[textFirst]);
       };
       IdleAfter(copies[!textFirst]);
-      calls = fake.calls.size();
+      calls = std::max(calls, fake.calls.size());
       fake.onCall = nullptr;
       for (int i = 0; i < 3; ++i, now += 1000) KeepClipboardConvertible();
       ExpectXml(fake.Bytes("Mac-XMTB").empty() ? "XMSS" : "XMTB", fake.Text());
@@ -263,6 +272,69 @@ TEST_F(ClipboardTest, IdleLeavesOtherClipboardsAlone) {
     for (int i = 0; i < 12; ++i, now += 100) KeepClipboardConvertible();
   }
   EXPECT_EQ(fake.writes, 0);
+}
+
+// Ten seconds of idle calls after a copy, in each of which `reads` data is read at most.
+TEST_F(ClipboardTest, IdleReadsDataOnlyAfterAChange) {
+  const struct {
+    const char* copied;
+    FakePasteboard::Item item;
+    bool isReported;
+    int leastReads, mostReads;
+  } cases[] = {
+      {"a text", {{FakePasteboard::kText, "just text"}}, true, 1, 1},
+      {"a text where changes are not reported", {{FakePasteboard::kText, "just text"}}, false, 100, 100},
+      {"XML as text, read before, for and after its preparation", kCopiedText, true, 3, 3},
+      {"a table of FileMaker's, read for mirroring and after it", {{"Mac-XMTB", "<fmxmlsnippet/>"}}, true, 3, 40},
+      {"a picture, ever more rarely", {{"picture", "p"}}, true, 1, 6},
+      {"an iPhone's XML", {{FakePasteboard::kText, kSnippet}, {"com.apple.is-remote-clipboard", ""}}, true, 0, 0},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.copied);
+    fake.change.reset();
+    if (c.isReported) fake.change = FakePasteboard::NextChange();
+    fake.Replace(c.item);
+    fake.reads = 0;
+    g_lastClipboardPrepareMs = now - 100;
+    for (int i = 0; i < 100; ++i, now += 100) KeepClipboardConvertible();
+    EXPECT_GE(fake.reads, c.leastReads);
+    EXPECT_LE(fake.reads, c.mostReads);
+  }
+}
+
+TEST_F(ClipboardTest, IdleSearchesNoItemForTypesThatThePasteboardDoesNotList) {
+  fake.Replace({{FakePasteboard::kText, "a file"}, {"public.file-url", "file:///a"}});
+  fake.items.resize(2000, {{"public.file-url", "file:///b"}});
+  for (int i = 0; i < 100; ++i, now += 100) KeepClipboardConvertible();
+  EXPECT_EQ(fake.reads, 1);
+  EXPECT_EQ(std::count(fake.calls.begin(), fake.calls.end(), "CopyFlavor Mac-XMSS"), 0);
+  fake.items.front() = {{"dyn.ah62d4rv4gk8zuxn0mu", "a name of macOS's for XMVL"}};
+  fake.change = FakePasteboard::NextChange();
+  KeepClipboardConvertible();
+  EXPECT_EQ(std::count(fake.calls.begin(), fake.calls.end(), "CopyFlavor Mac-XMSS"), 2000) << "else every item is";
+}
+
+// Programs declare first, or clear, and add later; that need not be reported.
+TEST_F(ClipboardTest, IdleFindsWhatIsAddedWithinTwoSeconds) {
+  constexpr char kTable[] = "<fmxmlsnippet><BaseTable/></fmxmlsnippet>";
+  for (const auto& before : {FakePasteboard::Item{}, {{"Mac-XMTB", ""}}, {{FakePasteboard::kText, "Parts"}}}) {
+    g_lastMirroredClipboardHash = 0;
+    IdleAfter(before);
+    fake.items = {{{"Mac-XMTB", kTable}}};
+    for (int i = 0; i < 20; ++i) {
+      now += 100;
+      KeepClipboardConvertible();
+    }
+    ExpectXml("XMTB", kTable);
+  }
+}
+
+TEST_F(ClipboardTest, IdlePreparesWhatTheFunctionsPutThere) {
+  KeepClipboardConvertible();
+  EXPECT_EQ(CallHandler(Do_SetTextClipboard, {kSnippet}), "OK");
+  now += 500;
+  KeepClipboardConvertible();
+  ExpectXml("XMSS", kSnippet);
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 // Servers that are missing, hang, die and are followed by others; programs that end and unload.
 #include <dlfcn.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <csignal>
@@ -41,6 +43,16 @@ TEST_F(PasteboardLifetime, OurContentSurvivesTheServerAndGoesToTheNext) {
   other_.emplace(server_->display());
   ConnectTo(server_->display());
   ExpectOursUntilItIsServed();
+  EXPECT_EQ(XclipPastes("XMSS"), "ours");
+}
+
+TEST_F(PasteboardLifetime, AForkedProcessLeavesTheServerToItsParent) {
+  ASSERT_TRUE(Write("ours", {"XMSS"}));
+  const pid_t child = fork();
+  if (child == 0) _exit(Text() == "ours" && Write("the child's", {}) ? 0 : 1);
+  int status = -1;
+  waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0);
   EXPECT_EQ(XclipPastes("XMSS"), "ours");
 }
 

@@ -10,9 +10,10 @@
 class XServer {
  public:
   /// Running and ready when made; `display` is empty when it could not be started.
-  XServer() {
+  explicit XServer(const std::string& options = "") {
     // The shell tells its process, which the server takes over.
-    output_ = popen("echo $$; exec " XVFB " -displayfd 1 -terminate -nolisten tcp 2>/dev/null", "re");
+    const std::string command = "echo $$; exec " XVFB " -displayfd 1 -terminate -nolisten tcp " + options;
+    output_ = popen((command + " 2>/dev/null").c_str(), "re");
     int number = 0;
     if (std::fscanf(output_, "%d %d", &process_, &number) == 2) display_ = ":" + std::to_string(number);
   }

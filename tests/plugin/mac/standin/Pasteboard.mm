@@ -49,10 +49,14 @@ FakePasteboardAccess General() {
   return general;
 }
 
+- (NSInteger)changeCount {
+  return static_cast<NSInteger>(General().ChangeCount().value_or(FakePasteboard::NextChange()));
+}
+
 - (NSInteger)declareTypes:(NSArray*)types owner:(id)owner {
   if (owner != nil) StandIn::Misuse("an owner, which the stand-in does not ask for data");
   General().DeclareTypes(false, Utf8(types));
-  return Store().writes;
+  return [self changeCount];
 }
 
 - (BOOL)setData:(NSData*)data forType:(NSPasteboardType)type {

@@ -9,6 +9,7 @@ extern NSPasteboardType const NSPasteboardTypeString;
 
 @interface NSPasteboard : NSObject
 + (NSPasteboard*)generalPasteboard;
+- (NSInteger)changeCount;
 - (NSInteger)declareTypes:(NSArray*)types owner:(id)owner;
 - (BOOL)setData:(NSData*)data forType:(NSPasteboardType)type;
 - (BOOL)setString:(NSString*)string forType:(NSPasteboardType)type;
