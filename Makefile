@@ -4,7 +4,7 @@ PREFIX := /usr/local
 JOBS := $(shell getconf _NPROCESSORS_ONLN)
 MAKEFLAGS += --no-print-directory
 
-.PHONY: run help test test-sanitizers bench fuzz plugin service bundle install uninstall clean
+.PHONY: run help test test-sanitizers check bench fuzz plugin service bundle install uninstall clean
 
 ## run              the local service and the simulated FileMaker with the plug-in: a prompt on a terminal, otherwise a tour
 ##                  of every function and command; SOLUTION=path/to/export.xml opens a solution of your own
@@ -31,6 +31,12 @@ test-sanitizers:
 	cmake --preset tsan -B $(BUILD)/thread
 	cmake --build $(BUILD)/thread -j $(JOBS) --target threaded_tests
 	ctest --test-dir $(BUILD)/thread --output-on-failure -L thread
+
+## check            format, lint, include directions, file and function length
+check:
+	scripts/install-packages.sh plugin service simulator test check
+	cmake --preset release -B $(BUILD) > /dev/null
+	scripts/check.sh $(BUILD)
 
 ## bench            speed compared with well-known libraries; fails below the demanded ratios
 bench:

@@ -1,0 +1,80 @@
+#!/usr/bin/env bash
+# check.sh BUILD: what compiler and tests do not check. BUILD is a configured build directory. Prints the findings, and
+# fails if there are any.
+set -uo pipefail
+cd "$(dirname "$0")/.." || exit
+build=$1
+format_version=14  # the versions of clang-format disagree, so one decides: that of Debian 12
+failed=0
+
+# report WHAT: the findings are on standard input.
+report() {
+  local findings
+  findings=$(cat)
+  [ -n "$findings" ] || return 0
+  printf '== %s\n%s\n' "$1" "$findings"
+  failed=1
+}
+
+# Within the plug-in, includes run bridge -> schema -> net -> clipboard, host -> core. Only the entry point and the
+# function table name everything.
+upward_includes() {
+  git grep -n '^#include "' -- plugin ':!plugin/core/VarnixPlugin.cpp' ':!plugin/core/FunctionTable.cpp' |
+    awk -F: 'BEGIN { level["core"] = 0; level["clipboard"] = level["host"] = 1; level["net"] = 2; level["schema"] = 3
+                     level["bridge"] = 4 }
+             { split($1, path, "/"); split($3, parts, "[\"/]"); from = path[2]; to = parts[2] }
+             from != to && to in level && level[to] >= level[from]'
+}
+
+# The other programs share no code with the plug-in, or the plug-in with them.
+includes_of_the_plugin() {
+  git grep -n '^#include "' -- sim service solution text | while IFS=: read -r file line include; do
+    path=${include#*\"}
+    [ ! -e "plugin/${path%\"*}" ] || echo "$file:$line:$include"
+  done
+}
+
+long_files() {
+  git ls-files -- '*.cpp' '*.h' '*.mm' '*.js' '*.css' '*.html' '*.py' '*.sh' '*.cmake' '*CMakeLists.txt' Makefile |
+    xargs wc -l | awk '$2 != "total" && $1 > 400 { print $2 ": " $1 " lines" }'
+}
+
+# A function begins at the left margin and ends with a brace there. clang-tidy sees those within classes.
+long_functions() {
+  # shellcheck disable=SC2016 # awk's own variables
+  git ls-files -- '*.cpp' '*.h' '*.mm' '*.js' '*.sh' .ci/run | xargs awk '
+    FNR == 1 { inside = 0; start = "" }
+    !inside && /^[-+A-Za-z_~:]/ { start = $0; first = FNR }
+    !inside && /\{$/ && start !~ /^(namespace|extern "C"|class|struct|enum|union)/ { inside = 1 }
+    inside && /^}$/ && FNR - first >= 60 { print FILENAME ":" first ": " FNR - first + 1 " lines" }
+    /^}/ { inside = 0 }'
+}
+
+unformatted_files() {
+  git ls-files -z -- '*.cpp' '*.h' '*.mm' | xargs -0 "$1" --dry-run 2>&1 | grep 'warning:'
+}
+
+shell_findings() {
+  git ls-files -z -- '*.sh' .ci/run | xargs -0 shellcheck --format=gcc
+}
+
+# The programs that users run. The tests would take three times as long.
+tidy_findings() {
+  sed -n 's/^ *"file": "\(.*\)".*/\1/p' "$build/compile_commands.json" | LC_ALL=C sort -u |
+    grep -E "^$PWD/(plugin|sim|service|solution|text)/" | grep -v '_mac\.cpp$' |
+    xargs -P "$(nproc)" -I '{}' clang-tidy -p "$build" --quiet '{}' 2>/dev/null
+}
+
+report "upward includes" < <(upward_includes)
+report "includes of the plug-in in another program" < <(includes_of_the_plugin)
+report "files of more than 400 lines" < <(long_files)
+report "functions of more than 60 lines" < <(long_functions)
+report "shellcheck" < <(shell_findings)
+format=$(command -v clang-format-$format_version || command -v clang-format)
+if "$format" --version | grep -q " version $format_version\."; then
+  report "not formatted" < <(unformatted_files "$format")
+else
+  echo "NOT CHECKED: the format, for lack of clang-format $format_version"
+fi
+report "clang-tidy" < <(tidy_findings)
+exit $failed
