@@ -56,9 +56,9 @@ std::string Call(fmx::ExprEnv* env, const char* function, std::initializer_list<
   return Eval(env, expression + ')');
 }
 
-std::string_view Keep(Tables& tables, std::string result) { return tables.results.emplace_back(std::move(result)); }
+const std::string& Keep(Tables& tables, std::string result) { return tables.results.emplace_back(std::move(result)); }
 
-void AddQueryRows(std::string_view rows, Tables& tables) {
+void AddQueryRows(const std::string& rows, Tables& tables) {
   std::vector<FieldInfo>* fields = nullptr;
   std::string_view fieldsOf;
   for (const auto row : NonEmptyLines(rows)) {
@@ -87,8 +87,9 @@ void AddNamedTables(fmx::ExprEnv* env, const std::string& fileArgument, Tables& 
   for (const auto table : NonEmptyLines(Keep(tables, Call(env, "TableNames", {fileArgument})))) {
     tables.order.push_back(table);
     auto& fields = tables.fields[table];
-    const std::string_view names = Keep(tables, Call(env, "FieldNames", {fileArgument, Quoted(table)}));
-    for (const auto field : NonEmptyLines(names)) fields.push_back({field, {}, {}});
+    for (const auto field : NonEmptyLines(Keep(tables, Call(env, "FieldNames", {fileArgument, Quoted(table)})))) {
+      fields.push_back({field, {}, {}});
+    }
   }
 }
 
