@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "SampleText.h"
-#include "bridge/BridgeState.h"
+#include "core/State.h"
 #include "bridge/IdleLoop.h"
 #include "clipboard/Clipboard.h"
 #include "core/Clock.h"

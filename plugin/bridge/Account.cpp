@@ -2,7 +2,7 @@
 
 #include <charconv>
 
-#include "bridge/BridgeState.h"
+#include "core/State.h"
 
 namespace {
 

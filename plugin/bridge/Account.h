@@ -14,6 +14,6 @@ struct Account {
 /// The account in use. FileMaker's main thread only.
 Account CurrentAccount();
 
-/// `text` with "[account key]" in place of `licenseKey`, also where any of its bytes are percent-encoded: for texts that
-/// others may read. Any thread.
+/// `text` with "[account key]" in place of `licenseKey`, also where any of its bytes are percent-encoded: for texts
+/// that others may read. Any thread.
 std::string WithoutKey(std::string_view text, std::string_view licenseKey);

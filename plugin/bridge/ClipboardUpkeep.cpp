@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
-#include "bridge/BridgeState.h"
 #include "clipboard/Clipboard.h"
 #include "clipboard/ClipboardTypes.h"
 #include "core/Clock.h"
+#include "core/State.h"
 
 namespace {
 

@@ -6,15 +6,15 @@
 
 #include "bridge/Account.h"
 #include "bridge/Background.h"
-#include "bridge/BridgeState.h"
+#include "bridge/ContextFunctions.h"
 #include "bridge/CurrentContext.h"
+#include "bridge/Polling.h"
 #include "bridge/SchemaRequest.h"
 #include "bridge/ServiceMessages.h"
 #include "clipboard/Clipboard.h"
 #include "clipboard/ClipboardTypes.h"
+#include "core/State.h"
 #include "net/Json.h"
-#include "schema/ContextDebug.h"
-#include "schema/OpenFiles.h"
 
 namespace {
 
@@ -23,26 +23,30 @@ constexpr char kNoXml[] =
     "functions, or value lists in FileMaker first.";
 constexpr char kNoFile[] = "No FM file registered. Open your FM file and let Varnix.Register() run first.";
 
-/// What the service is to be told of a command that has ended.
+/// What a handler works on. The account is the one in use when the idle call began: an evaluation may let in a sign-in
+/// to another.
+struct Command {
+  PendingCmd received;
+  Account account;
+  const FMX_ExternCallStruct& call;
+
+  std::string Argument(const char* name) const { return JsonGetString(received.json, name); }
+};
+
+/// What to report of a command that has ended.
 struct Ending {
   std::optional<PushRecord> push;
-  bool succeeded = true;  // as far as is known before the push
-  std::string error;      // may be empty even so
+  std::optional<std::string> error;  // set when the command has failed, whatever comes of the push; may be empty
 };
 
-Ending Failed(std::string error) { return {.push = {}, .succeeded = false, .error = std::move(error)}; }
+Ending Completed(std::optional<PushRecord> push = std::nullopt) { return {std::move(push), std::nullopt}; }
+Ending Failed(std::string error) { return {std::nullopt, std::move(error)}; }
 
-/// A command, with the account that it came for: an evaluation may let in a sign-in to another one.
-struct Order {
-  PendingCmd command;
-  Account account;
-};
+/// Returns nothing when the command stays open.
+using Handler = std::optional<Ending> (*)(const Command& command);
 
-/// A handler returns nothing when its command stays open.
-using Handler = std::optional<Ending> (*)(const Order& order, const FMX_ExternCallStruct& call);
-
-std::optional<Ending> GetClipboard(const Order& order, const FMX_ExternCallStruct&) {
-  std::string type = JsonGetString(order.command.json, "xmlType");
+std::optional<Ending> GetClipboard(const Command& command) {
+  std::string type = command.Argument("xmlType");
   std::string xml, error;
   if (!type.empty() && type != "AUTO" && !Clipboard::GetXML(type, xml, error)) xml.clear();
   if (xml.empty()) {
@@ -50,54 +54,51 @@ std::optional<Ending> GetClipboard(const Order& order, const FMX_ExternCallStruc
     if (!ProbeFileMakerClipboardXML(type, xml, probeError) && error.empty()) error = probeError;
   }
   if (xml.empty()) return Failed(error.empty() ? kNoXml : error);
-  return Ending{.push = PushRecord{type, std::move(xml), std::nullopt}, .succeeded = true, .error = {}};
+  return Completed(PushRecord{type, std::move(xml), std::nullopt});
 }
 
-std::optional<Ending> GetClipboardFormats(const Order&, const FMX_ExternCallStruct&) {
+std::optional<Ending> GetClipboardFormats(const Command&) {
   std::string formats, error;
   const bool listed = Clipboard::GetFormats(formats, error);
-  return Ending{PushRecord{"CLIPBOARD_FORMATS", formats, "Clipboard Formats"}, listed, error};
+  Ending ending = Completed(PushRecord{"CLIPBOARD_FORMATS", formats, "Clipboard Formats"});
+  if (!listed) ending.error = error;
+  return ending;
 }
 
-PushRecord FileList(const FMX_ExternCallStruct& call) {
-  return {"FILE_LIST", BuildActiveFileList(CurrentContext(call).get()), "Open Files"};
+PushRecord FileList(const Command& command) {
+  return {"FILE_LIST", ActiveFiles(CurrentContext(command.call).get()), "Open Files"};
 }
 
-std::optional<Ending> ListFiles(const Order&, const FMX_ExternCallStruct& call) {
-  return Ending{.push = FileList(call), .succeeded = true, .error = {}};
+std::optional<Ending> ListFiles(const Command& command) { return Completed(FileList(command)); }
+
+std::optional<Ending> DebugContext(const Command& command) {
+  const std::string report = ContextReport(CurrentContext(command.call).get(), command.Argument("fileName"));
+  return Completed(PushRecord{"CONTEXT_DEBUG", report, "FileMaker Context Debug"});
 }
 
-std::optional<Ending> DebugContext(const Order& order, const FMX_ExternCallStruct& call) {
-  const std::string report =
-      BuildContextDebug(CurrentContext(call).get(), JsonGetString(order.command.json, "fileName"));
-  return Ending{PushRecord{"CONTEXT_DEBUG", report, "FileMaker Context Debug"}, true, {}};
-}
-
-std::optional<Ending> SetClipboard(const Order& order, const FMX_ExternCallStruct&) {
-  const std::string type = JsonGetString(order.command.json, "xmlType");
-  const std::string xml = JsonGetString(order.command.json, "xmlContent");
+std::optional<Ending> SetClipboard(const Command& command) {
   std::string error;
-  if (!Clipboard::SetXML(type, xml, error)) return Failed(error);
-  return Ending{};
+  const bool written = Clipboard::SetXML(command.Argument("xmlType"), command.Argument("xmlContent"), error);
+  return written ? Completed() : Failed(error);
 }
 
-std::optional<Ending> GetSchema(const Order& order, const FMX_ExternCallStruct& call) {
-  std::string target = JsonGetString(order.command.json, "fileName");
+std::optional<Ending> GetSchema(const Command& command) {
+  std::string target = command.Argument("fileName");
   if (target.empty()) target = g_registeredFileName;
   if (target.empty()) return Failed(kNoFile);
-  PushRecord files = FileList(call);
+  PushRecord files = FileList(command);
   if (!files.xmlContent.empty()) {
-    bg([account = order.account, files = std::move(files)] {
+    bg([account = command.account, files = std::move(files)] {
       std::string ignored;
       PostPushRecord(account, files, ignored);
     });
   }
-  ArmSchemaRequest(order.account, order.command.id, target);
+  ArmSchemaRequest(command.account, command.received.id, target);
   return std::nullopt;
 }
 
-std::optional<Ending> UnknownCommand(const Order& order, const FMX_ExternCallStruct&) {
-  return Failed("Unknown command type: " + order.command.type);
+std::optional<Ending> UnknownCommand(const Command& command) {
+  return Failed("Unknown command type: " + command.received.type);
 }
 
 constexpr struct {
@@ -116,27 +117,21 @@ Handler HandlerOf(const std::string& type) {
   return UnknownCommand;
 }
 
-void Report(const Account& account, const std::string& commandId, Ending ending) {
-  if (ending.push) {
-    std::string pushError;
-    const bool pushed = PostPushRecord(account, *ending.push, pushError);
-    if (ending.succeeded) {
-      ending.succeeded = pushed;
-      ending.error = pushError;
-    }
-  }
-  SendComplete(account.baseUrl, account.licenseKey, commandId, ending.succeeded ? "completed" : "failed", ending.error);
+void Report(const Account& account, const std::string& commandId, const Ending& ending) {
+  std::string pushError;
+  const bool pushed = !ending.push || PostPushRecord(account, *ending.push, pushError);
+  EndCommand(account, commandId, ending.error || pushed ? ending.error : pushError);
 }
 
 }  // namespace
 
 bool CarryOutPendingCommand(const FMX_ExternCallStruct& call) {
-  if (!g_hasPendingCmd.exchange(false)) return false;
-  const Order order{std::exchange(g_pendingCmd, {}), CurrentAccount()};
-  std::optional<Ending> ending = HandlerOf(order.command.type)(order, call);
-  if (ending) {
-    bg([account = order.account, id = order.command.id, ending = std::move(*ending)]() mutable {
-      Report(account, id, std::move(ending));
+  std::optional<PendingCmd> received = TakeCommand();
+  if (!received) return false;
+  const Command command{std::move(*received), CurrentAccount(), call};
+  if (auto ending = HandlerOf(command.received.type)(command)) {
+    bg([account = command.account, id = command.received.id, ending = std::move(*ending)] {
+      Report(account, id, ending);
     });
   }
   return true;

@@ -20,7 +20,7 @@ class CurrentContext {
   const fmx::ExprEnvUniquePtr env_;
 };
 
-/// The name of FileMaker's current file, "" when there is none.
+/// The name of FileMaker's current file, "" when there is none. As above.
 inline std::string CurrentFileName(const FMX_ExternCallStruct& call) {
   return EvalCalc(CurrentContext(call).get(), "Get(FileName)");
 }

@@ -2,18 +2,17 @@
 
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
-#include <string_view>
 #include <utility>
 
 #include "bridge/Account.h"
 #include "bridge/Background.h"
-#include "bridge/BridgeState.h"
 #include "bridge/Notify.h"
 #include "bridge/SchemaRequest.h"
 #include "bridge/ServiceMessages.h"
-#include "core/Ascii.h"
 #include "core/HostText.h"
+#include "core/State.h"
 #include "net/Network.h"
 #include "net/PercentEncode.h"
 
@@ -45,24 +44,11 @@ struct Upload {
   Account account;
 };
 
-// The extension is told by its exact case, before the rest of the name loses its own.
-std::string_view WithoutExtension(std::string_view name) {
-  constexpr std::string_view kExtension = ".fmp12";
-  if (name.size() > kExtension.size() && name.ends_with(kExtension)) name.remove_suffix(kExtension.size());
-  return name;
-}
-
-bool IsAbout(const std::string& target, const std::string& file) {
-  return target.empty() || EqualIgnoringAsciiCase(WithoutExtension(target), WithoutExtension(file));
-}
-
-// Takes the waiting request, if there is one and it is about `currentFile`.
-Upload Claim(std::shared_ptr<ConsumedFile> file, const std::string& currentFile) {
-  Upload upload{std::move(file), currentFile, {}, CurrentAccount()};
-  if (IsAbout(g_pendingTargetFileName, currentFile)) {
-    upload.targetName = g_pendingTargetFileName;
-    upload.cmdId = g_pendingGetSchemaCmdId;
-    ForgetSchemaRequest();
+Upload Claim(std::shared_ptr<ConsumedFile> file, std::string currentFile) {
+  Upload upload{std::move(file), std::move(currentFile), {}, CurrentAccount()};
+  if (auto claim = ClaimSchemaRequest(upload.targetName)) {
+    upload.targetName = std::move(claim->target);
+    upload.cmdId = std::move(claim->commandId);
   }
   if (upload.targetName.empty()) upload.targetName = g_registeredFileName;
   return upload;
@@ -82,21 +68,19 @@ void Send(const Upload& upload) {
     Notify("Varnix — Upload Failed", WithoutKey(message, upload.account.licenseKey));
   }
   if (upload.cmdId.empty()) return;
-  SendComplete(upload.account.baseUrl, upload.account.licenseKey, upload.cmdId, error.empty() ? "completed" : "failed",
-               error.empty() ? "" : "Upload failed: " + error);
+  EndCommand(upload.account, upload.cmdId, error.empty() ? std::nullopt : std::optional("Upload failed: " + error));
 }
 
 }  // namespace
 
 fmx::errcode Do_LivePush(short, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result) {
   const std::string posixPath = GetTextArg(args, 0);
-  std::string outcome = EmptyArgumentError({{"posixPath", posixPath}});
-  if (outcome.empty()) {
-    const std::string currentFile = EvalCalc(const_cast<fmx::ExprEnv*>(&env), "Get(FileName)");
+  const std::string error = EmptyArgumentError({{"posixPath", posixPath}});
+  if (error.empty()) {
+    std::string currentFile = EvalCalc(&env, "Get(FileName)");
     auto file = std::make_shared<ConsumedFile>(posixPath);
-    bg([upload = Claim(std::move(file), currentFile)] { Send(upload); });
-    outcome = "OK";
+    bg([upload = Claim(std::move(file), std::move(currentFile))] { Send(upload); });
   }
-  SetTextResult(outcome, result);
+  SetTextResult(error.empty() ? "OK" : error, result);
   return 0;
 }

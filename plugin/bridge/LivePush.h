@@ -3,6 +3,8 @@
 
 #include "core/CalcEngine.h"
 
-/// Uploads the file in the background and then deletes it, whatever came of it; completes the waiting schema request if
-/// the calling file is the one that it is about. Returns at once; failures are told to the service and to the user.
+/// Varnix.LivePush( posixPath ): uploads the file in the background and then deletes it, whatever comes of the upload,
+/// and completes the waiting schema request if it is about the calling file. The result is "OK" at once, or the error
+/// of an empty path; later failures are reported to the service and to the user. FileMaker's main thread only. Always
+/// returns 0.
 fmx::errcode Do_LivePush(short funcId, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result);

@@ -6,15 +6,16 @@
 
 #include "bridge/Account.h"
 #include "bridge/Background.h"
-#include "bridge/BridgeState.h"
 #include "core/Clock.h"
 #include "core/Product.h"
 #include "net/Json.h"
 #include "net/Network.h"
+#include "net/VersionCheck.h"
 
 namespace {
 
 constexpr std::int64_t kPollIntervalMs = 3000;
+constexpr std::int64_t kVersionCheckIntervalMs = 86'400'000;
 
 bool SaysNoCommand(const std::string& answer) {
   return answer.find("\"command\":null") != answer.npos || answer.find("\"command\": null") != answer.npos;
@@ -43,4 +44,20 @@ void PollWhenDue() {
   // The last poll may have brought a command after this idle call looked for one: it must be taken before the next.
   if (g_hasPendingCmd) return;
   bg([account = CurrentAccount(), flight] { Poll(account); });
+}
+
+std::optional<PendingCmd> TakeCommand() {
+  if (!g_hasPendingCmd.exchange(false)) return std::nullopt;
+  return std::exchange(g_pendingCmd, {});
+}
+
+void CheckVersionInBackground() {
+  if (g_versionCheckInFlight.exchange(true)) return;
+  const auto flight = LoweredAtEnd(g_versionCheckInFlight);
+  g_lastVersionCheckMs = SteadyMilliseconds();
+  bg([baseUrl = g_baseUrl, flight] { CheckVersion(baseUrl); });
+}
+
+void CheckVersionWhenDue() {
+  if (SteadyMilliseconds() - g_lastVersionCheckMs >= kVersionCheckIntervalMs) CheckVersionInBackground();
 }

@@ -1,6 +1,19 @@
-// Asking the service for the next command.
+// What the bridge asks the service of its own accord: for the next command every three seconds, and for the newest
+// version once a day. FileMaker's main thread only; the requests run in the background, and their failures are silent.
 #pragma once
 
-/// Starts a poll when one is due and none is running. What it brings stands in g_pendingCmd once g_hasPendingCmd is
-/// raised. FileMaker's main thread only.
+#include <optional>
+
+#include "core/State.h"
+
+/// Starts a poll when one is due and none is running.
 void PollWhenDue();
+
+/// The command that a poll has brought, once; nothing when there is none.
+std::optional<PendingCmd> TakeCommand();
+
+/// Starts a check for a newer version unless one is running.
+void CheckVersionInBackground();
+
+/// The same when one is due.
+void CheckVersionWhenDue();

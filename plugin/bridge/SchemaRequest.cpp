@@ -1,15 +1,17 @@
 #include "bridge/SchemaRequest.h"
 
 #include <cstdint>
+#include <string_view>
+#include <utility>
 
 #include "bridge/Account.h"
 #include "bridge/Background.h"
-#include "bridge/BridgeState.h"
 #include "bridge/CurrentContext.h"
 #include "bridge/Notify.h"
 #include "bridge/ServiceMessages.h"
 #include "core/Ascii.h"
 #include "core/Clock.h"
+#include "core/State.h"
 
 namespace {
 
@@ -17,6 +19,10 @@ constexpr char kScriptName[] = "Varnix Live Push";
 constexpr std::int64_t kWaitLimitMs = 30'000;
 constexpr fmx::errcode kNoPrivilege = 825;
 constexpr fmx::errcode kNoSuchScript = 1825;
+
+SchemaClaim TakeRequest() {
+  return {std::exchange(g_pendingGetSchemaCmdId, {}), std::exchange(g_pendingTargetFileName, {})};
+}
 
 void PostProgress(const Account& account, const char* code, const std::string& message) {
   bg([account, code, message] { PostDiagnostic(account, code, "received", message); });
@@ -26,7 +32,7 @@ void Fail(const Account& account, const std::string& commandId, const char* code
   Notify("Varnix — Schema Sync Failed", WithoutKey(message, account.licenseKey));
   bg([account, commandId, code, message] {
     PostDiagnostic(account, code, "error", message);
-    SendComplete(account.baseUrl, account.licenseKey, commandId, "failed", message);
+    EndCommand(account, commandId, message);
   });
 }
 
@@ -44,7 +50,7 @@ std::string StartFailure(fmx::errcode error, const std::string& target) {
   }
 }
 
-// In FileMaker's current file, or else in `fileName`.
+// In FileMaker's current file; if that fails, in `fileName`.
 fmx::errcode StartScript(const FMX_ExternCallStruct& call, const std::string& fileName) {
   const fmx::TextUniquePtr script, file;
   script->Assign(kScriptName, fmx::Text::kEncoding_UTF8);
@@ -64,19 +70,24 @@ void StartLivePush(const Account& account, const FMX_ExternCallStruct& call, con
                  "Script queued — waiting for FileMaker to run \"Varnix Live Push\"...");
     return;
   }
-  if (g_pendingGetSchemaCmdId == commandId) ForgetSchemaRequest();  // else FileMaker let in another one meanwhile
+  if (g_pendingGetSchemaCmdId == commandId) TakeRequest();  // otherwise the start has let in another request
   Fail(account, commandId, "LC_SCRIPT_ERROR", StartFailure(error, target));
 }
 
 void GiveUp(const Account& account) {
-  const std::string commandId = g_pendingGetSchemaCmdId;
-  const std::string message = "\"" + g_pendingTargetFileName +
-                              "\" was not the active FileMaker file within 30 seconds. Make sure the file is open and "
-                              "try again.";
   g_pendingSchemaReady = false;
-  if (commandId.empty()) return;  // a live push that the user started has completed it
-  ForgetSchemaRequest();
-  Fail(account, commandId, "LC_TIMEOUT", message);
+  if (g_pendingGetSchemaCmdId.empty()) return;  // a live push that the user started has completed it
+  const auto [commandId, target] = TakeRequest();
+  Fail(account, commandId, "LC_TIMEOUT",
+       "\"" + target +
+           "\" was not the active FileMaker file within 30 seconds. Make sure the file is open and try again.");
+}
+
+// The extension counts only in lower case; the rest of the name in any.
+std::string_view WithoutExtension(std::string_view name) {
+  constexpr std::string_view kExtension = ".fmp12";
+  if (name.size() > kExtension.size() && name.ends_with(kExtension)) name.remove_suffix(kExtension.size());
+  return name;
 }
 
 }  // namespace
@@ -95,7 +106,7 @@ bool WatchSchemaRequest(const FMX_ExternCallStruct& call) {
   const auto level = call.parm1;
   const Account account = CurrentAccount();
   const std::string currentFile = CurrentFileName(call);
-  if (!g_pendingSchemaReady) return true;  // such a call has settled it
+  if (!g_pendingSchemaReady) return true;  // such a call has settled the wait
   const bool isActive = !currentFile.empty() && EqualIgnoringAsciiCase(currentFile, g_pendingTargetFileName);
   if (isActive && level < kFMXT_ScriptPaused) {
     StartLivePush(account, call, currentFile);
@@ -106,7 +117,8 @@ bool WatchSchemaRequest(const FMX_ExternCallStruct& call) {
   return true;
 }
 
-void ForgetSchemaRequest() {
-  g_pendingGetSchemaCmdId.clear();
-  g_pendingTargetFileName.clear();
+std::optional<SchemaClaim> ClaimSchemaRequest(const std::string& fileName) {
+  const std::string& target = g_pendingTargetFileName;
+  if (!target.empty() && !EqualIgnoringAsciiCase(WithoutExtension(target), WithoutExtension(fileName))) return {};
+  return TakeRequest();
 }

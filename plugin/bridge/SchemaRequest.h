@@ -1,20 +1,29 @@
-// The schema request: it waits until its file is the active one and FileMaker has time, then starts the script
-// "Varnix Live Push" there, whose call of Varnix.LivePush sends the schema. FileMaker's main thread only.
+// The schema request: it waits until its file is the active one and FileMaker is idle, then starts the script "Varnix
+// Live Push" there, whose call of Varnix.LivePush claims the request and sends the schema. FileMaker's main thread
+// only.
 #pragma once
 
 #include <FMWrapper/FMXExtern.h>
 
+#include <optional>
 #include <string>
 
 #include "bridge/Account.h"
 
-/// Starts the wait of the command `commandId` for the file `target` (neither empty) and reports so to `account`. A wait
-/// that is already under way is replaced, and its command never completed.
+/// Starts the wait of the command `commandId` for the file `target` (neither empty) and reports so to `account`. An
+/// earlier wait is replaced, and its command never completed.
 void ArmSchemaRequest(const Account& account, const std::string& commandId, const std::string& target);
 
 /// One idle call's look at the wait: starts the script, gives up after 30 seconds, or goes on waiting. Returns whether
-/// one of the first two happened. Failures are told to the service and to the user.
+/// one of the first two happened. Failures are reported to the service and to the user. Only while `call` is being
+/// handled.
 bool WatchSchemaRequest(const FMX_ExternCallStruct& call);
 
-/// Ends the request: forgets its command and its file.
-void ForgetSchemaRequest();
+struct SchemaClaim {
+  std::string commandId;  ///< the command to complete, "" when none waits
+  std::string target;     ///< the file that it names, "" when none waits
+};
+
+/// Takes the waiting request, which an upload of `fileName` answers, so that no other one can. Nothing when the request
+/// is about another file; it then stays.
+std::optional<SchemaClaim> ClaimSchemaRequest(const std::string& fileName);

@@ -41,3 +41,7 @@ void SendComplete(const std::string& baseUrl, const std::string& licenseKey, con
   if (!error.empty()) record.Text("error", error);
   PostIgnoringOutcome(baseUrl + "/api/bridge/command/" + cmdId + "/complete", record.Finish());
 }
+
+void EndCommand(const Account& account, const std::string& cmdId, const std::optional<std::string>& error) {
+  SendComplete(account.baseUrl, account.licenseKey, cmdId, error ? "failed" : "completed", error.value_or(""));
+}

@@ -1,16 +1,15 @@
 // The function table, laid out to be read against the function reference.
 #include "core/FunctionTable.h"
 
+#include "bridge/ContextFunctions.h"
 #include "bridge/LivePush.h"
-#include "bridge/Register.h"
+#include "bridge/SignIn.h"
 #include "clipboard/ClipboardFunctions.h"
 #include "core/HostText.h"
 #include "core/Product.h"
-#include "host/FileIO.h"
+#include "host/FileFunctions.h"
 #include "net/ServiceFunctions.h"
 #include "net/VersionCheck.h"
-#include "schema/ContextDebug.h"
-#include "schema/OpenFiles.h"
 #include "schema/SchemaBuilder.h"
 
 namespace {

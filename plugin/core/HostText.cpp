@@ -38,7 +38,7 @@ void SetTextResult(const std::string& utf8, fmx::Data& result) {
   result.SetAsText(*text, result.GetLocale());
 }
 
-std::string EvalCalc(fmx::ExprEnv* env, const char* expression) {
+std::string EvalCalc(const fmx::ExprEnv* env, const char* expression) {
   // Where a text literal ends in ill-formed text would be the host's guess.
   if (env == nullptr || !IsUtf8(expression)) return {};
   const fmx::TextUniquePtr text;

@@ -23,7 +23,7 @@ void SetTextResult(const std::string& utf8, fmx::Data& result);
 
 /// The text of the FileMaker calculation `expression` (UTF-8), evaluated in `env`; "" on any failure. Without an `env`,
 /// and when `expression` is not UTF-8, nothing is evaluated.
-std::string EvalCalc(fmx::ExprEnv* env, const char* expression);
+std::string EvalCalc(const fmx::ExprEnv* env, const char* expression);
 
 /// Copies `utf8` into `out`, a buffer of `capacity` UTF-16 units (at least 1); cut to fit, always zero-terminated.
 void CopyUTF8ToUnichar16(const char* utf8, unsigned int capacity, unsigned short* out);

@@ -4,13 +4,10 @@
 #include <FMWrapper/FMXExtern.h>
 #pragma GCC visibility pop
 
-#include <string>
-
-#include "bridge/BridgeState.h"
 #include "bridge/IdleLoop.h"
+#include "bridge/SignIn.h"
 #include "core/FunctionTable.h"
 #include "core/HostText.h"
-#include "core/Prefs.h"
 #include "core/Product.h"
 
 FMX_ExternCallPtr gFMX_ExternCallPtr = nullptr;
@@ -23,17 +20,8 @@ constexpr short kEnabled = 76;
 // Identifier, then flags by position: no preferences dialog (6), idle messages wanted (8).
 constexpr char16_t kOptions[] = u"Vrnx1nnYYnn";
 
-void RestoreSignIn() {
-  const std::string key = Prefs::LoadLicenseKey();
-  const std::string url = Prefs::LoadBaseUrl();
-  if (key.empty()) return;
-  g_licenseKey = key;
-  g_baseUrl = url.empty() ? kDefaultBaseUrl : url;
-  g_registered = true;
-}
-
 void Shutdown(short hostExtensionVersion) {
-  g_registered = false;
+  SignOut();
   if (hostExtensionVersion >= kMinimumHostVersion) UnregisterExternalFunctions();
 }
 

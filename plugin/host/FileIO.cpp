@@ -1,4 +1,3 @@
-// Whole-file reading and FileMaker paths: the file rules and the two functions that calculations call.
 #include "host/FileIO.h"
 
 #include <fcntl.h>
@@ -10,12 +9,11 @@
 #include <utility>
 
 #include "core/FileDescriptor.h"
-#include "core/HostText.h"
 
 namespace {
 
-// Room beyond the reported size: the end of the file is met without growing the buffer, and most files that report no
-// size at all (those below /proc) fit.
+// Room beyond the reported size: the end of the file is reached without growing the buffer, and most files that report
+// no size at all (those below /proc) fit.
 constexpr std::size_t kSpareBytes = 4096;
 // macOS refuses a single read of 2 GiB or more.
 constexpr std::size_t kLargestRead = std::size_t{1} << 30;
@@ -23,16 +21,16 @@ constexpr std::size_t kLargestRead = std::size_t{1} << 30;
 bool IsRegular(const struct stat& info) { return S_ISREG(info.st_mode); }
 
 FileDescriptor OpenRegularFile(const std::string& path, struct stat& info) {
-  // Looking before opening, because opening alone already wakes a FIFO's writer or rewinds a tape.
+  // Before opening, because opening alone already wakes a FIFO's writer or rewinds a tape.
   if (stat(path.c_str(), &info) != 0 || !IsRegular(info)) return FileDescriptor(-1);
-  // Not to block, in case something else has taken the file's place since.
+  // Without blocking, in case something else has replaced the file since.
   return FileDescriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
 }
 
-/// Adds all that `file` still holds to `content`, whatever size it reported: it may be growing or shrinking.
+/// Adds everything that `file` still holds to `content`, whatever size it reported: it may be growing or shrinking.
 bool ReadToEnd(int file, std::size_t reportedSize, std::string& content) {
   std::size_t used = content.size();
-  // Exactly, since growth on its own would double it, and with room for the end of an upload's form.
+  // Exactly, since the string would double by itself, and with room for the end of an upload's form.
   content.reserve(used + reportedSize + 2 * kSpareBytes);
   content.resize(used + reportedSize + kSpareBytes);
   for (;;) {
@@ -51,7 +49,7 @@ bool ReadToEnd(int file, std::size_t reportedSize, std::string& content) {
 
 }  // namespace
 
-bool FileIO::Append(const std::string& path, std::string& content, std::string& error) {
+bool FileIO::AppendFile(const std::string& path, std::string& content, std::string& error) {
   struct stat info;
   const FileDescriptor file = OpenRegularFile(path, info);
   if (!file.IsOpen() || fstat(file.get(), &info) != 0 || !IsRegular(info)) {
@@ -61,7 +59,7 @@ bool FileIO::Append(const std::string& path, std::string& content, std::string& 
   const std::size_t before = content.size();
   try {
     if (ReadToEnd(file.get(), static_cast<std::size_t>(info.st_size), content)) return true;
-  } catch (const std::exception&) {  // no string takes that many bytes, or the memory does not
+  } catch (const std::exception&) {  // more bytes than a string or the memory can hold
   }
   content.resize(before);
   error = "ERROR: Failed to read file: " + path;
@@ -70,26 +68,7 @@ bool FileIO::Append(const std::string& path, std::string& content, std::string& 
 
 bool FileIO::Read(const std::string& path, std::string& content, std::string& error) {
   std::string bytes;
-  if (!Append(path, bytes, error)) return false;
+  if (!AppendFile(path, bytes, error)) return false;
   content = std::move(bytes);
   return true;
-}
-
-fmx::errcode Do_ReadFile(short, const fmx::ExprEnv&, const fmx::DataVect& args, fmx::Data& result) {
-  const std::string path = GetTextArg(args, 0);
-  std::string content;
-  std::string error = EmptyArgumentError({{"path", path}});
-  const bool read = error.empty() && FileIO::Read(path, content, error);
-  SetTextResult(read ? content : error, result);
-  return 0;
-}
-
-fmx::errcode Do_POSIXPath(short, const fmx::ExprEnv&, const fmx::DataVect& args, fmx::Data& result) {
-  std::string path = GetTextArg(args, 0);
-  if (path.starts_with('/')) {
-    const std::size_t volumeEnd = path.find('/', 1);
-    if (volumeEnd != std::string::npos) path.erase(0, volumeEnd);
-  }
-  SetTextResult(path, result);
-  return 0;
 }

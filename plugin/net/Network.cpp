@@ -29,7 +29,7 @@ bool CheckURL(const std::string& url, std::string& error) {
 // Adds the file to `body`, where it is to stand.
 bool AppendFile(const std::string& path, std::string& body, std::string& error) {
   std::string detail;
-  if (FileIO::Append(path, body, detail)) return true;
+  if (FileIO::AppendFile(path, body, detail)) return true;
   error = "ERROR: Could not read file: " + path;
   return false;
 }

@@ -4,21 +4,15 @@
 #include <optional>
 #include <string>
 
-#include "bridge/Background.h"
-#include "bridge/BridgeState.h"
-#include "core/Clock.h"
 #include "core/HostText.h"
 #include "core/Product.h"
+#include "core/State.h"
 #include "net/Network.h"
 #include "net/Version.h"
-
-std::int64_t g_lastVersionCheckMs = 0;
-std::atomic<bool> g_versionCheckInFlight = false;
 
 namespace {
 
 std::mutex g_latestVersionMutex;
-std::string g_latestVersion;  // as the service told it; "" until a check has succeeded
 
 std::string LatestVersion() {
   const std::lock_guard lock(g_latestVersionMutex);
@@ -35,6 +29,8 @@ std::optional<std::string> VersionIn(const std::string& answer) {
   return answer.substr(start, end - start);
 }
 
+}  // namespace
+
 void CheckVersion(const std::string& baseUrl) {
   std::string answer, error;
   if (!Network::Get(baseUrl + "/api/plugin/version", answer, error, Network::kShortAnswer)) return;
@@ -42,14 +38,6 @@ void CheckVersion(const std::string& baseUrl) {
   if (!version) return;
   const std::lock_guard lock(g_latestVersionMutex);
   g_latestVersion = *version;
-}
-
-}  // namespace
-
-void CheckVersionInBackground() {
-  if (g_versionCheckInFlight.exchange(true)) return;
-  g_lastVersionCheckMs = SteadyMilliseconds();
-  bg([flight = LoweredAtEnd(g_versionCheckInFlight), baseUrl = g_baseUrl] { CheckVersion(baseUrl); });
 }
 
 fmx::errcode Do_UpdateAvailable(short, const fmx::ExprEnv&, const fmx::DataVect&, fmx::Data& result) {

@@ -1,16 +1,14 @@
-// Asking the service, about once a day, whether there is a newer plug-in.
+// Whether the service has a newer plug-in.
 #pragma once
 
-#include <atomic>
-#include <cstdint>
+#include <string>
 
 #include "core/CalcEngine.h"
 
-extern std::int64_t g_lastVersionCheckMs;         ///< steady milliseconds; FileMaker's main thread only
-extern std::atomic<bool> g_versionCheckInFlight;  ///< at most one check runs at a time
+/// Asks the service at `baseUrl` for its newest version and keeps the answer in g_latestVersion; without one the last
+/// stays. Blocks until the request has ended: for background jobs.
+void CheckVersion(const std::string& baseUrl);
 
-/// Starts a check of the service at g_baseUrl unless one is running. Returns at once; failures are silent. FileMaker's
-/// main thread only.
-void CheckVersionInBackground();
-
+/// Varnix.UpdateAvailable: a notice when the newest version is newer than this one, otherwise "". FileMaker's main
+/// thread only; does not wait. Always returns 0.
 fmx::errcode Do_UpdateAvailable(short funcId, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result);

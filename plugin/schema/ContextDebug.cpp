@@ -1,6 +1,5 @@
 #include "schema/ContextDebug.h"
 
-#include "bridge/BridgeState.h"
 #include "core/HostText.h"
 #include "core/Product.h"
 #include "net/JsonWriter.h"
@@ -26,14 +25,14 @@ std::string LivePushCount(const std::string& fileLiteral) {
 
 }  // namespace
 
-std::string BuildContextDebug(fmx::ExprEnv* env, const std::string& targetFileName) {
+std::string BuildContextDebug(const fmx::ExprEnv* env, const std::string& targetFileName, const BridgeStatus& bridge) {
   const std::string currentFile = EvalCalc(env, "Get(FileName)");
   const std::string windowName = EvalCalc(env, "Get(WindowName)");
   const std::string windowNames = EvalCalc(env, "WindowNames");
   const std::string databaseNames = EvalCalc(env, "DatabaseNames");
   const std::string account = EvalCalc(env, "Get(AccountName)");
   const std::string privilegeSet = EvalCalc(env, "Get(PrivilegeSetName)");
-  const std::string activeFiles = BuildActiveFileList(env);
+  const std::string activeFiles = BuildActiveFileList(env, bridge.registeredFile);
 
   const std::string& target = targetFileName.empty() ? currentFile : targetFileName;
   std::string targetScripts;
@@ -47,11 +46,11 @@ std::string BuildContextDebug(fmx::ExprEnv* env, const std::string& targetFileNa
 
   JsonWriter report;
   report.Text("pluginVersion", kPluginVersion);
-  report.Flag("registered", g_registered);
-  report.Text("baseUrl", g_baseUrl);
-  report.Text("registeredFile", g_registeredFileName);
-  report.Text("pendingTarget", g_pendingTargetFileName);
-  report.Flag("pendingSchemaReady", g_pendingSchemaReady);
+  report.Flag("registered", bridge.registered);
+  report.Text("baseUrl", bridge.baseUrl);
+  report.Text("registeredFile", bridge.registeredFile);
+  report.Text("pendingTarget", bridge.pendingTarget);
+  report.Flag("pendingSchemaReady", bridge.pendingSchemaReady);
   report.Text("currentFile", currentFile);
   report.Text("targetFile", target);
   report.Text("windowName", windowName);
@@ -63,9 +62,4 @@ std::string BuildContextDebug(fmx::ExprEnv* env, const std::string& targetFileNa
   report.Lines("targetScriptNames", targetScripts);
   report.Text("livePushVisible", livePushVisible);
   return report.Finish();
-}
-
-fmx::errcode Do_DebugContext(short, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result) {
-  SetTextResult(BuildContextDebug(const_cast<fmx::ExprEnv*>(&env), GetTextArg(args, 0)), result);
-  return 0;
 }

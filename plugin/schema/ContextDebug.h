@@ -5,9 +5,16 @@
 
 #include "core/CalcEngine.h"
 
-/// One line of JSON: version, bridge state, current file, windows, account, open files, and the scripts of the target
-/// file with the number of live-push scripts among them. `targetFileName` (UTF-8, a file name or a window title) empty
-/// means the current file. Never fails; what cannot be evaluated is left empty. `env` may be null.
-std::string BuildContextDebug(fmx::ExprEnv* env, const std::string& targetFileName);
+/// What the report shows of the bridge.
+struct BridgeStatus {
+  bool registered = false;
+  std::string baseUrl;
+  std::string registeredFile;
+  std::string pendingTarget;  ///< file that a schema request waits for
+  bool pendingSchemaReady = false;
+};
 
-fmx::errcode Do_DebugContext(short funcId, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result);
+/// One line of JSON: version, `bridge`, current file, windows, account, open files, and the scripts of the target file
+/// with the number of live-push scripts among them. `targetFileName` (UTF-8, a file name or a window title) empty means
+/// the current file. Never fails; what cannot be evaluated is left empty. `env` may be null.
+std::string BuildContextDebug(const fmx::ExprEnv* env, const std::string& targetFileName, const BridgeStatus& bridge);

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "bridge/BridgeState.h"
 #include "core/Ascii.h"
 #include "core/HostText.h"
 #include "core/Lines.h"
@@ -10,12 +9,12 @@
 namespace {
 
 constexpr std::string_view kExtension = ".fmp12";
-constexpr std::string_view kBlanks = " \t\n\r";
+constexpr std::string_view kWhiteSpace = " \t\n\r";
 
 std::string_view Trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(kBlanks);
+  const std::size_t first = text.find_first_not_of(kWhiteSpace);
   if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+  return text.substr(first, text.find_last_not_of(kWhiteSpace) - first + 1);
 }
 
 }  // namespace
@@ -38,10 +37,10 @@ void AddUniqueName(std::vector<std::string>& names, std::string_view candidate) 
   if (!known) names.emplace_back(name);
 }
 
-std::string BuildActiveFileList(fmx::ExprEnv* env) {
+std::string BuildActiveFileList(const fmx::ExprEnv* env, const std::string& registeredFile) {
   std::vector<std::string> names;
   AddUniqueName(names, EvalCalc(env, "Get(FileName)"));
-  AddUniqueName(names, g_registeredFileName);
+  AddUniqueName(names, registeredFile);
 
   // A window may carry a title of the developer's own, so the raw title is offered too.
   const std::string windows = EvalCalc(env, "WindowNames");
@@ -58,9 +57,4 @@ std::string BuildActiveFileList(fmx::ExprEnv* env) {
     list += name;
   }
   return list;
-}
-
-fmx::errcode Do_ListFiles(short, const fmx::ExprEnv& env, const fmx::DataVect&, fmx::Data& result) {
-  SetTextResult(BuildActiveFileList(const_cast<fmx::ExprEnv*>(&env)), result);
-  return 0;
 }

@@ -42,10 +42,10 @@ bool FitsLiteral(std::string_view name) {
 // `name` verbatim as a text literal, or "" when it does not fit into one.
 std::string Quoted(std::string_view name) { return FitsLiteral(name) ? '"' + std::string(name) + '"' : ""; }
 
-std::string Eval(fmx::ExprEnv* env, const std::string& expression) { return EvalCalc(env, expression.c_str()); }
+std::string Eval(const fmx::ExprEnv* env, const std::string& expression) { return EvalCalc(env, expression.c_str()); }
 
 // A call without a usable argument is not evaluated; its result is empty, like that of a failed evaluation.
-std::string Call(fmx::ExprEnv* env, const char* function, std::initializer_list<std::string_view> arguments) {
+std::string Call(const fmx::ExprEnv* env, const char* function, std::initializer_list<std::string_view> arguments) {
   std::string expression = function;
   const char* before = "(";
   for (const auto argument : arguments) {
@@ -83,7 +83,7 @@ void AddQueryRows(const std::string& rows, Tables& tables) {
   }
 }
 
-void AddNamedTables(fmx::ExprEnv* env, const std::string& fileArgument, Tables& tables) {
+void AddNamedTables(const fmx::ExprEnv* env, const std::string& fileArgument, Tables& tables) {
   for (const auto table : NonEmptyLines(Keep(tables, Call(env, "TableNames", {fileArgument})))) {
     tables.order.push_back(table);
     auto& fields = tables.fields[table];
@@ -116,7 +116,7 @@ void WriteTables(JsonWriter& json, const Tables& tables) {
   json.EndArray();
 }
 
-std::string CustomFunctionNames(fmx::ExprEnv* env, const std::string& quotedTarget) {
+std::string CustomFunctionNames(const fmx::ExprEnv* env, const std::string& quotedTarget) {
   std::string names = Call(env, "CustomFunctionNames", {quotedTarget});
   if (names.empty() || names == "?") names = Eval(env, "CustomFunctionNames()");
   return names;
@@ -124,7 +124,7 @@ std::string CustomFunctionNames(fmx::ExprEnv* env, const std::string& quotedTarg
 
 }  // namespace
 
-std::string BuildSchema(fmx::ExprEnv* env, const std::string& fileName) {
+std::string BuildSchema(const fmx::ExprEnv* env, const std::string& fileName) {
   const std::string currentFile = Eval(env, kCurrentFile);
   const std::string& target = fileName.empty() ? currentFile : fileName;
   const std::string quotedTarget = Quoted(target);
@@ -153,6 +153,6 @@ std::string BuildSchema(fmx::ExprEnv* env, const std::string& fileName) {
 }
 
 fmx::errcode Do_GetSchema(short, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result) {
-  SetTextResult(BuildSchema(const_cast<fmx::ExprEnv*>(&env), GetTextArg(args, 0)), result);
+  SetTextResult(BuildSchema(&env, GetTextArg(args, 0)), result);
   return 0;
 }

@@ -8,6 +8,7 @@
 /// One line of JSON: file, account, tables with their fields, and the names of scripts, layouts, value lists, privilege
 /// sets and custom functions. `fileName` (UTF-8) empty means the current file. What cannot be evaluated is left empty;
 /// when no table can be found at all, the result is "{}". `env` may be null.
-std::string BuildSchema(fmx::ExprEnv* env, const std::string& fileName);
+std::string BuildSchema(const fmx::ExprEnv* env, const std::string& fileName);
 
+/// Varnix.GetSchema( { fileName } ): BuildSchema. Always returns 0.
 fmx::errcode Do_GetSchema(short funcId, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result);

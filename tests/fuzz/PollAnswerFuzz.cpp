@@ -4,7 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "bridge/BridgeState.h"
+#include "core/State.h"
 #include "net/VersionCheck.h"
 #include "plugin/bridge/BridgeTest.h"
 #include "fuzz/Fuzz.h"

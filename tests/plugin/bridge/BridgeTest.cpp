@@ -3,10 +3,10 @@
 #include <FMWrapper/FMXExtern.h>
 
 #include "bridge/Background.h"
-#include "bridge/BridgeState.h"
 #include "bridge/IdleLoop.h"
 #include "bridge/Notify.h"
 #include "core/Clock.h"
+#include "core/State.h"
 #include "net/JsonWriter.h"
 #include "net/VersionCheck.h"
 

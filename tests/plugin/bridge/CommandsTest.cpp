@@ -1,5 +1,5 @@
 // Every command, from the poll that brings it to the last byte that the service is told.
-#include "bridge/BridgeState.h"
+#include "core/State.h"
 #include "plugin/bridge/BridgeTest.h"
 
 namespace {

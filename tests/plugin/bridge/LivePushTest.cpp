@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "bridge/BridgeState.h"
+#include "core/State.h"
 #include "net/JsonWriter.h"
 #include "plugin/bridge/BridgeTest.h"
 

@@ -2,8 +2,9 @@
 #include <array>
 #include <limits>
 
-#include "bridge/BridgeState.h"
+#include "bridge/Polling.h"
 #include "core/Product.h"
+#include "core/State.h"
 #include "net/VersionCheck.h"
 #include "plugin/bridge/BridgeTest.h"
 

@@ -1,11 +1,11 @@
 // Varnix.Register: what is asked of the service, and what a success and a failure leave behind.
-#include "bridge/Register.h"
+#include "bridge/SignIn.h"
 
 #include <cstdlib>
 
-#include "bridge/BridgeState.h"
 #include "core/Prefs.h"
 #include "core/Product.h"
+#include "core/State.h"
 #include "plugin/bridge/BridgeTest.h"
 
 namespace {

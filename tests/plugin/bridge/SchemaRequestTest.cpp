@@ -1,7 +1,7 @@
 // The schema request: its wait, the start of the script, giving up, and idle calls within idle calls.
 #include "bridge/SchemaRequest.h"
 
-#include "bridge/BridgeState.h"
+#include "core/State.h"
 #include "plugin/bridge/BridgeTest.h"
 
 namespace {
@@ -87,7 +87,7 @@ TEST_F(SchemaRequest, StartsWaitsOrGivesUpByIdleLevelFileAndTime) {
 
 TEST_F(SchemaRequest, AWaitWhoseCommandALivePushHasCompletedEndsSilently) {
   Arm();
-  ForgetSchemaRequest();  // as a live push does
+  ClaimSchemaRequest("Sales");  // as a live push does
   Idle();
   EXPECT_EQ(starts, Texts{}) << "no file is not the file that is waited for";
   now += 30'001;

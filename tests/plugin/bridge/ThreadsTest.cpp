@@ -21,10 +21,10 @@
 
 #include "bridge/Background.h"
 #include "bridge/Background_linux.h"
-#include "bridge/BridgeState.h"
 #include "bridge/IdleLoop.h"
 #include "bridge/LivePush.h"
 #include "core/Clock.h"
+#include "core/State.h"
 #include "net/Network.h"
 #include "net/Transfer.h"
 #include "net/VersionCheck.h"

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <tuple>
 
-#include "bridge/BridgeState.h"
+#include "core/State.h"
 #include "bridge/ClipboardUpkeep.h"
 #include "clipboard/ClipboardFunctions.h"
 #include "clipboard/ClipboardTypes.h"

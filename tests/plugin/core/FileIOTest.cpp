@@ -9,6 +9,7 @@
 #include <limits>
 #include <utility>
 
+#include "host/FileFunctions.h"
 #include "plugin/core/NewProcess.h"
 #include "support/FolderTest.h"
 #include "support/ScriptedHost.h"

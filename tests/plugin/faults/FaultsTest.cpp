@@ -5,7 +5,7 @@
 #include <fstream>
 #include <utility>
 
-#include "bridge/BridgeState.h"
+#include "core/State.h"
 #include "core/FunctionTable.h"
 #include "core/HostText.h"
 #include "net/VersionCheck.h"

@@ -1,5 +1,5 @@
 // Nothing grows, to the block, however long the bridge runs.
-#include "bridge/BridgeState.h"
+#include "core/State.h"
 #include "plugin/bridge/BridgeTest.h"
 #include "plugin/faults/Allocations.h"
 

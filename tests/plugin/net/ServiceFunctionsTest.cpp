@@ -5,7 +5,7 @@
 #include <regex>
 
 #include "bridge/LivePush.h"
-#include "bridge/Register.h"
+#include "bridge/SignIn.h"
 #include "plugin/bridge/BridgeTest.h"
 
 namespace {

@@ -1,10 +1,12 @@
 // The context report: exact expressions in order, exact JSON.
 #include "schema/ContextDebug.h"
 
+#include "bridge/ContextFunctions.h"
+
 #include <gtest/gtest.h>
 
-#include "bridge/BridgeState.h"
 #include "core/Product.h"
+#include "core/State.h"
 #include "support/ScriptedHost.h"
 
 namespace {
@@ -76,7 +78,7 @@ TEST_F(ContextDebug, IsCompleteWhenNothingCanBeEvaluated) {
       "\"databaseNames\":[],\"activeFiles\":[\"Shop\"],\"targetScriptNames\":[],\"livePushVisible\":\"\"}";
   EXPECT_EQ(CallHandler(Do_DebugContext), expected);
   EXPECT_EQ(host.asked.back(), "DatabaseNames") << "without a target no scripts are asked for";
-  EXPECT_EQ(BuildContextDebug(nullptr, ""), expected);
+  EXPECT_EQ(ContextReport(nullptr, ""), expected);
 }
 
 }  // namespace

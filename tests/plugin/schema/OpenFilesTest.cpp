@@ -1,9 +1,11 @@
 // Which names count as open files, and in which order.
 #include "schema/OpenFiles.h"
 
+#include "bridge/ContextFunctions.h"
+
 #include <gtest/gtest.h>
 
-#include "bridge/BridgeState.h"
+#include "core/State.h"
 #include "support/ScriptedHost.h"
 
 namespace {

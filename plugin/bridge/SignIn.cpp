@@ -1,0 +1,78 @@
+#include "bridge/SignIn.h"
+
+#include <string>
+#include <utility>
+
+#include "bridge/Account.h"
+#include "bridge/CurrentContext.h"
+#include "bridge/Polling.h"
+#include "core/HostText.h"
+#include "core/Prefs.h"
+#include "core/Product.h"
+#include "core/State.h"
+#include "net/JsonWriter.h"
+#include "net/Network.h"
+
+namespace {
+
+std::string OrDefault(std::string baseUrl) { return baseUrl.empty() ? kDefaultBaseUrl : std::move(baseUrl); }
+
+// Takes copies, so that nothing can fail between key and service: a key goes to no service but its own.
+void Use(Account account) {
+  g_licenseKey.swap(account.licenseKey);
+  g_baseUrl.swap(account.baseUrl);
+  g_registered = true;
+}
+
+void SignIn(const Account& account, const fmx::ExprEnv& env) {
+  Use(account);
+  Prefs::SaveLicenseKey(g_licenseKey);
+  Prefs::SaveBaseUrl(g_baseUrl);
+  const std::string fileName = EvalCalc(&env, "Get(FileName)");
+  // The evaluation may have let in a later sign-in, with a file of its own.
+  if (!fileName.empty() && CurrentAccount() == account) g_registeredFileName = fileName;
+  CheckVersionInBackground();
+}
+
+std::string Register(const Account& account, const std::string& email, const std::string& machineId,
+                     const fmx::ExprEnv& env) {
+  std::string response;
+  std::string error = EmptyArgumentError(
+      {{"email", email}, {"licenseKey", account.licenseKey}, {"machineId", machineId}, {"baseUrl", account.baseUrl}});
+  if (!error.empty()) return error;
+  JsonWriter record;
+  record.Text("email", email).Text("licenseKey", account.licenseKey).Text("machineId", machineId);
+  record.Text("pluginVersion", kPluginVersion);
+  if (!Network::Post(account.baseUrl + "/api/bridge/register", record.Finish(), response, error,
+                     Network::kShortAnswer)) {
+    return error;
+  }
+  SignIn(account, env);
+  return "OK";
+}
+
+}  // namespace
+
+fmx::errcode Do_Register(short, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result) {
+  const std::string email = GetTextArg(args, 0);
+  const std::string licenseKey = GetTextArg(args, 1);
+  const std::string machineId = GetTextArg(args, 2);
+  const Account account{OrDefault(GetTextArg(args, 3)), licenseKey};
+  SetTextResult(Register(account, email, machineId, env), result);
+  return 0;
+}
+
+void RestoreSignIn() {
+  const std::string licenseKey = Prefs::LoadLicenseKey();
+  const std::string baseUrl = Prefs::LoadBaseUrl();
+  if (!licenseKey.empty()) Use({OrDefault(baseUrl), licenseKey});
+}
+
+void SignOut() { g_registered = false; }
+
+void LearnRegisteredFile(const FMX_ExternCallStruct& call) {
+  if (!g_registeredFileName.empty()) return;
+  std::string fileName = CurrentFileName(call);
+  // The evaluation may have let in another idle call or a sign-in, which has set the name.
+  if (g_registeredFileName.empty()) g_registeredFileName = std::move(fileName);
+}
