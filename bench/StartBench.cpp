@@ -63,8 +63,8 @@ bool MeasureEnd(const std::string& folder) {
     std::filesystem::remove_all(folder + "/varnix");
     signedOut.push_back(Run({FMSIM, "--plugin", PLUGIN_FILE}, ".idle 0.1\n", ""));
     std::filesystem::create_directories(folder + "/varnix");
-    std::ofstream(folder + "/varnix/preferences")
-        << "com.varnix.plugin.licenseKey=K\ncom.varnix.plugin.baseUrl=" << server.Url() << "\n";
+    std::ofstream(folder + "/varnix/com.varnix.plugin.licenseKey") << "K";
+    std::ofstream(folder + "/varnix/com.varnix.plugin.baseUrl") << server.Url();
     polling.push_back(Run({FMSIM, "--plugin", PLUGIN_FILE}, ".idle 0.1\n", ""));
   }
   if (server.Requests().size() != kRounds) return Check("no poll hung", 1, 0);

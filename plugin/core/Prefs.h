@@ -1,6 +1,6 @@
 // The two settings that outlive a run of FileMaker. Per user, plain text, written through at once. FileMaker's main
-// thread only; a save may wait up to two seconds for that of another process. Saving cannot fail visibly: either the
-// new value is stored or the old one stays whole, as it does when the new one is not UTF-8.
+// thread only. Saving cannot fail visibly: either the new value is stored or the old one stays whole, as it does when
+// the new one is not UTF-8. A text ends at its first zero byte.
 #pragma once
 
 #include <string>

@@ -1,33 +1,25 @@
-// The settings in one file of the user's configuration directory, one line each: name=value, where a backslash and a
-// line end in the value are written as "\\" and "\n".
-#include "core/Prefs.h"
-
+// The settings in the user's configuration directory: a file for each, named after it, which holds its text and nothing
+// else.
 #include <fcntl.h>
 #include <pwd.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <optional>
 #include <string_view>
-#include <thread>
 
 #include "Utf8.h"
 #include "core/FileDescriptor.h"
-#include "host/FileIO.h"
+#include "core/Prefs.h"
 
 namespace {
 
-constexpr char kDirectory[] = "/varnix";
-constexpr char kFile[] = "/preferences";
-constexpr std::size_t kMaxFileBytes = std::size_t{1} << 20;  // a larger file is none of ours
+constexpr char kDirectory[] = "/varnix/";
+constexpr std::size_t kLongestText = std::size_t{1} << 20;
 constexpr std::size_t kMaxPasswdEntryBytes = std::size_t{1} << 16;
-constexpr int kLockAttempts = 200;
-constexpr std::chrono::milliseconds kLockPause{10};
 
 /// `path`, or "" when it is null or relative.
 std::string Absolute(const char* path) { return path != nullptr && path[0] == '/' ? path : ""; }
@@ -41,97 +33,35 @@ std::string HomeDirectory() {
   return found == nullptr ? "" : Absolute(found->pw_dir);
 }
 
-/// "" for a user without a home.
+/// With a slash at its end; "" for a user without a home.
 std::string StoreDirectory() {
   if (const std::string config = Absolute(getenv("XDG_CONFIG_HOME")); !config.empty()) return config + kDirectory;
   const std::string home = HomeDirectory();
   return home.empty() ? "" : home + "/.config" + kDirectory;
 }
 
-/// A failure shows when the directory is opened.
+/// Private ones, whatever the umask takes away. A failure shows when a file is created.
 void MakeDirectories(const std::string& path) {
-  for (std::size_t slash = 0; slash != std::string::npos;) {
-    slash = path.find('/', slash + 1);
-    mkdir(path.substr(0, slash).c_str(), 0700);
+  for (std::size_t slash = path.find('/', 1); slash != path.npos; slash = path.find('/', slash + 1)) {
+    const std::string directory = path.substr(0, slash);
+    if (mkdir(directory.c_str(), 0700) == 0) chmod(directory.c_str(), 0700);
   }
 }
 
-/// What the file holds, "" when there is none; nothing when it cannot be read or is no file of ours.
-std::optional<std::string> StoredLines(const std::string& path) {
+/// What the file holds; nothing when it is missing, cannot be read or is not one that Save has written.
+std::optional<std::string> ReadFile(const std::string& path) {
+  // Without blocking, in case it is a FIFO.
+  const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
   struct stat info;
-  if (stat(path.c_str(), &info) != 0) return errno == ENOENT ? std::make_optional(std::string()) : std::nullopt;
-  std::string lines;
-  std::string error;
-  if (static_cast<std::size_t>(info.st_size) > kMaxFileBytes || !FileIO::Read(path, lines, error)) return std::nullopt;
-  return lines;
-}
-
-std::string Escaped(std::string_view value) {
-  std::string escaped;
-  for (const char c : value) {
-    if (c == '\n' || c == '\\') escaped += '\\';
-    escaped += c == '\n' ? 'n' : c;
+  if (!file.IsOpen() || fstat(file.get(), &info) != 0 || !S_ISREG(info.st_mode)) return std::nullopt;
+  if (static_cast<std::size_t>(info.st_size) > kLongestText) return std::nullopt;
+  std::string bytes(static_cast<std::size_t>(info.st_size), '\0');
+  for (std::size_t used = 0; used < bytes.size();) {
+    const ssize_t count = read(file.get(), &bytes[used], bytes.size() - used);
+    if (count == 0 || (count < 0 && errno != EINTR)) return std::nullopt;
+    if (count > 0) used += static_cast<std::size_t>(count);
   }
-  return escaped;
-}
-
-/// Nothing when `escaped` is not what Escaped() makes of a text.
-std::optional<std::string> Unescaped(std::string_view escaped) {
-  std::string value;
-  bool afterBackslash = false;
-  for (const char c : escaped) {
-    if (afterBackslash && c != 'n' && c != '\\') return std::nullopt;
-    const bool opens = c == '\\' && !afterBackslash;
-    if (!opens) value += afterBackslash && c == 'n' ? '\n' : c;
-    afterBackslash = opens;
-  }
-  const bool isText = IsUtf8(value) && value.find('\0') == value.npos;
-  return !afterBackslash && isText ? std::make_optional(value) : std::nullopt;
-}
-
-/// Takes the first line, with its line end, off `lines`.
-std::string_view TakeLine(std::string_view& lines) {
-  const std::size_t end = lines.find('\n');
-  const std::string_view line = lines.substr(0, end == std::string_view::npos ? end : end + 1);
-  lines.remove_prefix(line.size());
-  return line;
-}
-
-bool IsLineOf(std::string_view name, std::string_view line) {
-  return line.starts_with(name) && line.substr(name.size()).starts_with('=');
-}
-
-/// A last line without its line end was cut short: half a value is none.
-std::string ValueOf(std::string_view name, std::string_view lines) {
-  while (!lines.empty()) {
-    std::string_view line = TakeLine(lines);
-    if (!IsLineOf(name, line) || !line.ends_with('\n')) continue;
-    line.remove_suffix(1);
-    return Unescaped(line.substr(name.size() + 1)).value_or("");
-  }
-  return "";
-}
-
-/// Every other line stays as it is, damaged ones included; the new one comes first, so that a last line without its
-/// line end stays last.
-std::string WithValue(std::string_view name, std::string_view value, std::string_view lines) {
-  std::string updated = std::string(name) + '=' + Escaped(value) + '\n';
-  while (!lines.empty()) {
-    const std::string_view line = TakeLine(lines);
-    if (!IsLineOf(name, line)) updated += line;
-  }
-  return updated;
-}
-
-/// Between reading the old lines and renaming the new ones into place, no other process of the user may do the same, or
-/// one of the two values would be lost. Released with `directory`.
-bool LockOutOtherSaves(const FileDescriptor& directory) {
-  for (int attempt = 0; attempt < kLockAttempts; ++attempt) {
-    if (flock(directory.get(), LOCK_EX | LOCK_NB) == 0) return true;
-    if (errno != EWOULDBLOCK && errno != EINTR) return true;  // a file system without locks
-    std::this_thread::sleep_for(kLockPause);
-  }
-  return false;
+  return bytes;
 }
 
 bool WriteAll(const FileDescriptor& file, std::string_view bytes) {
@@ -143,35 +73,60 @@ bool WriteAll(const FileDescriptor& file, std::string_view bytes) {
   return true;
 }
 
-void ReplaceFile(const std::string& path, std::string_view content, const FileDescriptor& directory) {
+/// Puts a file with `bytes`, which only its owner may read, in the place of whatever has this path: a symbolic link is
+/// replaced, not followed. On failure the old one stays. Once this returns, a power failure loses nothing.
+bool ReplaceFile(const std::string& path, std::string_view bytes) {
   std::string temporary = path + ".XXXXXX";
   const FileDescriptor file(mkostemp(temporary.data(), O_CLOEXEC));
-  if (!file.IsOpen()) return;
-  if (!WriteAll(file, content) || fsync(file.get()) != 0 || rename(temporary.c_str(), path.c_str()) != 0) {
-    unlink(temporary.c_str());
-    return;
+  if (!file.IsOpen()) return false;
+  const bool replaced = fchmod(file.get(), 0600) == 0 && WriteAll(file, bytes) && fsync(file.get()) == 0 &&
+                        rename(temporary.c_str(), path.c_str()) == 0;
+  if (!replaced) unlink(temporary.c_str());
+  const FileDescriptor directory(open(path.substr(0, path.rfind('/')).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (directory.IsOpen()) fsync(directory.get());
+  return replaced;
+}
+
+// Earlier versions kept both settings in one file, as lines name=value in which a backslash and a line feed are written
+// as "\\" and "\n". It is read for a setting without a file of its own, and removed once there is none.
+constexpr char kOldFile[] = "preferences";
+
+std::optional<std::string> OldValue(const std::string& directory, std::string_view name) {
+  const std::string lines = '\n' + ReadFile(directory + kOldFile).value_or("");
+  const std::string start = '\n' + std::string(name) + '=';
+  std::size_t at = lines.find(start);
+  const std::size_t end = at == lines.npos ? at : lines.find('\n', at += start.size());
+  if (end == lines.npos) return std::nullopt;
+  std::string value;
+  for (; at < end; ++at) {
+    const bool isEscape = lines[at] == '\\';
+    if (isEscape) ++at;
+    value += isEscape && lines[at] == 'n' ? '\n' : lines[at];
   }
-  fsync(directory.get());
+  return value;
 }
 
-void Save(std::string_view name, std::string_view value) {
-  const std::string directoryPath = StoreDirectory();
-  if (directoryPath.empty() || !IsUtf8(value)) return;
-  MakeDirectories(directoryPath);
-  const FileDescriptor directory(open(directoryPath.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (!directory.IsOpen() || !LockOutOtherSaves(directory)) return;
-
-  const std::string path = directoryPath + kFile;
-  const std::optional<std::string> lines = StoredLines(path);
-  if (!lines) return;
-  const std::string updated = WithValue(name, value, *lines);
-  if (updated.size() <= kMaxFileBytes) ReplaceFile(path, updated, directory);
+void RemoveUnneededOldFile(const std::string& directory) {
+  for (const char* name : {Prefs::kBaseUrlKey, Prefs::kLicenseKeyKey}) {
+    if (access((directory + name).c_str(), F_OK) != 0) return;
+  }
+  unlink((directory + kOldFile).c_str());
 }
 
-std::string Load(std::string_view name) {
-  const std::string directoryPath = StoreDirectory();
-  if (directoryPath.empty()) return "";
-  return ValueOf(name, StoredLines(directoryPath + kFile).value_or(""));
+void Save(const char* name, std::string_view value) {
+  const std::string directory = StoreDirectory();
+  if (directory.empty() || value.size() > kLongestText || !IsUtf8(value)) return;
+  MakeDirectories(directory);
+  if (ReplaceFile(directory + name, value)) RemoveUnneededOldFile(directory);
+}
+
+std::string Load(const char* name) {
+  const std::string directory = StoreDirectory();
+  if (directory.empty()) return "";
+  std::optional<std::string> value = ReadFile(directory + name);
+  if (!value) value = OldValue(directory, name);
+  const bool isText = value && IsUtf8(*value) && value->find('\0') == value->npos;
+  return isText ? *value : "";
 }
 
 }  // namespace

@@ -27,8 +27,8 @@ class Unload : public FolderTest {
     setenv("XDG_CONFIG_HOME", folder_.c_str(), 1);
     unsetenv("DISPLAY");  // the clipboard of whoever runs the tests is not ours
     std::filesystem::create_directories(folder_ + "/varnix");
-    std::ofstream(folder_ + "/varnix/preferences")
-        << "com.varnix.plugin.licenseKey=K1\ncom.varnix.plugin.baseUrl=" << server.Url() << "\n";
+    std::ofstream(folder_ + "/varnix/com.varnix.plugin.licenseKey") << "K1";
+    std::ofstream(folder_ + "/varnix/com.varnix.plugin.baseUrl") << server.Url();
   }
   ~Unload() override { EXPECT_LT(std::chrono::steady_clock::now() - start, kBound); }
 
