@@ -145,7 +145,7 @@ xcb_window_t Connection::OwnerOf(xcb_atom_t selection) {
 }
 
 // In pieces, so that progress shows even over a slow network. The server deletes the property with the last one.
-Property Connection::Take(xcb_window_t window, xcb_atom_t property) {
+Property Connection::Take(xcb_window_t window, xcb_atom_t property, std::int64_t deadline) {
   Property taken;
   std::size_t total = 0;
   for (std::uint32_t offset = 0;; offset += kPieceBytes / 4) {
@@ -162,7 +162,8 @@ Property Connection::Take(xcb_window_t window, xcb_atom_t property) {
     taken.format = reply->format;
     taken.bytes.append(static_cast<const char*>(xcb_get_property_value(reply.get())), size);
     if (reply->bytes_after == 0) return taken;
-    if (taken.bytes.size() + reply->bytes_after > total) return {};  // it grows while it is read, perhaps for ever
+    if (taken.bytes.size() + reply->bytes_after > total) return {};  // it grows while it is read, perhaps forever
+    if (SteadyMilliseconds() >= deadline) return {};
   }
 }
 

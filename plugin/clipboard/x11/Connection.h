@@ -88,8 +88,9 @@ class Connection {
   std::vector<std::string> NamesOf(const std::vector<xcb_atom_t>& atoms);
 
   xcb_window_t OwnerOf(xcb_atom_t selection);
-  /// Reads a property and deletes it. Nothing when it is larger than kMaxValueBytes.
-  Property Take(xcb_window_t window, xcb_atom_t property);
+  /// Reads a property and deletes it. Nothing when it is larger than kMaxValueBytes, or takes longer than `deadline`
+  /// (SteadyMilliseconds).
+  Property Take(xcb_window_t window, xcb_atom_t property, std::int64_t deadline);
 
   /// Asks for the property and destruction events of another program's window, and, once for each time, no longer.
   void Watch(xcb_window_t window);

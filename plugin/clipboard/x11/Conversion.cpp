@@ -19,8 +19,8 @@ std::size_t AnnouncedBytes(const Property& announcement) {
 
 }  // namespace
 
-Conversion::Conversion(Connection& connection, xcb_window_t owner, xcb_atom_t selection)
-    : connection_(connection), owner_(owner), selection_(selection), window_(connection) {
+Conversion::Conversion(Connection& connection, xcb_window_t owner, xcb_atom_t selection, std::int64_t limit)
+    : connection_(connection), owner_(owner), selection_(selection), limit_(limit), window_(connection) {
   connection_.Watch(owner_);
 }
 
@@ -53,10 +53,10 @@ std::optional<Property> Conversion::ReceivePieces(std::size_t announced, std::in
   all.bytes.reserve(announced);
   for (;;) {
     const auto earned = static_cast<std::int64_t>(all.bytes.size()) * 1000 / kTrickleBytesPerSecond;
-    const std::int64_t limit = start + kTricklePatienceMs + earned;
-    if (!WaitFor(changed_, std::min(SteadyMilliseconds() + kOwnerPatienceMs, limit))) return std::nullopt;
+    const std::int64_t slowest = start + kTricklePatienceMs + earned;
+    if (!WaitFor(changed_, std::min(SteadyMilliseconds() + kOwnerPatienceMs, slowest))) return std::nullopt;
     Property piece = TakeProperty();
-    if (piece.type == XCB_NONE) continue;  // the event told of a piece that had been taken already
+    if (piece.type == XCB_NONE) continue;  // the event was about a piece that had been taken already
     if (piece.bytes.empty()) return all;
     stalled_ = all.bytes.size() + piece.bytes.size() > kMaxValueBytes;
     if (stalled_) return std::nullopt;
@@ -67,14 +67,14 @@ std::optional<Property> Conversion::ReceivePieces(std::size_t announced, std::in
 }
 
 bool Conversion::WaitFor(const bool& flag, std::int64_t deadline) {
-  const bool ended = connection_.WaitUntil([&] { return flag || ownerGone_; }, deadline);
+  const bool ended = connection_.WaitUntil([&] { return flag || ownerGone_; }, std::min(deadline, limit_));
   stalled_ = !ended && !connection_.IsLost();
   return ended && flag;
 }
 
 Property Conversion::TakeProperty() {
   changed_ = false;
-  return connection_.Take(window_.id(), connection_.atoms().answer);
+  return connection_.Take(window_.id(), connection_.atoms().answer, limit_);
 }
 
 void Conversion::Handle(const xcb_generic_event_t& event) {

@@ -20,19 +20,19 @@ inline constexpr std::int64_t kTrickleBytesPerSecond = std::int64_t{1} << 18;
 /// Has a window of its own, which takes an answer that comes too late away with it.
 class Conversion {
  public:
-  /// `owner` is the owner of `selection`.
-  Conversion(Connection& connection, xcb_window_t owner, xcb_atom_t selection);
+  /// `owner` is the owner of `selection`. Nothing is waited for beyond `limit`, in SteadyMilliseconds.
+  Conversion(Connection& connection, xcb_window_t owner, xcb_atom_t selection, std::int64_t limit);
   ~Conversion();
   Conversion(const Conversion&) = delete;
   Conversion& operator=(const Conversion&) = delete;
 
   /// Asks for `target`, with `argument`, if it is not empty, in the property that the answer will replace.
   void Ask(xcb_atom_t target, const std::vector<xcb_atom_t>& argument = {});
-  /// True when the owner has answered before `deadline`, be it with a refusal.
+  /// True when the owner has answered before `deadline`, even with a refusal.
   bool AwaitAnswer(std::int64_t deadline);
   /// Waits for the answer and takes it, however large; nothing when the owner refuses, stalls or dies.
   std::optional<Property> Receive();
-  /// Whether the owner, though alive, has let a deadline pass, or has sent more than anybody can want.
+  /// Whether the owner, though alive, has let a deadline or the limit pass, or has sent more than kMaxValueBytes.
   bool HasStalled() const { return stalled_; }
 
   void Handle(const xcb_generic_event_t& event);
@@ -45,6 +45,7 @@ class Conversion {
   Connection& connection_;
   const xcb_window_t owner_;
   const xcb_atom_t selection_;
+  const std::int64_t limit_;
   const Window window_;
   xcb_atom_t target_ = XCB_NONE;
   bool answered_ = false;

@@ -7,6 +7,7 @@
 
 #include "Utf8.h"
 #include "clipboard/PasteboardContent.h"
+#include "clipboard/ReadingLimit.h"
 #include "core/Clock.h"
 
 namespace x11 {
@@ -33,8 +34,8 @@ std::vector<xcb_atom_t> AtomsIn(const Property& received) {
 
 }  // namespace
 
-std::vector<Target> SelectionReader::Targets() {
-  const auto answer = Read(connection_.atoms().targets);
+std::vector<Target> SelectionReader::Targets(std::int64_t limit) {
+  const auto answer = Read(connection_.atoms().targets, limit);
   if (!answer) return {};
   const auto atoms = AtomsIn(*answer);
   auto names = connection_.NamesOf(atoms);
@@ -48,13 +49,14 @@ std::vector<Target> SelectionReader::Targets() {
   return targets;
 }
 
-std::optional<Property> SelectionReader::Read(xcb_atom_t target) {
+std::optional<Property> SelectionReader::Read(xcb_atom_t target, std::int64_t limit) {
   const xcb_window_t owner = connection_.OwnerOf(connection_.atoms().clipboard);
-  if (owner == XCB_NONE || IsStalled(owner)) return std::nullopt;
-  conversion_.emplace(connection_, owner, connection_.atoms().clipboard);
+  if (owner == XCB_NONE || IsStalled(owner, limit)) return std::nullopt;
+  conversion_.emplace(connection_, owner, connection_.atoms().clipboard, limit);
   conversion_->Ask(target);
   auto received = conversion_->Receive();
-  Remember(conversion_->HasStalled() ? owner : xcb_window_t{XCB_NONE});
+  stalledAtLimit_ = SteadyMilliseconds() >= limit;
+  Remember(conversion_->HasStalled() || stalledAtLimit_ ? owner : xcb_window_t{XCB_NONE});
   conversion_.reset();
   return received;
 }
@@ -63,7 +65,7 @@ void SelectionReader::HandOver(const std::vector<xcb_atom_t>& targets) {
   const xcb_atom_t managers = connection_.atoms().clipboardManager;
   const xcb_window_t manager = connection_.OwnerOf(managers);
   if (manager == XCB_NONE || targets.empty()) return;
-  conversion_.emplace(connection_, manager, managers);
+  conversion_.emplace(connection_, manager, managers, ReadingLimit::kNone);
   conversion_->Ask(connection_.atoms().saveTargets, targets);
   conversion_->AwaitAnswer(SteadyMilliseconds() + kHandOverLimitMs);
   conversion_.reset();
@@ -75,8 +77,9 @@ void SelectionReader::Handle(const xcb_generic_event_t& event) {
   if (reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window == stalledOwner_) Remember(XCB_NONE);
 }
 
-bool SelectionReader::IsStalled(xcb_window_t owner) {
+bool SelectionReader::IsStalled(xcb_window_t owner, std::int64_t limit) {
   if (stalledOwner_ != XCB_NONE) connection_.HandleArrivedEvents();
+  if (stalledAtLimit_ && limit == ReadingLimit::kNone) return false;
   return owner == stalledOwner_ && SteadyMilliseconds() < stalledUntil_;
 }
 

@@ -29,23 +29,26 @@ class SelectionReader {
  public:
   explicit SelectionReader(Connection& connection) : connection_(connection) {}
 
+  // `limit` is a time of SteadyMilliseconds, or ReadingLimit::kNone.
+
   /// The types of the clipboard in its owner's order; none when nobody owns it, or the owner does not answer.
-  std::vector<Target> Targets();
-  /// The clipboard as `target`; nothing when the owner refuses, stalls or dies.
-  std::optional<Property> Read(xcb_atom_t target);
+  std::vector<Target> Targets(std::int64_t limit);
+  /// The clipboard as `target`; nothing when the owner refuses, stalls, dies, or has not sent everything by `limit`.
+  std::optional<Property> Read(xcb_atom_t target, std::int64_t limit);
   /// Has the clipboard manager, if one runs, save `targets` of the clipboard, which this program owns.
   void HandOver(const std::vector<xcb_atom_t>& targets);
 
   void Handle(const xcb_generic_event_t& event);
 
  private:
-  bool IsStalled(xcb_window_t owner);
+  bool IsStalled(xcb_window_t owner, std::int64_t limit);
   void Remember(xcb_window_t stalledOwner);
 
   Connection& connection_;
   std::optional<Conversion> conversion_;
   xcb_window_t stalledOwner_ = XCB_NONE;
   std::int64_t stalledUntil_ = 0;
+  bool stalledAtLimit_ = false;  // it may be fast enough for a read without a limit
 };
 
 }  // namespace x11

@@ -149,15 +149,15 @@ std::optional<std::uint64_t> Session::OwnerChanges() {
   return watch_->Changes();
 }
 
-std::vector<Target> Session::Targets() {
+std::vector<Target> Session::Targets(std::int64_t limit) {
   std::vector<Target> targets;
-  Call([&] { targets = reader_->Targets(); });
+  Call([&] { targets = reader_->Targets(limit); });
   return targets;
 }
 
-std::optional<Property> Session::Read(xcb_atom_t target) {
+std::optional<Property> Session::Read(xcb_atom_t target, std::int64_t limit) {
   std::optional<Property> received;
-  Call([&] { received = reader_->Read(target); });
+  Call([&] { received = reader_->Read(target, limit); });
   return received;
 }
 

@@ -51,8 +51,8 @@ class Session {
   /// the server only when something has just come from it.
   std::optional<std::uint64_t> OwnerChanges();
   /// As SelectionReader has them.
-  std::vector<Target> Targets();
-  std::optional<Property> Read(xcb_atom_t target);
+  std::vector<Target> Targets(std::int64_t limit);
+  std::optional<Property> Read(xcb_atom_t target, std::int64_t limit);
 
  private:
   using Job = std::function<void()>;

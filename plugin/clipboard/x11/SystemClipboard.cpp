@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include "clipboard/ReadingLimit.h"
 #include "core/Clock.h"
 
 namespace x11 {
@@ -57,12 +58,12 @@ const PasteboardContent* SystemClipboard::OwnContent() {
 
 std::vector<Target> SystemClipboard::Targets() {
   Session* const session = ConnectedSession();
-  return session == nullptr ? std::vector<Target>() : session->Targets();
+  return session == nullptr ? std::vector<Target>() : session->Targets(ReadingLimit::Deadline());
 }
 
 std::optional<Property> SystemClipboard::Read(xcb_atom_t target) {
   Session* const session = ConnectedSession();
-  return session == nullptr ? std::nullopt : session->Read(target);
+  return session == nullptr ? std::nullopt : session->Read(target, ReadingLimit::Deadline());
 }
 
 bool SystemClipboard::Acquire() {

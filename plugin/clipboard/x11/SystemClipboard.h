@@ -31,7 +31,7 @@ class SystemClipboard {
 
   /// The content of the clipboard, valid until the next call; null when another program has it, or nobody.
   const PasteboardContent* OwnContent();
-  /// What another program has; see SelectionReader.
+  /// What another program has, within the ReadingLimit; see SelectionReader.
   std::vector<Target> Targets();
   std::optional<Property> Read(xcb_atom_t target);
 

@@ -4,7 +4,9 @@
 #include <signal.h>
 #include <sys/socket.h>
 
+#include <algorithm>
 #include <atomic>
+#include <cstddef>
 #include <string>
 #include <thread>
 #include <utility>
@@ -21,8 +23,8 @@ enum class Manner {
   kRefusing,  // refuses every request
   // Those that send their content in pieces:
   kStalls,    // sends the first piece of its content and no other
-  kTrickles,  // sends pieces of one byte, 400 ms apart, for ever
-  kEndless,   // sends pieces of a megabyte, as fast as they are taken, for ever
+  kTrickles,  // sends its content byte by byte, one each 100 ms
+  kEndless,   // sends pieces of a megabyte, one each 100 ms, forever
 };
 
 class FakeOwner {
@@ -62,6 +64,7 @@ class FakeOwner {
     if (manner_ < Manner::kStalls || request.target == client_.Atom("TARGETS")) return Answer(request, bytes_);
 
     isIncremental_ = true;
+    sent_ = 0;
     const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_change_window_attributes(client_.xcb(), request.requestor, XCB_CW_EVENT_MASK, &events);
     client_.Answer(request, client_.Atom("INCR"), 32, Words({1 << 28}));
@@ -76,8 +79,10 @@ class FakeOwner {
 
   void SendPiece() {
     if (manner_ == Manner::kStalls) isIncremental_ = false;
-    if (manner_ == Manner::kTrickles) AdvanceClock(400);
-    const std::string piece(manner_ == Manner::kEndless ? 1 << 20 : 1, 'x');
+    if (manner_ > Manner::kStalls) AdvanceClock(100);
+    const bool isEndless = manner_ == Manner::kEndless;
+    const std::string piece =
+        isEndless ? std::string(1 << 20, 'x') : bytes_.substr(std::min(sent_++, bytes_.size()), 1);
     client_.SetProperty(last_.requestor, last_.property, last_.target, 8, piece);
   }
 
@@ -87,6 +92,7 @@ class FakeOwner {
   XClient client_;
   Request last_{};  // the request in work
   bool isIncremental_ = false;
+  std::size_t sent_ = 0;  // bytes of it
   std::atomic<int> requests_ = 0;
   std::thread thread_;
 };

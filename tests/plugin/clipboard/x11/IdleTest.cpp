@@ -1,16 +1,19 @@
 // Idle calls on a real server: what another program copies is read when it is copied, and not again.
 #include <thread>
 
-#include "bridge/ClipboardUpkeep.h"
+#include "bridge/IdleLoop.h"
+#include "clipboard/ReadingLimit.h"
+#include "core/Clock.h"
 #include "plugin/clipboard/x11/PasteboardFixture.h"
 
 namespace {
 
 struct PasteboardIdle : PasteboardFixture {
   static void Idle(int calls) {
+    FMX_ExternCallStruct call{};
     for (int i = 0; i < calls; ++i) {
       AdvanceClock(100);
-      KeepClipboardConvertible();
+      Do_PluginIdle(&call);
     }
   }
 };
@@ -31,6 +34,21 @@ TEST_F(PasteboardIdle, ReadsAnotherProgramsClipboardWhenItChanges) {
     Idle(1);  // looks at what was written
   }
   EXPECT_EQ(XclipPastes("Mac-ScriptStep"), "<Step id=\"99\"/>");
+}
+
+TEST_F(PasteboardIdle, WaitsForASlowProgramNoLongerThanTheLimit) {
+  const std::string text(30, 'x');
+  for (const auto manner : {Manner::kEndless, Manner::kTrickles}) {
+    const FakeOwner slow(server_->display(), manner, {"UTF8_STRING", "STRING", "Mac-XMSS"}, text);
+    const std::int64_t start = SteadyMilliseconds();
+    Idle(1);
+    EXPECT_LT(SteadyMilliseconds() - start, ReadingLimit::kReadingLimitMs + 500);
+    Idle(30);
+    EXPECT_LT(SteadyMilliseconds() - start, ReadingLimit::kReadingLimitMs + 4500) << "asked again too soon";
+    if (manner == Manner::kTrickles) {
+      EXPECT_EQ(Text(), text) << "functions wait as long as data comes";
+    }
+  }
 }
 
 TEST_F(PasteboardIdle, SeesWhatThisProgramWritesAndWhatANewServerHolds) {

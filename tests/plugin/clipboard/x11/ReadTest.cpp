@@ -51,7 +51,7 @@ TEST_F(PasteboardReads, NothingFromABrokenOwnerAndThenTheNextOnes) {
   for (const auto manner : {Manner::kSilent, Manner::kRefusing, Manner::kStalls, Manner::kTrickles, Manner::kEndless}) {
     SCOPED_TRACE(static_cast<int>(manner));
     {
-      const FakeOwner broken(server_->display(), manner, {"UTF8_STRING"}, "broken");
+      const FakeOwner broken(server_->display(), manner, {"UTF8_STRING"}, std::string(100, 'x'));
       EXPECT_EQ(Text(), "");
     }
     const FakeOwner next(server_->display(), Manner::kObliging, {"UTF8_STRING"}, "whole");
