@@ -8,20 +8,31 @@
 #include "core/Clock.h"
 #include "core/State.h"
 #include "net/JsonWriter.h"
-#include "net/VersionCheck.h"
 
 namespace {
 
 constexpr std::uint64_t kActiveFile = 7;
 constexpr std::string_view kPoll = "/api/bridge/command/next";
 
-std::string PathOf(const Network::Request& request) { return request.url.substr(request.url.find('/', 8)); }
+Network::Outcome AnswerTo(std::string_view path) {
+  BridgeTest& test = *BridgeTest::current;
+  for (const auto& [begin, answer] : test.answers) {
+    if (path.starts_with(begin)) return answer;
+  }
+  Network::Outcome empty{true, "", "", 200};
+  if (path.starts_with(kPoll) && !test.commands.empty()) {
+    empty.body = test.commands.front();
+    test.commands.pop_front();
+  }
+  return empty;
+}
 
 FMX_ErrorCode StartScript(const FMX_Text* file, const FMX_Text* script, FMX_ScriptControl control,
                           const FMX_Data* parameter) {
   BridgeTest& test = *BridgeTest::current;
   const auto text = [](const FMX_Text* text) { return text ? calc::ToUtf8(fmhost::TextOf(*text)) : "-"; };
-  test.starts.push_back(text(file) + "|" + text(script) + "|" + std::to_string(control) + (parameter ? "|+" : "|-"));
+  test.effects.push_back("start " + text(file) + "|" + text(script) + "|" + std::to_string(control) +
+                         (parameter ? "|+" : "|-"));
   if (const auto during = std::exchange(test.duringStart, nullptr)) during();
   if (test.startErrors.empty()) return 0;
   const short error = test.startErrors.front();
@@ -29,16 +40,8 @@ FMX_ErrorCode StartScript(const FMX_Text* file, const FMX_Text* script, FMX_Scri
   return error;
 }
 
-Network::Outcome AnswerTo(const Network::Request& request) {
-  BridgeTest& test = *BridgeTest::current;
-  const std::string path = PathOf(request);
-  for (const auto& [begin, answer] : test.answers) {
-    if (path.starts_with(begin)) return answer;
-  }
-  if (!path.starts_with(kPoll) || test.commands.empty()) return {true, "", "", 200};
-  const std::string command = test.commands.front();
-  test.commands.pop_front();
-  return {true, command, "", 200};
+std::string Posted(const std::string& path, JsonWriter& record) {
+  return "POST http://s/api/bridge/" + path + " " + record.Finish();
 }
 
 }  // namespace
@@ -57,14 +60,17 @@ std::int64_t SteadyMilliseconds() {
 }
 
 void Notify(const std::string& title, const std::string& message) {
-  BridgeTest::current->notifications.push_back(title + ": " + message);
+  BridgeTest::current->effects.push_back("notify " + title + ": " + message);
 }
 
 bool Network::IsURL(const std::string& text) { return text.find(' ') == text.npos; }
 
 void Network::StartTransfer(Request request, std::function<void(Outcome)> completion) {
-  BridgeTest::current->requests.push_back(request);
-  completion(AnswerTo(request));
+  BridgeTest& test = *BridgeTest::current;
+  const std::string path = request.url.substr(request.url.find('/', 8));
+  test.requests.push_back(request);
+  if (!path.starts_with(kPoll)) test.effects.push_back(request.method + (" " + request.url + " ") + request.body);
+  completion(AnswerTo(path));
 }
 
 BridgeTest::BridgeTest() {
@@ -113,6 +119,12 @@ void BridgeTest::RunJobs() {
   g_baseUrl.swap(url);
 }
 
+Texts BridgeTest::Step(int level) {
+  Idle(level);
+  RunJobs();
+  return Effects();
+}
+
 void BridgeTest::Poll(const std::string& command) {
   commands.push_back(command);
   now += 3000;
@@ -120,42 +132,31 @@ void BridgeTest::Poll(const std::string& command) {
   RunJobs();
 }
 
-void BridgeTest::CarryOut(const std::string& command) {
+Texts BridgeTest::CarryOut(const std::string& command) {
   Poll(command);
-  Idle();
-  RunJobs();
+  return Step();
 }
 
-Texts BridgeTest::Sent() {
-  Texts sent;
-  for (const auto& request : std::exchange(requests, {})) {
-    if (PathOf(request).starts_with(kPoll)) continue;
-    sent.push_back(std::string(request.method) + " " + request.url + " " + request.body);
-  }
-  return sent;
+std::string BridgeTest::SchemaRequestState() {
+  if (g_pendingGetSchemaCmdId.empty() && g_pendingTargetFileName.empty()) return "";
+  return g_pendingGetSchemaCmdId + " " + g_pendingTargetFileName + (g_pendingSchemaReady ? " armed" : " started");
 }
 
 std::string BridgeTest::Pushed(const std::string& type, const std::string& content, const std::string& label) {
-  return "POST http://s/api/bridge/push " + JsonWriter()
-                                                .Text("licenseKey", "K1")
-                                                .Text("xmlType", type)
-                                                .Text("xmlContent", content)
-                                                .Text("label", label)
-                                                .Finish();
+  JsonWriter record;
+  record.Text("licenseKey", "K1").Text("xmlType", type).Text("xmlContent", content).Text("label", label);
+  return Posted("push", record);
 }
 
-std::string BridgeTest::Told(const std::string& code, const std::string& status, const std::string& message) {
-  return "POST http://s/api/bridge/diagnostic " + JsonWriter()
-                                                      .Text("licenseKey", "K1")
-                                                      .Text("code", code)
-                                                      .Text("status", status)
-                                                      .Text("message", message)
-                                                      .Finish();
+std::string BridgeTest::Diagnosed(const std::string& code, const std::string& status, const std::string& message) {
+  JsonWriter record;
+  record.Text("licenseKey", "K1").Text("code", code).Text("status", status).Text("message", message);
+  return Posted("diagnostic", record);
 }
 
 std::string BridgeTest::Ended(const std::string& id, const std::string& error) {
   JsonWriter record;
   record.Text("licenseKey", "K1").Text("status", error.empty() ? "completed" : "failed");
   if (!error.empty()) record.Text("error", error);
-  return "POST http://s/api/bridge/command/" + id + "/complete " + record.Finish();
+  return Posted("command/" + id + "/complete", record);
 }

@@ -1,4 +1,4 @@
-// A signed-in bridge with all that surrounds it in the test's hand: clock, background, pasteboard, host and service.
+// A signed-in bridge whose surroundings a test controls: clock, background, pasteboard, host and service.
 #pragma once
 
 #include <deque>
@@ -24,20 +24,23 @@ class BridgeTest : public FolderTest {
 
   std::int64_t now = 1'000'000;             ///< the clock
   std::function<void()> onClock;            ///< called when it is read
-  std::vector<std::function<void()>> jobs;  ///< what waits in the background
-  Texts notifications;                      ///< "title: message"
+  std::vector<std::function<void()>> jobs;  ///< those that wait in the background
 
-  /// All requests so far.
+  /// What the plug-in has done, in order: requests other than polls ("POST http://s/path body"), starts of scripts
+  /// ("start file|script|control|parameter", "-" for none), notifications ("notify title: message").
+  Texts effects;
+  /// Those since the last call.
+  Texts Effects() { return std::exchange(effects, {}); }
+  /// All requests so far, polls among them.
   std::vector<Network::Request> requests;
-  /// The commands that the service has, which it hands out in order.
+
+  /// The commands that the service has; it hands them out in order.
   std::deque<std::string> commands;
-  /// What it answers, by the beginning of the path; to all other requests an empty 200.
+  /// Its answers by the beginning of the path; any other request gets an empty 200.
   std::map<std::string, Network::Outcome> answers;
 
-  /// What the host answers to the starts of scripts, 0 when there is nothing here.
+  /// The host's answers to the next starts of scripts, then 0.
   std::deque<short> startErrors;
-  /// What it was asked: "file|script|control|parameter", "-" for none.
-  Texts starts;
   /// How many evaluations still work before one fails, negative for all.
   int evaluationsBeforeError = -1;
   /// Called within the next evaluation, and the next start of a script.
@@ -47,20 +50,25 @@ class BridgeTest : public FolderTest {
   struct Host : ScriptedHost {
     short Evaluate(std::uint64_t file, std::u16string_view expression, calc::Value& result) override;
   } host;
+  /// Makes `name` FileMaker's current file, the only one that it knows.
+  void Activate(const std::string& name) { host.answers = {{"Get(FileName)", name}}; }
 
   /// One idle message.
   void Idle(int level = 0);
   /// Runs the jobs that wait, in order, and those that they start, while another account is signed in.
   void RunJobs();
-  /// An idle call that polls, after the time that takes, and the poll, which brings `command`.
+  /// Both, and what came of it.
+  Texts Step(int level = 0);
+  /// A step that polls, after the time that takes; the poll brings `command`.
   void Poll(const std::string& command);
-  /// The same and the idle call that carries the command out, with what it has to send.
-  void CarryOut(const std::string& command);
+  /// The same, and the step that carries the command out.
+  Texts CarryOut(const std::string& command);
 
-  /// The requests since the last call but polls: "POST http://s/api/bridge/push {...}".
-  Texts Sent();
-  /// What Sent() has for these.
+  /// The pending schema request: "c1 Sales armed", "c1 Sales started", or "".
+  static std::string SchemaRequestState();
+
+  /// What Effects() has for a push record, a diagnostic record and a completion.
   static std::string Pushed(const std::string& type, const std::string& content, const std::string& label);
-  static std::string Told(const std::string& code, const std::string& status, const std::string& message);
+  static std::string Diagnosed(const std::string& code, const std::string& status, const std::string& message);
   static std::string Ended(const std::string& id, const std::string& error = "");
 };

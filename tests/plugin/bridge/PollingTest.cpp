@@ -1,16 +1,19 @@
 // When the bridge asks the service for commands and for the newest version, and what it makes of the answers.
+#include "bridge/Polling.h"
+
 #include <array>
 #include <limits>
 
-#include "bridge/Polling.h"
 #include "core/Product.h"
-#include "core/State.h"
 #include "net/VersionCheck.h"
 #include "plugin/bridge/BridgeTest.h"
 
 namespace {
 
-class Polling : public BridgeTest {};
+class Polling : public BridgeTest {
+ protected:
+  const std::string unknown_ = "Unknown command type: T";
+};
 
 TEST_F(Polling, OneAtATimeAtLeastThreeSecondsFromStartToStart) {
   constexpr int kNever = 1'000'000;
@@ -64,8 +67,7 @@ TEST_F(Polling, TakesACommandOnlyFromAnAnswerThatNamesOne) {
   };
   for (const auto& [answer, names, status] : cases) {
     answers["/api/bridge/command/next"] = {true, answer, "", status};
-    CarryOut("");
-    EXPECT_EQ(Sent(), names ? Texts{Ended("c1", "Unknown command type: T")} : Texts{}) << answer;
+    EXPECT_EQ(CarryOut(""), names ? Texts{Ended("c1", unknown_)} : Texts{}) << answer;
   }
 }
 
@@ -86,53 +88,44 @@ TEST_F(Polling, ACommandThatArrivesDuringAnIdleCallIsNeitherLostNorOverwritten) 
       RunJobs();
       Idle();
     }
-    const std::string error = "Unknown command type: T";
-    EXPECT_EQ(Sent(), (Texts{Ended("c1", error), Ended("c2", error)})) << arrival;
+    EXPECT_EQ(Effects(), (Texts{Ended("c1", unknown_), Ended("c2", unknown_)})) << arrival;
   }
 }
 
-TEST_F(Polling, StepsOfACallComeInOrderAndAHandledOneEndsIt) {
+TEST_F(Polling, TheStepsOfACallComeInOrderAndAHandledOneEndsIt) {
   g_registeredFileName.clear();
-  g_pendingSchemaReady = true;
-  g_pendingSchemaQueuedMs = now;
-  g_pendingTargetFileName = "Sales";
-  g_pendingCmd = {"c1", "T", ""};
-  g_hasPendingCmd = true;
-  host.answers = {{"Get(FileName)", "Sales"}};
+  CarryOut(R"({"id":"c1","type":"GET_SCHEMA","fileName":"Sales"})");
+  Poll(R"({"id":"c2","type":"T"})");
+  Activate("Sales");
   now += 86'400'000;
-  Idle();
+  EXPECT_EQ(Step()[0], "start -|Varnix Live Push|2|-") << "a call that starts the script takes no command";
   EXPECT_EQ(g_registeredFileName, "Sales");
-  EXPECT_EQ(starts.size(), 1u);
-  EXPECT_TRUE(g_hasPendingCmd) << "a call that starts the script takes no command";
-  Idle();
-  EXPECT_FALSE(g_hasPendingCmd);
-  EXPECT_FALSE(g_versionCheckInFlight || g_pollInFlight) << "a call that takes a command starts neither";
-  Idle();
-  RunJobs();
-  EXPECT_EQ(requests.end()[-2].url, "http://s/api/plugin/version");
+  EXPECT_EQ(Step(), Texts{Ended("c2", unknown_)});
+  EXPECT_TRUE(requests.back().url.ends_with("/complete")) << "a call that takes a command does not poll";
+  EXPECT_EQ(Step(), Texts{"GET http://s/api/plugin/version "});
+  EXPECT_NE(requests.back().url.find("/command/next?"), std::string::npos);
 }
 
 TEST_F(Polling, AsksForTheVersionOnceADay) {
   for (const int checks : {0, 1, 0, 1}) {
     now += checks == 0 ? 86'399'999 : 1;
-    Idle();
-    RunJobs();
-    EXPECT_EQ(Sent(), Texts(static_cast<std::size_t>(checks), "GET http://s/api/plugin/version ")) << now;
+    EXPECT_EQ(Step(), Texts(static_cast<std::size_t>(checks), "GET http://s/api/plugin/version ")) << now;
   }
 }
 
-TEST_F(Polling, SignedOutNothingIsAskedAndNothingSent) {
+TEST_F(Polling, NothingIsAskedOrSentWhileSignedOut) {
+  Poll(R"({"id":"c1","type":"T"})");
   g_registered = false;
   g_registeredFileName.clear();
-  g_pendingSchemaReady = g_hasPendingCmd = true;
+  g_pendingSchemaReady = true;
   pasteboard.Replace({{FakePasteboard::kText, "<fmxmlsnippet><Step/></fmxmlsnippet>"}});
   now += 86'400'000;
-  Idle();
-  EXPECT_TRUE(jobs.empty() && host.asked.empty() && g_hasPendingCmd);
+  EXPECT_EQ(Step(), Texts{});
+  EXPECT_EQ(host.asked, Texts{});
   EXPECT_NE(pasteboard.Bytes("Mac-XMSS"), "") << "the clipboard is kept nevertheless";
 }
 
-TEST_F(Polling, TellsOfNewerVersionsAndKeepsTheLastWhenItLearnsNone) {
+TEST_F(Polling, ReportsNewerVersionsAndKeepsTheLastWhenItLearnsNone) {
   EXPECT_EQ(CallHandler(Do_UpdateAvailable), "");
   const struct {
     std::string answer, newer;

@@ -1,6 +1,5 @@
-// The schema request: its wait, the start of the script, giving up, and idle calls within idle calls.
-#include "bridge/SchemaRequest.h"
-
+// The schema request: its wait, the start of the script, giving up, and calls within calls.
+#include "bridge/LivePush.h"
 #include "core/State.h"
 #include "plugin/bridge/BridgeTest.h"
 
@@ -8,7 +7,6 @@ namespace {
 
 const std::string kTimeout =
     R"("Sales" was not the active FileMaker file within 30 seconds. Make sure the file is open and try again.)";
-
 const std::string kNotStarted =
     R"(Could not start "Varnix Live Push" in "Sales" (FM error 100). Make sure the file is open.)";
 
@@ -16,86 +14,82 @@ class SchemaRequest : public BridgeTest {
  protected:
   /// The command `id` asks for the schema of `file`, "" for none named.
   Texts Ask(const std::string& id, const std::string& file) {
-    CarryOut(R"({"id":")" + id + R"(","type":"GET_SCHEMA","fileName":")" + file + "\"}");
-    return Sent();
+    return CarryOut(R"({"id":")" + id + R"(","type":"GET_SCHEMA","fileName":")" + file + "\"}");
   }
-  /// The same where no file is active, and what it is told forgotten.
-  void Arm(const std::string& id = "c1", const std::string& file = "Sales") {
+  /// c1 asks for the schema of Sales while no file is active; `file` becomes active when `elapsed` ms have passed.
+  void Arm(const std::string& file, int elapsed = 0) {
     host.answers.clear();
-    g_pendingSchemaReady = false;
-    Ask(id, file);
-    starts.clear();
-    notifications.clear();
+    EXPECT_EQ(Ask("c1", "Sales").back(), Queued("Sales"));
+    Activate(file);
+    now += elapsed;
   }
-  static std::string Armed() { return g_pendingSchemaReady ? g_pendingGetSchemaCmdId : ""; }
+  static std::string Queued(const std::string& file) {
+    return Diagnosed("LC_SCHEMA_QUEUED", "received",
+                     "Queued — waiting for \"" + file + "\" to be active in FileMaker...");
+  }
   static Texts Failed(const std::string& code, const std::string& message) {
-    return {Told(code, "error", message), Ended("c1", message)};
+    return {"notify Varnix — Schema Sync Failed: " + message, Diagnosed(code, "error", message), Ended("c1", message)};
   }
 
+  const std::string start_ = "start -|Varnix Live Push|2|-";
   const std::string triggering_ =
-      Told("LC_SCRIPT_TRIGGER", "received", R"(Triggering "Varnix Live Push" in "Sales"...)");
-  const std::string triggered_ =
-      Told("LC_SCRIPT_TRIGGERED", "received", R"(Script queued — waiting for FileMaker to run "Varnix Live Push"...)");
+      Diagnosed("LC_SCRIPT_TRIGGER", "received", R"(Triggering "Varnix Live Push" in "Sales"...)");
+  const std::string triggered_ = Diagnosed("LC_SCRIPT_TRIGGERED", "received",
+                                           R"(Script queued — waiting for FileMaker to run "Varnix Live Push"...)");
+  const Texts started_ = {start_, triggering_, triggered_};
+  const Texts timedOut_ = Failed("LC_TIMEOUT", kTimeout);
 };
 
 TEST_F(SchemaRequest, IsForTheNamedFileElseTheRegisteredOneElseItFails) {
-  const auto queued = [](const std::string& file) {
-    return Told("LC_SCHEMA_QUEUED", "received", "Queued — waiting for \"" + file + "\" to be active in FileMaker...");
-  };
   const std::string list = Pushed("FILE_LIST", "Contacts\nRegistered", "Open Files");
-  host.answers = {{"Get(FileName)", "Contacts"}};
-  EXPECT_EQ(Ask("c1", "Sales"), (Texts{list, queued("Sales")}));
-  EXPECT_EQ(Ask("c2", ""), (Texts{list, queued("Registered")}));
-  EXPECT_EQ(Armed(), "c2") << "the later request replaces the earlier one";
-  g_pendingSchemaReady = false;
+  Activate("Contacts");
+  EXPECT_EQ(Ask("c1", "Sales"), (Texts{list, Queued("Sales")}));
+  EXPECT_EQ(Ask("c2", ""), (Texts{list, Queued("Registered")}));
+  EXPECT_EQ(SchemaRequestState(), "c2 Registered armed") << "the later request replaces the earlier one";
+  Activate("");
   g_registeredFileName.clear();
-  host.answers.clear();
   EXPECT_EQ(Ask("c3", ""),
             Texts{Ended("c3", "No FM file registered. Open your FM file and let Varnix.Register() run first.")});
-  EXPECT_EQ(Ask("c4", "Sales"), Texts{queued("Sales")}) << "no list when no file is known";
+  EXPECT_EQ(Ask("c4", "Sales"), Texts{Queued("Sales")}) << "no list when no file is known";
 }
 
 TEST_F(SchemaRequest, StartsWaitsOrGivesUpByIdleLevelFileAndTime) {
-  enum Outcome { kStarts, kWaits, kGivesUp };
-  const Texts sent[] = {{triggering_, triggered_}, {}, Failed("LC_TIMEOUT", kTimeout)};
+  const std::pair<Texts, std::string> starts{started_, "c1 Sales started"}, waits{{}, "c1 Sales armed"},
+      givesUp{timedOut_, ""};
   const struct {
     int level;
-    const char* file;
+    std::string file;
     int elapsed;
-    Outcome outcome;
+    std::pair<Texts, std::string> outcome;
   } cases[] = {
-      {0, "Sales", 0, kStarts},          {1, "sALES", 0, kStarts},           {1, "Sales", 90'000, kStarts},
-      {2, "Sales", 30'000, kWaits},      {3, "Sales", 30'001, kGivesUp},     {4, "Sales", 30'000, kWaits},
-      {0, "Contacts", 30'000, kWaits},   {0, "Sales.fmp12", 30'000, kWaits}, {0, "", 30'000, kWaits},
-      {0, "Contacts", 30'001, kGivesUp}, {0, "", 30'001, kGivesUp},
+      {0, "Sales", 3000, starts},       {1, "sALES", 3000, starts},        {1, "Sales", 90'000, starts},
+      {2, "Sales", 30'000, waits},      {3, "Sales", 30'001, givesUp},     {4, "Sales", 30'000, waits},
+      {0, "Contacts", 30'000, waits},   {0, "Sales.fmp12", 30'000, waits}, {0, "", 30'000, waits},
+      {0, "Contacts", 30'001, givesUp}, {0, "", 30'001, givesUp},
   };
   for (const auto& [level, file, elapsed, outcome] : cases) {
     SCOPED_TRACE(std::to_string(level) + " " + file + " " + std::to_string(elapsed));
-    Arm();
-    host.answers = {{"Get(FileName)", file}};
-    now += elapsed;
-    Idle(level);
-    EXPECT_EQ(Armed(), outcome == kWaits ? "c1" : "");
-    EXPECT_EQ(g_pollInFlight, outcome == kWaits) << "the call ends when the wait has";
-    RunJobs();
-    EXPECT_EQ(starts, outcome == kStarts ? Texts{"-|Varnix Live Push|2|-"} : Texts{});
-    EXPECT_EQ(notifications, outcome == kGivesUp ? Texts{"Varnix — Schema Sync Failed: " + kTimeout} : Texts{});
-    EXPECT_EQ(g_pendingTargetFileName, outcome == kGivesUp ? "" : "Sales");
-    EXPECT_EQ(Sent(), sent[outcome]);
+    Arm(file, elapsed);
+    requests.clear();
+    EXPECT_EQ(Step(level), outcome.first);
+    EXPECT_EQ(SchemaRequestState(), outcome.second);
+    EXPECT_EQ(requests.size(), outcome == waits ? 1u : outcome.first.size() - 1) << "the call ends when the wait has";
+    now += 30'001;
+    Activate("Contacts");
+    EXPECT_EQ(Step(), outcome == waits ? timedOut_ : Texts{}) << "a wait goes on, nothing else does";
   }
 }
 
-TEST_F(SchemaRequest, AWaitWhoseCommandALivePushHasCompletedEndsSilently) {
-  Arm();
-  ClaimSchemaRequest("Sales");  // as a live push does
-  Idle();
-  EXPECT_EQ(starts, Texts{}) << "no file is not the file that is waited for";
-  now += 30'001;
-  Idle();
+TEST_F(SchemaRequest, EndsSilentlyWhenALivePushHasCompletedItsCommand) {
+  Arm("Sales");
+  EXPECT_EQ(CallHandler(Do_LivePush, {folder_ + "/missing"}), "OK");
   RunJobs();
-  EXPECT_FALSE(g_pendingSchemaReady);
-  EXPECT_EQ(notifications, Texts{});
-  EXPECT_EQ(Sent(), Texts{});
+  EXPECT_EQ(Effects().back().substr(0, 44), "POST http://s/api/bridge/command/c1/complete");
+  for (const char* file : {"Sales", ""}) {
+    Activate(file);
+    EXPECT_EQ(Step(), Texts{}) << "no file is not the file that is waited for";
+    now += 30'001;
+  }
 }
 
 TEST_F(SchemaRequest, TheSecondStartNamesTheFileAndItsErrorDecides) {
@@ -105,68 +99,55 @@ TEST_F(SchemaRequest, TheSecondStartNamesTheFileAndItsErrorDecides) {
       "fmpluginVrnx for the Varnix plug-in.";
   const std::string missing =
       R"("Varnix Live Push" script not found in "Sales". Add the script to this file and try again.)";
-  const std::pair<std::deque<short>, std::string> cases[] = {
-      {{100, 0}, ""}, {{1825, 825}, blocked}, {{825, 1825}, missing}, {{825, 100}, kNotStarted}};
-  for (const auto& [errors, message] : cases) {
-    const bool started = message.empty();
-    Arm();
-    host.answers = {{"Get(FileName)", "sales"}};
+  const struct {
+    std::deque<short> errors;
+    Texts effects;
+    std::string state;
+  } cases[] = {
+      {{100, 0}, {triggering_, triggered_}, "c1 Sales started"},
+      {{1825, 825}, Failed("LC_SCRIPT_ERROR", blocked), ""},
+      {{825, 1825}, Failed("LC_SCRIPT_ERROR", missing), ""},
+      {{825, 100}, Failed("LC_SCRIPT_ERROR", kNotStarted), ""},
+  };
+  for (const auto& [errors, rest, state] : cases) {
+    Arm("sales");
     startErrors = errors;
-    Idle();
-    RunJobs();
-    EXPECT_EQ(starts, (Texts{"-|Varnix Live Push|2|-", "sales|Varnix Live Push|2|-"}));
-    Texts sent = started ? Texts{triggered_} : Failed("LC_SCRIPT_ERROR", message);
-    sent.insert(sent.begin(), triggering_);
-    EXPECT_EQ(Sent(), sent);
-    EXPECT_EQ(notifications, started ? Texts{} : Texts{"Varnix — Schema Sync Failed: " + message});
-    EXPECT_EQ(Armed(), "");
-    EXPECT_EQ(g_pendingGetSchemaCmdId, started ? "c1" : "") << "once started, it waits for its live push";
-    EXPECT_EQ(g_pendingTargetFileName, started ? "Sales" : "");
+    Texts expected = {start_, "start sales|Varnix Live Push|2|-"};
+    expected.insert(expected.end(), rest.begin(), rest.end());
+    if (state.empty()) expected.insert(expected.begin() + 3, triggering_);
+    EXPECT_EQ(Step(), expected);
+    EXPECT_EQ(SchemaRequestState(), state);
   }
 }
 
-TEST_F(SchemaRequest, ALaterRequestIsTakenMeanwhileAndCountsFromItsOwnTime) {
-  Arm("c0");
+TEST_F(SchemaRequest, ALaterRequestCountsFromItsOwnTime) {
+  Ask("c0", "Sales");
   now += 20'000;
-  Ask("c1", "Sales");
-  now += 30'000;
-  Idle();
-  EXPECT_EQ(Armed(), "c1");
+  Arm("Contacts", 30'000);
+  EXPECT_EQ(Step(), Texts{});
   now += 1;
-  Idle();
-  RunJobs();
-  EXPECT_EQ(Sent(), Failed("LC_TIMEOUT", kTimeout));
+  EXPECT_EQ(Step(), timedOut_);
 }
 
-TEST_F(SchemaRequest, IdleCallsWithinTheEvaluationAndTheStartSettleItOnce) {
-  const std::pair<const char*, Texts> cases[] = {{"Sales", {triggering_, triggered_}},
-                                                 {"Contacts", Failed("LC_TIMEOUT", kTimeout)}};
-  for (const auto& [file, sent] : cases) {
-    Arm();
-    host.answers = {{"Get(FileName)", file}};
-    now += 30'001;
+TEST_F(SchemaRequest, CallsWithinTheEvaluationAndTheStartSettleItOnce) {
+  for (const std::string file : {"Sales", "Contacts"}) {
+    Arm(file, 30'001);
     duringEvaluation = duringStart = [this] { Idle(); };
-    Idle();
-    RunJobs();
-    EXPECT_EQ(Sent(), sent);
+    EXPECT_EQ(Step(), file == "Sales" ? started_ : timedOut_);
   }
-  Arm();
-  host.answers = {{"Get(FileName)", "Sales"}};
+  Arm("Sales");
   duringEvaluation = [this] { Idle(3); };
-  Idle();
-  EXPECT_EQ(starts.size(), 1u) << "by its own level, not by that of the call within";
+  EXPECT_EQ(Step(), started_) << "by its own level, not by that of the call within";
 }
 
-TEST_F(SchemaRequest, ARequestThatArrivesWithinAFailingStartOutlivesIt) {
-  Arm();
-  Poll(R"({"id":"c2","type":"GET_SCHEMA","fileName":"Sales"})");  // not yet active: brought, not carried out
-  host.answers = {{"Get(FileName)", "Sales"}};
+TEST_F(SchemaRequest, OneThatArrivesWithinAFailingStartOutlivesIt) {
+  Arm("");
+  Poll(R"({"id":"c2","type":"GET_SCHEMA","fileName":"Sales"})");
+  Activate("Sales");
   startErrors = {100, 100};
   duringStart = [this] { Idle(); };
-  Idle();
-  EXPECT_EQ(Armed(), "c2");
-  RunJobs();
-  EXPECT_EQ(Sent().back(), Ended("c1", kNotStarted));
+  EXPECT_EQ(Step().back(), Ended("c1", kNotStarted));
+  EXPECT_EQ(SchemaRequestState(), "c2 Sales armed");
 }
 
 }  // namespace

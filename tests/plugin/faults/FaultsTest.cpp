@@ -5,9 +5,9 @@
 #include <fstream>
 #include <utility>
 
-#include "core/State.h"
 #include "core/FunctionTable.h"
 #include "core/HostText.h"
+#include "core/State.h"
 #include "net/VersionCheck.h"
 #include "plugin/bridge/BridgeTest.h"
 #include "plugin/faults/Allocations.h"
@@ -42,9 +42,8 @@ class Surroundings : public BridgeTest {
       Idle();
       RunJobs();
     }
-    Sent();
-    CarryOut(R"({"id":"c2","type":"other"})");
-    const Texts sent = Sent();
+    Effects();
+    const Texts sent = CarryOut(R"({"id":"c2","type":"other"})");
     ASSERT_EQ(sent.size(), 1u);
     const std::string account = g_licenseKey + " at " + g_baseUrl;
     EXPECT_TRUE(account == "K1 at http://s" || account == kNewKey + " at " + kNewUrl) << account;

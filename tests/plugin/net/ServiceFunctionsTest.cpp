@@ -39,7 +39,7 @@ TEST_F(ServiceFunctions, SendWhatTheyAreForAndGiveTheAnswer) {
   };
   for (const auto& c : cases) {
     EXPECT_EQ(CallHandler(c.handler, c.arguments), c.result);
-    EXPECT_EQ(Sent(), Texts{std::string("POST ") + kUrl + " " + c.body});
+    EXPECT_EQ(Effects(), Texts{std::string("POST ") + kUrl + " " + c.body});
   }
 }
 
