@@ -183,8 +183,8 @@ short Application::ExecuteSql(std::uint64_t file, std::u16string_view fileName, 
                               calc::Value& result) {
   const OpenFile* target = fileName.empty() ? FileById(file) : FindFile(fileName);
   if (target == nullptr) return errors::kFileMissing;
-  result = calc::Value::OfText(sim::ExecuteSql(sql, target->solution, {&columnSeparator, 1}, {&rowSeparator, 1},
-                                               arguments, behaviour_));
+  result = calc::Value::OfText(
+      sim::ExecuteSql(sql, target->solution, {&columnSeparator, 1}, {&rowSeparator, 1}, arguments, behaviour_));
   return 0;
 }
 

@@ -35,6 +35,7 @@ struct ScriptFrame {
   calc::Value parameter;
   calc::Value result;
   int lastError = 0;
+  bool errorCapture = false;  ///< failures are the script's own business: neither shown nor counted
   calc::Variables locals;
 };
 

@@ -151,7 +151,7 @@ const Parameter kParameters[] = {
     {u"CurrentTimestamp", [](const Context&) { return Value::OfMoment(calc::Type::kTimestamp, LocalSeconds()); }},
     {u"DesktopPath", [](const Context&) { return Text(FileMakerPath(HomeDirectory() + "/Desktop/")); }},
     {u"DocumentsPath", [](const Context&) { return Text(FileMakerPath(HomeDirectory() + "/Documents/")); }},
-    {u"ErrorCaptureState", [](const Context&) { return Number(0); }},
+    {u"ErrorCaptureState", [](const Context& c) { return Number(c.script() && c.script()->errorCapture ? 1 : 0); }},
     {u"FileName", [](const Context& c) { return Text(c.file() ? c.file()->solution.name : u""); }},
     {u"FilePath",
      [](const Context& c) {

@@ -43,12 +43,17 @@ class Execution {
   using StepFunction = void (Execution::*)(const ScriptStep&);
 
   void Perform(const ScriptStep& step) {
-    static const std::map<int, StepFunction> kSteps = {
-        {kStepSaveAsXml, &Execution::SaveCopyAsXml}, {kStepPause, &Execution::Pause},
-        {kStepIf, &Execution::EnterBlock},           {kStepElse, &Execution::LeaveBlock},
-        {kStepElseIf, &Execution::LeaveBlock},       {kStepEndIf, &Execution::Nothing},
-        {kStepComment, &Execution::Nothing},         {kStepShowDialog, &Execution::ShowDialog},
-        {kStepExitScript, &Execution::Exit},         {kStepSetVariable, &Execution::SetVariable}};
+    static const std::map<int, StepFunction> kSteps = {{kStepSaveAsXml, &Execution::SaveCopyAsXml},
+                                                       {kStepPause, &Execution::Pause},
+                                                       {kStepIf, &Execution::EnterBlock},
+                                                       {kStepElse, &Execution::LeaveBlock},
+                                                       {kStepElseIf, &Execution::LeaveBlock},
+                                                       {kStepEndIf, &Execution::Nothing},
+                                                       {kStepComment, &Execution::Nothing},
+                                                       {kStepShowDialog, &Execution::ShowDialog},
+                                                       {kStepExitScript, &Execution::Exit},
+                                                       {kStepSetVariable, &Execution::SetVariable},
+                                                       {kStepSetErrorCapture, &Execution::SetErrorCapture}};
     const auto known = kSteps.find(step.id);
     if (known == kSteps.end()) return Tell(step, "is not simulated; skipped");
     stepError_ = 0;
@@ -62,6 +67,7 @@ class Execution {
 
   void Fail(const ScriptStep& step, int error, const std::string& what) {
     frame_.lastError = stepError_ = error;
+    if (frame_.errorCapture) return;
     failed_ = true;
     Tell(step, "failed with error " + std::to_string(error) + ": " + what);
   }
@@ -69,7 +75,10 @@ class Execution {
   // An empty formula is empty text. One that fails while running is shown as a failure, but gives "?" and the step goes
   // on with that, as in FileMaker. Without a value, for want of a formula that can be parsed, there is nothing to do.
   bool Evaluate(const ScriptStep& step, const std::u16string& formula, calc::Value& value) {
-    if (formula.empty()) return value = {}, true;
+    if (formula.empty()) {
+      value = {};
+      return true;
+    }
     const int error = application_.EvaluateIn(frame_.file, formula, value);
     if (application_.IsCancelled()) return false;
     if (error != 0) Fail(step, error, calc::ToUtf8(formula));
@@ -111,6 +120,8 @@ class Execution {
 
   void Nothing(const ScriptStep&) {}
 
+  void SetErrorCapture(const ScriptStep& step) { frame_.errorCapture = step.on; }
+
   void SetVariable(const ScriptStep& step) {
     calc::Value value, repetition;
     if (!Evaluate(step, step.calculation, value) || !Evaluate(step, step.repetition, repetition)) return;
@@ -142,7 +153,8 @@ class Execution {
     frame_.lastError = stepError_;
   }
 
-  // The export that the file was opened from is the copy: nothing in a simulated file changes.
+  // The export that the file was opened from is the copy: nothing in a simulated file changes. It goes to the first
+  // destination that can be written.
   void SaveCopyAsXml(const ScriptStep& step) {
     const PrivilegeSet* set = CurrentPrivilegeSet(Context(application_, frame_.file));
     if (set == nullptr || set->id != kFullAccess) return Fail(step, errors::kNoPrivilege, "it needs full access");
@@ -152,13 +164,18 @@ class Execution {
     const OpenFile* file = frame_.file;
     if (!step.calculation.empty()) file = FileOfWindow(window.AsText());
     if (file == nullptr) return Fail(step, errors::kFileMissing, "no window \"" + calc::ToUtf8(window.AsText()) + "\"");
+    std::string failures;
     for (const auto& destination : step.destinations) {
       const std::string path = MachinePath(DestinationPath(destination), FolderOf(*frame_.file));
       std::error_code failure;
-      std::filesystem::copy_file(file->solution.path, path, std::filesystem::copy_options::overwrite_existing, failure);
-      if (failure) return Fail(step, errors::kCannotCreateFile, path + ": " + failure.message());
+      std::filesystem::copy_file(file->solution.path, path, failure);  // like FileMaker, never over another file
+      if (!failure) {
+        frame_.lastError = stepError_;
+        return;
+      }
+      failures += (failures.empty() ? "" : "; ") + path + ": " + failure.message();
     }
-    frame_.lastError = stepError_;
+    Fail(step, errors::kCannotCreateFile, failures);
   }
 
   const OpenFile* FileOfWindow(const std::u16string& name) {

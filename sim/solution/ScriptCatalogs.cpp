@@ -29,6 +29,9 @@ void ReadParameters(pugi::xml_node element, ScriptStep& step) {
     case kStepExitScript:
       step.calculation = xml::Formula(Parameter(element, "Calculation"));
       return;
+    case kStepSetErrorCapture:
+      step.on = xml::IsTrue(Parameter(element, "Boolean").child("Boolean").attribute("value"));
+      return;
     case kStepPause:
       step.calculation = xml::Formula(Parameter(element, "Options").child("Options"));
       return;

@@ -57,6 +57,7 @@ enum StepId : int {
   kStepIf = 68,
   kStepElse = 69,
   kStepEndIf = 70,
+  kStepSetErrorCapture = 86,
   kStepShowDialog = 87,
   kStepComment = 89,
   kStepExitScript = 103,
@@ -69,6 +70,7 @@ struct ScriptStep {
   int id = 0;
   std::u16string name;
   bool enabled = true;
+  bool on = false;                           ///< of Set Error Capture
   std::u16string text;                       ///< the variable's name of Set Variable
   std::u16string calculation;                ///< the condition, value, result, duration, window or message
   std::u16string repetition;                 ///< of Set Variable

@@ -68,6 +68,18 @@ TEST_F(ScriptRunner, GoesOnAfterAFailureButReportsIt) {
   EXPECT_EQ(shown, Lines{"script \"Go\", step 1 \"Set Variable\" failed with error 1204: 1 +"});
 }
 
+TEST_F(ScriptRunner, LeavesCapturedErrorsToTheScript) {
+  const auto capture = [](const std::string& state) {
+    return Step(86, "Set Error Capture", Parameter("Boolean", "<Boolean value=\"" + state + "\"></Boolean>"));
+  };
+  const std::string fail = SetVariable("$x", "1 +") + SetVariable("$e", "Get ( LastError )");
+  EXPECT_EQ(Run(capture("True") + fail + Exit("$e & \",\" & Get ( ErrorCaptureState )")), "1204,1");
+  EXPECT_TRUE(succeeded);
+  EXPECT_EQ(shown, Lines{});
+  Run(capture("True") + capture("False") + fail);
+  EXPECT_FALSE(succeeded);
+}
+
 TEST_F(ScriptRunner, SavesTheExportItselfAsXml) {
   const std::string setPath = SetVariable("$path", "\"/Macintosh HD" + folder_ + "/copy.xml\"");
   const auto save = [&](const std::string& window, const std::string& destination, const SmallFile& file = {}) {
@@ -84,6 +96,14 @@ TEST_F(ScriptRunner, SavesTheExportItselfAsXml) {
     EXPECT_EQ(Bytes(folder_ + "/copy.xml"), Bytes(folder_ + "/Small.xml"));
     std::filesystem::remove(folder_ + "/copy.xml");
   }
+  std::ofstream(folder_ + "/copy.xml") << "older";
+  EXPECT_EQ(save("", "$path"), "800");
+  EXPECT_EQ(shown.back(), "script \"Go\", step 2 \"Save a Copy as XML\" failed with error 800: " + folder_ +
+                              "/copy.xml: File exists");
+  EXPECT_EQ(save("", "$path</Location><Location>file:second.xml"), "0") << "the next path of the list";
+  EXPECT_EQ(Bytes(folder_ + "/copy.xml"), "older");
+  EXPECT_EQ(Bytes(folder_ + "/second.xml"), Bytes(folder_ + "/Small.xml"));
+  std::filesystem::remove(folder_ + "/copy.xml");
   EXPECT_EQ(save("\"Other\"", "$path"), "100");
   EXPECT_EQ(save("", "filemac:/Macintosh HD/no/such/folder/x.xml"), "800");
   EXPECT_EQ(save("", "$path", {.privilegeSet = "4"}), "9");
