@@ -59,12 +59,12 @@ std::vector<Number> Pieces(std::u16string_view text, std::u16string_view separat
   return pieces;
 }
 
-// Hours, minutes and whole or broken seconds of a moment within its day.
-std::u16string ClockText(long long wholeSeconds, const Number& fraction, long long shownHour) {
-  std::u16string text =
-      Digits(shownHour) + u":" + Digits(wholeSeconds / 60 % 60, 2) + u":" + Digits(wholeSeconds % 60, 2);
-  if (fraction.Sign() != 0) text += fraction.ToText();
-  return text;
+std::u16string HourAndMinute(long long shownHour, long long wholeSeconds) {
+  return Digits(shownHour) + u":" + Digits(wholeSeconds / 60 % 60, 2);
+}
+
+std::u16string Seconds(long long wholeSeconds, const Number& fraction) {
+  return u":" + Digits(wholeSeconds % 60, 2) + (fraction.Sign() == 0 ? u"" : fraction.ToText());
 }
 
 bool TakeSuffix(std::u16string_view& text, std::u16string_view suffix) {
@@ -105,7 +105,8 @@ std::u16string FormatDate(const Number& dayNumber) {
 std::u16string FormatTime(const Number& seconds) {
   const Number length = seconds.Sign() < 0 ? -seconds : seconds;
   const long long whole = length.ToInteger();
-  return (seconds.Sign() < 0 ? u"-" : u"") + ClockText(whole, length - length.Floor(), whole / 3600);
+  return (seconds.Sign() < 0 ? u"-" : u"") + HourAndMinute(whole / 3600, whole) +
+         Seconds(whole, length - length.Floor());
 }
 
 std::u16string FormatTimestamp(const Number& seconds) {
@@ -114,8 +115,10 @@ std::u16string FormatTimestamp(const Number& seconds) {
   if (!IsDay(day)) return std::u16string(kInvalidText);
   const long long clock = whole.ToInteger() % kSecondsPerDay;
   const long long hour = clock / 3600;
-  return FormatDate(day) + u" " + ClockText(clock, seconds - whole, (hour + 11) % 12 + 1) +
-         (hour < 12 ? u" AM" : u" PM");
+  const Number fraction = seconds - whole;
+  const bool isFullMinute = clock % 60 == 0 && fraction.Sign() == 0;
+  return FormatDate(day) + u" " + HourAndMinute((hour + 11) % 12 + 1, clock) +
+         (isFullMinute ? u"" : Seconds(clock, fraction)) + (hour < 12 ? u" AM" : u" PM");
 }
 
 std::optional<Number> ParseDate(std::u16string_view text) {

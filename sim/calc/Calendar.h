@@ -25,7 +25,8 @@ std::optional<long long> DayNumber(long long year, long long month, long long da
 CalendarDate DateOfDay(long long dayNumber);
 bool IsDay(const Number& dayNumber);
 
-/// "1/31/2024", "13:02:03", "1/31/2024 1:02:03 PM", fractions of a second as they are. "?" outside the calendar.
+/// "1/31/2024", "13:02:03", "1/31/2024 1:02:03 PM"; a timestamp at a full minute has no seconds, "1/31/2024 1:02 PM".
+/// Fractions of a second are kept. "?" outside the calendar.
 std::u16string FormatDate(const Number& dayNumber);
 std::u16string FormatTime(const Number& seconds);
 std::u16string FormatTimestamp(const Number& seconds);

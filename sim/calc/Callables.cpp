@@ -33,8 +33,8 @@ std::vector<Entry> MakeEntries() {
     entries.push_back({function.name, {&function, function.signature}});
   }
   for (const auto table :
-       {TextFunctions(), SearchFunctions(), WordFunctions(), ListFunctions(), EncodingFunctions(), NumberFunctions(),
-        AggregateFunctions(), MathFunctions(), DateFunctions(), ConversionFunctions()}) {
+       {TextFunctions(), SearchFunctions(), WordFunctions(), ListFunctions(), EncodingFunctions(), JsonFunctions(),
+        NumberFunctions(), AggregateFunctions(), MathFunctions(), DateFunctions(), ConversionFunctions()}) {
     for (const Builtin& function : table) entries.push_back({function.name, {&function, function.signature}});
   }
   return entries;

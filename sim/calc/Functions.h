@@ -39,6 +39,7 @@ std::span<const Builtin> SearchFunctions();
 std::span<const Builtin> WordFunctions();
 std::span<const Builtin> ListFunctions();
 std::span<const Builtin> EncodingFunctions();
+std::span<const Builtin> JsonFunctions();
 std::span<const Builtin> NumberFunctions();
 std::span<const Builtin> AggregateFunctions();
 std::span<const Builtin> MathFunctions();

@@ -43,6 +43,37 @@ TEST(CalcFunctions, OfLists) {
   });
 }
 
+TEST(CalcFunctions, OfJson) {
+  TestEnvironment environment;
+  environment.locals[{u"j", 1}] =
+      calc::Value::OfText(u"{\"b\":[1,\"two\",{\"c.d\":true}],\"a\":{\"n\":null,\"x\":0.5},\"e\":\"\\u00e9\"}");
+  ExpectAll(
+      {
+          {R"(JSONGetElement ( $j ; "b[1]" ) & JSONGetElement ( $j ; "b[2]['c.d']" ) & JSONGetElement ( $j ; "e" ))",
+           "two1é"},
+          {R"(JSONGetElement ( $j ; "a" ) & JSONGetElement ( $j ; "a.x" ) & JSONGetElement ( $j ; "a.n" ))",
+           R"({"n":null,"x":0.5}.5)"},
+          {R"(JSONGetElement ( $j ; "no.such[3]" ) & JSONGetElement ( "[7,8]" ; 1 ) & JSONGetElement ( $j ; "b[9" ))",
+           "8"},
+          {R"(JSONListKeys ( $j ; "" ) & "," & JSONListKeys ( $j ; "b" ) & "," & JSONListValues ( $j ; "b" ))",
+           "a\rb\re,0\r1\r2,1\rtwo\r{\"c.d\":true}"},
+          {R"(JSONGetElementType ( $j ; "b" ) & JSONGetElementType ( $j ; "a.n" ) & JSONGetElementType ( $j ; "e" ))",
+           "461"},
+          {R"(JSONDeleteElement ( $j ; "b" ) & JSONDeleteElement ( "[1,2]" ; 0 ) & JSONDeleteElement ( "[1]" ; "x.y" ))",
+           R"({"a":{"n":null,"x":0.5},"e":"é"}[2][1])"},
+          {R"(JSONSetElement ( "" ; [ "a.b[1]" ; 1.5 ; JSONNumber ] ; [ "z" ; "1" ; JSONBoolean ] ))",
+           R"({"a":{"b":[null,1.5]},"z":true})"},
+          {R"(JSONSetElement ( "[]" ; 0 ; "[1]" ; JSONArray ) & JSONSetElement ( "" ; "k" ; "a\"b" ; JSONString ))",
+           R"([[1]]{"k":"a\"b"})"},
+          {R"(JSONSetElement ( "{}" ; "[99999999]" ; 1 ; JSONNumber ))", "? * Invalid path."},
+          {R"(JSONFormatElements ( "{\"a\":[1,{}],\"b\":2}" ))",
+           "{\r\t\"a\" : \r\t[\r\t\t1,\r\t\t{}\r\t],\r\t\"b\" : 2\r}"},
+          {R"(JSONGetElement ( "{ oops" ; "a" ))",
+           "? * Line 1, Column 3\r  Syntax error: value, object or array expected."},
+      },
+      environment);
+}
+
 TEST(CalcFunctions, OfNumbers) {
   ExpectAll({
       {R"x(GetAsNumber ( "12abc34" ) & "," & GetAsNumber ( "2 - 2" ) & "," & GetAsNumber ( "(22)" ))x", "1234,22,-22"},
@@ -72,7 +103,7 @@ TEST(CalcFunctions, OfDatesAndTimes) {
       {"DayName ( Date ( 1 ; 31 ; 2024 ) ) & DayOfWeek ( Date ( 1 ; 31 ; 2024 ) ) & MonthName ( 1 )",
        "Wednesday4January"},
       {"Timestamp ( Date ( 1 ; 31 ; 2024 ) ; Time ( 13 ; 2 ; 3 ) ) & \",\" & Timestamp ( 1 ; 0 )",
-       "1/31/2024 1:02:03 PM,1/1/1 12:00:00 AM"},
+       "1/31/2024 1:02:03 PM,1/1/1 12:00 AM"},
       {R"(GetAsDate ( "2/29/2024" ) + 1 & "," & GetAsDate ( "366" ))", "738946,1/1/2"},
   });
   ExpectEach("error 1200", {"Date ( 12 ; 32 ; 4000 )", "GetAsDate ( \"2/30/2024\" )"});
