@@ -87,10 +87,7 @@ std::u16string WindowName(const Context& context) {
   return u"";
 }
 
-std::u16string ApplicationVersion(const Context& context) {
-  const auto& identity = context.application().identity();
-  return (identity.application == 1 ? u"Pro " : u"Server ") + identity.version;
-}
+std::u16string ApplicationVersion(const Context& context) { return context.application().identity().version; }
 
 std::u16string LayoutTable(const Context& context) {
   const Layout* layout = context.file() == nullptr ? nullptr : StartLayout(context.file()->solution);

@@ -14,7 +14,7 @@ namespace {
 
 constexpr char kEntryPoint[] = "FMExternCallProc";
 constexpr std::size_t kStringCapacity = 1024;  // in UTF-16 units
-constexpr std::size_t kIdleOption = 7;         // from 0, in the options string
+constexpr std::size_t kIdleOption = 8;         // the ninth character of the options string
 constexpr std::size_t kOptionsLength = 11;
 
 std::string MessageName(FMX_ExternCallSwitch message) {

@@ -11,9 +11,9 @@ namespace sim {
 
 /// What the host tells a plug-in about itself.
 struct HostIdentity {
-  short extensionVersion = 71;      ///< 71 is FileMaker 2023
-  FMX_Application application = 1;  ///< 1 Pro, 7 server scripts
-  std::u16string version = u"22.0.1";
+  short extensionVersion = 71;             ///< 71 is FileMaker 2023
+  FMX_Application application = 1;         ///< 1 Pro, 7 server scripts
+  std::u16string version = u"Pro 22.0.1";  ///< also what Get ( ApplicationVersion ) gives
   FMX_StartScriptCall startScript = nullptr;
   FMX_CurrentEnvCall currentEnvironment = nullptr;
 };

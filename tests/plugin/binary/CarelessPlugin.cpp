@@ -78,7 +78,7 @@ void FMExternCallProc(FMX_ExternCallPtr call) {
   }
   if (call->whichCall == kFMXT_GetString) {
     auto* out = reinterpret_cast<fmx::unichar16*>(call->result);
-    for (const char* c = call->parm1 == kFMXT_OptionsStr ? "Care1nnYYnn" : "Careless"; *c != 0; ++c) *out++ = *c;
+    for (const char* c = call->parm1 == kFMXT_OptionsStr ? "Care1nnnYnn" : "Careless"; *c != 0; ++c) *out++ = *c;
     *out = 0;
   }
 }
