@@ -92,6 +92,9 @@ class Application : public fmhost::Host {
   /// The script that runs now, nullptr when none does; set by whoever runs it.
   ScriptFrame* runningScript = nullptr;
 
+  /// The name for which a calculation failed last because it is neither a field nor a function.
+  std::u16string unknownName;
+
   /// Of calculations while no file is open.
   calc::Variables globals;
   calc::Variables locals;

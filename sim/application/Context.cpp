@@ -20,17 +20,22 @@ Context::Context(Application& application, OpenFile* file) : application_(applic
 
 std::optional<calc::Value> Context::Get(std::u16string_view parameter) { return EvaluateGet(parameter, *this); }
 
-std::optional<calc::Value> Context::Field(std::u16string_view occurrenceName, std::u16string_view name, int) {
-  if (file_ == nullptr) return std::nullopt;
+std::optional<calc::Value> Context::Field(std::u16string_view occurrence, std::u16string_view field, int) {
+  if (FieldName(occurrence, field).empty()) return std::nullopt;
+  return calc::Value();  // an export holds no records
+}
+
+std::u16string Context::FieldName(std::u16string_view occurrenceName, std::u16string_view name) {
+  if (file_ == nullptr) return {};
   const Solution& solution = file_->solution;
   const auto* occurrence =
       occurrenceName.empty() ? LayoutOccurrence(solution) : solution.FindOccurrence(occurrenceName);
   const auto* table = occurrence == nullptr ? nullptr : solution.TableOf(*occurrence);
-  if (table == nullptr) return std::nullopt;
+  if (table == nullptr) return {};
   for (const auto& field : table->fields) {
-    if (calc::EqualIgnoringCase(field.name, name)) return calc::Value();  // an export holds no records
+    if (calc::EqualIgnoringCase(field.name, name)) return occurrence->name + u"::" + field.name;
   }
-  return std::nullopt;
+  return {};
 }
 
 const calc::HostFunction* Context::FindHostFunction(std::u16string_view name) {

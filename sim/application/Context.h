@@ -14,6 +14,8 @@ class Context : public calc::Environment {
 
   std::optional<calc::Value> Get(std::u16string_view parameter) override;
   std::optional<calc::Value> Field(std::u16string_view occurrence, std::u16string_view field, int repetition) override;
+  std::u16string FieldName(std::u16string_view occurrence, std::u16string_view field) override;
+  void ReportUnknownName(std::u16string_view name) override { application_.unknownName = name; }
   const calc::HostFunction* FindHostFunction(std::u16string_view name) override;
   const calc::CustomFunction* FindCustomFunction(std::u16string_view name) override;
   calc::Variables& Locals() override;

@@ -44,6 +44,12 @@ class Environment {
   /// The value of a field; nullopt when there is none (error 102). `occurrence` is empty for a bare name.
   virtual std::optional<Value> Field(std::u16string_view occurrence, std::u16string_view field, int repetition) = 0;
 
+  /// The whole name of a field, `Occurrence::Field`; empty when there is none.
+  virtual std::u16string FieldName(std::u16string_view occurrence, std::u16string_view field) = 0;
+
+  /// Called with a name that is neither a field nor a function, as it was written, before the calculation fails for it.
+  virtual void ReportUnknownName(std::u16string_view) {}
+
   /// nullptr when unknown. The result stays valid until the calculation ends.
   virtual const HostFunction* FindHostFunction(std::u16string_view name) = 0;
   virtual const CustomFunction* FindCustomFunction(std::u16string_view name) = 0;

@@ -22,6 +22,7 @@ inline constexpr int kNameMissing = 1209;
 inline constexpr int kAlreadyRegistered = 1210;
 inline constexpr int kListNotAllowed = 1211;
 inline constexpr int kOperatorExpected = 1212;
+inline constexpr int kFieldRequired = 1214;
 inline constexpr int kInvalidGetParameter = 1215;
 inline constexpr int kNoSuchFunction = 1224;
 inline constexpr int kNotSupported = 1225;

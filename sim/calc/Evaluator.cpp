@@ -89,7 +89,9 @@ Value Evaluator::operator()(const Variable& variable) {
 
 Value Evaluator::operator()(const FieldName& name) {
   const int repetition = RunRepetition(name.repetition);
-  return environment_.Field(name.occurrence, name.field, repetition).value_or(Value::OfError(errors::kFieldMissing));
+  if (auto value = environment_.Field(name.occurrence, name.field, repetition)) return *value;
+  environment_.ReportUnknownName(name.occurrence.empty() ? name.field : name.occurrence + u"::" + name.field);
+  return Value::OfError(errors::kFieldMissing);
 }
 
 Value Evaluator::operator()(const Prefixed& prefixed) {

@@ -36,6 +36,7 @@ class Evaluator {
   Value EvaluationError(const Nodes& arguments);
   Value IsValidExpression(const Nodes& arguments);
   Value GetField(const Nodes& arguments);
+  Value GetFieldName(const Nodes& arguments);
   Value SetPrecision(const Nodes& arguments);
   Value SetRecursion(const Nodes& arguments);
 

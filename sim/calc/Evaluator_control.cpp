@@ -20,6 +20,7 @@ constexpr ControlFunction kControlFunctions[] = {
     {u"EvaluationError", {1, 1}, &Evaluator::EvaluationError},
     {u"IsValidExpression", {1, 1}, &Evaluator::IsValidExpression},
     {u"GetField", {1, 1}, &Evaluator::GetField},
+    {u"GetFieldName", {1, 1}, &Evaluator::GetFieldName},
     {u"SetPrecision", {2, 2}, &Evaluator::SetPrecision},
     {u"SetRecursion", {2, 2}, &Evaluator::SetRecursion},
 };
@@ -72,6 +73,13 @@ Value Evaluator::GetField(const Nodes& arguments) {
   const bool parses = Parse(name.AsText(), environment_, {}, formula) == 0;
   if (!parses || !std::holds_alternative<FieldName>(formula.root.content)) return Value::OfError(errors::kFieldMissing);
   return RunFormula(formula, {});
+}
+
+Value Evaluator::GetFieldName(const Nodes& arguments) {
+  const auto* field = std::get_if<FieldName>(&arguments[0].content);
+  if (field == nullptr) return Value::OfError(errors::kFieldRequired);
+  std::u16string name = environment_.FieldName(field->occurrence, field->field);
+  return name.empty() ? Run(arguments[0]) : Value::OfText(std::move(name));
 }
 
 Value Evaluator::SetPrecision(const Nodes& arguments) {

@@ -11,10 +11,11 @@ namespace calc {
 namespace {
 
 constexpr char16_t kParagraph = u'\u00B6';
-constexpr std::u16string_view kBlanks = u" \t\r\n";
+// A no-break space comes with formulas that were pasted from web pages.
+constexpr std::u16string_view kWhiteSpace = u" \t\r\n\u00A0";
 constexpr std::u16string_view kLineEnds = u"\r\n";
 // What no name may hold.
-constexpr std::u16string_view kReserved = u" \t\r\n,+-*/\\^&=\u2260><\u2264\u2265()[]{}\";:$\u00B6";
+constexpr std::u16string_view kReserved = u" \t\r\n\u00A0,+-*/\\^&=\u2260><\u2264\u2265()[]{}\";:$\u00B6";
 
 struct Sign {
   std::u16string_view spelling;
@@ -98,7 +99,7 @@ void Lexer::SkipNestedComment() {
 
 void Lexer::SkipBlanksAndComments() {
   while (true) {
-    rest_.remove_prefix(std::min(rest_.find_first_not_of(kBlanks), rest_.size()));
+    rest_.remove_prefix(std::min(rest_.find_first_not_of(kWhiteSpace), rest_.size()));
     if (TakePrefix(u"/*")) {
       SkipNestedComment();
     } else if (rest_.starts_with(u"//")) {
@@ -188,6 +189,20 @@ Token Lexer::Next() {
   // A lone brace, colon or backslash.
   if (WordAt(rest_).empty()) throw SyntaxError{errors::kOperandExpected};
   return TakeName();
+}
+
+bool IsUnfinished(std::u16string_view formula) {
+  Lexer lexer(formula);
+  int open = 0;
+  try {
+    for (Token token = lexer.Next(); token.kind != TokenKind::kEnd; token = lexer.Next()) {
+      if (token.kind == TokenKind::kOpen || token.kind == TokenKind::kOpenList) ++open;
+      if (token.kind == TokenKind::kClose || token.kind == TokenKind::kCloseList) --open;
+    }
+  } catch (const SyntaxError& error) {
+    return error.code == errors::kOpenText || error.code == errors::kOpenComment;
+  }
+  return open > 0;
 }
 
 }  // namespace calc

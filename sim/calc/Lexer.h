@@ -59,4 +59,7 @@ class Lexer {
   std::u16string_view rest_;
 };
 
+/// Whether `formula` ends within a parenthesis, bracket, text or comment, so that more must follow.
+bool IsUnfinished(std::u16string_view formula);
+
 }  // namespace calc

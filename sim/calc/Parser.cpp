@@ -231,7 +231,10 @@ Node Parser::NameAlone(std::u16string name) {
 
 Node Parser::ParseCall(const std::u16string& name) {
   const Callable callable = FindCallable(name, environment_);
-  if (!callable.IsKnown()) throw SyntaxError{errors::kNotAFunction};
+  if (!callable.IsKnown()) {
+    environment_.ReportUnknownName(name);
+    throw SyntaxError{errors::kNotAFunction};
+  }
   Advance();
   if (Is(TokenKind::kClose) && callable.signature.minArguments > 0) throw SyntaxError{errors::kOperandExpected};
   if (const auto* form = std::get_if<Form>(&callable.target)) return ParseForm(*form);

@@ -1,11 +1,11 @@
 #include "fmsim/Commands.h"
 
 #include <algorithm>
-#include <charconv>
+#include <cctype>
+#include <cstdlib>
 #include <iostream>
 
-#include "application/GetFunctions.h"
-#include "calc/Engine.h"
+#include "calc/Lexer.h"
 #include "calc/Unicode.h"
 #include "wrapper/Host.h"
 
@@ -68,9 +68,9 @@ void RunScript(Session& session, const std::string& argument) {
 }
 
 void Idle(Session& session, const std::string& argument) {
-  double seconds = 0;
-  const auto [end, error] = std::from_chars(argument.data(), argument.data() + argument.size(), seconds);
-  if (!argument.empty() && (error != std::errc() || *end != '\0' || !(seconds >= 0) || seconds > 86400)) {
+  char* end = nullptr;
+  const double seconds = std::strtod(argument.c_str(), &end);
+  if (*end != '\0' || !(seconds >= 0) || seconds > 86400) {
     session.Fail(".idle takes a number of seconds");
     return;
   }
@@ -136,30 +136,29 @@ LineResult ExecuteCommand(Session& session, const std::string& line) {
   return LineResult::kContinue;
 }
 
+bool IsCommand(const std::string& text) {
+  return text.size() > 1 && text[0] == '.' && std::isalpha(static_cast<unsigned char>(text[1])) != 0;
+}
+
+bool IsComment(const std::string& text) { return text.starts_with("//"); }
+
 }  // namespace
 
 LineResult Execute(Session& session, const std::string& line) {
   const std::string text = Trimmed(line);
-  if (text.empty() || text.starts_with("//")) return LineResult::kContinue;
-  const bool isCommand = text.size() > 1 && text[0] == '.' && std::isalpha(static_cast<unsigned char>(text[1])) != 0;
-  if (isCommand) return ExecuteCommand(session, text);
+  if (text.empty() || IsComment(text)) return LineResult::kContinue;
+  if (IsCommand(text)) return ExecuteCommand(session, text);
   session.Evaluate(text);
   return LineResult::kContinue;
 }
 
-std::vector<std::string> CompletableNames(Session& session) {
+bool IsUnfinished(const std::string& line) {
+  const std::string text = Trimmed(line);
+  return !IsComment(text) && !IsCommand(text) && calc::IsUnfinished(calc::ToUtf16(text));
+}
+
+std::vector<std::string> CommandNames() {
   std::vector<std::string> names;
-  const auto add = [&names](const std::vector<std::u16string>& more) {
-    for (const auto& name : more) names.push_back(ToUtf8(name));
-  };
-  add(calc::FunctionNames());
-  add(session.application().DesignFunctionNames());
-  add(sim::GetParameterNames());
-  for (const auto& function : fmhost::Functions()) names.push_back(ToUtf8(function.name));
-  if (const auto* file = session.application().activeFile()) {
-    for (const auto& function : file->solution.customFunctions) names.push_back(ToUtf8(function.name));
-  }
-  for (const auto& command : kCommands) names.push_back(command.name);
-  std::sort(names.begin(), names.end());
+  for (const auto& command : kCommands) names.emplace_back(command.name);
   return names;
 }

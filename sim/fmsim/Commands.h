@@ -11,6 +11,8 @@ enum class LineResult { kContinue, kQuit };
 /// Carries out one line. Blank lines and lines that begin with "//" do nothing.
 LineResult Execute(Session& session, const std::string& line);
 
-/// Every name that can be completed at the prompt: functions of the engine, the open files and the plug-ins, parameters
-/// of Get, and dot commands.
-std::vector<std::string> CompletableNames(Session& session);
+/// Whether `line` begins a calculation that more lines must complete.
+bool IsUnfinished(const std::string& line);
+
+/// The dot commands.
+std::vector<std::string> CommandNames();

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <cwchar>
 #include <string_view>
 #include <utility>
@@ -15,9 +16,8 @@
 namespace {
 
 constexpr int kHistoryLines = 1000;
-constexpr std::string_view kWordBreaks = " \t\"()[]{};&+-*/^=<>";  // no dot: it is part of plug-in function names
-
-const char* Prompt(EditLine*) { return kPrompt; }
+// A key typed for a sign-in must not lie in a file.
+constexpr char kSignIn[] = "Varnix.Register";
 
 LineEditor& Self(EditLine* editor) {
   void* self = nullptr;
@@ -43,27 +43,36 @@ std::size_t CommonLength(const std::vector<std::string>& names) {
 
 }  // namespace
 
-LineEditor::LineEditor(Await await, Names names)
+LineEditor::LineEditor(Await await, Completer complete, std::string historyFile)
     : await_(std::move(await)),
-      names_(std::move(names)),
+      complete_(std::move(complete)),
+      historyFile_(std::move(historyFile)),
       history_(history_init(), history_end),
       editor_(el_init("fmsim", stdin, stdout, stderr), el_end) {
   HistEvent event;
   history(history_.get(), &event, H_SETSIZE, kHistoryLines);
   history(history_.get(), &event, H_SETUNIQUE, 1);
+  if (!historyFile_.empty()) history(history_.get(), &event, H_LOAD, historyFile_.c_str());
   EditLine* editor = editor_.get();
   el_set(editor, EL_CLIENTDATA, this);
-  el_set(editor, EL_PROMPT, Prompt);
+  el_set(
+      editor, EL_PROMPT, +[](EditLine* self) { return const_cast<char*>(Self(self).prompt_); });
   el_set(editor, EL_EDITOR, "emacs");
   el_set(editor, EL_HIST, history, history_.get());
-  el_set(editor, EL_GETCFN, static_cast<el_rfunc_t>(ReadCharacter));
-  el_wset(editor, EL_ADDFN, L"fmsim-complete", L"Complete a name", Complete);  // el_set would leak copies
+  el_set(editor, EL_GETCFN, static_cast<int (*)(EditLine*, wchar_t*)>(ReadCharacter));
+  el_wset(editor, EL_ADDFN, L"fmsim-complete", L"Complete a name", CompleteWord);  // el_set would leak copies
   el_set(editor, EL_BIND, "^I", "fmsim-complete", nullptr);
   el_set(editor, EL_BIND, "^R", "em-inc-search-prev", nullptr);
   el_source(editor, nullptr);  // the user's own ~/.editrc
 }
 
-std::optional<std::string> LineEditor::ReadLine() {
+LineEditor::~LineEditor() {
+  HistEvent event;
+  if (!historyFile_.empty()) history(history_.get(), &event, H_SAVE, historyFile_.c_str());  // mode 0600
+}
+
+std::optional<std::string> LineEditor::ReadLine(const char* prompt) {
+  prompt_ = prompt;
   el_resize(editor_.get());
   // Before the prompt shows: a terminal that still collects lines would cut what is pasted at 4095 characters.
   el_set(editor_.get(), EL_PREP_TERM, 1);
@@ -73,7 +82,8 @@ std::optional<std::string> LineEditor::ReadLine() {
   std::string line(typed, static_cast<std::size_t>(length));
   while (line.ends_with('\n') || line.ends_with('\r')) line.pop_back();
   HistEvent event;
-  if (!line.empty()) history(history_.get(), &event, H_ENTER, line.c_str());
+  const bool keep = !line.empty() && strcasestr(line.c_str(), kSignIn) == nullptr;
+  if (keep) history(history_.get(), &event, H_ENTER, line.c_str());
   return line;
 }
 
@@ -98,14 +108,12 @@ int LineEditor::ReadCharacter(wchar_t& character) {
   }
 }
 
-unsigned char LineEditor::Complete(EditLine* editor, int) {
+unsigned char LineEditor::CompleteWord(EditLine* editor, int) {
   const LineInfo* line = el_line(editor);
-  const std::string_view before(line->buffer, static_cast<std::size_t>(line->cursor - line->buffer));
-  const std::string word(before.substr(before.find_last_of(kWordBreaks) + 1));
-  auto names = Self(editor).names_();
-  std::erase_if(names,
-                [&word](const std::string& name) { return strncasecmp(name.c_str(), word.c_str(), word.size()) != 0; });
+  const std::string before(line->buffer, static_cast<std::size_t>(line->cursor - line->buffer));
+  const auto [start, names] = Self(editor).complete_(before);
   if (names.empty()) return CC_REFRESH_BEEP;
+  const std::string word = before.substr(start);
   const std::string common = names.front().substr(0, CommonLength(names));
   if (common == word && names.size() > 1) {
     Self(editor).List(names);

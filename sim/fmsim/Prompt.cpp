@@ -3,11 +3,14 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
+#include <filesystem>
 #include <iostream>
 #include <string>
 #include <string_view>
 
 #include "fmsim/Commands.h"
+#include "fmsim/Completion.h"
 #include "fmsim/LineEditor.h"
 #include "fmsim/Signals.h"
 
@@ -20,21 +23,43 @@ bool TakeLine(Session& session, const std::string& line) {
   return Execute(session, line) != LineResult::kQuit && CaughtSignal() == 0;
 }
 
+// In the user's folder for state that outlives a run; empty when there is none.
+std::string HistoryFile() {
+  const char* state = std::getenv("XDG_STATE_HOME");
+  const char* home = std::getenv("HOME");
+  std::filesystem::path folder;
+  if (state != nullptr && *state == '/') {
+    folder = state;
+  } else if (home != nullptr && *home == '/') {
+    folder = std::filesystem::path(home) / ".local/state";
+  } else {
+    return {};
+  }
+  folder /= "varnix";
+  std::error_code failure;
+  std::filesystem::create_directories(folder, failure);
+  return failure ? std::string() : (folder / "fmsim_history").string();
+}
+
 }  // namespace
 
 void RunPrompt(Session& session) {
   LineEditor editor([&session](const auto& redraw) { return session.AwaitInput(STDIN_FILENO, redraw); },
-                    [&session] { return CompletableNames(session); });
+                    [&session](std::string_view line) { return Complete(session, line); }, HistoryFile());
   std::cout << "Type a calculation, or .help" << std::endl;
+  std::string text;  // a calculation may take several lines
   for (bool ended = false; !ended;) {
-    if (const auto line = editor.ReadLine()) {
-      ended = Execute(session, *line) == LineResult::kQuit;
+    if (const auto line = editor.ReadLine(text.empty() ? kPrompt : kContinuationPrompt)) {
+      text += (text.empty() ? "" : "\n") + *line;
+      if (IsUnfinished(text)) continue;
+      ended = Execute(session, text) == LineResult::kQuit;
       if (ForgetInterrupt()) std::cout << std::endl;  // it has ended what the line began
     } else {
       const bool cancelled = ForgetInterrupt();
       std::cout << (cancelled ? "^C" : "") << std::endl;
       ended = !cancelled;
     }
+    text.clear();
     ended = ended || CaughtSignal() != 0;
   }
   session.ForgetFailures();
@@ -53,9 +78,13 @@ void RunLines(Session& session) {
     std::string_view rest(bytes, static_cast<std::size_t>(count));
     for (auto end = rest.find('\n'); end != rest.npos; end = rest.find('\n')) {
       line += rest.substr(0, end);
+      rest.remove_prefix(end + 1);
+      if (IsUnfinished(line)) {
+        line += '\n';
+        continue;
+      }
       if (!TakeLine(session, line)) return;
       line.clear();
-      rest.remove_prefix(end + 1);
     }
     line += rest;
   }

@@ -7,6 +7,7 @@
 #include "application/ScriptRunner.h"
 #include "calc/Engine.h"
 #include "calc/Unicode.h"
+#include "fmsim/Completion.h"
 #include "fmsim/ErrorTexts.h"
 #include "fmsim/Signals.h"
 
@@ -67,18 +68,32 @@ bool Session::Activate(const std::string& fileName) {
   return application_.Activate(calc::ToUtf16(fileName), error) || Fail(error);
 }
 
+bool Session::Calculate(std::string_view formula, calc::Value& value, std::string& failure) {
+  application_.unknownName.clear();
+  const int error = application_.Evaluate(calc::ToUtf16(formula), value);
+  if (error == 0) return true;
+  failure = ErrorText(error);
+  if (application_.unknownName.empty()) return false;
+  const std::string name = calc::ToUtf8(application_.unknownName);
+  failure += ": \"" + name + '"';
+  if (const auto nearest = NearestName(*this, name); !nearest.empty()) failure += ". Did you mean " + nearest + '?';
+  return false;
+}
+
+void Session::Print(const calc::Value& value) { std::cout << Printable(calc::ToUtf8(value.AsText())) << std::endl; }
+
 bool Session::Evaluate(std::string_view formula) {
   calc::Value value;
-  const int error = application_.Evaluate(calc::ToUtf16(formula), value);
-  if (error != 0) return Fail(ErrorText(error));
-  std::cout << Printable(calc::ToUtf8(value.AsText())) << std::endl;
-  return true;
+  std::string failure;
+  const bool succeeded = Calculate(formula, value, failure);
+  if (succeeded || value.IsError()) Print(value);
+  return succeeded || Fail(failure);
 }
 
 bool Session::Check(std::string_view formula) {
   calc::Value value;
-  const int error = application_.Evaluate(calc::ToUtf16(formula), value);
-  if (error != 0) return Fail("NOT OK  " + std::string(formula) + "  (" + ErrorText(error) + ")");
+  std::string failure;
+  if (!Calculate(formula, value, failure)) return Fail("NOT OK  " + std::string(formula) + "  (" + failure + ")");
   if (!value.AsBoolean()) return Fail("NOT OK  " + std::string(formula));
   std::cout << "ok      " << formula << std::endl;
   return true;
@@ -89,11 +104,8 @@ void Session::SetScriptParameter(const std::string& text) {
 }
 
 bool Session::EvaluateScriptParameter(std::string_view formula) {
-  calc::Value value;
-  const int error = application_.Evaluate(calc::ToUtf16(formula), value);
-  if (error != 0) return Fail(ErrorText(error));
-  scriptParameter_ = value;
-  return true;
+  std::string failure;
+  return Calculate(formula, scriptParameter_, failure) || Fail(failure);
 }
 
 bool Session::RunScript(const std::string& name) {
@@ -114,8 +126,7 @@ bool Session::Run(const sim::QueuedScript& queued, bool printResult) {
   const bool succeeded =
       sim::RunScript(application_, surroundings, *queued.file, *queued.script, queued.parameter, result);
   if (!succeeded) failed_ = true;
-  const std::string text = Printable(calc::ToUtf8(result.AsText()));
-  if (printResult && !text.empty() && !application_.IsCancelled()) std::cout << text << std::endl;
+  if (printResult && !result.AsText().empty() && !application_.IsCancelled()) Print(result);
   return succeeded;
 }
 

@@ -20,9 +20,10 @@ class Session {
   bool LoadPlugin(const std::string& path);
   bool Open(const std::string& path);
   bool Activate(const std::string& fileName);
-  /// Prints the value of `formula`, its returns as line ends.
+  /// Prints the value of `formula`, its returns as line endings. The error value prints as "?", and counts as a
+  /// failure.
   bool Evaluate(std::string_view formula);
-  /// Evaluates `formula` and tells whether it is true.
+  /// Evaluates `formula` and shows whether it is true.
   bool Check(std::string_view formula);
   /// The parameter of the next script that RunScript runs: a text, or what `formula` gives.
   void SetScriptParameter(const std::string& text);
@@ -39,6 +40,7 @@ class Session {
   /// Sends idle messages at the interval for `duration`, at least one, or until a signal is caught.
   void IdleFor(std::chrono::milliseconds duration);
 
+  /// Prints `message` to standard error. Always false.
   bool Fail(const std::string& message);
   bool failed() const { return failed_ || pluginThrew_; }
   /// What a person mistyped at the prompt is no failure of the run.
@@ -53,6 +55,9 @@ class Session {
  private:
   using Time = std::chrono::steady_clock::time_point;
 
+  /// Evaluates `formula`; on failure `failure` says why.
+  bool Calculate(std::string_view formula, calc::Value& value, std::string& failure);
+  void Print(const calc::Value& value);
   void IdleFor(int level, std::chrono::milliseconds duration);
   /// Sends one idle message, and outside scripts runs those that plug-ins have started. Returns whether any ran.
   bool Idle(int level);

@@ -11,6 +11,7 @@ TEST(CalcTokens, AreReadAsFileMakerReadsThem) {
       {R"("/* no comment */" & "// nor this" & "say \"x\"" & "\\" & "a\nb")",
        R"(/* no comment */// nor thissay "x"\a\nb)"},
       {"\"a¶b\\¶\" & ¶ & \"b\"", "a\rb¶\rb"},
+      {"1\u00A0+\u00A0Orders::Line Total", "13.5"},
       {".5 + 1.50 & \",\" & 007 & \",\" & 1e3 + 1E-1 + 1e+1", "2,7,1010.1"},
       {"get(filename) & GET ( FileName ) & (TRUE + false)", "OrdersOrders1"},
       {"Orders::Line Total + 1 & Orders::Line Total[1 + 1] & Orders :: Line Total", "13.5712.5"},
@@ -57,6 +58,7 @@ TEST(CalcControl, EvaluateTellsItsErrorOnlyUntilItIsKept) {
       {"EvaluationError ( Evaluate ( \"1 +\" ) ) & \",\" & EvaluationError ( Evaluate ( \"1/0\" ) )", "1204,15"},
       {"Let ( e = Evaluate ( \"1/0\" ) ; EvaluationError ( e ) & \",\" & IsEmpty ( e ) )", "0,1"},
       {"IsValidExpression ( \"1 + 1\" ) & IsValidExpression ( \"1 +\" )", "10"},
+      {"GetFieldName ( Orders::Line Total[2] ) & EvaluationError ( GetFieldName ( 1 ) )", "Orders::Line Total1214"},
       {"GetField ( \"Orders::Line Total[2]\" ) & GetField ( \"Name\" )", "7Ann"},
   });
 }

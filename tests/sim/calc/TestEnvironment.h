@@ -28,6 +28,11 @@ class TestEnvironment : public calc::Environment {
     return calc::Value::OfText(found->second[static_cast<size_t>(repetition - 1)]);
   }
 
+  std::u16string FieldName(std::u16string_view occurrence, std::u16string_view field) override {
+    const auto name = std::u16string(occurrence) + u"::" + std::u16string(field);
+    return fields.contains(name) ? name : u"";
+  }
+
   const calc::HostFunction* FindHostFunction(std::u16string_view name) override { return Find(hostFunctions, name); }
   const calc::CustomFunction* FindCustomFunction(std::u16string_view name) override {
     return Find(customFunctions, name);

@@ -1,7 +1,14 @@
 // fmsim as a person or a script uses it: options in order, results, messages, exit status.
 #include <gtest/gtest.h>
 
+#include <pty.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
 
 #include "sim/application/SmallExport.h"
 #include "support/Process.h"
@@ -33,6 +40,11 @@ TEST_F(Fmsim, SaysWhatFailedAndGoesOn) {
     std::string errors;
   } cases[] = {
       {{"--eval", "1 +", "--eval", "2"}, "2\n", "error 1204: a number, text, field name or \"(\" is expected here\n"},
+      {{"--eval", "1 / 0"}, "?\n", "error 15: division by zero\n"},
+      {{"--eval", "JSONGetElemnt & Nope ( 1 )", "--eval", "JSONGetElemnt"},
+       "?\n",
+       "error 1208: an operator is missing, the function does not exist, or \"(\" is not expected here: \"Nope\"\n"
+       "error 102: the field is missing: \"JSONGetElemnt\". Did you mean JSONGetElement?\n"},
       {{"--open", "/no/such.xml", "--eval", "2"}, "2\n", "/no/such.xml cannot be opened: No such file or directory\n"},
       {{"--plugin", "/no/such.fmx"}, "", "cannot load plug-in /no/such.fmx: No such file or directory\n"},
       {{"--open", kWorkshop, "--run", "No Such"},
@@ -43,7 +55,7 @@ TEST_F(Fmsim, SaysWhatFailedAndGoesOn) {
        "plug-in Careless.fmx does not want to be enabled by a host of extension version 55\n"
        "Careless.fmx: 1 Text object never deleted\n"},
       {{"--plugin", CARELESS_PLUGIN, "--eval", "Careless.Throw", "--idle", "0"},
-       "",
+       "?\n",
        "Careless.fmx: Careless.Throw threw std::runtime_error: out of ink\nerror 1200: the calculation failed\n"
        "Careless.fmx: the idle message threw int\nCareless.fmx: left \"Careless.Leak\" registered\n"},
       {{"--open", Write({.steps = SetVariable("$x", "1 / 0") + Exit("$x")}), "--run", "Go"},
@@ -59,12 +71,54 @@ TEST_F(Fmsim, SaysWhatFailedAndGoesOn) {
 }
 
 TEST_F(Fmsim, TakesLinesFromAPipe) {
-  const auto result =
-      Run({"--open", kTimesheets},
-          "// a comment\n\n1 + 1\n.files\n.check 1 = 1\n.check 1 = 2\n.nonsense\n.5 + .5\n.say done\n.quit\n3");
-  EXPECT_EQ(result.output, "2\n* Timesheets.fmp12  (2 tables, 3 occurrences; account Admin)\nok      1 = 1\n1\ndone\n");
+  const auto result = Run({"--open", kTimesheets},
+                          "// a comment\n\n1 + 1\nLet ( [ x = \"a\n.quit\" ] ;\nx )\n.files\n.check 1 = 1\n.check 1 = "
+                          "2\n.nonsense\n.5 + .5\n.say done\n.quit\n3");
+  EXPECT_EQ(result.output,
+            "2\na\n.quit\n* Timesheets.fmp12  (2 tables, 3 occurrences; account Admin)\nok      1 = 1\n1\ndone\n");
   EXPECT_EQ(result.errors, "NOT OK  1 = 2\nno command .nonsense; .help lists them\n");
   EXPECT_EQ(result.status, 1);
+}
+
+// What the terminal shows after `keys` have been typed, each when the prompt before it has come.
+std::string Type(const std::vector<std::string>& keys) {
+  int terminal = -1;
+  const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
+  if (child == 0) {
+    execl(FMSIM, FMSIM, "--open", kTimesheets.c_str(), static_cast<char*>(nullptr));
+    _exit(127);
+  }
+  std::string shown;
+  std::size_t seen = 0;
+  auto key = keys.begin();
+  char bytes[4096];
+  for (ssize_t count = 0; (count = read(terminal, bytes, sizeof bytes)) > 0;) {
+    shown.append(bytes, static_cast<std::size_t>(count));
+    const auto prompt = shown.find("> ", seen);
+    if (prompt == shown.npos || key == keys.end()) continue;
+    seen = prompt + 2;
+    if (write(terminal, key->data(), key->size()) < 0) break;
+    ++key;
+  }
+  close(terminal);
+  int status = -1;
+  waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0) << shown;
+  return shown;
+}
+
+TEST_F(Fmsim, CompletesContinuesAndRemembersLinesOnATerminal) {
+  setenv("XDG_STATE_HOME", folder_.c_str(), 1);
+  const std::string shown =
+      Type({".activate tim\t\r", "Max ( 3 ;\r", "2 )\r", ".run hours\t\r", "\"varnix.register\"\r", ".quit\r"});
+  EXPECT_NE(shown.find("  ...> "), shown.npos) << shown;
+  EXPECT_NE(shown.find("\n3\r\n"), shown.npos) << shown;
+  EXPECT_EQ(shown.find("no script"), shown.npos) << shown;
+  const std::string history = folder_ + "/varnix/fmsim_history";
+  const auto kept = (std::stringstream() << std::ifstream(history).rdbuf()).str();
+  EXPECT_NE(kept.find("Timesheets"), kept.npos) << kept;
+  EXPECT_EQ(kept.find("register"), kept.npos) << "a line of a sign-in holds a key";
+  EXPECT_EQ(std::filesystem::status(history).permissions(), std::filesystem::perms(0600));
 }
 
 TEST_F(Fmsim, StopsAtASignalAndStillUnloadsItsPlugins) {

@@ -1,0 +1,21 @@
+// What the words that are typed at the prompt can be completed to.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "fmsim/Session.h"
+
+struct Completion {
+  std::size_t start = 0;           ///< where in the line the word begins, in bytes
+  std::vector<std::string> names;  ///< all that begin with the word, without regard to case, in order; UTF-8
+};
+
+/// For the end of `line`, UTF-8: the argument of a command that takes a file, a script or a path, else a command, or a
+/// function or Get parameter of a calculation.
+Completion Complete(Session& session, std::string_view line);
+
+/// The name of a function, Get parameter or command that `name` may have been meant to be; empty when none is near.
+std::string NearestName(Session& session, const std::string& name);
