@@ -1,5 +1,7 @@
 #include "Body.h"
 
+#include <cstdlib>
+
 #include "HttpError.h"
 
 namespace service {
@@ -22,7 +24,7 @@ void Body::Append(const char* data, std::size_t size) {
 
 void Body::Receive(const httplib::Request& request, const httplib::ContentReader& reader) {
   if (request.is_multipart_form_data()) throw HttpError(415, "a form is not taken here");
-  if (request.get_header_value<std::uint64_t>("Content-Length") > limit_.bytes_) {
+  if (std::strtoull(request.get_header_value("Content-Length").c_str(), nullptr, 10) > limit_.bytes_) {
     Discard(request, reader);
     throw TooLarge(limit_);
   }
@@ -36,7 +38,7 @@ void Body::Receive(const httplib::Request& request, const httplib::ContentReader
 void Discard(const httplib::Request& request, const httplib::ContentReader& reader) {
   const auto forget = [](const char*, std::size_t) { return true; };
   if (request.is_multipart_form_data()) {
-    reader([](const httplib::MultipartFormData&) { return true; }, forget);
+    reader([](const auto&) { return true; }, forget);
   } else {
     reader(forget);
   }

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <map>
 
-#include "Utf8.h"
 #include "Base64Decode.h"
 #include "HttpError.h"
 #include "Message.h"
 #include "Routes.h"
+#include "Utf8.h"
 
 namespace service {
 namespace {
@@ -64,7 +64,7 @@ void TakeForm(Context& context, const Request& request, Response& response, cons
   std::map<std::string, Body> parts;
   Body* part = nullptr;
   const bool whole = reader(
-      [&](const httplib::MultipartFormData& header) {
+      [&](const auto& header) {
         if (!IsFormPart(header.name)) throw HttpError(400, "the form has an unknown part");
         const auto [place, isNew] = parts.try_emplace(header.name, context.limit);
         if (!isNew) throw HttpError(400, "the form has a part twice");
