@@ -100,6 +100,8 @@ Pool& ThePool() {
 
 int EndOfJobs() { return ThePool().end(); }
 
+void PrepareForUnload() {}
+
 void bg(std::function<void()> job) noexcept {
   try {
     ThePool().Add(std::move(job));

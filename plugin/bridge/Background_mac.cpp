@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "bridge/Background.h"
+#include "core/KeepLoaded.h"
 
 namespace {
 
@@ -20,6 +21,8 @@ void Run(void* context) {
 }
 
 }  // namespace
+
+void PrepareForUnload() { KeepPluginLoaded(); }
 
 void bg(std::function<void()> job) noexcept {
   Job* kept = new (std::nothrow) Job(std::move(job));

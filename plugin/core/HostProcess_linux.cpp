@@ -1,6 +1,5 @@
 #include "core/HostProcess_linux.h"
 
-#include <dlfcn.h>
 #include <pthread.h>
 #include <sched.h>
 
@@ -18,10 +17,4 @@ SignalsBlocked::~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before_, nullp
 void ScheduleAsBatch() {
   const sched_param none{};
   pthread_setschedparam(pthread_self(), SCHED_BATCH, &none);
-}
-
-void KeepLoaded(const void* address) {
-  Dl_info home;
-  if (dladdr(address, &home) == 0) return;
-  dlopen(home.dli_fname, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE);
 }

@@ -22,9 +22,6 @@ class SignalsBlocked {
 /// wakes threads is about 30 microseconds with this and 60 to 80 without.
 void ScheduleAsBatch();
 
-/// From here on the library that holds `address` stays in memory, even when it is unloaded.
-void KeepLoaded(const void* address);
-
 /// A static object that has threads. It is made on first use and destroyed at the end of the process that made it, but
 /// not at the end of a child that the host has forked: there the threads are missing, and what the object would signal
 /// them with is the parent's too.

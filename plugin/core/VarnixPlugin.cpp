@@ -4,6 +4,7 @@
 #include <FMWrapper/FMXExtern.h>
 #pragma GCC visibility pop
 
+#include "bridge/Background.h"
 #include "bridge/IdleLoop.h"
 #include "bridge/SignIn.h"
 #include "core/FunctionTable.h"
@@ -44,6 +45,7 @@ void GetString(int which, unsigned int capacity, fmx::unichar16* out) {
 
 // Restores a saved sign-in and registers the functions. The result is what FileMaker expects of an initialise message.
 short Do_PluginInit(short hostExtensionVersion) {
+  PrepareForUnload();
   RestoreSignIn();
   if (hostExtensionVersion < kMinimumHostVersion) return kDoNotEnable;
   return RegisterExternalFunctions() == 0 ? kEnabled : static_cast<short>(kDoNotEnable);

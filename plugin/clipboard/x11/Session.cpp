@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "core/HostProcess_linux.h"
+#include "core/KeepLoaded.h"
 
 namespace x11 {
 
@@ -15,9 +16,6 @@ using Milliseconds = std::chrono::milliseconds;
 
 constexpr Milliseconds kServerPatience{kServerPatienceMs};
 constexpr Milliseconds kStopPatience{200};
-
-// From here on the plug-in's code stays in memory when the host unloads it.
-void KeepPluginLoaded() { KeepLoaded(reinterpret_cast<const void*>(&KeepPluginLoaded)); }
 
 }  // namespace
 

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "core/HostProcess_linux.h"
+#include "core/KeepLoaded.h"
 
 namespace {
 

@@ -1,5 +1,7 @@
 // Background work of macOS, with a thread for each job instead of its queues, and the notifications made by it.
+#include <FMWrapper/FMXExtern.h>
 #include <dispatch/dispatch.h>
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 
@@ -30,6 +32,18 @@ TEST(Background, RunsJobsElsewhereAndDropsThemWithWhatTheyThrow) {
   g_job.join();
   EXPECT_EQ(*owned, elsewhere);
   EXPECT_EQ(owned.use_count(), 1);
+}
+
+class UnloadMacTest : public FolderTest {};
+
+TEST_F(UnloadMacTest, ThePluginStaysInMemoryForJobsThatOutliveIt) {
+  void* const plugin = dlopen(MAC_PLUGIN, RTLD_LAZY);
+  ASSERT_NE(plugin, nullptr) << dlerror();
+  FMX_ExternCallStruct call{};
+  call.whichCall = kFMXT_Init;
+  reinterpret_cast<void (*)(FMX_ExternCallPtr)>(dlsym(plugin, "FMExternCallProc"))(&call);
+  dlclose(plugin);
+  EXPECT_NE(dlopen(MAC_PLUGIN, RTLD_LAZY | RTLD_NOLOAD), nullptr);
 }
 
 class NotifyMacTest : public FolderTest {};
