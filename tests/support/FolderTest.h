@@ -1,7 +1,9 @@
-// A test with a folder of its own, gone with its contents when the test ends.
+// A test with a folder of its own, gone with its contents when the test ends, and with surroundings that do not depend on
+// who runs it: settings in the folder, no X server, files that only their owner can write.
 #pragma once
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -12,6 +14,9 @@ class FolderTest : public testing::Test {
   FolderTest() {
     std::string pattern = testing::TempDir() + "varnix-test-XXXXXX";
     folder_ = mkdtemp(pattern.data());
+    setenv("XDG_CONFIG_HOME", folder_.c_str(), 1);
+    unsetenv("DISPLAY");
+    umask(022);
   }
   ~FolderTest() override { std::filesystem::remove_all(folder_); }
 

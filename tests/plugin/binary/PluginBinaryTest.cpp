@@ -4,7 +4,6 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -20,8 +19,6 @@ namespace {
 class PluginBinary : public FolderTest {
  protected:
   PluginBinary() {
-    setenv("XDG_CONFIG_HOME", folder_.c_str(), 1);
-    unsetenv("DISPLAY");  // the clipboard of whoever runs the tests is not ours
     library_ = dlopen(PLUGIN_FILE, RTLD_NOW | RTLD_LOCAL);
     EXPECT_NE(library_, nullptr) << dlerror();
     entryPoint_ = reinterpret_cast<FMX_ExternCallProc>(dlsym(library_, "FMExternCallProc"));

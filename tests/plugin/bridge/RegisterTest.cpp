@@ -1,6 +1,4 @@
 // Varnix.Register: what is asked of the service, and what a success and a failure leave behind.
-#include <cstdlib>
-
 #include "bridge/SignIn.h"
 #include "core/Prefs.h"
 #include "core/Product.h"
@@ -12,7 +10,6 @@ namespace {
 class Register : public BridgeTest {
  protected:
   Register() {
-    setenv("XDG_CONFIG_HOME", folder_.c_str(), 1);
     g_registeredFileName.clear();
     Activate("Sales");
   }

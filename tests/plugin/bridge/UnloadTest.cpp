@@ -24,8 +24,6 @@ constexpr std::chrono::seconds kBound{20};
 class Unload : public FolderTest {
  protected:
   Unload() {
-    setenv("XDG_CONFIG_HOME", folder_.c_str(), 1);
-    unsetenv("DISPLAY");  // the clipboard of whoever runs the tests is not ours
     std::filesystem::create_directories(folder_ + "/varnix");
     std::ofstream(folder_ + "/varnix/com.varnix.plugin.licenseKey") << "K1";
     std::ofstream(folder_ + "/varnix/com.varnix.plugin.baseUrl") << server.Url();

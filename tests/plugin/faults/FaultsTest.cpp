@@ -1,6 +1,5 @@
 // Whatever the host refuses and wherever memory runs out: the exception is the host's to see, no host object stays
 // behind, the key goes to no other service, and the bridge goes on afterwards.
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <utility>
@@ -21,7 +20,6 @@ const std::string kNewKey = "K2-0123456789-0123456789", kNewUrl = "http://servic
 class Surroundings : public BridgeTest {
  public:
   Surroundings() {
-    setenv("XDG_CONFIG_HOME", folder_.c_str(), 1);
     std::ofstream(path) << "<x/>";
     host.answers = {{"Get(FileName)", "Sales"},
                     {"TableNames(\"Sales\")", "Orders"},

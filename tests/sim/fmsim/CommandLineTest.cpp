@@ -22,11 +22,6 @@ const std::string kTimesheets = SAMPLES "/Timesheets.xml";
 
 class Fmsim : public SmallExports {
  protected:
-  Fmsim() {
-    setenv("XDG_CONFIG_HOME", folder_.c_str(), 1);
-    unsetenv("DISPLAY");  // the clipboard of whoever runs the tests is not ours
-  }
-
   static ProcessResult Run(std::vector<std::string> arguments, const std::string& input = "") {
     arguments.insert(arguments.begin(), FMSIM);
     return RunProcess(arguments, input);
