@@ -7,18 +7,20 @@ namespace {
 
 void Save(const char* key, const char* value) {
   @autoreleasepool {
+    NSString* name = [NSString stringWithUTF8String:key];
     NSString* text = [NSString stringWithUTF8String:value];
-    if (text == nil) return;  // not UTF-8; storing nil would remove the old text
+    if (name == nil || text == nil) return;  // not UTF-8; storing nil would remove the old text
     NSUserDefaults* defaults = [NSUserDefaults standardUserDefaults];
-    [defaults setObject:text forKey:[NSString stringWithUTF8String:key]];
+    [defaults setObject:text forKey:name];
     [defaults synchronize];
   }
 }
 
 std::string Load(const char* key) {
   @autoreleasepool {
-    NSString* text = [[NSUserDefaults standardUserDefaults] stringForKey:[NSString stringWithUTF8String:key]];
-    const char* utf8 = [text UTF8String];
+    NSString* name = [NSString stringWithUTF8String:key];
+    if (name == nil) return "";
+    const char* utf8 = [[[NSUserDefaults standardUserDefaults] stringForKey:name] UTF8String];
     return utf8 == nullptr ? "" : utf8;
   }
 }

@@ -1,13 +1,14 @@
 #include "net/Network.h"
 
-#include <condition_variable>
 #include <cstdio>
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <random>
+#include <utility>
 
 #include "host/FileIO.h"
+#include "net/Random.h"
+#include "net/Semaphore.h"
 #include "net/Transfer.h"
 
 namespace Network {
@@ -15,8 +16,8 @@ namespace {
 
 // Where a transfer leaves its outcome. It outlives a caller that has stopped waiting.
 struct Delivery {
-  std::mutex mutex;
-  std::condition_variable arrived;
+  Semaphore arrived;
+  std::mutex mutex;  // guards the outcome
   std::optional<Outcome> outcome;
 };
 
@@ -37,12 +38,14 @@ bool AppendFile(const std::string& path, std::string& body, std::string& error) 
 std::optional<Outcome> Transfer(Request request) {
   const auto delivery = std::make_shared<Delivery>();
   StartTransfer(std::move(request), [delivery](Outcome outcome) {
-    const std::lock_guard lock(delivery->mutex);
-    delivery->outcome = std::move(outcome);
-    delivery->arrived.notify_one();
+    {
+      const std::lock_guard lock(delivery->mutex);
+      delivery->outcome = std::move(outcome);
+    }
+    delivery->arrived.Signal();
   });
-  std::unique_lock lock(delivery->mutex);
-  delivery->arrived.wait_for(lock, WaitTimeLimit(), [&] { return delivery->outcome.has_value(); });
+  if (!delivery->arrived.WaitFor(WaitTimeLimit())) return std::nullopt;
+  const std::lock_guard lock(delivery->mutex);
   return std::move(delivery->outcome);
 }
 
@@ -63,7 +66,7 @@ bool SendRequest(Request request, std::string& response, std::string& error) {
 
 std::string NewBoundary() {
   char boundary[23];
-  std::snprintf(boundary, sizeof boundary, "VarnixBoundary%08X", std::random_device{}());
+  std::snprintf(boundary, sizeof boundary, "VarnixBoundary%08X", RandomNumber());
   return boundary;
 }
 

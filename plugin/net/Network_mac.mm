@@ -4,25 +4,34 @@
 #import <Foundation/Foundation.h>
 
 #include <memory>
-#include <new>
 #include <string_view>
 #include <utility>
+
+/// The method of NSURL that came with macOS 14, for older SDKs.
+@protocol StrictURLs
++ (NSURL*)URLWithString:(NSString*)text encodingInvalidCharacters:(BOOL)encodes;
+@end
 
 namespace {
 
 constexpr char kNoTransfer[] = "The transfer could not be started.";
 constexpr char kNoDescription[] = "The transfer failed.";
-constexpr char kOutOfMemory[] = "out of memory";  // short enough for a string to hold without memory of its own
 
 /// Nil when `utf8` is not UTF-8.
 NSString* Text(const std::string& utf8) {
   return [[[NSString alloc] initWithBytes:utf8.data() length:utf8.size() encoding:NSUTF8StringEncoding] autorelease];
 }
 
-/// Nil when there is no URL in `text`.
+/// Nil when Foundation refuses `text`. In a host built with the SDK of macOS 14 or newer the older method encodes what
+/// it refuses elsewhere, and the URL would be another one than the caller's.
 NSURL* ToURL(const std::string& text) {
   NSString* string = Text(text);
-  return string == nil ? nil : [NSURL URLWithString:string];
+  if (string == nil) return nil;
+  Class<StrictURLs> strict = [NSURL class];
+  if ([NSURL respondsToSelector:@selector(URLWithString:encodingInvalidCharacters:)]) {
+    return [strict URLWithString:string encodingInvalidCharacters:NO];
+  }
+  return [NSURL URLWithString:string];
 }
 
 /// Keeps the bytes of `body` where they are, for as long as the session wants to send them again.
@@ -35,9 +44,9 @@ NSData* DataAround(std::string body) {
                                   }] autorelease];
 }
 
-NSURLRequest* ToURLRequest(Network::Request request) {
+NSURLRequest* ToURLRequest(NSURL* url, Network::Request request) {
   const std::chrono::duration<NSTimeInterval> limit = Network::TransferTimeLimit();
-  NSMutableURLRequest* converted = [NSMutableURLRequest requestWithURL:ToURL(request.url)
+  NSMutableURLRequest* converted = [NSMutableURLRequest requestWithURL:url
                                                            cachePolicy:NSURLRequestReloadIgnoringLocalCacheData
                                                        timeoutInterval:limit.count()];
   const bool sendsBody = std::string_view(request.method) == "POST";
@@ -48,22 +57,14 @@ NSURLRequest* ToURLRequest(Network::Request request) {
 }
 
 Network::Outcome ToOutcome(NSData* data, NSURLResponse* response, NSError* error) {
-  Network::Outcome outcome;
   if (error != nil) {
     const char* description = [[error localizedDescription] UTF8String];
-    outcome.failure = description == nullptr || *description == '\0' ? kNoDescription : description;
-    return outcome;
+    return Network::Failure(description == nullptr || *description == '\0' ? kNoDescription : description);
   }
-  if ([response isKindOfClass:[NSHTTPURLResponse class]]) {
-    outcome.status = [static_cast<NSHTTPURLResponse*>(response) statusCode];
-  }
-  outcome.hasBody = data != nil;
-  try {
-    if ([data length] != 0) outcome.body.assign(static_cast<const char*>([data bytes]), [data length]);
-  } catch (const std::bad_alloc&) {  // which must not leave the session's block
-    outcome = {.body = {}, .failure = kOutOfMemory};
-  }
-  return outcome;
+  const bool isHttp = [response isKindOfClass:[NSHTTPURLResponse class]];
+  const long long status = isHttp ? [static_cast<NSHTTPURLResponse*>(response) statusCode] : 0;
+  const void* bytes = [data length] != 0 ? [data bytes] : "";  // an empty one has no address
+  return Network::Answer(status, data == nil ? nullptr : static_cast<const char*>(bytes), [data length]);
 }
 
 /// Calls the completion once: with the outcome, or, when the last owner lets go without one, with a failure.
@@ -71,7 +72,7 @@ class Delivery {
  public:
   explicit Delivery(std::function<void(Network::Outcome)> completion) : completion_(std::move(completion)) {}
   ~Delivery() {
-    if (completion_) completion_({.body = {}, .failure = kNoTransfer});
+    if (completion_) completion_(Network::Failure(kNoTransfer));
   }
   Delivery(const Delivery&) = delete;
   Delivery& operator=(const Delivery&) = delete;
@@ -94,13 +95,15 @@ void Network::StartTransfer(Request request, std::function<void(Outcome)> comple
   @autoreleasepool {
     const auto delivery = std::make_shared<Delivery>(std::move(completion));
     @try {
+      NSURL* url = ToURL(request.url);
+      if (url == nil) return;
       NSURLSessionDataTask* task =
-          [[NSURLSession sharedSession] dataTaskWithRequest:ToURLRequest(std::move(request))
+          [[NSURLSession sharedSession] dataTaskWithRequest:ToURLRequest(url, std::move(request))
                                           completionHandler:^(NSData* data, NSURLResponse* response, NSError* error) {
                                             delivery->Deliver(ToOutcome(data, response, error));
                                           }];
       [task resume];
-    } @catch (...) {  // the delivery, left alone, tells of it
+    } @catch (...) {  // the delivery, left alone, reports it
     }
   }
 }

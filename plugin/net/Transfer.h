@@ -27,6 +27,14 @@ struct Outcome {
   long long status = 0;
 };
 
+inline constexpr char kOutOfMemory[] = "out of memory";  // a std::string holds it without memory of its own
+
+/// The outcome of a transfer that failed for `reason`; for kOutOfMemory if there is no memory to say so.
+Outcome Failure(const char* reason) noexcept;
+/// The outcome of a transfer that brought an answer, with a copy of its body (null: none arrived); a failure if there
+/// is no memory for the copy.
+Outcome Answer(long long status, const char* body, std::size_t size) noexcept;
+
 /// Whether the URL layer can make a URL of `text` (bytes, meant to be UTF-8). Safe on any thread.
 bool IsURL(const std::string& text);
 

@@ -20,11 +20,13 @@ echo '{"CanonicalName": "macosx11.0", "Version": "11.0", "MaximumDeploymentTarge
 # Apple's C headers declare everything in every language mode; these do on request.
 sed -i '1i #define _GNU_SOURCE' "$sdk/usr/include/features.h"
 grep -v -e '#pragma once' -e include_next "$standin/fcntl.h" >>"$sdk/usr/include/fcntl.h"
+echo 'extern "C" unsigned arc4random();' >>"$sdk/usr/include/stdlib.h"
 cp -pR "$3/." /usr/include/Block*.h "$objc" "$sdk/usr/include"
 for framework in AppKit ApplicationServices dispatch Foundation objc; do
   cp -pR "$standin/$framework" "$sdk/usr/include"
 done
-touch -r "$standin/fcntl.h" "$site" "$sdk/usr/include/features.h" "$sdk/usr/include/fcntl.h"
+touch -r "$standin/fcntl.h" "$site" "$sdk/usr/include/features.h" "$sdk/usr/include/fcntl.h" \
+  "$sdk/usr/include/stdlib.h"
 
 # stub FILE INSTALL_NAME: a library's description, with no symbol but the one that the linker itself needs.
 stub() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <future>
 #include <map>
 #include <string>
 #include <thread>
@@ -34,10 +35,14 @@ class FakeUrlLayer {
 
   std::vector<Call> calls;
   Network::Outcome answer;
+  std::shared_future<void> before;  ///< what answers wait for, if anything
 
   void Take(Call call, std::function<void(Network::Outcome)> completion) {
     calls.push_back(std::move(call));
-    threads_.emplace_back([completion = std::move(completion), outcome = answer] { completion(outcome); });
+    threads_.emplace_back([before = before, completion = std::move(completion), outcome = answer]() mutable {
+      if (before.valid()) before.wait();
+      completion(std::move(outcome));
+    });
   }
 
  private:

@@ -9,8 +9,7 @@
 namespace {
 
 constexpr long kMostRedirects = 20;
-constexpr char kOutOfMemory[] = "out of memory";  // short enough for a string to hold without memory of its own
-constexpr long kUploadBufferBytes = 2 << 20;      // the most that libcurl takes; large files leave in few steps
+constexpr long kUploadBufferBytes = 2 << 20;  // the most that libcurl takes; large files leave in few steps
 
 }  // namespace
 
@@ -89,7 +88,7 @@ std::size_t CurlTransfer::OnReceived(char* bytes, std::size_t size, std::size_t 
   try {
     transfer.refusal_ = (transfer.*receive)({bytes, size * count});
   } catch (const std::exception&) {
-    transfer.refusal_ = kOutOfMemory;
+    transfer.refusal_ = Network::kOutOfMemory;
   }
   return transfer.refusal_.empty() ? size * count : 0;
 }
@@ -102,12 +101,4 @@ void CurlTransfer::Finish(CURLcode code) {
   completion_({.hasBody = true, .body = std::move(received_), .failure = {}, .status = status});
 }
 
-void CurlTransfer::Fail(const char* reason) noexcept {
-  std::string failure;
-  try {
-    failure = reason;
-  } catch (const std::bad_alloc&) {
-    failure = kOutOfMemory;
-  }
-  completion_({.hasBody = false, .body = {}, .failure = std::move(failure), .status = 0});
-}
+void CurlTransfer::Fail(const char* reason) noexcept { completion_(Network::Failure(reason)); }

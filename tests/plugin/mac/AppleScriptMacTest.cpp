@@ -55,6 +55,7 @@ TEST(AppleScript, TellsHowAScriptEnded) {
     EXPECT_EQ(AppleScript::Run(source, result, error), expectedError == "old error");
     EXPECT_EQ(result, expectedResult);
     EXPECT_EQ(error, expectedError);
+    EXPECT_EQ(StandIn::ObjectsLeftBy([&, &source = source] { AppleScript::Run(source, result, error); }), 0);
   }
 }
 

@@ -3,7 +3,9 @@
 
 #include <future>
 
+#include "net/Network.h"
 #include "net/Transfer.h"
+#include "plugin/faults/Allocations.h"
 #include "plugin/mac/standin/StandIn.h"
 #include "support/FakeUrlLayer.h"
 
@@ -28,8 +30,13 @@ struct NetworkMacTest : testing::Test {
 };
 
 TEST_F(NetworkMacTest, TakesNoTextForAUrlThatFoundationRefuses) {
-  EXPECT_TRUE(Network::IsURL(kUrl));
-  for (const char* text : {"http://a.example/a b", "http://a.example/\xC3", "\xFF"}) EXPECT_FALSE(Network::IsURL(text));
+  for (const bool isMacOS14 : {false, true}) {
+    if (isMacOS14) StandIn::UpgradeToMacOS14();
+    EXPECT_TRUE(Network::IsURL(kUrl));
+    for (const char* text : {"http://a.example/a b", "http://a.example/\xC3", "\xFF"}) {
+      EXPECT_FALSE(Network::IsURL(text)) << text << isMacOS14;
+    }
+  }
 }
 
 TEST_F(NetworkMacTest, AsksForNothingCachedAndForTheTimeLimit) {
@@ -53,16 +60,37 @@ TEST_F(NetworkMacTest, MakesDoWithAnAnswerThatIsNotHttp) {
 }
 
 TEST_F(NetworkMacTest, KeepsNothingAliveBeyondATransfer) {
-  int before = 0;
-  for (const bool first : {true, false}) {  // the runtime keeps some objects from the first time
+  const auto transferInEveryMood = [] {
     for (const Mood mood : {Mood::kWilling, Mood::kMakesNoTask, Mood::kRaises}) {
       FakeUrlLayer other;
-      other.answer = {true, "body", "", 200};
-      Transfer(mood);
+      StandIn::mood = mood;
+      std::string response, error;
+      Network::Post(kUrl, "body", response, error);
     }
-    if (first) before = StandIn::FoundationObjects();
+  };
+  EXPECT_EQ(StandIn::ObjectsLeftBy(transferInEveryMood), 0);
+  EXPECT_EQ(StandIn::semaphores, 0);
+}
+
+TEST_F(NetworkMacTest, OutlivesEveryAllocationThatFails) {
+  const std::string longText(100, 'x');
+  for (const Network::Outcome& answer : {Network::Outcome{true, longText, "", 200}, {false, "", longText, 0}}) {
+    bool failed = true;
+    for (int after = 0; failed; ++after) {
+      FakeUrlLayer each;  // whose own allocations are the same every time
+      each.answer = answer;
+      std::string response, error;
+      bool isSent = false;
+      allocations::FailAfter(after);
+      try {
+        isSent = Network::Post(kUrl, "body", response, error);
+      } catch (const std::bad_alloc&) {  // on the caller's side
+        error = "ERROR: caught";
+      }
+      failed = !allocations::TakeBack();
+      EXPECT_TRUE(isSent ? response == longText : error.starts_with("ERROR: ")) << after << response << error;
+    }
   }
-  EXPECT_EQ(StandIn::FoundationObjects(), before);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <fstream>
 
 #include "plugin/core/PrefsFixture.h"
+#include "plugin/mac/standin/StandIn.h"
 
 /// GNUstep's way to begin again with other arguments and another environment than the process was started with.
 extern "C" void GSInitializeProcess(int argc, char** argv, char** environment);
@@ -33,6 +34,16 @@ TEST_F(PrefsTest, ADefaultThatIsNoTextLoadsAsAnEmptyText) {
         << "<key>" << Prefs::kBaseUrlKey << "</key><string>url</string></dict></plist>";
     ExpectStored("url", "");
   }
+}
+
+TEST_F(PrefsTest, NothingStaysInMemory) {
+  InNewProcess([] {
+    const auto saveAndLoad = [] {
+      Prefs::SaveLicenseKey("key");
+      Prefs::LoadLicenseKey();
+    };
+    EXPECT_EQ(StandIn::ObjectsLeftBy(saveAndLoad), 0);
+  });
 }
 
 }  // namespace

@@ -13,7 +13,8 @@ using namespace std::chrono_literals;
 using namespace std::string_literals;
 
 std::chrono::milliseconds Network::TransferTimeLimit() { return 90s; }
-std::chrono::milliseconds Network::WaitTimeLimit() { return 1h; }
+static std::chrono::milliseconds g_waitLimit = 1h;
+std::chrono::milliseconds Network::WaitTimeLimit() { return g_waitLimit; }
 
 namespace {
 
@@ -72,6 +73,16 @@ TEST_F(NetworkTest, TellsHowTheTransferEnded) {
     EXPECT_EQ(response_, response) << error;
     EXPECT_EQ(error_, error);
   }
+}
+
+TEST_F(NetworkTest, GivesUpAfterTheLimitAndTakesALateAnswer) {
+  std::promise<void> givenUp;
+  layer_.before = givenUp.get_future().share();
+  g_waitLimit = 1ms;
+  EXPECT_FALSE(Network::Get(kUrl, response_, error_));
+  EXPECT_EQ(error_, "ERROR: Request timed out.");
+  givenUp.set_value();
+  g_waitLimit = 1h;
 }
 
 TEST_F(NetworkTest, HandsALargeBodyOnWithoutACopy) {

@@ -10,14 +10,27 @@ using StandIn::Misuse;
 using StandIn::Mood;
 using Handler = StandInTransferHandler;
 
+static bool encodesInvalidCharacters = false;
+
 // GNUstep makes no URL of nil; the original raises.
 #pragma clang diagnostic ignored "-Wobjc-protocol-method-implementation"
 @implementation NSURL (StandIn)
 + (instancetype)URLWithString:(NSString*)text {
   if (text == nil) Misuse("nil for the text of a URL");
+  if (encodesInvalidCharacters) text = [text stringByAddingPercentEscapesUsingEncoding:NSUTF8StringEncoding];
   return [[[self alloc] initWithString:text] autorelease];
 }
 @end
+
+void StandIn::UpgradeToMacOS14() {
+  encodesInvalidCharacters = true;
+  const auto make = [](Class type, SEL, NSString* text, BOOL encodes) -> NSURL* {
+    return encodes ? [type URLWithString:text] : [[[type alloc] initWithString:text] autorelease];
+  };
+  NSURL* (*const method)(Class, SEL, NSString*, BOOL) = make;
+  class_addMethod(object_getClass([NSURL class]), NSSelectorFromString(@"URLWithString:encodingInvalidCharacters:"),
+                  reinterpret_cast<IMP>(method), "@@:@c");
+}
 
 // Data around the caller's bytes, which GNUstep 1.28 makes empty; it would also take the block for an object, which it
 // is not beside GCC's Objective-C runtime.

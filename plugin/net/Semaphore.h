@@ -1,0 +1,23 @@
+// A semaphore whose wait is bounded by the monotonic clock. The standard library's bounded waits on macOS follow the
+// wall clock, which people and time servers set, and count the time that the machine sleeps.
+#pragma once
+
+#include <chrono>
+#include <memory>
+
+/// Starts at 0. Safe on any thread.
+class Semaphore {
+ public:
+  /// Throws std::bad_alloc.
+  Semaphore();
+  ~Semaphore();
+
+  /// Lets one wait, begun or to come, succeed.
+  void Signal() noexcept;
+  /// Blocks until there has been a signal; false when none came within `limit`.
+  bool WaitFor(std::chrono::milliseconds limit);
+
+ private:
+  struct Native;
+  const std::unique_ptr<Native> native_;
+};
