@@ -5,9 +5,9 @@
 #include <sstream>
 
 #include "core/State.h"
+#include "fuzz/Fuzz.h"
 #include "net/VersionCheck.h"
 #include "plugin/bridge/BridgeTest.h"
-#include "fuzz/Fuzz.h"
 
 namespace {
 
@@ -15,9 +15,9 @@ class Bridge : public BridgeTest {
  public:
   void Answer(const std::string& answer) {
     host.answers = {{"Get(FileName)", "Sales"}, {"DatabaseNames", "Sales\rContacts"}};
-    CarryOut(answer);
-    Idle();
-    RunJobs();
+    commands.push_back(answer);
+    now += 3000;
+    for (int step = 0; step < 3; ++step) Step();
     Check(!g_pollInFlight && !g_versionCheckInFlight);
     for (auto& request : requests) {
       Check(request.url.starts_with("http://s/"));

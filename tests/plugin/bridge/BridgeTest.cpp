@@ -6,7 +6,6 @@
 #include "bridge/IdleLoop.h"
 #include "bridge/Notify.h"
 #include "core/Clock.h"
-#include "core/State.h"
 #include "net/JsonWriter.h"
 
 namespace {
@@ -14,17 +13,20 @@ namespace {
 constexpr std::uint64_t kActiveFile = 7;
 constexpr std::string_view kPoll = "/api/bridge/command/next";
 
+template <typename Value>
+Value TakeFirst(std::deque<Value>& values) {
+  Value first{};
+  if (values.empty()) return first;
+  std::swap(first, values.front());
+  values.pop_front();
+  return first;
+}
+
 Network::Outcome AnswerTo(std::string_view path) {
-  BridgeTest& test = *BridgeTest::current;
-  for (const auto& [begin, answer] : test.answers) {
+  for (const auto& [begin, answer] : BridgeTest::current->answers) {
     if (path.starts_with(begin)) return answer;
   }
-  Network::Outcome empty{true, "", "", 200};
-  if (path.starts_with(kPoll) && !test.commands.empty()) {
-    empty.body = test.commands.front();
-    test.commands.pop_front();
-  }
-  return empty;
+  return {true, path.starts_with(kPoll) ? TakeFirst(BridgeTest::current->commands) : "", "", 200};
 }
 
 FMX_ErrorCode StartScript(const FMX_Text* file, const FMX_Text* script, FMX_ScriptControl control,
@@ -34,14 +36,7 @@ FMX_ErrorCode StartScript(const FMX_Text* file, const FMX_Text* script, FMX_Scri
   test.effects.push_back("start " + text(file) + "|" + text(script) + "|" + std::to_string(control) +
                          (parameter ? "|+" : "|-"));
   if (const auto during = std::exchange(test.duringStart, nullptr)) during();
-  if (test.startErrors.empty()) return 0;
-  const short error = test.startErrors.front();
-  test.startErrors.pop_front();
-  return error;
-}
-
-std::string Posted(const std::string& path, JsonWriter& record) {
-  return "POST http://s/api/bridge/" + path + " " + record.Finish();
+  return TakeFirst(test.startErrors);
 }
 
 }  // namespace
@@ -125,15 +120,15 @@ Texts BridgeTest::Step(int level) {
   return Effects();
 }
 
-void BridgeTest::Poll(const std::string& command) {
-  commands.push_back(command);
+void BridgeTest::Poll(const std::string& type, const std::string& members, const std::string& id) {
+  commands.push_back(R"({"command":{"id":")" + id + R"(","type":")" + type + '"' + members + "}}");
   now += 3000;
   Idle();
   RunJobs();
 }
 
-Texts BridgeTest::CarryOut(const std::string& command) {
-  Poll(command);
+Texts BridgeTest::CarryOut(const std::string& type, const std::string& members, const std::string& id) {
+  Poll(type, members, id);
   return Step();
 }
 
@@ -142,21 +137,9 @@ std::string BridgeTest::SchemaRequestState() {
   return g_pendingGetSchemaCmdId + " " + g_pendingTargetFileName + (g_pendingSchemaReady ? " armed" : " started");
 }
 
-std::string BridgeTest::Pushed(const std::string& type, const std::string& content, const std::string& label) {
+std::string BridgeTest::Posted(const std::string& path, std::initializer_list<NamedText> members) {
   JsonWriter record;
-  record.Text("licenseKey", "K1").Text("xmlType", type).Text("xmlContent", content).Text("label", label);
-  return Posted("push", record);
-}
-
-std::string BridgeTest::Diagnosed(const std::string& code, const std::string& status, const std::string& message) {
-  JsonWriter record;
-  record.Text("licenseKey", "K1").Text("code", code).Text("status", status).Text("message", message);
-  return Posted("diagnostic", record);
-}
-
-std::string BridgeTest::Ended(const std::string& id, const std::string& error) {
-  JsonWriter record;
-  record.Text("licenseKey", "K1").Text("status", error.empty() ? "completed" : "failed");
-  if (!error.empty()) record.Text("error", error);
-  return Posted("command/" + id + "/complete", record);
+  record.Text("licenseKey", "K1");
+  for (const auto& [name, value] : members) record.Text(name, value);
+  return "POST http://s/api/bridge/" + path + " " + record.Finish();
 }

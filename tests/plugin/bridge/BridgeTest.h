@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "core/NamedText.h"
+#include "core/State.h"
 #include "net/Transfer.h"
 #include "support/FakePasteboard.h"
 #include "support/FolderTest.h"
@@ -59,16 +61,26 @@ class BridgeTest : public FolderTest {
   void RunJobs();
   /// Both, and what came of it.
   Texts Step(int level = 0);
-  /// A step that polls, after the time that takes; the poll brings `command`.
-  void Poll(const std::string& command);
+  /// A step that polls, after the time that takes; the poll brings the command `id` with further JSON `members`.
+  void Poll(const std::string& type, const std::string& members = "", const std::string& id = "c1");
   /// The same, and the step that carries the command out.
-  Texts CarryOut(const std::string& command);
+  Texts CarryOut(const std::string& type, const std::string& members = "", const std::string& id = "c1");
 
   /// The pending schema request: "c1 Sales armed", "c1 Sales started", or "".
   static std::string SchemaRequestState();
 
-  /// What Effects() has for a push record, a diagnostic record and a completion.
-  static std::string Pushed(const std::string& type, const std::string& content, const std::string& label);
-  static std::string Diagnosed(const std::string& code, const std::string& status, const std::string& message);
-  static std::string Ended(const std::string& id, const std::string& error = "");
+  /// A record of the account, as Effects() has it.
+  static std::string Posted(const std::string& path, std::initializer_list<NamedText> members);
+  static std::string Pushed(const std::string& type, const std::string& content, const std::string& label) {
+    return Posted("push", {{"xmlType", type}, {"xmlContent", content}, {"label", label}});
+  }
+  static std::string Diagnosed(const std::string& code, const std::string& status, const std::string& message) {
+    return Posted("diagnostic", {{"code", code}, {"status", status}, {"message", message}});
+  }
+  static std::string Ended(const std::string& id) {
+    return Posted("command/" + id + "/complete", {{"status", "completed"}});
+  }
+  static std::string Failed(const std::string& id, const std::string& error) {
+    return Posted("command/" + id + "/complete", {{"status", "failed"}, {"error", error}});
+  }
 };

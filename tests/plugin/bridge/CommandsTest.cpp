@@ -18,60 +18,60 @@ TEST_F(Commands, SendTheirResultByteForByte) {
   const std::string done = R"(POST http://s/api/bridge/command/c1/complete {"licenseKey":"K1","status":"completed"})";
   const std::string pushed = R"(POST http://s/api/bridge/push {"licenseKey":"K1","xmlType":)";
   const std::string steps = pushed + R"("XMSS","xmlContent":"<Step a=\"1\">é</Step>"})";
+  const std::string other = pushed + R"("Aut\"o","xmlContent":"<x/>"})";
   host.answers = {{"Get(FileName)", "Now"}, {"DatabaseNames", "A \"B\""}, {"ScriptNames(\"Sales\")", "One\rTwo"}};
+  const std::string formats = Pushed("CLIPBOARD_FORMATS", "public.utf8-plain-text\n", "Clipboard Formats");
+  const std::string files = Pushed("FILE_LIST", "Now\nRegistered\nA \"B\"", "Open Files");
+  const std::string context = CallHandler(Do_DebugContext, {"Sales"});
+  EXPECT_TRUE(
+      context.starts_with(R"({"pluginVersion":"1.6.16","registered":true,"baseUrl":"http://s","registeredFile":)"
+                          R"("Registered","pendingTarget":"","pendingSchemaReady":false,)"));
+  const std::string report = Pushed("CONTEXT_DEBUG", context, "FileMaker Context Debug");
   const struct {
-    std::string command;
+    std::string type, members;
     FakePasteboard::Item clipboard;
     Texts sent;
   } cases[] = {
-      {R"("type":"GET_CLIPBOARD")", steps_, {steps, done}},
-      {R"("type":"GET_CLIPBOARD","xmlType":"XMSC")", steps_, {steps, done}},
-      {R"("type":"GET_CLIPBOARD","xmlType":"Aut\"o")",
-       {{"Aut\"o", "<x/>"}},
-       {pushed + R"("Aut\"o","xmlContent":"<x/>"})", done}},
-      {R"("type":"GET_CLIPBOARD")", text_, {Ended("c1", kNoXml)}},
-      {R"("type":"GET_CLIPBOARD","xmlType":"AUTO")", {{"AUTO", "<x/>"}}, {Ended("c1", kNoXml)}},
-      {R"("type":"GET_CLIPBOARD","xmlType":"XMTB")", {}, {Ended("c1", kNoXml)}},
-      {R"("type":"GET_CLIPBOARD_FORMATS")",
-       text_,
-       {Pushed("CLIPBOARD_FORMATS", "public.utf8-plain-text\n", "Clipboard Formats"), done}},
-      {R"("type":"LIST_FILES")", {}, {Pushed("FILE_LIST", "Now\nRegistered\nA \"B\"", "Open Files"), done}},
-      {R"("type":"DEBUG_CONTEXT","fileName":"Sales")",
-       {},
-       {Pushed("CONTEXT_DEBUG", CallHandler(Do_DebugContext, {"Sales"}), "FileMaker Context Debug"), done}},
-      {R"("type":"get_clipboard")", steps_, {Ended("c1", "Unknown command type: get_clipboard")}},
+      {"GET_CLIPBOARD", "", steps_, {steps, done}},
+      {"GET_CLIPBOARD", R"(,"xmlType":"XMSC")", steps_, {steps, done}},
+      {"GET_CLIPBOARD", R"(,"xmlType":"Aut\"o")", {{"Aut\"o", "<x/>"}}, {other, done}},
+      {"GET_CLIPBOARD", "", text_, {Failed("c1", kNoXml)}},
+      {"GET_CLIPBOARD", R"(,"xmlType":"AUTO")", {{"AUTO", "<x/>"}}, {Failed("c1", kNoXml)}},
+      {"GET_CLIPBOARD", R"(,"xmlType":"XMTB")", {}, {Failed("c1", kNoXml)}},
+      {"GET_CLIPBOARD_FORMATS", "", text_, {formats, done}},
+      {"LIST_FILES", "", {}, {files, done}},
+      {"DEBUG_CONTEXT", R"(,"fileName":"Sales")", {}, {report, done}},
+      {"get_clipboard", "", steps_, {Failed("c1", "Unknown command type: get_clipboard")}},
   };
-  for (const auto& [command, clipboard, sent] : cases) {
+  for (const auto& [type, members, clipboard, sent] : cases) {
     pasteboard.Replace(clipboard);
-    EXPECT_EQ(CarryOut(R"({"command":{"id":"c1",)" + command + "}}"), sent) << command;
+    EXPECT_EQ(CarryOut(type, members), sent) << type << members;
   }
 }
 
 TEST_F(Commands, SetClipboardWritesItsArgumentsAndReportsARefusal) {
-  EXPECT_EQ(CarryOut(R"({"id":"c1","type":"SET_CLIPBOARD","xmlType":"XMFD","xmlContent":"<Field name=\"é\"/>\n"})"),
-            Texts{Ended("c1")});
+  const std::string members = R"(,"xmlType":"XMFD","xmlContent":"<Field name=\"é\"/>\n")";
+  EXPECT_EQ(CarryOut("SET_CLIPBOARD", members), Texts{Ended("c1")});
   EXPECT_EQ(pasteboard.Bytes("Mac-XMFD"), "<Field name=\"é\"/>\n");
   EXPECT_EQ(pasteboard.Text(), "<Field name=\"é\"/>\n");
-  EXPECT_EQ(CarryOut(R"({"id":"c2","type":"SET_CLIPBOARD"})"), Texts{Ended("c2")}) << "empty arguments are no error";
+  EXPECT_EQ(CarryOut("SET_CLIPBOARD"), Texts{Ended("c1")}) << "empty arguments are no error of the command";
   EXPECT_EQ(pasteboard.Text(), "");
   pasteboard.hasItems = false;
   pasteboard.refused = {"SetString"};
-  EXPECT_EQ(CarryOut(R"({"id":"c3","type":"SET_CLIPBOARD","xmlType":"XMFD","xmlContent":"<x/>"})"),
-            Texts{Ended("c3", "ERROR: NSPasteboard setString failed")});
+  EXPECT_EQ(CarryOut("SET_CLIPBOARD", members), Texts{Failed("c1", "ERROR: NSPasteboard setString failed")});
 }
 
 TEST_F(Commands, FailWhenTheServiceRefusesTheirResult) {
   answers["/api/bridge/push"] = {true, "no \"room\"", "", 500};
   pasteboard.Replace(steps_);
-  for (const std::string type : {"GET_CLIPBOARD", "GET_CLIPBOARD_FORMATS", "LIST_FILES", "DEBUG_CONTEXT"}) {
-    const Texts sent = CarryOut(R"({"id":"c1","type":")" + type + "\"}");
-    EXPECT_EQ(sent.back(), Ended("c1", "ERROR: HTTP 500 — no \"room\"")) << type;
+  for (const char* type : {"GET_CLIPBOARD", "GET_CLIPBOARD_FORMATS", "LIST_FILES", "DEBUG_CONTEXT"}) {
+    EXPECT_EQ(CarryOut(type).back(), Failed("c1", "ERROR: HTTP 500 — no \"room\"")) << type;
   }
 }
 
 TEST_F(Commands, AreNotRepeatedByAnIdleCallWithinAnEvaluation) {
   Activate("Sales");
-  Poll(R"({"id":"c1","type":"LIST_FILES"})");
+  Poll("LIST_FILES");
   duringEvaluation = [this] { Idle(); };
   EXPECT_EQ(Step(), (Texts{Pushed("FILE_LIST", "Sales\nRegistered", "Open Files"), Ended("c1")}));
 }

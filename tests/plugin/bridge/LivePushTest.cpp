@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <fstream>
 
-#include "core/State.h"
 #include "plugin/bridge/BridgeTest.h"
 
 namespace {
@@ -18,7 +17,7 @@ class LivePush : public BridgeTest {
   /// The request c1 waits for `target`, "" when none does, and the script runs in the file `current`.
   void Wait(const std::string& target, const std::string& current) {
     host.answers.clear();
-    if (!target.empty()) CarryOut(R"({"id":"c1","type":"GET_SCHEMA","fileName":")" + target + "\"}");
+    if (!target.empty()) CarryOut("GET_SCHEMA", R"(,"fileName":")" + target + '"');
     Activate(current);
   }
   static std::string Call(const std::string& path) { return CallHandler(Do_LivePush, {path}); }

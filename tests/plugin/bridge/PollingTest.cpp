@@ -1,7 +1,6 @@
 // When the bridge asks the service for commands and for the newest version, and what it makes of the answers.
 #include "bridge/Polling.h"
 
-#include <array>
 #include <limits>
 
 #include "core/Product.h"
@@ -10,13 +9,11 @@
 
 namespace {
 
-class Polling : public BridgeTest {
- protected:
-  const std::string unknown_ = "Unknown command type: T";
-};
+using Polling = BridgeTest;
+
+const std::string kUnknown = "Unknown command type: T";
 
 TEST_F(Polling, OneAtATimeAtLeastThreeSecondsFromStartToStart) {
-  constexpr int kNever = 1'000'000;
   g_licenseKey = "K+1%2f&x=/?";
   const struct {
     int idleEvery, answersAfter;
@@ -26,35 +23,29 @@ TEST_F(Polling, OneAtATimeAtLeastThreeSecondsFromStartToStart) {
       {1700, 0, {3400, 6800, 10'200, 13'600, 17'000}},
       {100, 3100, {3000, 9000, 15'000}},
       {100, 10'000, {3000, 15'000}},  // a call that finds the poll still running begins the three seconds anew
-      {100, kNever, {3000}},
+      {100, 1'000'000, {3000}},
   };
-  constexpr std::int64_t kEndOfTime = std::numeric_limits<std::int64_t>::max() - 20'000;
-  for (std::size_t i = 0; i < 3 * std::size(cases); ++i) {
-    const auto& c = cases[i / 3];
-    const std::int64_t begin = std::array{std::int64_t{0}, std::int64_t{1'000'000}, kEndOfTime}[i % 3];
-    g_lastPollMs = g_lastVersionCheckMs = g_lastClipboardPrepareMs = begin;
-    std::vector<std::int64_t> starts;
-    for (std::int64_t t = 0; t < 20'000; t += c.idleEvery) {
-      now = begin + t;
-      if (!jobs.empty() && t >= starts.back() + c.answersAfter) RunJobs();
-      const std::size_t running = jobs.size();
-      Idle();
-      if (jobs.size() > running) starts.push_back(t);
+  for (const std::int64_t begin : {std::int64_t{0}, std::numeric_limits<std::int64_t>::max() - 20'000}) {
+    for (const auto& [idleEvery, answersAfter, expected] : cases) {
+      g_lastPollMs = g_lastVersionCheckMs = g_lastClipboardPrepareMs = begin;
+      std::vector<std::int64_t> starts;
+      for (std::int64_t t = 0; t < 20'000; t += idleEvery) {
+        now = begin + t;
+        if (!jobs.empty() && t >= starts.back() + answersAfter) RunJobs();
+        const std::size_t running = jobs.size();
+        Idle();
+        if (jobs.size() > running) starts.push_back(t);
+      }
+      RunJobs();
+      EXPECT_EQ(starts, expected) << idleEvery << " " << answersAfter;
     }
-    RunJobs();
-    EXPECT_EQ(starts, c.starts) << c.idleEvery << " " << c.answersAfter;
   }
   EXPECT_STREQ(requests[0].method, "GET");
   EXPECT_EQ(requests[0].url, "http://s/api/bridge/command/next?licenseKey=K+1%2f&x=/?&version=1.6.16");
 }
 
 TEST_F(Polling, TakesACommandOnlyFromAnAnswerThatNamesOne) {
-  const struct {
-    std::string answer;
-    bool names;
-    long long status = 200;
-  } cases[] = {
-      {R"({"id":"c1","type":"T"})", false, 403},  // the key may be valid again
+  const std::pair<std::string, bool> cases[] = {
       {R"({"command":{"id":"c1","type":"T"}})", true},
       {R"({"id":"c1","type":"T","id":"c2"})", true},
       {R"({"id": "c1", "type": "T"})", false},
@@ -65,10 +56,12 @@ TEST_F(Polling, TakesACommandOnlyFromAnAnswerThatNamesOne) {
       {R"({"id":"c1"})", false},
       {R"({"id":"","type":"T"})", false},
   };
-  for (const auto& [answer, names, status] : cases) {
-    answers["/api/bridge/command/next"] = {true, answer, "", status};
-    EXPECT_EQ(CarryOut(""), names ? Texts{Ended("c1", unknown_)} : Texts{}) << answer;
+  for (const auto& [answer, names] : cases) {
+    answers["/api/bridge/command/next"] = {true, answer, "", 200};
+    EXPECT_EQ(CarryOut("T"), names ? Texts{Failed("c1", kUnknown)} : Texts{}) << answer;
   }
+  answers["/api/bridge/command/next"] = {true, cases[0].first, "", 403};
+  EXPECT_EQ(CarryOut("T"), Texts{});
 }
 
 TEST_F(Polling, ACommandThatArrivesDuringAnIdleCallIsNeitherLostNorOverwritten) {
@@ -88,19 +81,19 @@ TEST_F(Polling, ACommandThatArrivesDuringAnIdleCallIsNeitherLostNorOverwritten) 
       RunJobs();
       Idle();
     }
-    EXPECT_EQ(Effects(), (Texts{Ended("c1", unknown_), Ended("c2", unknown_)})) << arrival;
+    EXPECT_EQ(Effects(), (Texts{Failed("c1", kUnknown), Failed("c2", kUnknown)})) << arrival;
   }
 }
 
 TEST_F(Polling, TheStepsOfACallComeInOrderAndAHandledOneEndsIt) {
   g_registeredFileName.clear();
-  CarryOut(R"({"id":"c1","type":"GET_SCHEMA","fileName":"Sales"})");
-  Poll(R"({"id":"c2","type":"T"})");
+  CarryOut("GET_SCHEMA", R"(,"fileName":"Sales")");
+  Poll("T", "", "c2");
   Activate("Sales");
   now += 86'400'000;
   EXPECT_EQ(Step()[0], "start -|Varnix Live Push|2|-") << "a call that starts the script takes no command";
   EXPECT_EQ(g_registeredFileName, "Sales");
-  EXPECT_EQ(Step(), Texts{Ended("c2", unknown_)});
+  EXPECT_EQ(Step(), Texts{Failed("c2", kUnknown)});
   EXPECT_TRUE(requests.back().url.ends_with("/complete")) << "a call that takes a command does not poll";
   EXPECT_EQ(Step(), Texts{"GET http://s/api/plugin/version "});
   EXPECT_NE(requests.back().url.find("/command/next?"), std::string::npos);
@@ -114,7 +107,7 @@ TEST_F(Polling, AsksForTheVersionOnceADay) {
 }
 
 TEST_F(Polling, NothingIsAskedOrSentWhileSignedOut) {
-  Poll(R"({"id":"c1","type":"T"})");
+  Poll("T");
   g_registered = false;
   g_registeredFileName.clear();
   g_pendingSchemaReady = true;

@@ -2,7 +2,6 @@
 #include "bridge/SignIn.h"
 #include "core/Prefs.h"
 #include "core/Product.h"
-#include "core/State.h"
 #include "plugin/bridge/BridgeTest.h"
 
 namespace {
@@ -69,21 +68,15 @@ TEST_F(Register, OneWithinAnEvaluationIsNotUndoneByItsResult) {
 }
 
 TEST_F(Register, OneWithinACommandsEvaluationDoesNotMoveTheCommandToItsAccount) {
-  const std::string notStarted =
-      R"(Could not start "Varnix Live Push" in "Sales" (FM error 100). Make sure the file is open.)";
-  for (const std::string command : {R"("LIST_FILES")", R"("GET_SCHEMA","fileName":"Sales")", ""}) {
+  for (const std::string type : {"LIST_FILES", "GET_SCHEMA", ""}) {
     g_licenseKey = "K1";
     g_baseUrl = "http://s";
-    g_registeredFileName = "Sales";
-    if (!command.empty()) Poll(R"({"id":"c1","type":)" + command + "}");
+    if (!type.empty()) Poll(type);
     startErrors = {100, 100};
     SignInMeanwhile();
     Texts done = Step();
     std::erase_if(done, [](const std::string& effect) { return effect.find(" http://s/") == effect.npos; });
-    EXPECT_EQ(done.size(), command.empty() ? 3u : 2u) << command;
-    if (command.empty()) {
-      EXPECT_EQ(done.back(), Ended("c1", notStarted));
-    }
+    EXPECT_EQ(done.size(), type.empty() ? 3u : 2u) << type;  // the last is the end of the schema request
   }
 }
 

@@ -1,6 +1,6 @@
-// The bridge on its own pool of threads, against a service that hands out commands as fast as it is asked.
+// The bridge on its own pool of threads, against services and desktops that answer as fast as they are asked, or never.
 #include <FMWrapper/FMXExtern.h>
-#include <gtest/gtest.h>
+#include <dlfcn.h>
 #include <poll.h>
 #include <pthread.h>
 #include <sys/resource.h>
@@ -15,10 +15,9 @@
 #include <filesystem>
 #include <fstream>
 #include <latch>
-#include <set>
+#include <map>
 #include <string>
 #include <thread>
-#include <vector>
 
 #include "bridge/Background.h"
 #include "bridge/Background_linux.h"
@@ -31,10 +30,16 @@
 #include "net/VersionCheck.h"
 #include "support/FolderTest.h"
 #include "support/LoopbackServer.h"
+#include "support/Process.h"
 #include "support/ScriptedHost.h"
+
+namespace fs = std::filesystem;
+using Clock = std::chrono::steady_clock;
 
 namespace {
 
+/// Far above what an end takes and far below the two minutes that a transfer may.
+constexpr std::chrono::seconds kBound{20};
 std::atomic<std::int64_t> g_now = 1'000'000;
 int g_startedScripts = 0;
 
@@ -49,14 +54,13 @@ class Threads : public FolderTest {
   Threads() {
     host_.answers = {{"Get(FileName)", "Sales"}};
     g_registered = true;
-    g_licenseKey = "K1";
     g_registeredFileName = "Sales";
   }
 
-  void Idle() {
+  /// An idle call that polls, and its poll when `waits`.
+  void Idle(bool waits) {
     g_now += 3000;
     FMX_ExternCallStruct call{};
-    call.whichCall = kFMXT_Idle;
     call.cCurrentEnv = [](FMX_ExprEnv*) -> FMX_ErrorCode { return 0; };
     call.cStartScript = [](const FMX_Text*, const FMX_Text*, FMX_ScriptControl, const FMX_Data*) -> FMX_ErrorCode {
       ++g_startedScripts;
@@ -64,11 +68,12 @@ class Threads : public FolderTest {
     };
     Do_PluginIdle(&call);
     if (g_versionCheckInFlight) CallHandler(Do_UpdateAvailable);
+    while (waits && g_pollInFlight) std::this_thread::yield();
   }
 
-  void IdleUntilPolled() {
-    Idle();
-    while (g_pollInFlight) std::this_thread::yield();
+  std::string Save(const std::string& name) const {
+    std::ofstream(folder_ + "/" + name) << "<x/>";
+    return folder_ + "/" + name;
   }
 
   ScriptedHost host_;
@@ -100,7 +105,7 @@ void ExpectNoSignals() {
 
 /// Whether every thread but this one waits.
 bool OthersWait() {
-  for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+  for (const auto& task : fs::directory_iterator("/proc/self/task")) {
     std::string status;
     std::getline(std::ifstream(task.path() / "stat"), status);
     const bool isThisOne = task.path().filename() == std::to_string(gettid());
@@ -116,27 +121,28 @@ TEST_F(Threads, WhatCannotBeStartedIsOverAndTheNextOneComes) {
     connection.Send("HTTP/1.1 204 No Content\r\nConnection: close\r\n\r\n");
   });
   g_baseUrl = server.Url();
-  using Refusals = std::vector<void (*)(bool)>;
-  for (const Refusals& refusals : {Refusals{RefuseThreads, RefuseDescriptors}, Refusals{RefuseDescriptors}}) {
+  const auto failsWith = [&](void (*refuse)(bool), bool polls) {
     const std::size_t before = server.Requests().size();
-    for (const auto refuse : refusals) {
-      refuse(true);
-      std::string response, error;
-      EXPECT_FALSE(Network::Get(g_baseUrl, response, error));
-      EXPECT_TRUE(error.starts_with("ERROR: ") && error.size() > 7) << error;
-      // A sanitizer looks at the first thread of the pool through a descriptor.
-      if (refuse == RefuseThreads || before > 0) IdleUntilPolled();
-      refuse(false);
-    }
+    std::string response, error;
+    refuse(true);
+    EXPECT_FALSE(Network::Get(g_baseUrl, response, error));
+    EXPECT_TRUE(error.starts_with("ERROR: ") && error.size() > 7) << error;
+    if (polls) Idle(true);
+    refuse(false);
     EXPECT_EQ(server.Requests().size(), before);
+  };
+  failsWith(RefuseThreads, true);
+  failsWith(RefuseDescriptors, false);  // a sanitizer looks at the first thread of the pool through a descriptor
+  for (const std::size_t requests : {2, 4}) {
     std::latch ended(1);  // from here, as when the user signs in
     Network::StartTransfer({.url = g_baseUrl, .method = "GET", .headers = {}, .body = {}}, [&](const auto&) {
       ExpectNoSignals();
       ended.count_down();
     });
     ended.wait();
-    IdleUntilPolled();
-    EXPECT_EQ(server.Requests().size(), before + 2);
+    Idle(true);
+    EXPECT_EQ(server.Requests().size(), requests);
+    failsWith(RefuseDescriptors, true);
   }
 }
 
@@ -161,7 +167,7 @@ TEST(Background, RunsJobsSideBySideAndOutlivesWhatTheyThrow) {
 TEST_F(Threads, AForkedChildThatExitsLeavesThemToTheHost) {
   LoopbackServer server(Answering([](const auto&) { return CannedAnswer(); }));
   g_baseUrl = server.Url();
-  IdleUntilPolled();
+  Idle(true);
   std::fflush(stdout);
   const pid_t child = fork();
   if (child == 0) {
@@ -173,12 +179,12 @@ TEST_F(Threads, AForkedChildThatExitsLeavesThemToTheHost) {
   EXPECT_EQ(status, 0);
   pollfd end{EndOfJobs(), POLLIN, 0};
   EXPECT_EQ(poll(&end, 1, 0), 0) << "the host's jobs are told to end";
-  IdleUntilPolled();
+  Idle(true);
   EXPECT_EQ(server.Requests().size(), 2u);
 }
 
 TEST_F(Threads, EachCommandIsCarriedOutOnceAndThenAllThreadsWait) {
-  constexpr int kCommands = 200;
+  constexpr std::size_t kCommands = 200;
   const char* const types[] = {"DEBUG_CONTEXT", "GET_CLIPBOARD", "LIST_FILES", "SET_CLIPBOARD", "GET_SCHEMA", "other"};
   std::atomic<std::size_t> handedOut = 0, ended = 0;
   LoopbackServer server(Answering([&](const std::string& request) -> CannedAnswer {
@@ -193,26 +199,77 @@ TEST_F(Threads, EachCommandIsCarriedOutOnceAndThenAllThreadsWait) {
   }));
   g_baseUrl = server.Url();
   for (int scripts = 0; ended < kCommands;) {
-    Idle();
+    Idle(false);
     for (; scripts < g_startedScripts; ++scripts) {  // what each does once FileMaker comes to it
-      const std::string path = folder_ + "/" + std::to_string(scripts) + ".xml";
-      std::ofstream(path) << "<x/>";
-      EXPECT_EQ(CallHandler(Do_LivePush, {path}), "OK");
+      EXPECT_EQ(CallHandler(Do_LivePush, {Save(std::to_string(scripts))}), "OK");
     }
   }
   while (g_pollInFlight) std::this_thread::yield();
-  std::multiset<std::string> endings;
+  std::map<std::string, int> endings;
   for (const auto& request : server.Requests()) {
-    if (RequestLine(request).ends_with("/complete")) endings.insert(RequestLine(request));
+    if (RequestLine(request).ends_with("/complete")) EXPECT_EQ(++endings[RequestLine(request)], 1);
   }
-  EXPECT_EQ(endings.size(), std::size_t{kCommands});
-  EXPECT_EQ(std::set(endings.begin(), endings.end()).size(), std::size_t{kCommands}) << "each of them once";
-  EXPECT_TRUE(std::filesystem::is_empty(folder_));
-  const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+  EXPECT_EQ(endings.size(), kCommands);
+  EXPECT_TRUE(fs::is_empty(folder_));
+  const auto limit = Clock::now() + kBound;
   for (int looks = 0; looks < 100;) {
     looks = OthersWait() ? looks + 1 : 0;
-    ASSERT_LT(std::chrono::steady_clock::now(), limit) << "a thread burns processor time";
+    ASSERT_LT(Clock::now(), limit) << "a thread burns processor time";
   }
+}
+
+/// The plug-in as it is shipped, signed in to a service that never answers.
+class Unload : public Threads {
+ protected:
+  Unload() {
+    setenv("XDG_CONFIG_HOME", folder_.c_str(), 1);
+    fs::create_directories(folder_ + "/varnix");
+    std::ofstream(folder_ + "/varnix/com.varnix.plugin.licenseKey") << "K1";
+    std::ofstream(folder_ + "/varnix/com.varnix.plugin.baseUrl") << server.Url();
+  }
+  ~Unload() override { EXPECT_LT(Clock::now() - start, kBound); }
+
+  LoopbackServer server{NeverAnswer};
+  Clock::time_point start = Clock::now();
+};
+
+TEST_F(Unload, LeavesWhileRequestsAndNotificationsHang) {
+  setenv("PATH", (folder_ + ":" + getenv("PATH")).c_str(), 1);
+  std::ofstream(folder_ + "/notify-send") << "#!/bin/sh\ntouch '" << folder_ << "/notified'\nexec sleep 60\n";
+  fs::permissions(folder_ + "/notify-send", fs::perms::owner_all);
+  void* library = dlopen(PLUGIN_FILE, RTLD_NOW | RTLD_LOCAL);
+  ASSERT_NE(library, nullptr) << dlerror();
+  const auto send = [&](FMX_ExternCallSwitch message) {
+    static FMX_ExternCallStruct call{};
+    call.extnVersion = 71;
+    call.whichCall = message;
+    call.cCurrentEnv = [](FMX_ExprEnv*) -> FMX_ErrorCode { return 0; };
+    reinterpret_cast<FMX_ExternCallProc>(dlsym(library, "FMExternCallProc"))(&call);
+  };
+  send(kFMXT_Init);
+  send(kFMXT_Idle);
+  fs::create_directory(folder_ + "/saved");
+  std::vector<std::string> paths = {folder_ + "/missing"};
+  for (char number = '1'; number <= '8'; ++number) paths.push_back(Save(std::string("saved/") + number));
+  for (const auto& path : paths) {
+    EXPECT_EQ(CallHandler(fmhost::FindFunction(u"Varnix.LivePush")->function, {path}), "OK");
+  }
+  EXPECT_EQ(server.WaitForRequests(9).size(), 9u) << "the poll and the uploads, side by side";
+  while (!fs::exists(folder_ + "/notified")) std::this_thread::yield();
+  send(kFMXT_Shutdown);
+  start = Clock::now();
+  dlclose(library);
+  EXPECT_TRUE(fs::is_empty(folder_ + "/saved")) << "an upload cut short still takes its file with it";
+  EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "the notification's tool is left";
+}
+
+TEST_F(Unload, TheHostEndsWhileAPollHangs) {
+  for (const char* input : {".idle 0.3\n", ".idle 0.3\n.quit\n"}) {
+    const auto result = RunProcess({FMSIM, "--plugin", PLUGIN_FILE}, input);
+    EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_EQ(result.errors, "");
+  }
+  EXPECT_EQ(server.Requests().size(), 2u);
 }
 
 }  // namespace

@@ -1,13 +1,10 @@
-// Reading whole files, files that change or fail meanwhile included, and the functions that give it to calculations.
+// Reading whole files, files that change or fail meanwhile included, and the functions that give them to calculations.
 #include "host/FileIO.h"
 
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <filesystem>
 #include <fstream>
 #include <limits>
-#include <utility>
 
 #include "host/FileFunctions.h"
 #include "plugin/core/NewProcess.h"
@@ -40,14 +37,10 @@ std::string AllByteValues(std::size_t size) {
 
 // The content; or the error, after checking that the content was left alone.
 std::string ReadOrError(const std::string& path) {
-  std::string content = "old";
-  std::string error = "none";
-  if (FileIO::Read(path, content, error)) {
-    EXPECT_EQ(error, "none");
-    return content;
-  }
-  EXPECT_EQ(content, "old");
-  return error;
+  std::string content = "old", error = "none";
+  const bool read = FileIO::Read(path, content, error);
+  EXPECT_EQ(read ? error : content, read ? "none" : "old");
+  return read ? content : error;
 }
 
 TEST_F(FileIOTest, ReadsEveryByteOfAFile) {
@@ -62,8 +55,7 @@ TEST_F(FileIOTest, ReadsEveryByteOfAFile) {
 // It may be growing or shrinking meanwhile.
 TEST_F(FileIOTest, ReadsToTheEndWhateverSizeAFileReports) {
   EXPECT_EQ(ReadOrError("/proc/self/mem"), "ERROR: Failed to read file: /proc/self/mem");
-  const std::string bytes = AllByteValues(100000);
-  const std::string path = Write("file", bytes);
+  const std::string bytes = AllByteValues(100000), path = Write("file", bytes);
   for (const long long size : {0, 5000, 1000000}) {
     g_reportedSize = size;
     EXPECT_TRUE(ReadOrError(path) == bytes) << size;
@@ -84,26 +76,22 @@ TEST_F(FileIOTest, CannotOpenAnythingButAReadableRegularFile) {
   });
 }
 
-TEST_F(FileIOTest, ReadFileGivesTheContentOrTheErrorAsTheText) {
+TEST_F(FileIOTest, TheFunctionsGiveTheTextOfAFileAndThePathWithoutItsVolume) {
   const ScriptedHost host;
-  const std::string file = Write("some file ü", "Größe\r\n"), fileMakerPath = "/Macintosh HD" + file;
-  EXPECT_EQ(CallHandler(Do_ReadFile, {file}), "Größe\r\n");
-  EXPECT_EQ(CallHandler(Do_ReadFile, {fileMakerPath}), "ERROR: Could not open file: " + fileMakerPath);
-  EXPECT_EQ(CallHandler(Do_ReadFile, {""}), "ERROR: path is empty.");
-}
-
-TEST(POSIXPath, LosesItsFirstComponentAndNothingElse) {
-  const ScriptedHost host;
-  const std::pair<const char*, const char*> cases[] = {
-      {"/Macintosh HD/var/tmp/x.xml", "/var/tmp/x.xml"},
-      {"/Größe/漢 字", "/漢 字"},
-      {"filemac:/Macintosh HD/x", "filemac:/Macintosh HD/x"},
-      {"/x", "/x"},
-      {"/Volume/", "/"},
-      {"/", "/"},
-      {"", ""},
+  const std::string file = Write("some file ü", "Größe\r\n"), missing = "/Macintosh HD" + file;
+  const std::tuple<fmx::ExtPluginType, std::string, std::string> cases[] = {
+      {Do_ReadFile, file, "Größe\r\n"},
+      {Do_ReadFile, missing, "ERROR: Could not open file: " + missing},
+      {Do_ReadFile, "", "ERROR: path is empty."},
+      {Do_POSIXPath, missing, file},
+      {Do_POSIXPath, "/Größe/漢 字", "/漢 字"},
+      {Do_POSIXPath, "filemac:/Macintosh HD/x", "filemac:/Macintosh HD/x"},
+      {Do_POSIXPath, "//x", "/x"},
+      {Do_POSIXPath, "/x", "/x"},
+      {Do_POSIXPath, "/", "/"},
+      {Do_POSIXPath, "", ""},
   };
-  for (const auto& [path, expected] : cases) EXPECT_EQ(CallHandler(Do_POSIXPath, {path}), expected);
+  for (const auto& [handler, path, expected] : cases) EXPECT_EQ(CallHandler(handler, {path}), expected) << path;
 }
 
 }  // namespace

@@ -18,7 +18,7 @@ fmx::errcode Echo(short, const fmx::ExprEnv&, const fmx::DataVect& args, fmx::Da
 
 TEST(GetTextArg, PassesAnyTextUpToItsFirstZeroCharacter) {
   const ScriptedHost host;
-  const std::string cases[] = {"", "plain", "\r\n\t", "Größe", "顧客", "🎻 e\xCC\x81", std::string(50 << 20, 'x') + "ß"};
+  const std::string cases[] = {"", "plain", "\r\n\t", "Größe", "顧客", "🎻 e\xCC\x81", std::string(1 << 20, 'x') + "ß"};
   for (const auto& text : cases) EXPECT_EQ(CallHandler(Echo, {text}), text);
   EXPECT_EQ(CallHandler(Echo, {"before\0after"s}), "before");
   EXPECT_EQ(CallHandler(Echo), "") << "an argument that was not given";

@@ -6,7 +6,6 @@
 
 #include "core/FunctionTable.h"
 #include "core/HostText.h"
-#include "core/State.h"
 #include "net/VersionCheck.h"
 #include "plugin/bridge/BridgeTest.h"
 #include "plugin/faults/Allocations.h"
@@ -41,7 +40,7 @@ class Surroundings : public BridgeTest {
       RunJobs();
     }
     Effects();
-    const Texts sent = CarryOut(R"({"id":"c2","type":"other"})");
+    const Texts sent = CarryOut("other", "", "c2");
     ASSERT_EQ(sent.size(), 1u);
     const std::string account = g_licenseKey + " at " + g_baseUrl;
     EXPECT_TRUE(account == "K1 at http://s" || account == kNewKey + " at " + kNewUrl) << account;
@@ -94,7 +93,7 @@ std::string Do(const Scenario& scenario, Surroundings& surroundings) {
   } else if (scenario.arguments.empty()) {
     surroundings.Idle();
   } else {
-    surroundings.CarryOut(R"({"id":"c1","type":")" + scenario.name + "\"," + scenario.arguments[0] + "}");
+    surroundings.CarryOut(scenario.name, "," + scenario.arguments[0]);
   }
   surroundings.isHandedOver = scenario.name == "Varnix.LivePush" && !surroundings.jobs.empty();
   surroundings.RunJobs();
@@ -119,13 +118,13 @@ const Scenario kScenarios[] = {
     {"StartOfTheScript",
      {},
      [](Surroundings& s) {
-       s.CarryOut(R"({"id":"c1","type":"GET_SCHEMA","fileName":"Sales"})");
+       s.CarryOut("GET_SCHEMA", R"(,"fileName":"Sales")");
        s.startErrors = {1825, 1825};
      }},
     {"EndOfTheWaitForTheFile",
      {},
      [](Surroundings& s) {
-       s.CarryOut(R"({"id":"c1","type":"GET_SCHEMA","fileName":"Contacts"})");
+       s.CarryOut("GET_SCHEMA", R"(,"fileName":"Contacts")");
        s.now += 30'001;
      }},
     {"GET_CLIPBOARD", {R"("xmlType":"AUTO")"}},

@@ -1,5 +1,4 @@
 // Nothing grows, to the block, however long the bridge runs.
-#include "core/State.h"
 #include "plugin/bridge/BridgeTest.h"
 #include "plugin/faults/Allocations.h"
 
@@ -14,7 +13,7 @@ TEST_F(Growth, LongRunsWithCommandsAndARevokedKeyLeaveNothingBehind) {
     std::size_t effects = 0, polls = 0;
     for (int call = 0; call < calls; ++call, now += 500) {
       if (call % 6 == 0) {
-        commands.push_back(R"({"id":"c)" + std::to_string(call) + R"(","type":")" + types[call / 6 % 6] +
+        commands.push_back(R"({"id":"c1","type":")" + std::string(types[call / 6 % 6]) +
                            R"(","xmlType":"XMSS","xmlContent":"<x/>"})");
       }
       effects += Step().size();

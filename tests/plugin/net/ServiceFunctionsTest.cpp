@@ -62,7 +62,7 @@ TEST_F(ServiceFunctions, UploadFileSendsAFormWithABoundaryOfItsOwn) {
 
 TEST_F(ServiceFunctions, OnlyTheirAnswersAndThoseOfPollsAndUploadsMayBeLong) {
   answers.clear();
-  CarryOut(R"({"command":{"id":"C1","type":"LIST_FILES"}})");
+  CarryOut("LIST_FILES");
   CallHandler(Do_Register, {"E1", "K1", "M1", "http://s"});
   CallHandler(Do_LivePush, {file_});
   CallHandler(Do_UploadFile, {kUrl, "K", "n", file_});
@@ -71,7 +71,7 @@ TEST_F(ServiceFunctions, OnlyTheirAnswersAndThoseOfPollsAndUploadsMayBeLong) {
   std::map<std::string, std::size_t> limits;
   for (const auto& request : requests) limits[request.url.substr(0, request.url.find('?'))] = request.answerLimit;
   constexpr std::size_t kShort = 1 << 20, kLong = 512 << 20;
-  const std::map<std::string, std::size_t> expected = {{"http://s/api/bridge/command/C1/complete", kShort},
+  const std::map<std::string, std::size_t> expected = {{"http://s/api/bridge/command/c1/complete", kShort},
                                                        {"http://s/api/bridge/command/next", kLong},
                                                        {"http://s/api/bridge/push", kShort},
                                                        {"http://s/api/bridge/register", kShort},

@@ -1,12 +1,6 @@
 // The context report: exact expressions in order, exact JSON.
 #include "schema/ContextDebug.h"
 
-#include "bridge/ContextFunctions.h"
-
-#include <gtest/gtest.h>
-
-#include "core/Product.h"
-#include "core/State.h"
 #include "support/ScriptedHost.h"
 
 namespace {
@@ -19,22 +13,12 @@ std::string LivePushTest(const std::string& literal) {
 }
 
 struct ContextDebug : testing::Test {
-  ~ContextDebug() override {
-    g_registered = false;
-    g_baseUrl = kDefaultBaseUrl;
-    g_registeredFileName.clear();
-    g_pendingTargetFileName.clear();
-    g_pendingSchemaReady = false;
-  }
+  std::string Build(const std::string& target) { return BuildContextDebug(env.get(), target, {}); }
   ScriptedHost host;
+  const fmx::ExprEnvUniquePtr env;
 };
 
-TEST_F(ContextDebug, ReportsTheWholeContext) {
-  g_registered = true;
-  g_baseUrl = "http://127.0.0.1:8765";
-  g_registeredFileName = "Shop";
-  g_pendingTargetFileName = "Con\"tacts";
-  g_pendingSchemaReady = true;
+TEST_F(ContextDebug, ShowsTheWholeContext) {
   host.answers = {{"Get(FileName)", "Sales"},
                   {"Get(WindowName)", "Sales - Main"},
                   {"WindowNames", "Sales - Main\rContacts"},
@@ -43,42 +27,36 @@ TEST_F(ContextDebug, ReportsTheWholeContext) {
                   {"Get(PrivilegeSetName)", "[Full Access]"},
                   {"ScriptNames(\"Sales\")", "Start\rVarnix Live Push"},
                   {LivePushTest("\"Sales\""), "1"}};
-  EXPECT_EQ(
-      CallHandler(Do_DebugContext),
-      "{\"pluginVersion\":\"1.6.16\",\"registered\":true,\"baseUrl\":\"http://127.0.0.1:8765\","
-      "\"registeredFile\":\"Shop\",\"pendingTarget\":\"Con\\\"tacts\",\"pendingSchemaReady\":true,"
-      "\"currentFile\":\"Sales\",\"targetFile\":\"Sales\",\"windowName\":\"Sales - Main\",\"account\":\"Admin\","
-      "\"privilegeSet\":\"[Full Access]\",\"windowNames\":[\"Sales - Main\",\"Contacts\"],"
-      "\"databaseNames\":[\"Sales\",\"Contacts\"],\"activeFiles\":[\"Sales\",\"Shop\",\"Sales - Main\",\"Contacts\"],"
-      "\"targetScriptNames\":[\"Start\",\"Varnix Live Push\"],\"livePushVisible\":\"1\"}");
+  EXPECT_EQ(BuildContextDebug(env.get(), "", {true, "http://127.0.0.1:8765", "Shop", "Con\"tacts", true}),
+            R"({"pluginVersion":"1.6.16","registered":true,"baseUrl":"http://127.0.0.1:8765",)"
+            R"("registeredFile":"Shop","pendingTarget":"Con\"tacts","pendingSchemaReady":true,"currentFile":"Sales",)"
+            R"("targetFile":"Sales","windowName":"Sales - Main","account":"Admin","privilegeSet":"[Full Access]",)"
+            R"("windowNames":["Sales - Main","Contacts"],"databaseNames":["Sales","Contacts"],)"
+            R"("activeFiles":["Sales","Shop","Sales - Main","Contacts"],)"
+            R"("targetScriptNames":["Start","Varnix Live Push"],"livePushVisible":"1"})");
   EXPECT_EQ(host.asked, (Strings{"Get(FileName)", "Get(WindowName)", "WindowNames", "DatabaseNames", "Get(AccountName)",
                                  "Get(PrivilegeSetName)", "Get(FileName)", "WindowNames", "DatabaseNames",
                                  "ScriptNames(\"Sales\")", LivePushTest("\"Sales\"")}));
 }
 
-TEST_F(ContextDebug, LooksUpScriptsByTheFileOfAWindowTitleEscapedForFileMaker) {
-  host.answers = {{"ScriptNames(\"a\\\"b\\\\c\")", "S"}, {LivePushTest("\"a\\\"b\\\\c\""), "0"}};
-  const std::string json = CallHandler(Do_DebugContext, {"a\"b\\c - Main (2)"});
-  EXPECT_NE(json.find("\"targetFile\":\"a\\\"b\\\\c - Main (2)\""), json.npos) << json;
-  EXPECT_NE(json.find("\"targetScriptNames\":[\"S\"],\"livePushVisible\":\"0\"}"), json.npos) << json;
-}
-
-TEST_F(ContextDebug, ShowsTheCurrentFilesScriptsForATargetThatCannotBeRead) {
-  host.answers = {{"Get(FileName)", "Sales"}, {"ScriptNames(Get(FileName))", "Start"}};
-  const std::string json = CallHandler(Do_DebugContext, {"Closed"});
-  EXPECT_NE(json.find("\"targetScriptNames\":[\"Start\"],\"livePushVisible\":\"\"}"), json.npos) << json;
+TEST_F(ContextDebug, LooksUpTheScriptsOfTheTarget) {
+  // by the file of a window title, escaped for FileMaker
+  host.answers = {{R"(ScriptNames("a\"b\\c"))", "S"}, {LivePushTest(R"("a\"b\\c")"), "0"}};
+  const std::string report = Build("a\"b\\c - Main (2)");
+  EXPECT_NE(report.find(R"-("targetFile":"a\"b\\c - Main (2)")-"), report.npos) << report;
+  EXPECT_TRUE(report.ends_with(R"("targetScriptNames":["S"],"livePushVisible":"0"})")) << report;
+  host.answers = {{"ScriptNames(Get(FileName))", "Start"}};  // the target cannot be read
+  EXPECT_TRUE(Build("Closed").ends_with(R"("targetScriptNames":["Start"],"livePushVisible":""})"));
 }
 
 TEST_F(ContextDebug, IsCompleteWhenNothingCanBeEvaluated) {
-  g_registeredFileName = "Shop";
   const std::string expected =
-      "{\"pluginVersion\":\"1.6.16\",\"registered\":false,\"baseUrl\":\"" + std::string(kDefaultBaseUrl) +
-      "\",\"registeredFile\":\"Shop\",\"pendingTarget\":\"\",\"pendingSchemaReady\":false,\"currentFile\":\"\","
-      "\"targetFile\":\"\",\"windowName\":\"\",\"account\":\"\",\"privilegeSet\":\"\",\"windowNames\":[],"
-      "\"databaseNames\":[],\"activeFiles\":[\"Shop\"],\"targetScriptNames\":[],\"livePushVisible\":\"\"}";
-  EXPECT_EQ(CallHandler(Do_DebugContext), expected);
+      R"({"pluginVersion":"1.6.16","registered":false,"baseUrl":"","registeredFile":"","pendingTarget":"",)"
+      R"("pendingSchemaReady":false,"currentFile":"","targetFile":"","windowName":"","account":"","privilegeSet":"",)"
+      R"("windowNames":[],"databaseNames":[],"activeFiles":[],"targetScriptNames":[],"livePushVisible":""})";
+  EXPECT_EQ(Build(""), expected);
   EXPECT_EQ(host.asked.back(), "DatabaseNames") << "without a target no scripts are asked for";
-  EXPECT_EQ(ContextReport(nullptr, ""), expected);
+  EXPECT_EQ(BuildContextDebug(nullptr, "", {}), expected);
 }
 
 }  // namespace

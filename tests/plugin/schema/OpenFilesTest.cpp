@@ -1,11 +1,6 @@
 // Which names count as open files, and in which order.
 #include "schema/OpenFiles.h"
 
-#include "bridge/ContextFunctions.h"
-
-#include <gtest/gtest.h>
-
-#include "core/State.h"
 #include "support/ScriptedHost.h"
 
 namespace {
@@ -24,26 +19,14 @@ TEST(WindowNameToFileName, CutsTheTitleStepByStep) {
   for (const auto& [title, name] : cases) EXPECT_EQ(WindowNameToFileName(title), name) << title;
 }
 
-TEST(AddUniqueName, TrimsAndComparesWithoutAsciiCase) {
-  std::vector<std::string> names;
-  for (const char* candidate :
-       {" \t\r\nSales \n", "sales", "", " \r", "\vSales", "Größe", "GRÖßE", "Größe", "in ner"}) {
-    AddUniqueName(names, candidate);
-  }
-  EXPECT_EQ(names, (std::vector<std::string>{"Sales", "\vSales", "Größe", "GRÖßE", "in ner"}));
-}
-
-struct OpenFiles : testing::Test {
-  ~OpenFiles() override { g_registeredFileName.clear(); }
+TEST(BuildActiveFileList, MergesTheFourSourcesInOrderWithoutRepetitions) {
   ScriptedHost host;
-};
-
-TEST_F(OpenFiles, MergesTheFourSourcesInOrder) {
-  host.answers = {{"Get(FileName)", "Sales"},
-                  {"WindowNames", "sales\rInvoices - Main\r\rSales (2)\rPlain"},
+  const fmx::ExprEnvUniquePtr env;
+  host.answers = {{"Get(FileName)", " \tSales \n"},
+                  {"WindowNames", "sales\rInvoices - Main\r \r\vSales\rSales (2)\rGröße\rGRÖßE\rGröße\rin ner"},
                   {"DatabaseNames", "Contacts.fmp12\rInvoices\rShop (old)\r"}};
-  g_registeredFileName = "My Shop";
-  EXPECT_EQ(CallHandler(Do_ListFiles), "Sales\nMy Shop\nInvoices\nInvoices - Main\nSales (2)\nPlain\nContacts\nShop");
+  EXPECT_EQ(BuildActiveFileList(env.get(), "My Shop"),
+            "Sales\nMy Shop\nInvoices\nInvoices - Main\n\vSales\nSales (2)\nGröße\nGRÖßE\nin ner\nContacts\nShop");
   EXPECT_EQ(host.asked, (std::vector<std::string>{"Get(FileName)", "WindowNames", "DatabaseNames"}));
 }
 

@@ -1,8 +1,6 @@
 // The schema document: which expressions are evaluated, in which order, and the exact JSON.
 #include "schema/SchemaBuilder.h"
 
-#include <gtest/gtest.h>
-
 #include "support/ScriptedHost.h"
 
 namespace {
@@ -12,11 +10,21 @@ using Strings = std::vector<std::string>;
 const std::string kQuery =
     "ExecuteSQL(\"SELECT TableName, FieldName, FieldType, FieldClass FROM FileMaker_Fields WHERE TableName NOT LIKE "
     "''Sys%'' ORDER BY TableName, FieldName\"; \"||\"; Char(13))";
+const Strings kAlways = {"Get(FileName)", "Get(AccountName)", "Get(PrivilegeSetName)"};
 
 struct SchemaBuilder : testing::Test {
   SchemaBuilder() {
     host.answers = {
         {"Get(FileName)", "Sales"}, {"Get(AccountName)", "CORP\\Admin"}, {"Get(PrivilegeSetName)", "[Full Access]"}};
+  }
+  /// What is asked after the first three, of which `file` is the argument.
+  static Strings Asked(Strings tables, const std::string& file, const Strings& customFunctions) {
+    tables.insert(tables.begin(), kAlways.begin(), kAlways.end());
+    for (const char* name : {"ScriptNames(", "LayoutNames(", "ValueListNames(", "PrivilegeSetNames("}) {
+      tables.push_back(name + file + ")");
+    }
+    tables.insert(tables.end(), customFunctions.begin(), customFunctions.end());
+    return tables;
   }
   std::string Tables(const std::string& queryResult) {
     host.answers[kQuery] = queryResult;
@@ -28,25 +36,19 @@ struct SchemaBuilder : testing::Test {
 };
 
 TEST_F(SchemaBuilder, TakesTablesFromTheQueryAndNamesFromDesignFunctions) {
-  host.answers[kQuery] =
-      "Orders||ID||varchar||Normal\rOrders||Total \"net\"||decimal||Calculated\rÄpfel||n||date||Summary";
+  host.answers[kQuery] = "Orders||Total \"net\"||decimal||Calculated\rÄpfel||n||date||Summary";
   host.answers["ScriptNames(Get(FileName))"] = "Start\r-\rVarnix Live Push";
   host.answers["LayoutNames(Get(FileName))"] = "Orders\r\rList\r";
   host.answers["ValueListNames(Get(FileName))"] = "Back\\slash";
   host.answers["PrivilegeSetNames(Get(FileName))"] = "[Full Access]";
   host.answers["CustomFunctionNames(\"Sales\")"] = "Add\nSub";
   EXPECT_EQ(CallHandler(Do_GetSchema),
-            "{\"file\":\"Sales\",\"account\":\"CORP\\\\Admin\",\"tables\":["
-            "{\"name\":\"Orders\",\"fields\":[{\"name\":\"ID\",\"type\":\"varchar\",\"class\":\"Normal\"},"
-            "{\"name\":\"Total \\\"net\\\"\",\"type\":\"decimal\",\"class\":\"Calculated\"}]},"
-            "{\"name\":\"Äpfel\",\"fields\":[{\"name\":\"n\",\"type\":\"date\",\"class\":\"Summary\"}]}],"
-            "\"scripts\":[\"Start\",\"-\",\"Varnix Live Push\"],\"layouts\":[\"Orders\",\"List\"],"
-            "\"valueLists\":[\"Back\\\\slash\"],\"privilegeSets\":[\"[Full Access]\"],"
-            "\"customFunctions\":[\"Add\",\"Sub\"]}");
-  EXPECT_EQ(host.asked,
-            (Strings{"Get(FileName)", "Get(AccountName)", "Get(PrivilegeSetName)", kQuery, "ScriptNames(Get(FileName))",
-                     "LayoutNames(Get(FileName))", "ValueListNames(Get(FileName))", "PrivilegeSetNames(Get(FileName))",
-                     "CustomFunctionNames(\"Sales\")"}));
+            R"({"file":"Sales","account":"CORP\\Admin","tables":[)"
+            R"({"name":"Orders","fields":[{"name":"Total \"net\"","type":"decimal","class":"Calculated"}]},)"
+            R"({"name":"Äpfel","fields":[{"name":"n","type":"date","class":"Summary"}]}],)"
+            R"("scripts":["Start","-","Varnix Live Push"],"layouts":["Orders","List"],"valueLists":["Back\\slash"],)"
+            R"("privilegeSets":["[Full Access]"],"customFunctions":["Add","Sub"]})");
+  EXPECT_EQ(host.asked, Asked({kQuery}, "Get(FileName)", {"CustomFunctionNames(\"Sales\")"}));
 }
 
 TEST_F(SchemaBuilder, ReadsRowsByTheirFirstThreeSeparators) {
@@ -72,25 +74,21 @@ TEST_F(SchemaBuilder, FallsBackToDesignFunctionsOfTheCurrentFileWhenTheQueryGive
     const std::string table =
         R"({"name":"A","fields":[{"name":"f","type":"","class":""},{"name":"f","type":"","class":""}]})";
     EXPECT_EQ(Tables(unusable), "[" + table + R"(,{"name":"B x","fields":[]},)" + table + "]");
-    EXPECT_EQ(Strings(host.asked.begin() + 4, host.asked.begin() + 8),
-              (Strings{"TableNames(Get(FileName))", "FieldNames(Get(FileName); \"A\")",
-                       "FieldNames(Get(FileName); \"B x\")", "FieldNames(Get(FileName); \"A\")"}));
+    const std::string ofA = "FieldNames(Get(FileName); \"A\")", ofB = "FieldNames(Get(FileName); \"B x\")";
+    EXPECT_EQ(host.asked, Asked({kQuery, "TableNames(Get(FileName))", ofA, ofB, ofA}, "Get(FileName)",
+                                {"CustomFunctionNames(\"Sales\")", "CustomFunctionNames()"}));
   }
 }
 
 TEST_F(SchemaBuilder, AddressesAnotherFileByItsNameEvenIfOnlyTheCaseDiffers) {
   host.answers["TableNames(\"sales\")"] = "T";
-  host.answers["FieldNames(\"sales\"; \"T\")"] = "f";
   host.answers["CustomFunctionNames(\"sales\")"] = "?";
   host.answers["CustomFunctionNames()"] = "Own";
   EXPECT_EQ(CallHandler(Do_GetSchema, {"sales"}),
-            "{\"file\":\"sales\",\"account\":\"CORP\\\\Admin\",\"tables\":[{\"name\":\"T\",\"fields\":[{\"name\":\"f\","
-            "\"type\":\"\",\"class\":\"\"}]}],\"scripts\":[],\"layouts\":[],\"valueLists\":[],\"privilegeSets\":[],"
-            "\"customFunctions\":[\"Own\"]}");
-  EXPECT_EQ(host.asked, (Strings{"Get(FileName)", "Get(AccountName)", "Get(PrivilegeSetName)", "TableNames(\"sales\")",
-                                 "FieldNames(\"sales\"; \"T\")", "ScriptNames(\"sales\")", "LayoutNames(\"sales\")",
-                                 "ValueListNames(\"sales\")", "PrivilegeSetNames(\"sales\")",
-                                 "CustomFunctionNames(\"sales\")", "CustomFunctionNames()"}));
+            R"({"file":"sales","account":"CORP\\Admin","tables":[{"name":"T","fields":[]}],"scripts":[],"layouts":[],)"
+            R"("valueLists":[],"privilegeSets":[],"customFunctions":["Own"]})");
+  EXPECT_EQ(host.asked, Asked({"TableNames(\"sales\")", "FieldNames(\"sales\"; \"T\")"}, "\"sales\"",
+                              {"CustomFunctionNames(\"sales\")", "CustomFunctionNames()"}));
 }
 
 TEST_F(SchemaBuilder, DoesNotEvaluateANameThatWouldEndItsLiteralElsewhere) {
@@ -100,31 +98,21 @@ TEST_F(SchemaBuilder, DoesNotEvaluateANameThatWouldEndItsLiteralElsewhere) {
                                                 {R"(T\\\)", false},
                                                 {R"(T\\)", true},
                                                 {R"(\T)", true}};
-  for (const auto& [name, isEvaluated] : names) {
-    const std::string quoted = std::string("\"") + name + '"';
+  for (const std::pair<std::string, bool> row : names) {
+    const auto& [name, isEvaluated] = row;
     host.asked.clear();
     host.answers = {{"Get(FileName)", name}, {"TableNames(Get(FileName))", name}};
     EXPECT_NE(CallHandler(Do_GetSchema).find("\"fields\":[]}"), std::string::npos) << name;
-    const Strings ofItsName = {"FieldNames(Get(FileName); " + quoted + ")", "CustomFunctionNames(" + quoted + ")"};
-    Strings expected = {"Get(FileName)",
-                        "Get(AccountName)",
-                        "Get(PrivilegeSetName)",
-                        kQuery,
-                        "TableNames(Get(FileName))",
-                        "ScriptNames(Get(FileName))",
-                        "LayoutNames(Get(FileName))",
-                        "ValueListNames(Get(FileName))",
-                        "PrivilegeSetNames(Get(FileName))",
-                        "CustomFunctionNames()"};
+    Strings tables = {kQuery, "TableNames(Get(FileName))"}, customFunctions = {"CustomFunctionNames()"};
     if (isEvaluated) {
-      expected.insert(expected.begin() + 5, ofItsName[0]);
-      expected.insert(expected.end() - 1, ofItsName[1]);
+      tables.push_back("FieldNames(Get(FileName); \"" + name + "\")");
+      customFunctions.insert(customFunctions.begin(), "CustomFunctionNames(\"" + name + "\")");
     }
-    EXPECT_EQ(host.asked, expected) << name;
-    host.asked.clear();
-    CallHandler(Do_GetSchema, {name + std::string("x\"")});
-    EXPECT_EQ(host.asked, (Strings{"Get(FileName)", "Get(AccountName)", "Get(PrivilegeSetName)"})) << name;
+    EXPECT_EQ(host.asked, Asked(tables, "Get(FileName)", customFunctions)) << name;
   }
+  host.asked.clear();
+  EXPECT_EQ(CallHandler(Do_GetSchema, {"another\""}), "{}");
+  EXPECT_EQ(host.asked, kAlways);
 }
 
 TEST_F(SchemaBuilder, IsAnEmptyObjectWithoutFurtherQuestionsWhenNoTableIsFound) {
