@@ -222,7 +222,6 @@ TEST_F(Threads, EachCommandIsCarriedOutOnceAndThenAllThreadsWait) {
 class Unload : public Threads {
  protected:
   Unload() {
-    setenv("XDG_CONFIG_HOME", folder_.c_str(), 1);
     fs::create_directories(folder_ + "/varnix");
     std::ofstream(folder_ + "/varnix/com.varnix.plugin.licenseKey") << "K1";
     std::ofstream(folder_ + "/varnix/com.varnix.plugin.baseUrl") << server.Url();
