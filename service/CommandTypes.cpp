@@ -6,16 +6,17 @@ namespace service {
 namespace {
 
 using enum Need;
+using namespace std::chrono_literals;
 
 // clang-format off
 constexpr CommandType kTypes[] = {
-    //                         fileName   xmlType    xmlContent  result
-    {"GET_CLIPBOARD",          kNone,     kOptional, kNone,      "push", nullptr},
-    {"GET_CLIPBOARD_FORMATS",  kNone,     kNone,     kNone,      "push", "CLIPBOARD_FORMATS"},
-    {"LIST_FILES",             kNone,     kNone,     kNone,      "push", "FILE_LIST"},
-    {"DEBUG_CONTEXT",          kOptional, kNone,     kNone,      "push", "CONTEXT_DEBUG"},
-    {"GET_SCHEMA",             kOptional, kNone,     kNone,      "ingest", nullptr},
-    {"SET_CLIPBOARD",          kNone,     kRequired, kRequired,  nullptr, nullptr},
+    //                         fileName   xmlType    xmlContent  result                        queued  takes
+    {"GET_CLIPBOARD",          kNone,     kOptional, kNone,      "push", nullptr,              1min,   10s},
+    {"GET_CLIPBOARD_FORMATS",  kNone,     kNone,     kNone,      "push", "CLIPBOARD_FORMATS",  1min,   10s},
+    {"LIST_FILES",             kNone,     kNone,     kNone,      "push", "FILE_LIST",          10min,  10s},
+    {"DEBUG_CONTEXT",          kOptional, kNone,     kNone,      "push", "CONTEXT_DEBUG",      10min,  10s},
+    {"GET_SCHEMA",             kOptional, kNone,     kNone,      "ingest", nullptr,            10min,  45s},
+    {"SET_CLIPBOARD",          kNone,     kRequired, kRequired,  nullptr, nullptr,             1min,   0s},
 };
 // clang-format on
 

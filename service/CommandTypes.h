@@ -1,6 +1,7 @@
 // The commands that the plug-in carries out: what each takes and how its result comes back.
 #pragma once
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,6 +17,11 @@ struct CommandType {
   Need xmlContent;
   const char* resultKind;  ///< kind of the record that holds the result; null when there is none
   const char* resultName;  ///< name of that record; null when the name is the answer's own
+  std::chrono::seconds
+      queuedFor;  ///< expires when no plug-in has asked for it by then, unless its sender says otherwise
+  /// How long a plug-in may take before the next command with such a result is delivered: results name no command, so
+  /// two at once could get each other's.
+  std::chrono::seconds takes;
 };
 
 /// The type of that exact name, or null.

@@ -41,18 +41,17 @@ bool Statement::Step() {
   return false;
 }
 
-std::int64_t Statement::Integer(int column) const { return sqlite3_column_int64(statement_.get(), column); }
+void Statement::ReadColumn(int column, std::int64_t& value) const {
+  value = sqlite3_column_int64(statement_.get(), column);
+}
 
-std::string Statement::Text(int column) const {
+void Statement::ReadColumn(int column, std::string& value) const {
   const auto* bytes = static_cast<const char*>(sqlite3_column_blob(statement_.get(), column));
   const int size = sqlite3_column_bytes(statement_.get(), column);
-  return bytes == nullptr ? std::string() : std::string(bytes, static_cast<std::size_t>(size));
+  value.assign(bytes == nullptr ? "" : bytes, bytes == nullptr ? 0 : static_cast<std::size_t>(size));
 }
 
-std::optional<std::string> Statement::OptionalText(int column) const {
-  if (sqlite3_column_type(statement_.get(), column) == SQLITE_NULL) return std::nullopt;
-  return Text(column);
-}
+bool Statement::IsNull(int column) const { return sqlite3_column_type(statement_.get(), column) == SQLITE_NULL; }
 
 void Statement::Bind(int index, std::int64_t value) {
   Check(database_, sqlite3_bind_int64(statement_.get(), index, value));

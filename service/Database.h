@@ -1,4 +1,4 @@
-// A SQLite database whose committed changes outlive a killed process and a lost supply.
+// A SQLite database whose committed changes survive a killed process and a power failure.
 #pragma once
 
 #include <sqlite3.h>
@@ -16,7 +16,7 @@ class DatabaseInUse : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Bytes that SQLite keeps as they are, text or not.
+/// Bytes that SQLite keeps verbatim, text or not.
 struct Blob {
   std::string_view bytes;
 };
@@ -52,12 +52,24 @@ class Statement {
   /// Moves to the next row; false when there is none.
   bool Step();
 
-  /// The columns of the present row. Null reads as 0, "" and nullopt.
-  std::int64_t Integer(int column) const;
-  std::string Text(int column) const;
-  std::optional<std::string> OptionalText(int column) const;
+  /// Reads the first columns of the present row into `values`, in order: std::int64_t, std::string or an optional of
+  /// either. Null reads as 0, "" and nullopt.
+  template <class... Values>
+  void Read(Values&... values) const {
+    int column = 0;
+    (ReadColumn(column++, values), ...);
+  }
 
  private:
+  void ReadColumn(int column, std::int64_t& value) const;
+  void ReadColumn(int column, std::string& value) const;
+  bool IsNull(int column) const;
+  template <class Value>
+  void ReadColumn(int column, std::optional<Value>& value) const {
+    value.reset();
+    if (!IsNull(column)) ReadColumn(column, value.emplace());
+  }
+
   void Prepare(const char* sql);
   void Bind(int index, std::int64_t value);
   void Bind(int index, std::string_view text);

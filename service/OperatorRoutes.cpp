@@ -70,7 +70,7 @@ void Queue(Context& context, const Body& body, Response& response) {
   const CommandArguments arguments{Find(message, "fileName"), Find(message, "xmlType"), Find(message, "xmlContent")};
   const std::string fault = CheckArguments(*type, arguments);
   if (!fault.empty()) throw HttpError(400, fault);
-  Answer(response, {{"id", context.store.Enqueue(type->name, arguments)}}, 201);
+  Answer(response, {{"id", context.store.Enqueue(*type, arguments)}}, 201);
 }
 
 CommandSummary NamedCommand(Context& context, const Request& request) {

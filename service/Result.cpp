@@ -19,7 +19,7 @@ constexpr long kLongestWait = 86400;
 constexpr auto kLookInterval = std::chrono::milliseconds(200);
 
 bool IsFinished(const nlohmann::json& command) {
-  return command.at("state") == "completed" || command.at("state") == "failed";
+  return command.at("state") != "queued" && command.at("state") != "delivered";
 }
 
 // The command as it stands when it is finished or the time is over. A service that is started anew meanwhile is no
@@ -54,6 +54,11 @@ ExitStatus Report(Client& client, const std::string& path, const nlohmann::json&
   }
   if (command.at("state") == "failed") {
     std::cerr << "varnix-service: " << command.value("error", "the plug-in gave no reason") << '\n';
+    return kFailed;
+  }
+  if (command.at("state") == "cancelled" || command.at("state") == "expired") {
+    std::cerr << "varnix-service: command " << command.at("id").get<std::string>() << ": " << DescribeState(command)
+              << '\n';
     return kFailed;
   }
   std::cerr << "varnix-service: not in time: command " << command.at("id").get<std::string>() << ": "

@@ -1,178 +1,252 @@
 #include "Store.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
-#include <chrono>
 #include <filesystem>
-#include <stdexcept>
+
+#include "Layout.h"
 
 namespace service {
 namespace {
 
 constexpr char kFileName[] = "varnix-service.db";
-constexpr std::int64_t kLayoutVersion = 1;
-
-// The large columns stand last, so that reading the others does not touch them.
-constexpr char kLayout[] = R"(
-  CREATE TABLE commands (
-    number INTEGER PRIMARY KEY AUTOINCREMENT,
-    id TEXT NOT NULL UNIQUE,
-    type TEXT NOT NULL,
-    state TEXT NOT NULL DEFAULT 'queued' CHECK (state IN ('queued', 'delivered', 'completed', 'failed')),
-    queued INTEGER NOT NULL,    -- times are milliseconds since 1970
-    delivered INTEGER,
-    finished INTEGER,
-    records_before INTEGER,     -- newest record at delivery; a result is younger
-    file_name TEXT,
-    xml_type TEXT,
-    error TEXT,
-    xml_content TEXT);
-  CREATE INDEX commands_by_state ON commands (state, number);
-  CREATE TABLE records (
-    number INTEGER PRIMARY KEY AUTOINCREMENT,
-    kind TEXT NOT NULL,
-    name TEXT NOT NULL,
-    label TEXT,
-    received INTEGER NOT NULL,
-    command TEXT REFERENCES commands (id),
-    content BLOB NOT NULL);
-  CREATE INDEX records_by_command ON records (command);
-  PRAGMA user_version = 1)";
 
 #define TIME_TEXT(column) "strftime('%Y-%m-%dT%H:%M:%fZ', " column " / 1000.0, 'unixepoch')"
 
 constexpr char kSelectCommands[] =
     "SELECT id, type, file_name, xml_type, state,"
     " max(0, ?1 - coalesce(finished, delivered, queued)) / 1000, error,"
-    " " TIME_TEXT("queued") ", " TIME_TEXT("delivered") ", " TIME_TEXT("finished") ","
+    " " TIME_TEXT("queued") ", " TIME_TEXT("expires") ", " TIME_TEXT("delivered") ", " TIME_TEXT("finished") ","
     " (SELECT max(number) FROM records WHERE command = commands.id AND kind <> 'diagnostic')"
     " FROM commands";
+
+CommandSummary ReadCommand(const Statement& row) {
+  CommandSummary c;
+  row.Read(c.id, c.type, c.fileName, c.xmlType, c.state, c.secondsInState, c.error, c.queuedAt, c.expiresAt,
+           c.deliveredAt, c.finishedAt, c.result);
+  return c;
+}
+
 constexpr char kSelectRecords[] = "SELECT number, kind, name, label, " TIME_TEXT("received") ", command,"
-                                  " length(content) FROM records";
+                                  " (SELECT length(bytes) FROM contents WHERE number = content) FROM records";
+
+RecordSummary ReadRecord(const Statement& row) {
+  RecordSummary r;
+  row.Read(r.number, r.kind, r.name, r.label, r.receivedAt, r.command, r.bytes);
+  return r;
+}
 
 #undef TIME_TEXT
 
-std::int64_t Now() {
-  using namespace std::chrono;
-  return duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
+// Others who can write there could have FileMaker carry out commands of theirs.
+void RefuseIfOthersCanWrite(const std::string& path) {
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0) return;  // not there yet
+  if (status.st_uid != geteuid()) throw std::runtime_error(path + " belongs to another user");
+  if ((status.st_mode & (S_IWGRP | S_IWOTH)) != 0) {
+    throw std::runtime_error("others can write to " + path + ": run chmod go-w on it");
+  }
 }
 
+std::string PathIn(const std::string& folder) { return (std::filesystem::path(folder) / kFileName).string(); }
+
 Database OpenIn(const std::string& folder) try {
-  std::filesystem::create_directories(folder);
-  return Database((std::filesystem::path(folder) / kFileName).string());
+  if (std::filesystem::create_directories(folder)) {
+    std::filesystem::permissions(folder, std::filesystem::perms::owner_all);
+  }
+  RefuseIfOthersCanWrite(folder);
+  RefuseIfOthersCanWrite(PathIn(folder));
+  Database database(PathIn(folder));
+  PrepareLayout(database);
+  return database;
 } catch (const DatabaseInUse&) {
   throw std::runtime_error(folder + " is in use by another service");
 } catch (const std::runtime_error& error) {
   throw std::runtime_error(folder + " cannot be used: " + error.what());
 }
 
-CommandSummary ReadCommand(const Statement& row) {
-  CommandSummary command{row.Text(0),         row.Text(1),         row.OptionalText(2), row.OptionalText(3),
-                         row.Text(4),         row.Integer(5),      row.OptionalText(6), row.Text(7),
-                         row.OptionalText(8), row.OptionalText(9), std::nullopt};
-  if (row.Integer(10) != 0) command.result = row.Integer(10);
-  return command;
+std::uint64_t InodeOf(const std::string& path) {
+  struct stat status {};
+  return stat(path.c_str(), &status) == 0 ? static_cast<std::uint64_t>(status.st_ino) : 0;
 }
 
-RecordSummary ReadRecord(const Statement& row) {
-  return {row.Integer(0), row.Text(1),         row.Text(2),   row.OptionalText(3),
-          row.Text(4),    row.OptionalText(5), row.Integer(6)};
+// Whether records of the two could be taken for each other's. The push of a clipboard has no label and the others have
+// one, so only equal names count.
+bool ResultsOverlap(const CommandType& a, const CommandType& b) {
+  const auto text = [](const char* name) { return std::string_view(name == nullptr ? "" : name); };
+  return a.resultKind != nullptr && text(a.resultKind) == text(b.resultKind) &&
+         text(a.resultName) == text(b.resultName);
+}
+
+std::int64_t Milliseconds(std::chrono::seconds duration) {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(duration).count();
+}
+
+// The types whose result a plug-in may be sending at `now`.
+std::vector<const CommandType*> TypesAtWork(Database& database, std::int64_t now) {
+  std::vector<const CommandType*> types;
+  Statement rows(database, "SELECT type, delivered FROM commands WHERE state = 'delivered'");
+  while (rows.Step()) {
+    std::string name;
+    std::int64_t delivered = 0;
+    rows.Read(name, delivered);
+    const CommandType* type = FindCommandType(name);
+    if (type != nullptr && now - delivered < Milliseconds(type->takes)) types.push_back(type);
+  }
+  return types;
+}
+
+// 0 when none can be delivered now.
+std::int64_t NextToDeliver(Database& database, std::int64_t now) {
+  const auto atWork = TypesAtWork(database, now);
+  Statement rows(database, "SELECT number, type FROM commands WHERE state = 'queued' ORDER BY number");
+  while (rows.Step()) {
+    std::int64_t number = 0;
+    std::string name;
+    rows.Read(number, name);
+    const CommandType* type = FindCommandType(name);
+    const auto overlaps = [type](const CommandType* other) { return ResultsOverlap(*type, *other); };
+    if (type == nullptr || std::none_of(atWork.begin(), atWork.end(), overlaps)) return number;
+  }
+  return 0;
 }
 
 // The plug-in's pushes and uploads name no command, but each goes out just before its command's completion: the newest
-// that suits and belongs to no other command is the one. A clipboard push bears no label, unlike those that a FileMaker
-// script sends by itself; an upload is named after the file that was asked for.
+// that suits and belongs to no other command is the one. A clipboard push has no label, unlike those that a FileMaker
+// script sends by itself; an upload that names another file than the one asked for answers another request.
 void ClaimResult(Database& database, const Command& command, std::int64_t recordsBefore) {
   const CommandType* type = FindCommandType(command.type);
   if (type == nullptr || type->resultKind == nullptr) return;
   const auto resultName = type->resultName == nullptr ? std::nullopt : std::optional<std::string>(type->resultName);
-  const std::string uploadName = command.arguments.fileName.value_or("") + ".fmp12.xml";
+  std::optional<std::string> uploadName;
+  if (const auto& file = command.arguments.fileName; file && !file->empty()) uploadName = *file + ".fmp12.xml";
   Statement(database,
             "UPDATE records SET command = ?1 WHERE number = (SELECT number FROM records"
             " WHERE command IS NULL AND number > ?2 AND kind = ?3 AND name = coalesce(?4, name)"
-            " AND (label IS NULL) = (?4 IS NULL) ORDER BY name = ?5 DESC, number DESC LIMIT 1)",
+            " AND (label IS NULL) = (?4 IS NULL) AND (kind <> 'ingest' OR ?5 IS NULL OR name = ?5)"
+            " ORDER BY number DESC LIMIT 1)",
             command.id, recordsBefore, type->resultKind, resultName, uploadName)
       .Step();
 }
 
 }  // namespace
 
-Store::Store(const std::string& folder) : database_(OpenIn(folder)) {
-  Statement version(database_, "PRAGMA user_version");
-  version.Step();
-  if (version.Integer(0) == kLayoutVersion) return;
-  if (version.Integer(0) != 0) throw std::runtime_error(folder + " was written by another version of this service");
-  Transaction transaction(database_);
-  database_.Execute(kLayout);
-  transaction.Commit();
+std::int64_t Store::SystemTime() {
+  using namespace std::chrono;
+  return duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
 }
 
-std::string Store::Enqueue(const std::string& type, const CommandArguments& arguments) {
+Store::Store(const std::string& folder, Clock clock)
+    : clock_(std::move(clock)), path_(PathIn(folder)), database_(OpenIn(folder)), inode_(InodeOf(path_)) {}
+
+void Store::CheckFile() const {
+  if (InodeOf(path_) != inode_) throw StoreGone(path_ + " was removed or replaced: start the service again");
+}
+
+void Store::ExpireCommands() {
+  Statement(database_,
+            "UPDATE commands SET state = 'expired', finished = expires WHERE state = 'queued' AND expires <= ?1",
+            clock_())
+      .Step();
+}
+
+std::string Store::Enqueue(const CommandType& type, const CommandArguments& arguments,
+                           std::optional<std::chrono::seconds> queuedFor) {
   const std::lock_guard lock(mutex_);
+  CheckFile();
+  const std::int64_t now = clock_();
   Statement insert(database_,
-                   "INSERT INTO commands (id, type, queued, file_name, xml_type, xml_content)"
-                   " VALUES (lower(hex(randomblob(8))), ?1, ?2, ?3, ?4, ?5) RETURNING id",
-                   type, Now(), arguments.fileName, arguments.xmlType, arguments.xmlContent);
+                   "INSERT INTO commands (id, type, queued, expires, file_name, xml_type, xml_content)"
+                   " VALUES (lower(hex(randomblob(8))), ?1, ?2, ?3, ?4, ?5, ?6) RETURNING id",
+                   type.name, now, now + Milliseconds(queuedFor.value_or(type.queuedFor)), arguments.fileName,
+                   arguments.xmlType, arguments.xmlContent);
   insert.Step();
-  std::string id = insert.Text(0);
+  std::string id;
+  insert.Read(id);
   insert.Step();  // ends the statement, which commits it
   return id;
 }
 
 std::optional<Command> Store::Deliver() {
   const std::lock_guard lock(mutex_);
+  CheckFile();
+  ExpireCommands();
+  const std::int64_t now = clock_();
+  const std::int64_t number = NextToDeliver(database_, now);
+  if (number == 0) return std::nullopt;
   Statement update(database_,
                    "UPDATE commands SET state = 'delivered', delivered = ?1,"
                    " records_before = (SELECT coalesce(max(number), 0) FROM records)"
-                   " WHERE number = (SELECT min(number) FROM commands WHERE state = 'queued')"
-                   " RETURNING id, type, file_name, xml_type, xml_content",
-                   Now());
-  if (!update.Step()) return std::nullopt;
-  Command command{
-      update.Text(0), update.Text(1), {update.OptionalText(2), update.OptionalText(3), update.OptionalText(4)}};
+                   " WHERE number = ?2 RETURNING id, type, file_name, xml_type, xml_content",
+                   now, number);
+  update.Step();
+  Command command;
+  update.Read(command.id, command.type, command.arguments.fileName, command.arguments.xmlType,
+              command.arguments.xmlContent);
   update.Step();  // ends the statement, which commits it
   return command;
 }
 
+Cancellation Store::Cancel(const std::string& id) {
+  const std::lock_guard lock(mutex_);
+  CheckFile();
+  ExpireCommands();
+  Statement find(database_, "SELECT state FROM commands WHERE id = ?1", id);
+  if (!find.Step()) return Cancellation::kUnknown;
+  std::string state;
+  find.Read(state);
+  if (state != "queued") return Cancellation::kNotQueued;
+  Statement(database_, "UPDATE commands SET state = 'cancelled', finished = ?1 WHERE id = ?2", clock_(), id).Step();
+  return Cancellation::kCancelled;
+}
+
 Completion Store::Complete(const std::string& id, const std::string& state, const std::optional<std::string>& error) {
   const std::lock_guard lock(mutex_);
+  CheckFile();
   Transaction transaction(database_);
   Command command{id, "", {}};
   std::int64_t recordsBefore = 0;
   {
     Statement find(database_, "SELECT type, file_name, state, error, records_before FROM commands WHERE id = ?1", id);
     if (!find.Step()) return Completion::kUnknown;
-    const std::string present = find.Text(2);
-    if (present == "queued") return Completion::kNotDelivered;
-    if (present != "delivered") {
-      return present == state && find.OptionalText(3) == error ? Completion::kAccepted : Completion::kFinishedOtherwise;
-    }
-    command.type = find.Text(0);
-    command.arguments.fileName = find.OptionalText(1);
-    recordsBefore = find.Integer(4);
+    std::string present;
+    std::optional<std::string> presentError;
+    find.Read(command.type, command.arguments.fileName, present, presentError, recordsBefore);
+    if (present == state && presentError == error) return Completion::kAccepted;
+    if (present == "completed" || present == "failed") return Completion::kFinishedOtherwise;
+    if (present != "delivered") return Completion::kNotDelivered;
   }
-  Statement(database_, "UPDATE commands SET state = ?1, error = ?2, finished = ?3 WHERE id = ?4", state, error, Now(),
-            id)
+  Statement(database_, "UPDATE commands SET state = ?1, error = ?2, finished = ?3 WHERE id = ?4", state, error,
+            clock_(), id)
       .Step();
-  ClaimResult(database_, command, recordsBefore);
+  if (state == "completed") ClaimResult(database_, command, recordsBefore);
   transaction.Commit();
   return Completion::kAccepted;
 }
 
 std::int64_t Store::Add(const Record& record) {
   const std::lock_guard lock(mutex_);
-  Statement insert(database_,
-                   "INSERT INTO records (kind, name, label, received, content, command) VALUES (?1, ?2, ?3, ?4, ?5,"
-                   " (SELECT id FROM commands WHERE ?1 = 'diagnostic' AND type = 'GET_SCHEMA' AND state = 'delivered'"
-                   "  ORDER BY delivered DESC, number DESC LIMIT 1))",
-                   record.kind, record.name, record.label, Now(), Blob{record.content});
-  insert.Step();
-  return sqlite3_last_insert_rowid(database_.handle());
+  CheckFile();
+  Transaction transaction(database_);
+  const std::int64_t content = KeepContent(database_, record.content);
+  Statement(database_,
+            "INSERT INTO records (kind, name, label, received, content, command) VALUES (?1, ?2, ?3, ?4, ?5,"
+            " (SELECT id FROM commands WHERE ?1 = 'diagnostic' AND type = 'GET_SCHEMA' AND state = 'delivered'"
+            "  ORDER BY delivered DESC, number DESC LIMIT 1))",
+            record.kind, record.name, record.label, clock_(), content)
+      .Step();
+  const std::int64_t number = sqlite3_last_insert_rowid(database_.handle());
+  transaction.Commit();
+  return number;
 }
 
 std::vector<CommandSummary> Store::Commands(const std::string& state, std::int64_t limit) {
   const std::lock_guard lock(mutex_);
+  ExpireCommands();
   const std::string sql = std::string(kSelectCommands) + " WHERE ?2 = '' OR state = ?2 ORDER BY number DESC LIMIT ?3";
-  Statement rows(database_, sql.c_str(), Now(), state, limit);
+  Statement rows(database_, sql.c_str(), clock_(), state, limit);
   std::vector<CommandSummary> commands;
   while (rows.Step()) commands.push_back(ReadCommand(rows));
   std::reverse(commands.begin(), commands.end());
@@ -181,8 +255,9 @@ std::vector<CommandSummary> Store::Commands(const std::string& state, std::int64
 
 std::optional<CommandSummary> Store::FindCommand(const std::string& id) {
   const std::lock_guard lock(mutex_);
+  ExpireCommands();
   const std::string sql = std::string(kSelectCommands) + " WHERE id = ?2";
-  Statement row(database_, sql.c_str(), Now(), id);
+  Statement row(database_, sql.c_str(), clock_(), id);
   if (!row.Step()) return std::nullopt;
   return ReadCommand(row);
 }
@@ -210,9 +285,38 @@ std::optional<RecordSummary> Store::FindRecord(std::int64_t number) {
 
 std::string Store::Content(std::int64_t number) {
   const std::lock_guard lock(mutex_);
-  Statement row(database_, "SELECT content FROM records WHERE number = ?1", number);
-  row.Step();
-  return row.Text(0);
+  Statement row(database_,
+                "SELECT bytes FROM records JOIN contents ON contents.number = content WHERE records.number = ?1",
+                number);
+  std::string bytes;
+  if (row.Step()) row.Read(bytes);
+  return bytes;
+}
+
+Pruned Store::Prune(std::chrono::seconds age, std::int64_t keep) {
+  const std::lock_guard lock(mutex_);
+  CheckFile();
+  const std::int64_t before = clock_() - Milliseconds(age);
+  Pruned pruned;
+  {
+    Transaction transaction(database_);
+    Statement(database_,
+              "DELETE FROM records WHERE received < ?1 AND (SELECT count(*) FROM records AS newer"
+              " WHERE newer.kind = records.kind AND newer.name = records.name AND newer.number > records.number) >= ?2",
+              before, keep)
+        .Step();
+    pruned.records = sqlite3_changes(database_.handle());
+    Statement(database_,
+              "DELETE FROM commands WHERE finished < ?1 AND id NOT IN (SELECT command FROM records"
+              " WHERE command IS NOT NULL)",
+              before)
+        .Step();
+    pruned.commands = sqlite3_changes(database_.handle());
+    database_.Execute("DELETE FROM contents WHERE number NOT IN (SELECT content FROM records)");
+    transaction.Commit();
+  }
+  database_.Execute("VACUUM");
+  return pruned;
 }
 
 }  // namespace service

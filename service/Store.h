@@ -1,9 +1,12 @@
 // What the service remembers: the commands, and everything that the plug-in sent.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
+#include <functional>
 #include <mutex>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -42,31 +45,56 @@ struct CommandSummary {
   std::string type;
   std::optional<std::string> fileName;
   std::optional<std::string> xmlType;
-  std::string state;  ///< "queued", "delivered", "completed" or "failed"
+  std::string state;  ///< "queued", "delivered", "completed", "failed", "cancelled" or "expired"
   std::int64_t secondsInState = 0;
   std::optional<std::string> error;
   std::string queuedAt;
+  std::optional<std::string> expiresAt;
   std::optional<std::string> deliveredAt;
   std::optional<std::string> finishedAt;
   std::optional<std::int64_t> result;  ///< number of the record that holds the result
 };
 
 enum class Completion { kAccepted, kUnknown, kNotDelivered, kFinishedOtherwise };
+enum class Cancellation { kCancelled, kUnknown, kNotQueued };
 
-/// Safe on any thread. What an operation has done is on the disk when it returns; nothing is ever forgotten. Operations
-/// throw std::runtime_error when the disk fails them.
+struct Pruned {
+  std::int64_t commands = 0;
+  std::int64_t records = 0;
+};
+
+/// The database file was removed or replaced while the service runs: nothing would survive it.
+class StoreGone : public std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+/// Safe on any thread. What an operation has done is on the disk when it returns; only Prune forgets. Operations throw
+/// std::runtime_error when the disk fails them, StoreGone among these.
 class Store {
  public:
-  /// Opens the store in `folder`, which is created if it is missing. Only one process may have it open.
-  explicit Store(const std::string& folder);
+  /// Milliseconds since 1970.
+  using Clock = std::function<std::int64_t()>;
+  static std::int64_t SystemTime();
 
-  /// Queues a command and returns its new id, 16 hexadecimal digits.
-  std::string Enqueue(const std::string& type, const CommandArguments& arguments);
+  /// Opens the store in `folder`, which is created for its owner alone if it is missing. Only one process may have it
+  /// open. Refuses a folder or database that other users can write to.
+  explicit Store(const std::string& folder, Clock clock = SystemTime);
 
-  /// Takes the oldest queued command and marks it delivered: no later call returns it again.
+  /// Queues a command and returns its new id, 16 hexadecimal digits. It expires when nobody has asked for it within
+  /// `queuedFor`, or within the time that its type has.
+  std::string Enqueue(const CommandType& type, const CommandArguments& arguments,
+                      std::optional<std::chrono::seconds> queuedFor = {});
+
+  /// Takes the oldest queued command that can be delivered now and marks it delivered: no later call returns it again.
+  /// A command whose result could be confused with that of one delivered before waits until that one is finished, or
+  /// has had as long as its type takes.
   std::optional<Command> Deliver();
 
-  /// Ends a delivered command as `state` and finds its result among the records. Saying the same twice is accepted.
+  /// Ends a queued command.
+  Cancellation Cancel(const std::string& id);
+
+  /// Ends a delivered command as `state`, and finds the result of a completed one among the records since its delivery.
+  /// Saying the same twice is accepted.
   Completion Complete(const std::string& id, const std::string& state, const std::optional<std::string>& error);
 
   /// Keeps a record and returns its number. A diagnostic joins the schema request that was delivered last.
@@ -82,9 +110,19 @@ class Store {
   std::optional<RecordSummary> FindRecord(std::int64_t number);
   std::string Content(std::int64_t number);
 
+  /// Forgets the records and finished commands that are older than `age`, but keeps the newest `keep` records of each
+  /// kind and name, and gives the space back to the disk.
+  Pruned Prune(std::chrono::seconds age, std::int64_t keep);
+
  private:
+  void CheckFile() const;
+  void ExpireCommands();
+
   std::mutex mutex_;
+  Clock clock_;
+  std::string path_;
   Database database_;
+  std::uint64_t inode_ = 0;
 };
 
 }  // namespace service

@@ -115,7 +115,8 @@ TEST_F(Protocol, TheFirstCompletionHolds) {
 
 TEST_F(Protocol, DeliversEachCommandOnceToPollsAtTheSameTime) {
   std::multiset<std::string> queued, delivered;
-  for (int i = 0; i < 60; ++i) queued.insert(service_->Queue(kListFiles));
+  const char* kSetClipboard = R"("type":"SET_CLIPBOARD","xmlType":"XMSS","xmlContent":"<fmxmlsnippet/>")";
+  for (int i = 0; i < 60; ++i) queued.insert(service_->Queue(kSetClipboard));
   std::mutex mutex;
   std::vector<std::thread> plugins;
   for (int i = 0; i < 8; ++i) {

@@ -1,0 +1,109 @@
+#include "Layout.h"
+
+#include <sodium.h>
+
+namespace service {
+namespace {
+
+constexpr std::int64_t kVersion = 2;
+
+constexpr char kTables[] = R"(
+  CREATE TABLE commands (
+    number INTEGER PRIMARY KEY AUTOINCREMENT,
+    id TEXT NOT NULL UNIQUE,
+    type TEXT NOT NULL,
+    state TEXT NOT NULL DEFAULT 'queued'
+      CHECK (state IN ('queued', 'delivered', 'completed', 'failed', 'cancelled', 'expired')),
+    queued INTEGER NOT NULL,    -- times are milliseconds since 1970
+    expires INTEGER,
+    delivered INTEGER,
+    finished INTEGER,
+    records_before INTEGER,     -- newest record at delivery; a result is younger
+    file_name TEXT,
+    xml_type TEXT,
+    error TEXT,
+    xml_content TEXT);          -- large columns are last: reading the others does not touch them
+  CREATE INDEX commands_by_state ON commands (state, number);
+  CREATE TABLE contents (
+    number INTEGER PRIMARY KEY AUTOINCREMENT,
+    hash BLOB NOT NULL UNIQUE,
+    bytes BLOB NOT NULL);
+  CREATE TABLE records (
+    number INTEGER PRIMARY KEY AUTOINCREMENT,
+    kind TEXT NOT NULL,
+    name TEXT NOT NULL,
+    label TEXT,
+    received INTEGER NOT NULL,
+    command TEXT REFERENCES commands (id),
+    content INTEGER NOT NULL REFERENCES contents (number));
+  CREATE INDEX records_by_command ON records (command);
+  CREATE INDEX records_by_content ON records (content);
+  CREATE INDEX records_by_name ON records (kind, name, number);
+  PRAGMA user_version = 2)";
+
+// Version 1 kept a content with each record, and its commands were never cancelled and never expired.
+constexpr char kSetVersion1Aside[] = R"(
+  DROP INDEX commands_by_state;
+  DROP INDEX records_by_command;
+  ALTER TABLE commands RENAME TO old_commands;
+  ALTER TABLE records RENAME TO old_records)";
+
+constexpr char kCopyCommands[] = R"(
+  INSERT INTO commands (number, id, type, state, queued, delivered, finished, records_before, file_name, xml_type,
+      error, xml_content)
+    SELECT number, id, type, state, queued, delivered, finished, records_before, file_name, xml_type, error,
+      xml_content FROM old_commands)";
+
+std::int64_t Version(Database& database) {
+  Statement row(database, "PRAGMA user_version");
+  std::int64_t version = 0;
+  if (row.Step()) row.Read(version);
+  return version;
+}
+
+void CopyRecords(Database& database) {
+  Statement rows(database, "SELECT number, content FROM old_records ORDER BY number");
+  while (rows.Step()) {
+    std::int64_t number = 0;
+    std::string bytes;
+    rows.Read(number, bytes);
+    Statement(database,
+              "INSERT INTO records (number, kind, name, label, received, command, content)"
+              " SELECT number, kind, name, label, received, command, ?2 FROM old_records WHERE number = ?1",
+              number, KeepContent(database, bytes))
+        .Step();
+  }
+}
+
+}  // namespace
+
+void PrepareLayout(Database& database) {
+  const std::int64_t version = Version(database);
+  if (version == kVersion) return;
+  if (version > kVersion) throw std::runtime_error("it was written by a newer version of this service");
+  Transaction transaction(database);
+  if (version == 1) database.Execute(kSetVersion1Aside);
+  database.Execute(kTables);
+  if (version == 1) {
+    database.Execute(kCopyCommands);
+    CopyRecords(database);
+    database.Execute("DROP TABLE old_records; DROP TABLE old_commands");
+  }
+  transaction.Commit();
+}
+
+std::int64_t KeepContent(Database& database, std::string_view bytes) {
+  unsigned char hash[crypto_generichash_BYTES];
+  crypto_generichash(hash, sizeof hash, reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size(), nullptr, 0);
+  const Blob key{{reinterpret_cast<const char*>(hash), sizeof hash}};
+  std::int64_t number = 0;
+  Statement find(database, "SELECT number FROM contents WHERE hash = ?1", key);
+  if (find.Step()) {
+    find.Read(number);
+    return number;
+  }
+  Statement(database, "INSERT INTO contents (hash, bytes) VALUES (?1, ?2)", key, Blob{bytes}).Step();
+  return sqlite3_last_insert_rowid(database.handle());
+}
+
+}  // namespace service
