@@ -1,0 +1,37 @@
+#include "export/Xml.h"
+
+#include <algorithm>
+
+namespace solution {
+namespace {
+
+constexpr std::string_view kBookkeeping[] = {"UUID",    "SourceUUID",         "TagList",        "ChunkList",
+                                             "DDRREF",  "DisplayCalculation", "StepText",       "PasteIndexList",
+                                             "OwnerID", "SortOrder",          "CustomOrderList"};
+
+template <std::size_t size>
+bool Contains(const std::string_view (&names)[size], std::string_view name) {
+  return std::find(names, names + size, name) != names + size;
+}
+
+}  // namespace
+
+std::string Text(pugi::xml_node node) {
+  std::string text;
+  for (const pugi::xml_node child : node.children()) text += child.value();
+  return text;
+}
+
+bool IsFormula(pugi::xml_node node) {
+  const std::string_view name = node.name();
+  if (name == "Text") {
+    constexpr std::string_view kOwners[] = {"Calculation", "Tooltip", "Title"};
+    return Contains(kOwners, node.parent().name());
+  }
+  // In custom menus.
+  return name == "Calculation" && *node.child_value() != '\0';
+}
+
+bool IsBookkeeping(pugi::xml_node node) { return Contains(kBookkeeping, node.name()); }
+
+}  // namespace solution

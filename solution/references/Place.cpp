@@ -1,0 +1,60 @@
+#include "references/Place.h"
+
+#include <algorithm>
+#include <string_view>
+#include <vector>
+
+#include "export/Xml.h"
+
+namespace solution {
+namespace {
+
+using pugi::xml_node;
+
+constexpr std::string_view kWrappers[] = {"ObjectList", "Calculation", "Text",          "PartsList",
+                                          "Part",       "Definition",  "ScriptTriggers"};
+
+std::string Number(xml_node node) { return std::to_string(node.attribute("index").as_int() + 1); }
+
+std::string ObjectPlace(xml_node object) {
+  const std::string_view name = Attribute(object, "name");
+  const std::string type(Attribute(object, "type"));
+  return type + ' ' + (name.empty() ? std::string(Attribute(object, "id")) : '"' + std::string(name) + '"');
+}
+
+// Empty for a node that is only a part of the path.
+std::string Landmark(xml_node node) {
+  const std::string_view name = node.name();
+  if (name == "Step") return "step " + Number(node) + ' ' + std::string(Attribute(node, "name"));
+  if (name == "LayoutObject" || name == "LayoutObjectReference" || name == "PopoverPanel") return ObjectPlace(node);
+  if (name == "ScriptTrigger") return "trigger " + std::string(Attribute(node, "action"));
+  if (name == "CustomMenuItem") return "item " + Number(node);
+  return {};
+}
+
+std::string Join(const std::vector<std::string>& parts, const char* separator) {
+  std::string joined;
+  for (auto part = parts.rbegin(); part != parts.rend(); ++part) {
+    if (!joined.empty()) joined += separator;
+    joined += *part;
+  }
+  return joined;
+}
+
+}  // namespace
+
+std::string PlaceOf(xml_node node, xml_node root) {
+  std::vector<std::string> landmarks, path;
+  for (xml_node at = node; at && at != root; at = at.parent()) {
+    if (std::string landmark = Landmark(at); !landmark.empty()) {
+      landmarks.push_back(std::move(landmark));
+    } else if (at != node && std::find(std::begin(kWrappers), std::end(kWrappers), at.name()) == std::end(kWrappers)) {
+      path.emplace_back(at.name());
+    }
+  }
+  if (!landmarks.empty()) return Join(landmarks, ", ");
+  if (path.empty()) return node.name();
+  return Join(path, "/");
+}
+
+}  // namespace solution
