@@ -56,6 +56,9 @@ constexpr Detail kLayoutDetail = {"LayoutCatalog", "Layout", "LayoutReference", 
 
 constexpr std::string_view kFolderEnd = "--";
 
+constexpr std::string_view kGuest = "[Guest]";
+constexpr std::string_view kOldGuest = "[\uE002]";  // in format 2.0
+
 int Id(xml_node node) {
   const std::string_view text = node.attribute("id").value();
   int id = 0;
@@ -78,7 +81,8 @@ xml_node Members(xml_node catalog) {
 std::string_view AccountName(xml_node account) {
   const xml_node name = account.child("Authentication").child("AccountName");
   const xml_node insecure = name.child("INSECURE_TEXT");
-  return (insecure ? insecure : name).child_value();
+  const std::string_view text = (insecure ? insecure : name).child_value();
+  return text == kOldGuest ? kGuest : text;
 }
 
 Element MakeElement(Kind kind, xml_node node) {

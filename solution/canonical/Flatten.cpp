@@ -1,0 +1,189 @@
+#include "canonical/Flatten.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <string_view>
+
+#include "export/Xml.h"
+
+namespace solution {
+namespace {
+
+using pugi::xml_node;
+using std::operator""sv;
+
+// Counted or computed by FileMaker, or part of the name that a node gets in a path.
+constexpr std::string_view kComputedAttributes[] = {"hash", "membercount", "UUID", "index"};
+constexpr std::string_view kNameAttributes[] = {"id", "name"};
+// Nodes that only wrap others.
+constexpr std::string_view kWrappers[] = {"ObjectList", "PartsList", "MenuItemList", "StreamList", "INSECURE_TEXT"};
+// Nodes whose attributes make one value.
+constexpr std::string_view kShapes[] = {"Bounds", "CoordRect", "Color"};
+constexpr std::size_t kLongestStream = 80;
+
+template <std::size_t size>
+bool Contains(const std::string_view (&names)[size], std::string_view name) {
+  return std::find(names, names + size, name) != names + size;
+}
+
+// The name of an account stands where other elements have an attribute.
+bool IsAccountName(xml_node node) {
+  return node.name() == "AccountName"sv && node.parent().parent().name() == "Account"sv;
+}
+
+bool IsSecret(std::string_view name) { return name.find("PASSWORD") != name.npos || name == "PasswordEncrypted"; }
+
+// FNV-1a: only to see that binary data differ.
+std::string Digest(std::string_view data) {
+  std::uint64_t hash = 14695981039346656037u;
+  for (const char c : data) hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211u;
+  char text[17];
+  std::snprintf(text, sizeof text, "%016llx", static_cast<unsigned long long>(hash));
+  return text;
+}
+
+bool IsLayoutObject(std::string_view name) {
+  return name == "LayoutObject" || name == "LayoutObjectReference" || name == "PopoverPanel";
+}
+
+xml_node ReferenceIn(xml_node node) {
+  return node.find_child([](xml_node child) { return std::string_view(child.name()).ends_with("Reference"); });
+}
+
+/// Siblings of one name are told apart by an attribute that is their name, by what they refer to, or by their number.
+struct NaturalKey {
+  std::string_view node;
+  const char* attribute;
+};
+constexpr NaturalKey kNaturalKeys[] = {{"ScriptTrigger", "action"}, {"Parameter", "type"}, {"Stream", "name"}, {"Part", "type"}};
+
+std::string Key(xml_node node) {
+  for (const NaturalKey& key : kNaturalKeys) {
+    const std::string_view value = Attribute(node, key.attribute);
+    if (key.node == node.name() && !value.empty()) return std::string(value);
+  }
+  if (const auto target = std::string_view(node.name()).ends_with("Reference") ? node : ReferenceIn(node)) {
+    return std::string(Attribute(target, "name"));
+  }
+  int number = 1;
+  for (xml_node other = node.previous_sibling(node.name()); other; other = other.previous_sibling(node.name())) ++number;
+  return std::to_string(number);
+}
+
+// A list may have more members in another export.
+bool IsInList(xml_node node) {
+  const std::string_view parent = node.parent().name();
+  return parent.ends_with("List") || parent == "ParameterValues" || node.next_sibling(node.name()) ||
+         node.previous_sibling(node.name());
+}
+
+std::string Distinction(xml_node node) {
+  const std::string name = node.name();
+  if (IsLayoutObject(name)) return std::string(Attribute(node, "type")) + ' ' + std::string(Attribute(node, "id"));
+  return IsInList(node) ? name + ' ' + Key(node) : name;
+}
+
+std::string AllText(xml_node node) {
+  std::string text = node.value();
+  for (const xml_node child : node.children()) text += AllText(child);
+  return text;
+}
+
+/// Where the flattener is in the tree.
+struct Path {
+  std::string name, object, schema;
+
+  Path Below(xml_node child) const {
+    Path path = *this;
+    const std::string_view name = child.name();
+    path.schema += '/';
+    path.schema += name;
+    if (Contains(kWrappers, name) || name == "Calculation" || IsFormula(child)) return path;
+    if (IsLayoutObject(name)) {  // found by its id alone, wherever it is nested
+      path.name = path.object = Distinction(child);
+      path.schema = name;
+    } else {
+      path.name += (path.name.empty() ? "" : "/") + Distinction(child);
+    }
+    return path;
+  }
+
+  Path At(const char* attribute) const {
+    return {name.empty() ? attribute : name + '/' + attribute, object, schema + '@' + attribute};
+  }
+};
+
+class Flattener {
+ public:
+  Flattener(const Design& design, const Element& element, const Naming& naming, std::vector<Property>& properties)
+      : design_(design), element_(element), naming_(naming), properties_(properties) {}
+
+  void Flatten(xml_node node, const Path& path) {
+    if (IsBookkeeping(node) || IsAccountName(node)) return;
+    if (IsFormula(node)) return Add(path, FormulaText(design_, element_, node, naming_));
+    if (IsSecret(node.name())) return Add(path, "(hidden)", AllText(node));
+    if (Contains(kShapes, node.name()) && !node.first_child()) return Add(path, Shape(node));
+    const bool isRoot = path.schema.empty();
+    const auto target = isRoot ? std::nullopt : Resolve(design_, node);
+    // What other catalogs say about an element stands below a reference to it.
+    const bool isOwnName = target && target->element == &element_ && path.name == node.name();
+    if (target && !isOwnName) Add(path, TargetName(design_, *target, naming_));
+    AddAttributes(node, path, isRoot || target.has_value());
+    const Path parent = isOwnName ? Path{"", path.object, path.schema} : path;
+    for (const xml_node child : node.children()) {
+      if (child.type() != pugi::node_element) {
+        AddText(node, path, child.value());
+      } else if (!target || !std::string_view(child.name()).ends_with("Reference")) {
+        Flatten(child, parent.Below(child));
+      }
+    }
+  }
+
+ private:
+  void Add(const Path& path, std::string value, std::string key = {}) {
+    if (value.empty()) return;
+    properties_.push_back({path.name.empty() ? "Calculation" : path.name, std::move(value), std::move(key), path.object,
+                           path.schema});
+  }
+
+  void AddAttributes(xml_node node, const Path& path, bool isNamed) {
+    const bool isObject = IsLayoutObject(node.name());
+    for (const auto attribute : node.attributes()) {
+      const std::string_view name = attribute.name();
+      if (Contains(kComputedAttributes, name) || (isNamed && Contains(kNameAttributes, name))) continue;
+      if (isObject && name == "id") continue;
+      Add(path.At(attribute.name()), attribute.value());
+    }
+  }
+
+  void AddText(xml_node node, const Path& path, std::string_view text) {
+    if (node.name() == "Stream"sv && text.size() > kLongestStream) {
+      Add(path, std::to_string(text.size()) + " characters, digest " + Digest(text));
+    } else {
+      Add(path, std::string(text));
+    }
+  }
+
+  static std::string Shape(xml_node node) {
+    std::string shape;
+    for (const auto attribute : node.attributes()) {
+      shape += (shape.empty() ? "" : ", ") + std::string(attribute.name()) + ' ' + attribute.value();
+    }
+    return shape;
+  }
+
+  const Design& design_;
+  const Element& element_;
+  const Naming& naming_;
+  std::vector<Property>& properties_;
+};
+
+}  // namespace
+
+void Flatten(const Design& design, const Element& element, xml_node node, const Naming& naming,
+             std::vector<Property>& properties) {
+  Flattener(design, element, naming, properties).Flatten(node, {});
+}
+
+}  // namespace solution

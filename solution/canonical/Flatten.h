@@ -1,0 +1,15 @@
+// From a part of an export to named values.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "canonical/Properties.h"
+
+namespace solution {
+
+/// Appends the properties of `node`, which belongs to `element`, and of everything below it.
+void Flatten(const Design& design, const Element& element, pugi::xml_node node, const Naming& naming,
+             std::vector<Property>& properties);
+
+}  // namespace solution

@@ -1,0 +1,82 @@
+#include "canonical/Properties.h"
+
+#include <algorithm>
+
+#include "canonical/Flatten.h"
+#include "canonical/Steps.h"
+#include "export/Xml.h"
+
+namespace solution {
+namespace {
+
+constexpr int kIndent = 4;
+
+// Continues the lines of a value below its first one.
+std::string Indented(const std::string& text, std::size_t columns) {
+  std::string result;
+  for (const char c : text) {
+    result += c;
+    if (c == '\n') result.append(columns, ' ');
+  }
+  return result;
+}
+
+Property Steps(const Design& design, const Element& script, const Naming& naming) {
+  Property steps{"steps", {}, {}, {}, "steps"};
+  for (const StepLine& line : StepLines(design, script, naming)) {
+    const std::size_t columns = static_cast<std::size_t>(line.depth) * kIndent;
+    steps.value += std::string(columns, ' ') + Indented(line.text, columns + kIndent) + '\n';
+    steps.key += line.details + '\n';
+  }
+  return steps;
+}
+
+// Other catalogs repeat parts of a definition.
+void AppendNew(std::vector<Property>& properties, std::vector<Property> more) {
+  const std::size_t known = properties.size();
+  for (Property& property : more) {
+    const auto isSame = [&property](const Property& other) {
+      return other.name == property.name && other.compared() == property.compared();
+    };
+    const auto end = properties.begin() + static_cast<std::ptrdiff_t>(known);
+    if (std::none_of(properties.begin(), end, isSame)) properties.push_back(std::move(property));
+  }
+}
+
+std::string Heading(const Element& element) {
+  std::string heading(NamesOf(element.kind).title);
+  heading += ": " + DisplayName(element) + '\n';
+  if (element.kind != Kind::kFile) heading += "id: " + std::to_string(element.id) + '\n';
+  if (!element.uuid.empty()) heading += "UUID: " + std::string(element.uuid) + '\n';
+  return heading + '\n';
+}
+
+}  // namespace
+
+std::vector<Property> PropertiesOf(const Design& design, const Element& element, const Naming& naming) {
+  std::vector<Property> properties;
+  for (const pugi::xml_node node : element.nodes) {
+    if (element.kind == Kind::kScript && node != element.nodes.front()) break;  // its steps
+    std::vector<Property> part;
+    Flatten(design, element, node, naming, part);
+    AppendNew(properties, std::move(part));
+  }
+  if (element.kind == Kind::kScript) properties.push_back(Steps(design, element, naming));
+  return properties;
+}
+
+std::string CanonicalText(const Design& design, const Element& element) {
+  std::string text = Heading(element);
+  for (const Property& property : PropertiesOf(design, element)) {
+    if (property.name == "steps") {
+      text += '\n' + property.value;
+    } else if (property.value.find('\n') != property.value.npos) {
+      text += property.name + ":\n    " + Indented(property.value, kIndent) + '\n';
+    } else {
+      text += property.name + ": " + property.value + '\n';
+    }
+  }
+  return text;
+}
+
+}  // namespace solution

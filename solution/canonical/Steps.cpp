@@ -1,0 +1,177 @@
+#include "canonical/Steps.h"
+
+#include <algorithm>
+#include <optional>
+#include <string_view>
+
+#include "canonical/Flatten.h"
+#include "export/Xml.h"
+
+namespace solution {
+namespace {
+
+using pugi::xml_node;
+using std::operator""sv;
+
+// Steps by their numbers, which are the same in every language.
+enum StepId {
+  kIf = 68,
+  kElse = 69,
+  kEndIf = 70,
+  kLoop = 71,
+  kEndLoop = 73,
+  kComment = 89,
+  kElseIf = 125,
+  kOpenTransaction = 205,
+  kCommitTransaction = 206,
+};
+
+bool StartsBlock(int id) { return id == kIf || id == kLoop || id == kOpenTransaction || id == kElse || id == kElseIf; }
+bool EndsBlock(int id) {
+  return id == kEndIf || id == kEndLoop || id == kCommitTransaction || id == kElse || id == kElseIf;
+}
+
+// Parameters whose content explains itself.
+constexpr std::string_view kUnlabelled[] = {"Calculation",         "Comment",     "Boolean",
+                                            "FieldReference",      "List",        "Variable",
+                                            "LayoutReferenceContainer", "Animation", "Options",
+                                            "Related",             "Target",      "Restore",
+                                            "UniversalPathList",   "WindowReference", "URL",
+                                            "ScriptReference",     "Text",        "Name"};
+// Long lists of fields, of which the line gives the length only.
+constexpr std::string_view kLongLists[] = {"ImportField", "Export"};
+
+template <std::size_t size>
+bool Contains(const std::string_view (&names)[size], std::string_view name) {
+  return std::find(names, names + size, name) != names + size;
+}
+
+void Append(std::string& text, const std::string& part, const char* separator) {
+  if (part.empty()) return;
+  if (!text.empty()) text += separator;
+  text += part;
+}
+
+class StepWriter {
+ public:
+  StepWriter(const Design& design, const Element& element, const Naming& naming)
+      : design_(design), element_(element), naming_(naming) {}
+
+  std::string Line(xml_node step) const {
+    const bool isEnabled = Attribute(step, "enable") != "False"sv;
+    std::string line = isEnabled ? "" : "// ";
+    if (step.attribute("id").as_int() == kComment) return line + Comment(step);
+    line += Attribute(step, "name");
+    std::string parameters;
+    for (const xml_node parameter : step.child("ParameterValues").children()) {
+      Append(parameters, Parameter(parameter), " ; ");
+    }
+    if (!parameters.empty()) line += " [ " + parameters + " ]";
+    return line;
+  }
+
+ private:
+  static std::string Comment(xml_node step) {
+    const xml_node comment = step.child("ParameterValues").child("Parameter").child("Comment");
+    std::string text(Attribute(comment, "value"));
+    std::replace(text.begin(), text.end(), '\r', '\n');
+    return text.empty() ? text : "# " + text;
+  }
+
+  std::string Parameter(xml_node parameter) const {
+    const std::string_view type = Attribute(parameter, "type");
+    if (type == "Variable" || type == "Name") return Variable(parameter);
+    if (Contains(kLongLists, type)) {
+      const auto fields = parameter.select_nodes(".//FieldReference").size();
+      return std::string(type) + ": " + std::to_string(fields) + " fields";
+    }
+    std::string value(Attribute(parameter, "value"));
+    for (const xml_node child : parameter.children()) Append(value, Value(child), " ; ");
+    if (value.empty() || type.empty() || Contains(kUnlabelled, type)) return value;
+    return std::string(type) + ": " + value;
+  }
+
+  // `$name[repetition] ; Value: formula`
+  std::string Variable(xml_node parameter) const {
+    std::string name(Attribute(parameter.child("Name"), "value"));
+    if (name.empty()) name = Value(parameter.child("Name"));
+    if (name.empty()) name = Children(parameter, " ");
+    const std::string repetition = Value(parameter.child("repetition"));
+    if (!repetition.empty() && repetition != "1") name += '[' + repetition + ']';
+    const std::string value = Value(parameter.child("value"));
+    return value.empty() ? name : name + " ; Value: " + value;
+  }
+
+  std::string Value(xml_node node) const {
+    if (IsBookkeeping(node)) return {};
+    if (node.type() != pugi::node_element) return node.value();
+    if (IsFormula(node)) return FormulaText(design_, element_, node, naming_);
+    const std::string_view name = node.name();
+    if (name == "Boolean") return Switch(node);
+    if (const auto target = Resolve(design_, node)) return ReferenceText(node, *target);
+    if (name == "repetition") return Children(node, " ");
+    std::string text(Attribute(node, "name"));
+    if (text.empty()) text = Attribute(node, node.attribute("type") ? "type" : "value");
+    if (node.first_child()) {
+      const std::string children = Children(node, " ; ");
+      // The way in which an element was chosen matters less than the element.
+      if (!children.empty() && (name == "List" || name == "LayoutReferenceContainer")) text.clear();
+      Append(text, children, ": ");
+    }
+    return text;
+  }
+
+  std::string Children(xml_node node, const char* separator) const {
+    std::string text;
+    for (const xml_node child : node.children()) Append(text, Value(child), separator);
+    return text;
+  }
+
+  static std::string Switch(xml_node node) {
+    const std::string_view type = Attribute(node, "type");
+    if (type == "Collapsed") return {};
+    const std::string state = Attribute(node, "value") == "True" ? "On" : "Off";
+    return type.empty() ? state : std::string(type) + ": " + state;
+  }
+
+  std::string ReferenceText(xml_node node, const Target& target) const {
+    std::string name = TargetName(design_, target, naming_);
+    if (target.kind == Kind::kScript || target.kind == Kind::kLayout) name = "\u201C" + name + "\u201D";
+    const std::string repetition = Value(node.child("repetition"));
+    if (!repetition.empty() && repetition != "1") name += '[' + repetition + ']';
+    return name;
+  }
+
+  const Design& design_;
+  const Element& element_;
+  const Naming& naming_;
+};
+
+std::string Details(const Design& design, const Element& element, xml_node step, const Naming& naming) {
+  std::vector<Property> properties;
+  Flatten(design, element, step, naming, properties);
+  std::string details(Attribute(step, "name"));
+  details += ' ' + std::string(Attribute(step, "id")) + '\n';
+  for (const Property& property : properties) details += property.name + '=' + property.compared() + '\n';
+  return details;
+}
+
+}  // namespace
+
+std::vector<StepLine> StepLines(const Design& design, const Element& script, const Naming& naming) {
+  std::vector<StepLine> lines;
+  const StepWriter writer(design, script, naming);
+  int depth = 0;
+  for (const xml_node part : script.nodes) {
+    for (const xml_node step : part.child("ObjectList").children("Step")) {
+      const int id = step.attribute("id").as_int();
+      const bool isEnabled = Attribute(step, "enable") != "False"sv;
+      if (isEnabled && EndsBlock(id)) depth = std::max(0, depth - 1);
+      lines.push_back({depth, writer.Line(step), Details(design, script, step, naming)});
+      if (isEnabled && StartsBlock(id)) ++depth;
+    }
+  }
+  return lines;
+}
+
+}  // namespace solution

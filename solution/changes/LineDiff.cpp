@@ -1,0 +1,31 @@
+#include "changes/LineDiff.h"
+
+#include <dtl/dtl.hpp>
+#include <sstream>
+
+namespace solution {
+namespace {
+
+std::vector<std::string> Lines(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);) lines.push_back(line);
+  return lines;
+}
+
+}  // namespace
+
+std::vector<DiffLine> DiffLines(const std::string& older, const std::string& newer) {
+  dtl::Diff<std::string> diff(Lines(older), Lines(newer));
+  diff.compose();
+  std::vector<DiffLine> lines;
+  for (const auto& [text, info] : diff.getSes().getSequence()) {
+    const auto origin = info.type == dtl::SES_ADD      ? DiffLine::Origin::kNewer
+                        : info.type == dtl::SES_DELETE ? DiffLine::Origin::kOlder
+                                                       : DiffLine::Origin::kBoth;
+    lines.push_back({origin, text});
+  }
+  return lines;
+}
+
+}  // namespace solution
