@@ -1,8 +1,6 @@
 // Encodings, line numbers and repair of exports.
 #include "export/ExportText.h"
 
-#include <unicode/ustring.h>
-
 #include <algorithm>
 #include <bit>
 #include <cstring>
@@ -15,7 +13,7 @@ namespace {
 
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 constexpr char16_t kByteOrderMark = 0xFEFF;
-constexpr UChar32 kReplacement = 0xFFFD;
+constexpr char32_t kReplacement = 0xFFFD;
 constexpr std::size_t kLargestExport = std::size_t{1} << 30;
 
 // An XML document starts with an ASCII character, so without a mark the place of its zero byte gives the byte order.
@@ -28,28 +26,56 @@ std::optional<std::endian> Utf16Order(std::string_view bytes) {
   return std::nullopt;
 }
 
-std::u16string ToUnits(std::string bytes, std::endian order) {
-  std::u16string units(bytes.size() / sizeof(char16_t), u'\0');
-  std::memcpy(units.data(), bytes.data(), units.size() * sizeof(char16_t));
-  if (order != std::endian::native) {
-    for (char16_t& unit : units) unit = static_cast<char16_t>(unit << 8 | unit >> 8);
-  }
-  if (!units.empty() && units.front() == kByteOrderMark) units.erase(0, 1);
-  return units;
+char16_t UnitAt(const char* bytes, std::endian order) {
+  char16_t unit;
+  std::memcpy(&unit, bytes, sizeof unit);
+  return order == std::endian::native ? unit : static_cast<char16_t>(unit << 8 | unit >> 8);
 }
 
-std::string ToUtf8(const std::u16string& units, std::vector<std::string>& notes) {
-  UErrorCode status = U_ZERO_ERROR;
-  std::int32_t length = 0;
-  const auto size = static_cast<std::int32_t>(units.size());
-  u_strToUTF8WithSub(nullptr, 0, &length, units.data(), size, kReplacement, nullptr, &status);
-  std::string text(static_cast<std::size_t>(length), '\0');
-  std::int32_t replaced = 0;
-  status = U_ZERO_ERROR;
-  u_strToUTF8WithSub(text.data(), length, nullptr, units.data(), size, kReplacement, &replaced, &status);
-  if (replaced > 0) {
-    notes.push_back("contains " + std::to_string(replaced) + " lone surrogate(s), shown as U+FFFD");
+bool IsLead(char32_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
+bool IsTrail(char32_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
+
+/// Calls `take` with each character of UTF-16 text; returns how many lone surrogates it took for U+FFFD.
+template <typename Take>
+std::size_t ForEachCharacter(std::string_view bytes, std::endian order, Take take) {
+  std::size_t lone = 0;
+  std::size_t at = UnitAt(bytes.data(), order) == kByteOrderMark ? sizeof(char16_t) : 0;
+  for (; at + 1 < bytes.size(); at += sizeof(char16_t)) {
+    char32_t character = UnitAt(bytes.data() + at, order);
+    if (IsLead(character) || IsTrail(character)) {
+      const char32_t next = at + 3 < bytes.size() ? UnitAt(bytes.data() + at + sizeof(char16_t), order) : 0;
+      if (IsLead(character) && IsTrail(next)) {
+        character = 0x10000 + ((character - 0xD800) << 10) + (next - 0xDC00);
+        at += sizeof(char16_t);
+      } else {
+        character = kReplacement;
+        ++lone;
+      }
+    }
+    take(character);
   }
+  return lone;
+}
+
+int ContinuationBytes(char32_t character) {
+  return character < 0x80 ? 0 : character < 0x800 ? 1 : character < 0x10000 ? 2 : 3;
+}
+
+std::string ToUtf8(std::string_view bytes, std::endian order, std::vector<std::string>& notes) {
+  // The exact length first: touching memory that is not needed costs more than a second look at the text.
+  std::size_t length = 0;
+  ForEachCharacter(bytes, order, [&length](char32_t character) {
+    length += 1 + static_cast<std::size_t>(ContinuationBytes(character));
+  });
+  std::string text(length, '\0');
+  char* out = text.data();
+  const std::size_t lone = ForEachCharacter(bytes, order, [&out](char32_t character) {
+    constexpr int kLeadMarks[] = {0, 0xC0, 0xE0, 0xF0};
+    const int more = ContinuationBytes(character);
+    *out++ = static_cast<char>(static_cast<char32_t>(kLeadMarks[more]) | character >> 6 * more);
+    for (int i = more - 1; i >= 0; --i) *out++ = static_cast<char>(0x80 | (character >> 6 * i & 0x3F));
+  });
+  if (lone > 0) notes.push_back("contains " + std::to_string(lone) + " lone surrogate(s), shown as U+FFFD");
   return text;
 }
 
@@ -155,7 +181,7 @@ std::string DecodeExport(std::string bytes, std::vector<std::string>& notes) {
   std::string text;
   if (const auto order = Utf16Order(bytes)) {
     const bool odd = bytes.size() % sizeof(char16_t) != 0;
-    text = ToUtf8(ToUnits(std::move(bytes), *order), notes);
+    text = ToUtf8(bytes, *order, notes);
     if (odd) Refuse("is cut off within a UTF-16 character", text, text.size());
   } else {
     text = std::move(bytes);
