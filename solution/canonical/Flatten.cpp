@@ -14,7 +14,9 @@ using pugi::xml_node;
 using std::operator""sv;
 
 // Counted or computed by FileMaker, or part of the name that a node gets in a path.
-constexpr std::string_view kComputedAttributes[] = {"hash", "membercount", "UUID", "index"};
+constexpr std::string_view kComputedAttributes[] = {"hash", "membercount", "UUID"};
+// Nodes whose index says no more than their order.
+constexpr std::string_view kNumbered[] = {"Step", "CustomMenuItem", "FindRequest", "Map"};
 constexpr std::string_view kNameAttributes[] = {"id", "name"};
 // Nodes that only wrap others.
 constexpr std::string_view kWrappers[] = {"ObjectList", "PartsList", "MenuItemList", "StreamList", "INSECURE_TEXT"};
@@ -27,9 +29,12 @@ bool Contains(const std::string_view (&names)[size], std::string_view name) {
   return std::find(names, names + size, name) != names + size;
 }
 
-// The name of an account stands where other elements have an attribute.
-bool IsAccountName(xml_node node) {
-  return node.name() == "AccountName"sv && node.parent().parent().name() == "Account"sv;
+// The name of an account stands where other elements have an attribute; a custom function's form repeats its name and
+// parameters.
+bool RepeatsName(xml_node node) {
+  const std::string_view name = node.name();
+  return (name == "AccountName" && node.parent().parent().name() == "Account"sv) ||
+         (name == "Display" && node.parent().name() == "CustomFunction"sv);
 }
 
 bool IsSecret(std::string_view name) { return name.find("PASSWORD") != name.npos || name == "PasswordEncrypted"; }
@@ -51,37 +56,18 @@ xml_node ReferenceIn(xml_node node) {
   return node.find_child([](xml_node child) { return std::string_view(child.name()).ends_with("Reference"); });
 }
 
-/// Siblings of one name are told apart by an attribute that is their name, by what they refer to, or by their number.
 struct NaturalKey {
   std::string_view node;
   const char* attribute;
 };
-constexpr NaturalKey kNaturalKeys[] = {{"ScriptTrigger", "action"}, {"Parameter", "type"}, {"Stream", "name"}, {"Part", "type"}};
-
-std::string Key(xml_node node) {
-  for (const NaturalKey& key : kNaturalKeys) {
-    const std::string_view value = Attribute(node, key.attribute);
-    if (key.node == node.name() && !value.empty()) return std::string(value);
-  }
-  if (const auto target = std::string_view(node.name()).ends_with("Reference") ? node : ReferenceIn(node)) {
-    return std::string(Attribute(target, "name"));
-  }
-  int number = 1;
-  for (xml_node other = node.previous_sibling(node.name()); other; other = other.previous_sibling(node.name())) ++number;
-  return std::to_string(number);
-}
+constexpr NaturalKey kNaturalKeys[] = {
+    {"ScriptTrigger", "action"}, {"Parameter", "type"}, {"Stream", "name"}, {"Part", "type"}};
 
 // A list may have more members in another export.
 bool IsInList(xml_node node) {
   const std::string_view parent = node.parent().name();
-  return parent.ends_with("List") || parent == "ParameterValues" || node.next_sibling(node.name()) ||
-         node.previous_sibling(node.name());
-}
-
-std::string Distinction(xml_node node) {
-  const std::string name = node.name();
-  if (IsLayoutObject(name)) return std::string(Attribute(node, "type")) + ' ' + std::string(Attribute(node, "id"));
-  return IsInList(node) ? name + ' ' + Key(node) : name;
+  const bool isList = parent.ends_with("List") && parent != "List" && parent != "ValueList";
+  return isList || parent == "ParameterValues" || node.next_sibling(node.name()) || node.previous_sibling(node.name());
 }
 
 std::string AllText(xml_node node) {
@@ -94,21 +80,6 @@ std::string AllText(xml_node node) {
 struct Path {
   std::string name, object, schema;
 
-  Path Below(xml_node child) const {
-    Path path = *this;
-    const std::string_view name = child.name();
-    path.schema += '/';
-    path.schema += name;
-    if (Contains(kWrappers, name) || name == "Calculation" || IsFormula(child)) return path;
-    if (IsLayoutObject(name)) {  // found by its id alone, wherever it is nested
-      path.name = path.object = Distinction(child);
-      path.schema = name;
-    } else {
-      path.name += (path.name.empty() ? "" : "/") + Distinction(child);
-    }
-    return path;
-  }
-
   Path At(const char* attribute) const {
     return {name.empty() ? attribute : name + '/' + attribute, object, schema + '@' + attribute};
   }
@@ -120,8 +91,8 @@ class Flattener {
       : design_(design), element_(element), naming_(naming), properties_(properties) {}
 
   void Flatten(xml_node node, const Path& path) {
-    if (IsBookkeeping(node) || IsAccountName(node)) return;
-    if (IsFormula(node)) return Add(path, FormulaText(design_, element_, node, naming_));
+    if (IsBookkeeping(node) || RepeatsName(node)) return;
+    if (IsFormula(node) || IsLayoutText(node)) return Add(path, FormulaText(design_, element_, node, naming_));
     if (IsSecret(node.name())) return Add(path, "(hidden)", AllText(node));
     if (Contains(kShapes, node.name()) && !node.first_child()) return Add(path, Shape(node));
     const bool isRoot = path.schema.empty();
@@ -135,16 +106,48 @@ class Flattener {
       if (child.type() != pugi::node_element) {
         AddText(node, path, child.value());
       } else if (!target || !std::string_view(child.name()).ends_with("Reference")) {
-        Flatten(child, parent.Below(child));
+        Flatten(child, Below(parent, child));
       }
     }
   }
 
  private:
+  Path Below(const Path& parent, xml_node child) const {
+    Path path = parent;
+    const std::string_view name = child.name();
+    path.schema += '/';
+    path.schema += name;
+    if (Contains(kWrappers, name) || name == "Calculation" || IsFormula(child)) return path;
+    if (IsLayoutObject(name)) {  // found by its id alone, wherever it is nested
+      path.name = path.object = std::string(Attribute(child, "type")) + ' ' + std::string(Attribute(child, "id"));
+      path.schema = name;
+      return path;
+    }
+    if (!path.name.empty()) path.name += '/';
+    path.name += name;
+    if (IsInList(child)) path.name += ' ' + Key(child);
+    return path;
+  }
+
+  // Siblings of one name are told apart by an attribute that is their name, by what they refer to, or by their number.
+  std::string Key(xml_node node) const {
+    for (const NaturalKey& key : kNaturalKeys) {
+      const std::string_view value = Attribute(node, key.attribute);
+      if (key.node == node.name() && !value.empty()) return std::string(value);
+    }
+    auto target = Resolve(design_, node);
+    if (!target) target = Resolve(design_, ReferenceIn(node));
+    if (target) return TargetName(design_, *target, naming_);
+    int number = 1;
+    for (xml_node other = node.previous_sibling(node.name()); other; other = other.previous_sibling(node.name()))
+      ++number;
+    return std::to_string(number);
+  }
+
   void Add(const Path& path, std::string value, std::string key = {}) {
     if (value.empty()) return;
-    properties_.push_back({path.name.empty() ? "Calculation" : path.name, std::move(value), std::move(key), path.object,
-                           path.schema});
+    properties_.push_back(
+        {path.name.empty() ? "Calculation" : path.name, std::move(value), std::move(key), path.object, path.schema});
   }
 
   void AddAttributes(xml_node node, const Path& path, bool isNamed) {
@@ -153,6 +156,7 @@ class Flattener {
       const std::string_view name = attribute.name();
       if (Contains(kComputedAttributes, name) || (isNamed && Contains(kNameAttributes, name))) continue;
       if (isObject && name == "id") continue;
+      if (name == "index" && Contains(kNumbered, node.name())) continue;
       Add(path.At(attribute.name()), attribute.value());
     }
   }

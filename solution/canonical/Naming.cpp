@@ -35,7 +35,7 @@ std::string FormulaText(const Design& design, const Element& element, pugi::xml_
   const std::string formula = Text(node);
   std::string result;
   std::size_t copied = 0;
-  for (const FormulaReference& reference : FindReferences(design, formula, ScopeOf(design, element, node))) {
+  for (const FormulaReference& reference : FindReferences(design, element, node, formula)) {
     if (reference.target == nullptr) continue;
     const auto start = static_cast<std::size_t>(reference.text.data() - formula.data());
     result += formula.substr(copied, start - copied);

@@ -19,7 +19,7 @@ std::string NameOnly(const Element& element);
 /// What `target` is called: a field as `Occurrence::Field`.
 std::string TargetName(const Design& design, const Target& target, const Naming& naming);
 
-/// `formula`, which stands in `node` of `element`, with the names in it as `naming` gives them.
+/// The formula or layout text in `node` of `element`, with the names in it as `naming` gives them.
 std::string FormulaText(const Design& design, const Element& element, pugi::xml_node node, const Naming& naming);
 
 }  // namespace solution

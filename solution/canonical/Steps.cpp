@@ -32,12 +32,24 @@ bool EndsBlock(int id) {
 }
 
 // Parameters whose content explains itself.
-constexpr std::string_view kUnlabelled[] = {"Calculation",         "Comment",     "Boolean",
-                                            "FieldReference",      "List",        "Variable",
-                                            "LayoutReferenceContainer", "Animation", "Options",
-                                            "Related",             "Target",      "Restore",
-                                            "UniversalPathList",   "WindowReference", "URL",
-                                            "ScriptReference",     "Text",        "Name"};
+constexpr std::string_view kUnlabelled[] = {"Calculation",
+                                            "Comment",
+                                            "Boolean",
+                                            "FieldReference",
+                                            "List",
+                                            "Variable",
+                                            "LayoutReferenceContainer",
+                                            "Animation",
+                                            "Options",
+                                            "Related",
+                                            "Target",
+                                            "Restore",
+                                            "UniversalPathList",
+                                            "WindowReference",
+                                            "URL",
+                                            "ScriptReference",
+                                            "Text",
+                                            "Name"};
 // Long lists of fields, of which the line gives the length only.
 constexpr std::string_view kLongLists[] = {"ImportField", "Export"};
 

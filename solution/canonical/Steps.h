@@ -9,9 +9,9 @@
 namespace solution {
 
 struct StepLine {
-  int depth = 0;       ///< how many If, Loop and Open Transaction steps enclose it
-  std::string text;    ///< "Set Field [ Orders::Total ; Quantity * Price ]"; may hold the line endings of formulas
-  std::string details; ///< everything that the export says about the step
+  int depth = 0;        ///< how many If, Loop and Open Transaction steps enclose it
+  std::string text;     ///< "Set Field [ Orders::Total ; Quantity * Price ]"; may hold the line endings of formulas
+  std::string details;  ///< everything that the export says about the step
 };
 
 /// The steps of `script`, or of any other element with steps below `node`, in their order.

@@ -64,15 +64,17 @@ class Comparer {
              std::string(newer_.document().Attribute(attribute)) + ')';
     };
     if (versionsDiffer_) {
-      const std::string how = Differ("Source") || Differ("version") ? "by different versions of FileMaker" + both("Source")
-                                                                    : "in different languages" + both("locale");
+      const std::string how = Differ("Source") || Differ("version")
+                                  ? "by different versions of FileMaker" + both("Source")
+                                  : "in different languages" + both("locale");
       result_.warnings.push_back("the exports were saved " + how +
                                  ": an element counts as edited only if its modification counter changed");
     }
     if (versionsDiffer_ && older_.document().Attribute("version").starts_with(kWithoutCounters)) {
       result_.warnings.push_back("format 2.0 has no modification counters: what was edited since is unknown");
     }
-    if (FileId(older_) != FileId(newer_)) result_.warnings.push_back("the exports are of different files" + both("File"));
+    if (FileId(older_) != FileId(newer_))
+      result_.warnings.push_back("the exports are of different files" + both("File"));
   }
 
   void Add(ChangeKind change, const Element* older, const Element* newer, std::vector<PropertyChange> properties = {}) {
@@ -123,7 +125,8 @@ class Comparer {
   }
 
   bool MayBeEdited(const Element& older, const Element& newer) const {
-    if (versionsDiffer_ && (!older.modifications || !newer.modifications || older.modifications == newer.modifications)) {
+    if (versionsDiffer_ &&
+        (!older.modifications || !newer.modifications || older.modifications == newer.modifications)) {
       return false;
     }
     return !EqualXml(older.nodes, newer.nodes);

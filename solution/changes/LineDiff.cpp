@@ -19,12 +19,21 @@ std::vector<DiffLine> DiffLines(const std::string& older, const std::string& new
   dtl::Diff<std::string> diff(Lines(older), Lines(newer));
   diff.compose();
   std::vector<DiffLine> lines;
+  std::vector<DiffLine> added;  // to follow the removed lines of one place
+  const auto append = [&lines, &added](DiffLine line) {
+    if (line.origin == DiffLine::Origin::kBoth) {
+      lines.insert(lines.end(), added.begin(), added.end());
+      added.clear();
+    }
+    (line.origin == DiffLine::Origin::kNewer ? added : lines).push_back(std::move(line));
+  };
   for (const auto& [text, info] : diff.getSes().getSequence()) {
-    const auto origin = info.type == dtl::SES_ADD      ? DiffLine::Origin::kNewer
-                        : info.type == dtl::SES_DELETE ? DiffLine::Origin::kOlder
-                                                       : DiffLine::Origin::kBoth;
-    lines.push_back({origin, text});
+    append({info.type == dtl::SES_ADD      ? DiffLine::Origin::kNewer
+            : info.type == dtl::SES_DELETE ? DiffLine::Origin::kOlder
+                                           : DiffLine::Origin::kBoth,
+            text});
   }
+  lines.insert(lines.end(), added.begin(), added.end());
   return lines;
 }
 

@@ -9,8 +9,9 @@ std::vector<std::size_t> OutOfOrder(const std::vector<std::size_t>& positions) {
   // The longest ascending subsequence: ends[n] is the index with the smallest position that ends one of n + 1 entries.
   std::vector<std::size_t> ends, previous(positions.size(), kNone);
   for (std::size_t i = 0; i < positions.size(); ++i) {
-    const auto place = std::lower_bound(ends.begin(), ends.end(), positions[i],
-                                        [&](std::size_t end, std::size_t position) { return positions[end] < position; });
+    const auto place =
+        std::lower_bound(ends.begin(), ends.end(), positions[i],
+                         [&](std::size_t end, std::size_t position) { return positions[end] < position; });
     if (place != ends.begin()) previous[i] = *(place - 1);
     if (place == ends.end()) {
       ends.push_back(i);

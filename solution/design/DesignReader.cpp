@@ -238,7 +238,8 @@ class Reader {
 };
 
 // Runs `read` and turns each way in which it can fail into one line.
-std::unique_ptr<const Design> Report(const std::string& path, std::string& error, const std::function<std::string()>& bytes) {
+std::unique_ptr<const Design> Report(const std::string& path, std::string& error,
+                                     const std::function<std::string()>& bytes) {
   std::string reason;
   try {
     auto document = std::make_unique<Document>(bytes());
@@ -256,7 +257,8 @@ std::unique_ptr<const Design> Report(const std::string& path, std::string& error
     reason = "is too large for the available memory";
   }
   error = path + " " + reason;
-  std::replace_if(error.begin(), error.end(), [](unsigned char byte) { return byte < 0x20; }, ' ');
+  std::replace_if(
+      error.begin(), error.end(), [](unsigned char byte) { return byte < 0x20; }, ' ');
   return nullptr;
 }
 

@@ -96,11 +96,20 @@ std::size_t InvalidLine(std::string_view text) {
 void AppendEscaped(std::string& result, std::string_view section) {
   for (const char c : section) {
     switch (c) {
-      case '<': result += "&lt;"; break;
-      case '>': result += "&gt;"; break;
-      case '&': result += "&amp;"; break;
-      case '"': result += "&quot;"; break;
-      default: result += c;
+      case '<':
+        result += "&lt;";
+        break;
+      case '>':
+        result += "&gt;";
+        break;
+      case '&':
+        result += "&amp;";
+        break;
+      case '"':
+        result += "&quot;";
+        break;
+      default:
+        result += c;
     }
   }
 }

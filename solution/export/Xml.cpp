@@ -32,6 +32,11 @@ bool IsFormula(pugi::xml_node node) {
   return name == "Calculation" && *node.child_value() != '\0';
 }
 
+bool IsLayoutText(pugi::xml_node node) {
+  const std::string_view name = node.name(), parent = node.parent().name();
+  return (name == "Data" && parent == "StyledText") || (name == "Text" && parent == "CharacterStyle");
+}
+
 bool IsBookkeeping(pugi::xml_node node) { return Contains(kBookkeeping, node.name()); }
 
 }  // namespace solution

@@ -14,8 +14,8 @@ namespace {
 constexpr std::string_view kLetNames[] = {"let", "setzevar", "definir", "d\u00E9finir"};
 constexpr std::string_view kGetNames[] = {"get", "hole", "obtenir"};
 // Where the name of a field in another file ends at the latest.
-constexpr std::string_view kOperatorWords[] = {"and", "or",   "xor", "not", "und", "oder", "xoder",
-                                               "nicht", "et", "ou",  "oux", "non", "e",   "o"};
+constexpr std::string_view kOperatorWords[] = {"and",   "or", "xor", "not", "und", "oder", "xoder",
+                                               "nicht", "et", "ou",  "oux", "non", "e",    "o"};
 
 template <std::size_t size>
 bool Contains(const std::string_view (&words)[size], std::string_view word) {
@@ -52,7 +52,7 @@ struct Frame {
   bool isLet = false;     // a call that declares: Let, While
   bool isGet = false;
   int argument = 0;
-  std::size_t scope = 0;  // how many names were declared outside
+  std::size_t scope = 0;     // how many names were declared outside
   std::string pending = {};  // declared by the entry, known after it
 };
 
@@ -80,8 +80,8 @@ class Finder {
       case TokenKind::kName:
       case TokenKind::kQuotedName:
         Advance();
-        Name(token);
         afterOperand_ = true;
+        Name(token);
         return;
       case TokenKind::kOperator:
         if (TakePlaceholder()) return;
@@ -152,7 +152,8 @@ class Finder {
     afterOperand_ = false;
     Frame* frame = Top();
     const bool declares =
-        frame != nullptr && (frame->declares || (frame->kind == Frame::Kind::kCall && frame->isLet && frame->argument == 0));
+        frame != nullptr &&
+        (frame->declares || (frame->kind == Frame::Kind::kCall && frame->isLet && frame->argument == 0));
     if (!declares || (!Is(TokenKind::kName) && !Is(TokenKind::kQuotedName))) return;
     const Token name = token_;
     const Lexer afterName = lexer_;

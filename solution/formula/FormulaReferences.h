@@ -19,8 +19,8 @@ struct FormulaReference {
 
 /// What bare names can mean in a formula.
 struct FormulaScope {
-  const Element* table = nullptr;        ///< whose fields may be named alone; null when none may
-  std::vector<std::string> parameters;   ///< of a custom function, folded
+  const Element* table = nullptr;       ///< whose fields may be named alone; null when none may
+  std::vector<std::string> parameters;  ///< of a custom function, folded
 };
 
 /// Finds the references in `formula`, which must outlive the result, in its order. Works for formulas in every

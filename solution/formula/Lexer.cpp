@@ -20,18 +20,14 @@ struct Sign {
 
 // Longer spellings before their beginnings.
 constexpr Sign kSigns[] = {
-    {"<>", TokenKind::kOperator},     {"<=", TokenKind::kOperator},
-    {">=", TokenKind::kOperator},     {"\u2260", TokenKind::kOperator},
-    {"\u2264", TokenKind::kOperator}, {"\u2265", TokenKind::kOperator},
-    {"<", TokenKind::kOperator},      {">", TokenKind::kOperator},
-    {"=", TokenKind::kOperator},      {"+", TokenKind::kOperator},
-    {"-", TokenKind::kOperator},      {"*", TokenKind::kOperator},
-    {"/", TokenKind::kOperator},      {"^", TokenKind::kOperator},
-    {"&", TokenKind::kOperator},      {"::", TokenKind::kColons},
-    {";", TokenKind::kSeparator},     {",", TokenKind::kSeparator},
-    {"(", TokenKind::kOpen},          {")", TokenKind::kClose},
-    {"[", TokenKind::kOpenList},      {"]", TokenKind::kCloseList},
-    {kParagraph, TokenKind::kText},
+    {"<>", TokenKind::kOperator},     {"<=", TokenKind::kOperator},     {">=", TokenKind::kOperator},
+    {"\u2260", TokenKind::kOperator}, {"\u2264", TokenKind::kOperator}, {"\u2265", TokenKind::kOperator},
+    {"<", TokenKind::kOperator},      {">", TokenKind::kOperator},      {"=", TokenKind::kOperator},
+    {"+", TokenKind::kOperator},      {"-", TokenKind::kOperator},      {"*", TokenKind::kOperator},
+    {"/", TokenKind::kOperator},      {"^", TokenKind::kOperator},      {"&", TokenKind::kOperator},
+    {"::", TokenKind::kColons},       {";", TokenKind::kSeparator},     {",", TokenKind::kSeparator},
+    {"(", TokenKind::kOpen},          {")", TokenKind::kClose},         {"[", TokenKind::kOpenList},
+    {"]", TokenKind::kCloseList},     {kParagraph, TokenKind::kText},
 };
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }

@@ -7,7 +7,7 @@ namespace solution {
 
 enum class TokenKind {
   kEnd,
-  kText,        ///< a literal, with its quotes, or a lone paragraph sign
+  kText,  ///< a literal, with its quotes, or a lone paragraph sign
   kNumber,
   kName,        ///< words with spaces between them: names, and in any language operators such as `and`
   kQuotedName,  ///< ${...}
@@ -19,7 +19,7 @@ enum class TokenKind {
   kClose,
   kOpenList,
   kCloseList,
-  kOther,       ///< a character that has no meaning in a formula
+  kOther,  ///< a character that has no meaning in a formula
 };
 
 struct Token {

@@ -17,7 +17,8 @@ constexpr std::pair<std::string_view, Kind> kKindWords[] = {
 };
 
 // The words of a placeholder that stands in a comment, where other texts in angle brackets are common.
-constexpr std::string_view kMissingWords[] = {"missing", "nicht vorhanden", "manquant", "mancante", "ontbreekt", "saknas"};
+constexpr std::string_view kMissingWords[] = {"missing",  "nicht vorhanden", "manquant",
+                                              "mancante", "ontbreekt",       "saknas"};
 
 }  // namespace
 

@@ -1,4 +1,5 @@
-// What FileMaker writes in the place of a deleted element: `<Field Missing>`, `<unknown>`, and the same in other languages.
+// What FileMaker writes in the place of a deleted element: `<Field Missing>`, `<unknown>`, and the same in other
+// languages.
 #pragma once
 
 #include <string_view>

@@ -53,7 +53,7 @@ std::string PlaceOf(xml_node node, xml_node root) {
     }
   }
   if (!landmarks.empty()) return Join(landmarks, ", ");
-  if (path.empty()) return node.name();
+  if (path.empty()) return IsFormula(node) ? "Calculation" : node.name();
   return Join(path, "/");
 }
 

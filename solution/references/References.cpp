@@ -5,6 +5,7 @@
 
 #include "export/Xml.h"
 #include "formula/Placeholders.h"
+#include "references/OtherFiles.h"
 #include "references/Place.h"
 #include "references/Resolve.h"
 #include "references/Scope.h"
@@ -18,7 +19,8 @@ using std::operator""sv;
 /// Collects the references of one element after the other.
 class Collector {
  public:
-  explicit Collector(const Design& design) : design_(design) {}
+  Collector(const Design& design, const std::vector<const Design*>& others)
+      : design_(design), others_(design, others) {}
 
   void Collect(const Element& element) {
     from_ = &element;
@@ -35,8 +37,7 @@ class Collector {
   void Walk(xml_node node) {
     if (IsBookkeeping(node) || IsUnusedImport(node)) return;
     if (const auto target = Resolve(design_, node); target && !IsOwnName(node, *target)) AddTarget(node, *target);
-    if (IsFormula(node)) return AddFormula(node, Text(node));
-    if (node.name() == "Data"sv) return AddLayoutCalculations(node);
+    if (IsFormula(node) || IsLayoutText(node)) return AddFormula(node, Text(node));
     for (const xml_node child : node.children()) {
       if (child.type() == pugi::node_element) Walk(child);
     }
@@ -51,45 +52,37 @@ class Collector {
   }
 
   void AddTarget(xml_node node, const Target& target) {
-    std::string name(target.name);
-    if (target.element != nullptr) {
-      name = DisplayName(*target.element);
-    } else if (!target.occurrence.empty()) {
-      name = std::string(target.occurrence) + "::" + name;
-    }
-    Add(node, target.kind, target.element, std::string(target.uuid), std::move(name));
+    // The file itself, as a step names it.
+    if (target.kind == Kind::kExternalDataSource && target.element == nullptr && !IsPlaceholder(target.name)) return;
+    const Element* element = target.element;
+    if (element == nullptr) element = others_.Find(target.kind, target.uuid);
+    Add(node, target.kind, element, target.uuid, Qualified(target.occurrence, target.name));
+  }
+
+  static std::string Qualified(std::string_view occurrence, std::string_view name) {
+    return occurrence.empty() ? std::string(name) : std::string(occurrence) + "::" + std::string(name);
   }
 
   void AddFormula(xml_node node, const std::string& formula) {
-    for (const FormulaReference& found : FindReferences(design_, formula, ScopeOf(design_, *from_, node))) {
-      std::string name(found.text);
-      if (found.target != nullptr) {
-        name = DisplayName(*found.target);
-      } else if (!found.occurrence.empty()) {
-        name = std::string(found.occurrence) + "::" + name;
-      }
-      Add(node, found.kind, found.target, {}, std::move(name));
+    for (const FormulaReference& found : FindReferences(design_, *from_, node, formula)) {
+      const Element* element = found.target;
+      if (element == nullptr && found.kind == Kind::kField) element = others_.FindField(found.occurrence, found.text);
+      Add(node, found.kind, element, {}, Qualified(found.occurrence, found.text));
     }
   }
 
-  // Text on a layout may contain formulas: <<\u0192:1 + 1>>. Plain merge fields are also listed as references.
-  void AddLayoutCalculations(xml_node node) {
-    constexpr std::string_view kStart = "<<\u0192:";
-    const std::string text = Text(node);
-    for (auto start = text.find(kStart); start != text.npos; start = text.find(kStart, start + 1)) {
-      const auto end = text.find(">>", start);
-      AddFormula(node, text.substr(start + kStart.size(), end - start - kStart.size()));
+  // `uuid` and `name` as written: for what was not found.
+  void Add(xml_node node, Kind kind, const Element* to, std::string_view uuid, std::string name) {
+    Reference reference{from_, kind, to, std::string(to == nullptr ? uuid : to->uuid), std::move(name), {}};
+    if (to != nullptr) reference.toName = DisplayName(*to);
+    reference.place = PlaceOf(node, root_);
+    if (seen_.emplace(kind, reference.toUuid, reference.toName, reference.place).second) {
+      references_.push_back(std::move(reference));
     }
-  }
-
-  void Add(xml_node node, Kind kind, const Element* to, std::string uuid, std::string name) {
-    if (to != nullptr) uuid = to->uuid;
-    std::string place = PlaceOf(node, root_);
-    if (!seen_.emplace(kind, uuid, name, place).second) return;
-    references_.push_back({from_, kind, to, std::move(uuid), std::move(name), std::move(place)});
   }
 
   const Design& design_;
+  const OtherFiles others_;
   const Element* from_ = nullptr;
   xml_node root_;
   std::set<std::tuple<Kind, std::string, std::string, std::string>> seen_;
@@ -98,12 +91,10 @@ class Collector {
 
 }  // namespace
 
-bool IsBroken(const Reference& reference) {
-  return reference.to == nullptr && IsPlaceholder(reference.toName);
-}
+bool IsBroken(const Reference& reference) { return reference.to == nullptr && IsPlaceholder(reference.toName); }
 
-std::vector<Reference> FindReferences(const Design& design) {
-  Collector collector(design);
+std::vector<Reference> FindReferences(const Design& design, const std::vector<const Design*>& others) {
+  Collector collector(design, others);
   for (const Element& element : design.elements()) collector.Collect(element);
   return collector.Take();
 }

@@ -52,7 +52,8 @@ const Element* TableOfField(const Design& design, xml_node field) {
 const Element* FindById(const Design& design, xml_node node, Kind kind) {
   if (IsInOtherFile(node)) return nullptr;
   const int id = node.attribute("id").as_int(-1);
-  const Element* found = kind == Kind::kField ? design.FindField(TableOfField(design, node), id) : design.Find(kind, id);
+  const Element* found =
+      kind == Kind::kField ? design.FindField(TableOfField(design, node), id) : design.Find(kind, id);
   // Ids are per file: an element with another name is another file's or a later one.
   return found != nullptr && found->name == Attribute(node, "name") ? found : nullptr;
 }

@@ -8,4 +8,8 @@ namespace solution {
 /// The scope of the formula in `node`, which belongs to `element`.
 FormulaScope ScopeOf(const Design& design, const Element& element, pugi::xml_node node);
 
+/// The references in the text of `node`, a formula or the text of a layout, as parts of `text`.
+std::vector<FormulaReference> FindReferences(const Design& design, const Element& element, pugi::xml_node node,
+                                             std::string_view text);
+
 }  // namespace solution

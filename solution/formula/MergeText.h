@@ -1,0 +1,13 @@
+// Fields and formulas within the text of a layout.
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+namespace solution {
+
+/// The names and formulas in `text` that FileMaker replaces by values: `<<Name>>`, `<<Orders::Status>>`, and
+/// `<<\u0192:Price * 2>>` without its mark. As parts of `text`.
+std::vector<std::string_view> MergeFormulas(std::string_view text);
+
+}  // namespace solution

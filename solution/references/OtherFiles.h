@@ -1,0 +1,35 @@
+// The other files of a solution, as far as their exports are at hand.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "design/Design.h"
+
+namespace solution {
+
+/// Finds what one file names in others. An export does not say which table an occurrence of another file shows; this
+/// is learned from references to its fields that give UUIDs.
+class OtherFiles {
+ public:
+  /// The designs must outlive this object.
+  OtherFiles(const Design& design, std::vector<const Design*> others);
+
+  /// Null when no other file has it.
+  const Element* Find(Kind kind, std::string_view uuid) const;
+  const Element* FindField(std::string_view occurrence, std::string_view name) const;
+
+ private:
+  struct Table {
+    const Design* design;
+    const Element* table;
+  };
+  void Learn(pugi::xml_node node);
+
+  std::vector<const Design*> others_;
+  std::unordered_map<std::string_view, Table> tables_;  // by the occurrence's name
+};
+
+}  // namespace solution
