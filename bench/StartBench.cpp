@@ -1,5 +1,6 @@
-// The start of the simulated FileMaker to the plug-in's first answer, beside one that has no plug-in, and the curl
-// command, which loads libcurl as the plug-in does; and its end while a poll hangs, beside one that has not signed in.
+// The start of the simulated FileMaker up to the plug-in's first answer, compared with a start without the plug-in plus
+// one of the curl command, which loads libcurl as the plug-in does; and its end while a poll hangs, compared with its
+// end while signed out.
 #include <algorithm>
 #include <chrono>
 #include <cstdio>

@@ -1,4 +1,4 @@
-// Where the bridge's requests go and in whose name, as a copy for a background job to own.
+// The service and the account of the bridge's requests, as a copy that a background job owns.
 #pragma once
 
 #include <string>
@@ -14,6 +14,6 @@ struct Account {
 /// The account in use. FileMaker's main thread only.
 Account CurrentAccount();
 
-/// `text` with "[account key]" in place of `licenseKey`, also where any of its bytes are percent-encoded: for texts
-/// that others may read. Any thread.
+/// `text` with every occurrence of `licenseKey` replaced by "[account key]", even where some of its bytes are
+/// percent-encoded. For texts that other people or programs may read. Any thread.
 std::string WithoutKey(std::string_view text, std::string_view licenseKey);

@@ -1,5 +1,5 @@
-// A pool of threads that grows with the work. They live as long as the plug-in: when it is unloaded, or the process
-// ends, jobs that wait are dropped and those that run are cut short.
+// A pool of threads that grows with the work. When the plug-in is unloaded, or the process ends, waiting jobs are
+// dropped and running jobs are cut short.
 #include "bridge/Background_linux.h"
 
 #include <sys/eventfd.h>
@@ -23,7 +23,7 @@ constexpr std::size_t kMostThreads = 32;
 
 class Pool {
  public:
-  Pool() { PrepareTransfers(); }  // so that at the end of the process the jobs end before what they use
+  Pool() { PrepareTransfers(); }  // first, so that they are destroyed after the pool
   ~Pool() {
     {
       const std::lock_guard lock(mutex_);
@@ -45,7 +45,7 @@ class Pool {
       waiting_.push_back(std::move(job));
       if (waiting_.size() > idle_ && threads_.size() < kMostThreads) StartThread();
     }
-    hasWork_.notify_one();  // a thread that woke earlier would only wait for the lock
+    hasWork_.notify_one();  // after the lock is released, so that the thread need not wait for it
   }
 
  private:
@@ -54,7 +54,7 @@ class Pool {
     try {
       threads_.emplace_back([this] { Work(); });
     } catch (const std::exception&) {
-      if (threads_.empty()) waiting_.clear();  // there is nobody to run it
+      if (threads_.empty()) waiting_.clear();  // no thread will run them
     }
   }
 
@@ -78,7 +78,7 @@ class Pool {
   static void RunDroppingExceptions(const std::function<void()>& job) {
     try {
       job();
-    } catch (...) {  // out of memory, mostly: the job's own affair
+    } catch (...) {  // mostly std::bad_alloc; the job reports its own failures
     }
   }
 
@@ -105,6 +105,6 @@ void PrepareForUnload() {}
 void bg(std::function<void()> job) noexcept {
   try {
     ThePool().Add(std::move(job));
-  } catch (...) {  // no memory for it
+  } catch (...) {  // no memory: the job is dropped
   }
 }

@@ -1,6 +1,6 @@
-// The end of the background threads, which on Linux live inside the plug-in.
+// The end of the background threads, which on Linux belong to the plug-in.
 #pragma once
 
-/// A descriptor that becomes readable when all jobs are to end, because the plug-in is unloaded or the process ends. A
-/// job that waits for anything but a transfer watches it. Any thread.
+/// A descriptor that becomes readable when all jobs must end, because the plug-in is unloaded or the process ends. A
+/// job that waits for anything other than a transfer must watch it. Owned by the pool. Any thread.
 int EndOfJobs();

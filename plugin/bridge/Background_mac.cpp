@@ -16,7 +16,7 @@ void Run(void* context) {
   const std::unique_ptr<Job> job(static_cast<Job*>(context));
   try {
     (*job)();
-  } catch (...) {  // the job's own affair
+  } catch (...) {  // the job reports its own failures
   }
 }
 

@@ -8,7 +8,7 @@
 #include "core/CalcEngine.h"
 #include "core/HostText.h"
 
-/// An environment bound to FileMaker's current file at the time it is made. FileMaker's main thread only, and only
+/// An environment that is bound to the file that is current when it is created. FileMaker's main thread only, and only
 /// while `call` is being handled.
 class CurrentContext {
  public:
@@ -20,7 +20,8 @@ class CurrentContext {
   const fmx::ExprEnvUniquePtr env_;
 };
 
-/// The name of FileMaker's current file, "" when there is none. As above.
+/// The name of FileMaker's current file, "" when there is none. The evaluation may let in other calls of the plug-in.
+/// FileMaker's main thread only, and only while `call` is being handled.
 inline std::string CurrentFileName(const FMX_ExternCallStruct& call) {
   return EvalCalc(CurrentContext(call).get(), "Get(FileName)");
 }

@@ -1,7 +1,7 @@
-// What the plug-in does on FileMaker's idle calls. FileMaker's main thread only.
+// The work of FileMaker's idle calls. FileMaker's main thread only.
 #pragma once
 
 #include <FMWrapper/FMXExtern.h>
 
-/// One idle call. Never waits for the network.
+/// Handles one idle call. Never waits for the network; an exception status of the host passes through.
 void Do_PluginIdle(FMX_ExternCallStruct* call);

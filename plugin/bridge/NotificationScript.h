@@ -3,6 +3,6 @@
 
 #include <string>
 
-/// The script, without a line end of its own. Inside it, double quotes of the texts have become apostrophes, so that a
-/// text cannot end its literal, and backslashes are doubled; line breaks are left.
+/// The script, without a line ending of its own. Double quotes in the texts become apostrophes, so that a text cannot
+/// end its literal, and backslashes are doubled; line breaks stay. Any thread.
 std::string NotificationScript(const std::string& title, const std::string& message);

@@ -1,7 +1,7 @@
-// Notifications of the system to the user.
+// System notifications for the user.
 #pragma once
 
 #include <string>
 
-/// Shows `message` under `title` (UTF-8) without waiting; nothing happens where that is not possible. Any thread.
+/// Shows `message` under `title` (UTF-8) and returns at once. Failures are ignored. Any thread.
 void Notify(const std::string& title, const std::string& message);

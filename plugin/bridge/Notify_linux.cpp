@@ -1,4 +1,4 @@
-// Notifications through notify-send, which desktops have. It is started without a shell, and only if it is there.
+// Notifications through the desktop's notify-send, if it is installed. It is started without a shell.
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
@@ -21,7 +21,7 @@ namespace {
 
 constexpr int kLongestRunMs = 5000;
 
-// The system takes no argument above 128 KiB, and escaping makes a byte at most five.
+// The system limits an argument to 128 KiB, and escaping turns one byte into at most five.
 constexpr std::size_t kLongestMessage = 25'000;
 
 /// `message` as the tool expects it: UTF-8 (it aborts on anything else), with its own escapes, in the markup of
@@ -55,7 +55,7 @@ std::string Body(std::string_view message) {
   return body;
 }
 
-/// How the child begins: with nothing of the host's, neither open files nor ways to take signals.
+/// The start of a child process without anything of the host's: no open files, no signal handling.
 class CleanStart {
  public:
   CleanStart() {
@@ -83,11 +83,11 @@ class CleanStart {
   posix_spawnattr_t signals;
 };
 
-/// Waits for the tool, which hangs for as long as a desktop does not answer, and ends it when that takes too long or
-/// the process does not wait.
+/// Waits for the tool, which hangs while the desktop does not answer. Kills it after kLongestRunMs, or when the jobs
+/// must end.
 void Reap(pid_t tool) {
   const FileDescriptor process(static_cast<int>(syscall(SYS_pidfd_open, tool, 0)));
-  // Without a descriptor for it, which a tool that has ended would wake, it is ended at the limit.
+  // Without a descriptor (-1) the end of the tool goes unnoticed, and it is killed at the limit.
   pollfd awaited[] = {{process.get(), POLLIN, 0}, {EndOfJobs(), POLLIN, 0}};
   poll(awaited, std::size(awaited), kLongestRunMs);
   if (awaited[0].revents == 0) kill(tool, SIGKILL);
@@ -100,8 +100,8 @@ void Notify(const std::string& title, const std::string& message) {
   bg([summary = title, body = Body(message)]() mutable {
     char name[] = "notify-send";
     char application[] = "--app-name=Varnix";
-    char noOptionsFromHere[] = "--";
-    char* const arguments[] = {name, application, noOptionsFromHere, summary.data(), body.data(), nullptr};
+    char endOfOptions[] = "--";
+    char* const arguments[] = {name, application, endOfOptions, summary.data(), body.data(), nullptr};
     const CleanStart start;
     pid_t tool = 0;
     if (posix_spawnp(&tool, name, &start.files, &start.signals, arguments, environ) == 0) Reap(tool);

@@ -1,4 +1,4 @@
-// Notifications through the system's AppleScript tool, which reads the script from its standard input.
+// Notifications through osascript, which reads the script from its standard input.
 #include <fcntl.h>
 
 #include <cstdio>
@@ -11,7 +11,7 @@ void Notify(const std::string& title, const std::string& message) {
   bg([script = NotificationScript(title, message)] {
     std::FILE* tool = popen("/usr/bin/osascript", "w");
     if (tool == nullptr) return;
-    fcntl(fileno(tool), F_SETNOSIGPIPE, 1);  // a tool that ends early must not end FileMaker with it
+    fcntl(fileno(tool), F_SETNOSIGPIPE, 1);  // otherwise an osascript that exits early would end FileMaker
     std::fwrite(script.data(), 1, script.size(), tool);
     pclose(tool);
   });

@@ -9,7 +9,7 @@
 /// Starts a poll when one is due and none is running.
 void PollWhenDue();
 
-/// The command that a poll has brought, once; nothing when there is none.
+/// Takes the command that a poll has brought; nothing when there is none.
 std::optional<PendingCmd> TakeCommand();
 
 /// Starts a check for a newer version unless one is running.

@@ -70,13 +70,14 @@ void StartLivePush(const Account& account, const FMX_ExternCallStruct& call, con
                  "Script queued — waiting for FileMaker to run \"Varnix Live Push\"...");
     return;
   }
-  if (g_pendingGetSchemaCmdId == commandId) TakeRequest();  // otherwise the start has let in another request
+  if (g_pendingGetSchemaCmdId == commandId) TakeRequest();  // otherwise the start let in another request
   Fail(account, commandId, "LC_SCRIPT_ERROR", StartFailure(error, target));
 }
 
 void GiveUp(const Account& account) {
   g_pendingSchemaReady = false;
-  if (g_pendingGetSchemaCmdId.empty()) return;  // a live push that the user started has completed it
+  if (g_pendingGetSchemaCmdId.empty())
+    return;  // the user has started the script, and its live push has completed the command
   const auto [commandId, target] = TakeRequest();
   Fail(account, commandId, "LC_TIMEOUT",
        "\"" + target +
@@ -102,11 +103,11 @@ void ArmSchemaRequest(const Account& account, const std::string& commandId, cons
 
 bool WatchSchemaRequest(const FMX_ExternCallStruct& call) {
   if (!g_pendingSchemaReady) return false;
-  // Now, since the evaluation may let in another idle call, in the same record, and a sign-in.
+  // Copied now: the evaluation may let in another idle call, in the same record, and a sign-in.
   const auto level = call.parm1;
   const Account account = CurrentAccount();
   const std::string currentFile = CurrentFileName(call);
-  if (!g_pendingSchemaReady) return true;  // such a call has settled the wait
+  if (!g_pendingSchemaReady) return true;  // the other idle call has settled the wait
   const bool isActive = !currentFile.empty() && EqualIgnoringAsciiCase(currentFile, g_pendingTargetFileName);
   if (isActive && level < kFMXT_ScriptPaused) {
     StartLivePush(account, call, currentFile);

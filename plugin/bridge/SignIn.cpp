@@ -17,7 +17,7 @@ namespace {
 
 std::string OrDefault(std::string baseUrl) { return baseUrl.empty() ? kDefaultBaseUrl : std::move(baseUrl); }
 
-// Takes copies, so that nothing can fail between key and service: a key goes to no service but its own.
+// Takes a copy, so that nothing can fail between key and URL: a key is sent only to its own service.
 void Use(Account account) {
   g_licenseKey.swap(account.licenseKey);
   g_baseUrl.swap(account.baseUrl);

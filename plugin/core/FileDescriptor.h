@@ -5,7 +5,7 @@
 
 class FileDescriptor {
  public:
-  /// Takes what open() and its kin return, -1 included.
+  /// Owns `fd`, the result of open() or a similar call; -1 for none.
   explicit FileDescriptor(int fd) : fd_(fd) {}
   ~FileDescriptor() {
     if (IsOpen()) close(fd_);

@@ -3,7 +3,8 @@
 
 #include "core/CalcEngine.h"
 
-/// Registers all functions; the result is FileMaker's error for the first of them. Failures of others are passed over.
+/// Registers all functions. The result is FileMaker's error for the first; those of the others are ignored.
 fmx::errcode RegisterExternalFunctions();
 
+/// Errors are ignored.
 void UnregisterExternalFunctions();

@@ -1,11 +1,11 @@
-// Good manners of a plug-in with threads of its own in somebody else's process.
+// The rules for threads of a plug-in in its host's process.
 #pragma once
 
 #include <unistd.h>
 
 #include <csignal>
 
-/// While it lives, threads are made that take none of the host's signals; only faults are left to the host's handlers.
+/// While it exists, new threads block the host's signals, except those of faults, which the host's handlers may report.
 class SignalsBlocked {
  public:
   SignalsBlocked();
@@ -22,9 +22,9 @@ class SignalsBlocked {
 /// wakes threads is about 30 microseconds with this and 60 to 80 without.
 void ScheduleAsBatch();
 
-/// A static object that has threads. It is made on first use and destroyed at the end of the process that made it, but
-/// not at the end of a child that the host has forked: there the threads are missing, and what the object would signal
-/// them with is the parent's too.
+/// A static object that has threads. It is destroyed at the end of the process that created it, but not at the end of a
+/// child that the host forks: there its threads are missing, and the descriptors that wake them are shared with the
+/// parent.
 template <typename Object>
 class OfThisProcess {
  public:

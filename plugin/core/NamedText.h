@@ -3,7 +3,7 @@
 
 #include <string>
 
-/// Lives no longer than the call that it is handed to.
+/// Refers to `value`: valid only during the call that it is passed to.
 struct NamedText {
   const char* name;
   const std::string& value;  ///< UTF-8

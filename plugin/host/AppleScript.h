@@ -10,18 +10,19 @@
 
 namespace [[gnu::visibility("default")]] AppleScript {
 
-/// How every error begins.
+/// The beginning of every error.
 inline constexpr char kErrorStart[] = "ERROR (AppleScript): ";
 
-/// Runs the script `source`; `result` is its value, "" when that is no text.
+/// Runs the script `source`; `result` is its value as text, "" when it has none.
 bool Run(const std::string& source, std::string& result, std::string& error);
 
+/// The name of FileMaker's front document.
 bool GetFrontDocumentName(std::string& name, std::string& error);
 
-/// Saves FileMaker's front document as XML at `posixPath`. Backslashes in the path are taken for AppleScript's escapes.
+/// Saves FileMaker's front document as XML at `posixPath`. AppleScript takes backslashes in the path as escapes.
 bool SaveFrontDocumentAsXML(const std::string& posixPath, std::string& error);
 
 /// The same, then moves the file's text into `xml`: the file is gone afterwards, unless it could not be read.
 bool ExportFrontDocumentAsXML(const std::string& posixPath, std::string& xml, std::string& error);
 
-}  // namespace AppleScript
+}  // namespace gnu::visibility("default")]]AppleScript

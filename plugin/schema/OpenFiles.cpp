@@ -42,7 +42,7 @@ std::string BuildActiveFileList(const fmx::ExprEnv* env, const std::string& regi
   AddUniqueName(names, EvalCalc(env, "Get(FileName)"));
   AddUniqueName(names, registeredFile);
 
-  // A window may carry a title of the developer's own, so the raw title is offered too.
+  // Developers may set any window title, so the title itself is offered too.
   const std::string windows = EvalCalc(env, "WindowNames");
   for (const auto title : NonEmptyLines(windows)) {
     AddUniqueName(names, WindowNameToFileName(title));

@@ -11,8 +11,8 @@
 /// "" when none is known. `env` may be null.
 std::string BuildActiveFileList(const fmx::ExprEnv* env, const std::string& registeredFile);
 
-/// The file name a window title stands for: 'Sales - Copy (2)' is 'Sales'; a trailing ".fmp12" of any case is dropped.
+/// The file name in a window title: 'Sales - Copy (2)' gives 'Sales'. A trailing ".fmp12" in any case is dropped.
 std::string WindowNameToFileName(std::string_view title);
 
-/// Appends `candidate` without surrounding white space unless it is empty or already there, ASCII case ignored.
+/// Appends `candidate` without surrounding white space, unless it is empty or already listed, ignoring ASCII case.
 void AddUniqueName(std::vector<std::string>& names, std::string_view candidate);

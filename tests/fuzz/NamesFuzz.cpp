@@ -1,4 +1,4 @@
-// Names that come from users and the service, by rules told another way: window titles, lists, uploads and
+// Names from users and the service, against the same rules implemented differently: window titles, lists, uploads and
 // versions.
 #include <curl/curl.h>
 
@@ -10,10 +10,10 @@
 
 #include "core/Ascii.h"
 #include "core/Lines.h"
+#include "fuzz/Fuzz.h"
 #include "net/PercentEncode.h"
 #include "net/Version.h"
 #include "schema/OpenFiles.h"
-#include "fuzz/Fuzz.h"
 
 namespace {
 
@@ -26,11 +26,11 @@ void CheckWindowTitle(const std::string& title) {
 }
 
 void CheckList(const std::string& text) {
-  static const std::regex line("[^\r\n]+"), blanks("^[ \t\r\n]+|[ \t\r\n]+$");
+  static const std::regex line("[^\r\n]+"), whiteSpace("^[ \t\r\n]+|[ \t\r\n]+$");
   std::vector<std::string> lines, trimmed, unique;
   for (std::sregex_iterator match(text.begin(), text.end(), line); match != std::sregex_iterator(); ++match) {
     lines.push_back(match->str());
-    const std::string name = std::regex_replace(match->str(), blanks, "");
+    const std::string name = std::regex_replace(match->str(), whiteSpace, "");
     const auto isSame = [&](const auto& other) { return EqualIgnoringAsciiCase(name, other); };
     if (!name.empty() && std::ranges::none_of(trimmed, isSame)) trimmed.push_back(name);
   }
@@ -49,7 +49,7 @@ void CheckUploadName(const std::string& name) {
 void CheckVersion(const std::string& text) {
   const auto version = ParseVersion(text);
   static const std::regex large("[0-9]{9}");
-  if (std::regex_search(text, large)) return;  // scanf may do anything with what does not fit
+  if (std::regex_search(text, large)) return;  // scanf is undefined for numbers that do not fit
   std::array<int, 3> scanned{};
   std::sscanf(text.c_str(), "%d.%d.%d", &scanned[0], &scanned[1], &scanned[2]);
   Check(version == scanned);

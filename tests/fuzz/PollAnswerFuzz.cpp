@@ -1,5 +1,5 @@
-// Whatever the service answers to polls: each line of the input is an answer, and with it all idle calls and jobs that
-// follow. What is told to the service is JSON under the account's own address, and a poll is always due again.
+// Whatever the service answers to polls: each line of the input is an answer, followed by the idle calls and jobs that
+// it causes. Everything sent is JSON and goes to the account's own service, and no flag stays raised.
 #include <algorithm>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -21,7 +21,7 @@ class Bridge : public BridgeTest {
     Check(!g_pollInFlight && !g_versionCheckInFlight);
     for (auto& request : requests) {
       Check(request.url.starts_with("http://s/"));
-      // Bytes beyond ASCII go out as they came in, and need not be UTF-8.
+      // Bytes beyond ASCII are sent verbatim and need not be UTF-8.
       std::ranges::replace_if(
           request.body, [](unsigned char byte) { return byte >= 0x80; }, '?');
       Check(request.body.empty() || nlohmann::json::accept(request.body));

@@ -1,13 +1,13 @@
-// Whatever the host answers to the questions about a schema, the document's tables are those of the rows, or else of
-// the names.
+// Whatever the host answers, the tables of the schema document are those of the query's rows or, without any, those of
+// the lists of names.
 #include <algorithm>
 #include <cstring>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <vector>
 
-#include "schema/SchemaBuilder.h"
 #include "fuzz/Fuzz.h"
+#include "schema/SchemaBuilder.h"
 #include "support/ScriptedHost.h"
 
 namespace {
@@ -36,7 +36,7 @@ Json Field(const std::string& name, const std::string& type, const std::string& 
   return {{"name", name}, {"type", type}, {"class", fieldClass}};
 }
 
-/// Takes what stands before the next separator, or all, from `row`.
+/// Removes the text before the next separator, or all, from `row`, and returns it.
 std::string NextColumn(std::string& row) {
   const std::size_t end = std::min(row.find("||"), row.size());
   const std::string column = row.substr(0, end);

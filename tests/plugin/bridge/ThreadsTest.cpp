@@ -1,4 +1,4 @@
-// The bridge on its own pool of threads, against services and desktops that answer as fast as they are asked, or never.
+// The bridge on its own pool of threads, with a service that answers at once, or never.
 #include <FMWrapper/FMXExtern.h>
 #include <dlfcn.h>
 #include <poll.h>
@@ -96,7 +96,7 @@ void RefuseDescriptors(bool refused) {
   EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0);
 }
 
-/// The host's signals are left to the host, and a broken connection's to nobody.
+/// Background threads take no signals: the host's are for the host, and a broken connection's would end it.
 void ExpectNoSignals() {
   sigset_t blocked;
   pthread_sigmask(SIG_SETMASK, nullptr, &blocked);
@@ -178,7 +178,7 @@ TEST_F(Threads, AForkedChildThatExitsLeavesThemToTheHost) {
   EXPECT_EQ(waitpid(child, &status, 0), child);
   EXPECT_EQ(status, 0);
   pollfd end{EndOfJobs(), POLLIN, 0};
-  EXPECT_EQ(poll(&end, 1, 0), 0) << "the host's jobs are told to end";
+  EXPECT_EQ(poll(&end, 1, 0), 0) << "the host's jobs must end";
   Idle(true);
   EXPECT_EQ(server.Requests().size(), 2u);
 }

@@ -1,11 +1,11 @@
-// Runs a piece of a test as the program of an ordinary user would: in a process of its own.
+// Runs part of a test in a process of its own, as an ordinary user.
 #pragma once
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-/// The account that stands in for a user when the tests run as root, whom file permissions do not stop.
+/// The account to use when the tests run as root, whom file permissions do not stop.
 inline constexpr unsigned int kOrdinaryUser = 65534;
 
 /// Runs `body` in a new process that has given up root's rights and ends after a minute at the latest.
@@ -20,5 +20,5 @@ void InNewProcess(Body body) {
   }
   int status = -1;
   waitpid(child, &status, 0);
-  EXPECT_EQ(status, 0) << "the process did not end well";
+  EXPECT_EQ(status, 0) << "the process failed";
 }

@@ -1,4 +1,4 @@
-// A user with an empty home for every test of the settings.
+// A user with an empty home folder for each test of the settings.
 #pragma once
 
 #include <unistd.h>
@@ -10,7 +10,7 @@
 #include "plugin/core/NewProcess.h"
 #include "support/FolderTest.h"
 
-/// Leads the platform's store, in this process and those it starts, to below `home`. Each program brings its own.
+/// Makes the platform's store, in this process and its children, a folder below `home`. Defined by each test program.
 void MoveHome(const std::filesystem::path& home);
 
 class PrefsTest : public FolderTest {

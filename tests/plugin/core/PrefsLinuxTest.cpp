@@ -87,7 +87,7 @@ TEST_F(PrefsLinuxTest, WhatIsNoTextOfOursIsEmptyAndReplacedByTheNextSave) {
     EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(key_)));
     ExpectStored("url", "key");
   }
-  EXPECT_EQ(Bytes(linked), "") << "the key goes where nobody else has led it";
+  EXPECT_EQ(Bytes(linked), "") << "a link must not lead the key elsewhere";
 }
 
 TEST_F(PrefsLinuxTest, TheFileOfEarlierVersionsServesUntilBothAreSaved) {

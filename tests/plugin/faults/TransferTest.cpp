@@ -1,4 +1,4 @@
-// Out of memory on threads of our own, where nobody catches it for us.
+// Out of memory on the plug-in's own threads.
 #include <atomic>
 #include <new>
 #include <string>
