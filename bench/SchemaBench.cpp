@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
+#include "calc/Unicode.h"
 #include "core/HostText.h"
 #include "schema/SchemaBuilder.h"
-#include "calc/Unicode.h"
 #include "wrapper/Host.h"
 
 namespace {

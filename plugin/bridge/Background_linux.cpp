@@ -28,7 +28,6 @@ class Pool {
     {
       const std::lock_guard lock(mutex_);
       stopping_ = true;
-      waiting_.clear();
     }
     hasWork_.notify_all();
     eventfd_write(end_.get(), 1);

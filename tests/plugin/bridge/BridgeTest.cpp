@@ -65,6 +65,7 @@ void Network::StartTransfer(Request request, std::function<void(Outcome)> comple
   const std::string path = request.url.substr(request.url.find('/', 8));
   test.requests.push_back(request);
   if (!path.starts_with(kPoll)) test.effects.push_back(request.method + (" " + request.url + " ") + request.body);
+  if (test.onRequest) test.onRequest();
   completion(AnswerTo(path));
 }
 

@@ -33,6 +33,8 @@ class BridgeTest : public FolderTest {
   Texts effects;
   /// Those since the last call.
   Texts Effects() { return std::exchange(effects, {}); }
+  /// Called when a request is made.
+  std::function<void()> onRequest;
   /// All requests so far, polls among them.
   std::vector<Network::Request> requests;
 

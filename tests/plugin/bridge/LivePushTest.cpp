@@ -63,15 +63,15 @@ TEST_F(LivePush, NamesTheUploadAndCompletesTheRequestThatItIsAbout) {
 TEST_F(LivePush, AFailureIsReportedAndShownWithoutTheKeyAndTheFileGoesAllTheSame) {
   const std::string missing = folder_ + "/missing", unreadable = folder_ + "/folder", key = "[account key]";
   std::filesystem::create_directory(unreadable);
-  g_licenseKey = "K+%1";
+  g_licenseKey = "K+%25";
   const struct {
     std::string path, answer, error, shown;
   } cases[] = {
       {missing, "", "ERROR: Could not read file: " + missing, "ERROR: Could not read file: " + missing},
       {unreadable, "", "ERROR: Could not read file: " + unreadable, "ERROR: Could not read file: " + unreadable},
       {path_, "no \"room\"", "ERROR: HTTP 413 — no \\\"room\\\"", "ERROR: HTTP 413 — no \"room\""},
-      {path_, "POST /K+%1?x", "ERROR: HTTP 413 — POST /K+%1?x", "ERROR: HTTP 413 — POST /" + key + "?x"},
-      {path_, "%4b+%251,K%2B%1", "ERROR: HTTP 413 — %4b+%251,K%2B%1", "ERROR: HTTP 413 — " + key + "," + key},
+      {path_, "POST /K+%25?x", "ERROR: HTTP 413 — POST /K+%25?x", "ERROR: HTTP 413 — POST /" + key + "?x"},
+      {path_, "%4b+%2525,K%2B%2525", "ERROR: HTTP 413 — %4b+%2525,K%2B%2525", "ERROR: HTTP 413 — " + key + "," + key},
       {path_, "K+%2 K+ %4", "ERROR: HTTP 413 — K+%2 K+ %4", "ERROR: HTTP 413 — K+%2 K+ %4"},
   };
   for (const auto& [path, answer, error, shown] : cases) {
@@ -81,7 +81,7 @@ TEST_F(LivePush, AFailureIsReportedAndShownWithoutTheKeyAndTheFileGoesAllTheSame
     EXPECT_EQ(Call(path), "OK");
     const Texts done = EffectsOfJobs();
     EXPECT_EQ(done.end()[-2], "notify Varnix — Upload Failed: Could not send schema for \"Sales\": " + shown);
-    EXPECT_EQ(done.end()[-1], R"(POST http://s/api/bridge/command/c1/complete {"licenseKey":"K+%1","status":"failed",)"
+    EXPECT_EQ(done.end()[-1], R"(POST http://s/api/bridge/command/c1/complete {"licenseKey":"K+%25","status":"failed",)"
                               R"("error":"Upload failed: )" +
                                   error + "\"}");
     EXPECT_FALSE(std::filesystem::exists(path));
@@ -96,6 +96,10 @@ TEST_F(LivePush, AnUploadThatNeverRunsStillTakesItsFileWithIt) {
 
 TEST_F(LivePush, OfTwoCallsWithOnePathTheFirstCompletesTheRequest) {
   Wait("Sales", "Sales");
+  onRequest = [&] {
+    const bool isUpload = requests.back().url.starts_with("http://s/api/live/");
+    EXPECT_EQ(std::filesystem::exists(path_), isUpload) << "it is gone before the completion";
+  };
   Call(Save());
   Call(path_);
   const Texts done = EffectsOfJobs();

@@ -140,7 +140,8 @@ TEST_F(Polling, ReportsNewerVersionsAndKeepsTheLastWhenItLearnsNone) {
   };
   for (const auto& [answer, newer, status] : cases) {
     answers["/api/plugin/version"] = {true, answer, "", status};
-    CheckVersionInBackground();
+    for (int calls = 0; calls < 2; ++calls) CheckVersionInBackground();
+    EXPECT_EQ(jobs.size(), 1u) << "one at a time";
     RunJobs();
     const std::string notice = "Varnix plugin v" + newer + " is available — download at " VARNIX_GUIDE_ADDRESS;
     EXPECT_EQ(CallHandler(Do_UpdateAvailable), newer.empty() ? "" : notice) << answer;

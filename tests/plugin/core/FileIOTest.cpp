@@ -37,9 +37,11 @@ std::string AllByteValues(std::size_t size) {
 
 // The content; or the error, after checking that the content was left alone.
 std::string ReadOrError(const std::string& path) {
-  std::string content = "old", error = "none";
+  std::string content = "old", appended = "old", error = "none";
   const bool read = FileIO::Read(path, content, error);
   EXPECT_EQ(read ? error : content, read ? "none" : "old");
+  EXPECT_EQ(FileIO::AppendFile(path, appended, error), read);
+  EXPECT_TRUE(appended == (read ? "old" + content : "old"));
   return read ? content : error;
 }
 
