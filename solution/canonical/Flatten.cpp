@@ -37,7 +37,9 @@ bool RepeatsName(xml_node node) {
          (name == "Display" && node.parent().name() == "CustomFunction"sv);
 }
 
-bool IsSecret(std::string_view name) { return name.find("PASSWORD") != name.npos || name == "PasswordEncrypted"; }
+bool IsSecret(std::string_view name) {
+  return name.find("PASSWORD") != std::string_view::npos || name == "PasswordEncrypted";
+}
 
 // FNV-1a: only to see that binary data differ.
 std::string Digest(std::string_view data) {

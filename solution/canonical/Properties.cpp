@@ -70,7 +70,7 @@ std::string CanonicalText(const Design& design, const Element& element) {
   for (const Property& property : PropertiesOf(design, element)) {
     if (property.name == "steps") {
       text += '\n' + property.value;
-    } else if (property.value.find('\n') != property.value.npos) {
+    } else if (property.value.find('\n') != std::string_view::npos) {
       text += property.name + ":\n    " + Indented(property.value, kIndent) + '\n';
     } else {
       text += property.name + ": " + property.value + '\n';

@@ -237,13 +237,13 @@ class Reader {
   const std::set<int> functionsWithFormula_;
 };
 
-// Runs `read` and turns each way in which it can fail into one line.
+// Turns each way in which reading can fail into one line.
 std::unique_ptr<const Design> Report(const std::string& path, std::string& error,
                                      const std::function<std::string()>& bytes) {
   std::string reason;
   try {
     auto document = std::make_unique<Document>(bytes());
-    for (std::string& note : document->notes) note = path + " " + note;
+    for (std::string& note : document->notes) note.insert(0, path + ' ');
     auto design = std::make_unique<Design>(std::move(document));
     try {
       Reader(*design).Read();

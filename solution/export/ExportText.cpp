@@ -86,7 +86,7 @@ std::string ToUtf8(std::string_view bytes, std::endian order, std::vector<std::s
 // A line ending is never part of a longer character, so lines can be checked one by one.
 std::size_t InvalidLine(std::string_view text) {
   std::size_t start = 0;
-  for (auto end = text.find('\n'); end != text.npos; end = text.find('\n', start)) {
+  for (auto end = text.find('\n'); end != std::string_view::npos; end = text.find('\n', start)) {
     if (!IsUtf8(text.substr(start, end - start))) break;
     start = end + 1;
   }
@@ -119,7 +119,7 @@ constexpr std::string_view kSectionEnd = "]]>";
 
 // A section in element content follows a tag or white space; an escaped text ends in `;` or a letter.
 bool MayBeBroken(std::string_view text) {
-  for (auto at = text.find(kSectionStart); at != text.npos; at = text.find(kSectionStart, at + 1)) {
+  for (auto at = text.find(kSectionStart); at != std::string_view::npos; at = text.find(kSectionStart, at + 1)) {
     if (at > 0 && text[at - 1] != '>') return true;
   }
   return false;
@@ -152,7 +152,7 @@ class AttributeRepair {
   }
   void CopyThrough(std::string_view mark) {
     const auto end = rest_.find(mark);
-    CopyTo(end == rest_.npos ? end : end + mark.size());
+    CopyTo(end == std::string_view::npos ? end : end + mark.size());
   }
 
   void CopyTag() {
@@ -168,7 +168,7 @@ class AttributeRepair {
     while (!rest_.empty() && rest_.front() != quote) {
       if (rest_.starts_with(kSectionStart)) {
         const auto end = rest_.find(kSectionEnd);
-        const auto size = end == rest_.npos ? rest_.size() : end + kSectionEnd.size();
+        const auto size = end == std::string_view::npos ? rest_.size() : end + kSectionEnd.size();
         AppendEscaped(repaired_, rest_.substr(0, size));
         rest_.remove_prefix(size);
       } else {
@@ -198,7 +198,8 @@ std::string DecodeExport(std::string bytes, std::vector<std::string>& notes) {
     if (!IsUtf8(text)) Refuse("is not valid UTF-8", text, InvalidLine(text));
   }
   // The parser would take it for the end.
-  if (const std::size_t zero = text.find('\0'); zero != text.npos) Refuse("contains a zero byte", text, zero);
+  if (const std::size_t zero = text.find('\0'); zero != std::string_view::npos)
+    Refuse("contains a zero byte", text, zero);
   return text;
 }
 
@@ -208,8 +209,8 @@ void EscapeCdataInAttributes(std::string& text) {
 
 LineIndex::LineIndex(std::string_view text) {
   // Carriage returns are data, except in the oldest format, which has no other line endings.
-  const char lineEnd = text.find('\n') == text.npos ? '\r' : '\n';
-  for (auto at = text.find(lineEnd); at != text.npos; at = text.find(lineEnd, at + 1)) ends_.push_back(at);
+  const char lineEnd = text.find('\n') == std::string_view::npos ? '\r' : '\n';
+  for (auto at = text.find(lineEnd); at != std::string_view::npos; at = text.find(lineEnd, at + 1)) ends_.push_back(at);
 }
 
 std::size_t LineIndex::LineOf(std::size_t offset) const {

@@ -196,7 +196,7 @@ class Finder {
   }
 
   void QuotedName(std::string_view name) {
-    if (const auto colons = name.find("::"); colons != name.npos) {
+    if (const auto colons = name.find("::"); colons != std::string_view::npos) {
       return Field(AddOccurrence(name.substr(0, colons)), name.substr(0, colons), name.substr(colons + 2));
     }
     if (Is(TokenKind::kColons)) return AfterColons(AddOccurrence(name), name);

@@ -38,7 +38,7 @@ std::size_t CountDigits(std::string_view text) {
 
 bool EndsName(std::string_view text) {
   const auto starts = [text](std::string_view character) { return text.starts_with(character); };
-  return kReserved.find(text.front()) != kReserved.npos ||
+  return kReserved.find(text.front()) != std::string_view::npos ||
          (static_cast<unsigned char>(text.front()) >= 0x80 &&
           std::any_of(std::begin(kReservedCharacters), std::end(kReservedCharacters), starts));
 }
@@ -104,7 +104,7 @@ std::size_t Lexer::NameLength() const {
   std::size_t length = FirstWord(rest_).size();
   while (true) {
     const std::size_t next = rest_.find_first_not_of(' ', length);
-    if (next == rest_.npos || next == length) return length;
+    if (next == std::string_view::npos || next == length) return length;
     const std::size_t word = FirstWord(rest_.substr(next)).size();
     if (word == 0) return length;
     length = next + word;
@@ -115,7 +115,7 @@ std::size_t Lexer::NameLength() const {
 Token Lexer::TakeDollar() {
   if (rest_.starts_with("${")) {
     const auto end = rest_.find('}');
-    return Take(TokenKind::kQuotedName, end == rest_.npos ? end : end + 1);
+    return Take(TokenKind::kQuotedName, end == std::string_view::npos ? end : end + 1);
   }
   const std::size_t dollars = rest_.starts_with("$$") ? 2 : 1;
   return Take(TokenKind::kVariable, dollars + FirstWord(rest_.substr(dollars)).size());

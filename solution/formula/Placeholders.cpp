@@ -25,7 +25,7 @@ constexpr std::string_view kMissingWords[] = {"missing",  "nicht vorhanden", "ma
 std::string_view PlaceholderAt(std::string_view text) {
   if (!text.starts_with('<')) return {};
   const auto end = text.substr(0, kLongest).find_first_of("<>\"=;()[]\r\n&+*/", 1);
-  if (end == text.npos || text[end] != '>' || end < 3 || text[1] == ' ' || text[end - 1] == ' ') return {};
+  if (end == std::string_view::npos || text[end] != '>' || end < 3 || text[1] == ' ' || text[end - 1] == ' ') return {};
   return text.substr(0, end + 1);
 }
 
@@ -34,10 +34,10 @@ bool IsPlaceholder(std::string_view name) { return !name.empty() && PlaceholderA
 std::vector<std::string_view> PlaceholdersInComment(std::string_view formula) {
   std::vector<std::string_view> placeholders;
   if (!formula.starts_with("/*") || !formula.ends_with("*/")) return placeholders;
-  for (auto at = formula.find('<'); at != formula.npos; at = formula.find('<', at + 1)) {
+  for (auto at = formula.find('<'); at != std::string_view::npos; at = formula.find('<', at + 1)) {
     const std::string_view placeholder = PlaceholderAt(formula.substr(at));
     const std::string folded = FoldCase(placeholder);
-    const auto contains = [&folded](std::string_view word) { return folded.find(word) != folded.npos; };
+    const auto contains = [&folded](std::string_view word) { return folded.find(word) != std::string_view::npos; };
     if (std::any_of(std::begin(kMissingWords), std::end(kMissingWords), contains)) placeholders.push_back(placeholder);
   }
   return placeholders;

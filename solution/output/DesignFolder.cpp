@@ -46,7 +46,7 @@ std::string FileName(std::string_view name) {
 std::string Directory(const Element& element) {
   std::string directory;
   for (const Element* parent = element.parent; parent != nullptr; parent = parent->parent) {
-    directory = FileName(parent->name) + '/' + directory;
+    directory.insert(0, FileName(parent->name) + '/');
   }
   return std::string(NamesOf(element.kind).plural) + '/' + directory;
 }

@@ -88,7 +88,7 @@ std::vector<const Element*> FindElements(const Design& design, std::string_view 
     if (isNamed || FoldCase(element.uuid) == folded) found.push_back(&element);
   }
   const auto colons = name.find("::");
-  if (!found.empty() || colons == name.npos) return found;
+  if (!found.empty() || colons == std::string_view::npos) return found;
   const Element* occurrence = design.Find(Kind::kTableOccurrence, name.substr(0, colons));
   const Element* field = occurrence == nullptr ? nullptr : design.FindField(occurrence->table, name.substr(colons + 2));
   if (field != nullptr) found.push_back(field);
