@@ -1,5 +1,6 @@
 // Whatever the host refuses and wherever memory runs out: the exception is the host's to see, no host object stays
-// behind, the key goes to no other service, and the bridge goes on afterwards.
+// behind, the key goes to no other service, and the bridge goes on afterwards. Nor does anything grow, to the block,
+// however long it runs.
 #include <filesystem>
 #include <fstream>
 #include <utility>
@@ -35,11 +36,7 @@ class Surroundings : public BridgeTest {
   /// Once all that waits has ended, a new command is carried out, by the account that is signed in.
   void ExpectToWorkOn() {
     g_registered = true;
-    for (int call = 0; call < 5; ++call, now += 40'000) {
-      Idle();
-      RunJobs();
-    }
-    Effects();
+    for (int call = 0; call < 5; ++call, now += 40'000) Step();
     const Texts sent = CarryOut("other", "", "c2");
     ASSERT_EQ(sent.size(), 1u);
     const std::string account = g_licenseKey + " at " + g_baseUrl;
@@ -100,33 +97,30 @@ std::string Do(const Scenario& scenario, Surroundings& surroundings) {
   return result;
 }
 
+void Unregister(Surroundings&) { UnregisterExternalFunctions(); }
+void CopyTable(Surroundings& s) { s.pasteboard.Replace({{"Mac-XMTB", "<BaseTable/>"}}); }
+void CopyStep(Surroundings& s) { s.pasteboard.Replace({{"Mac-XMSS", "<Step/>"}}); }
+void ForgetFileForADay(Surroundings& s) {
+  g_registeredFileName.clear();
+  s.now += 86'400'000;
+}
+void RefuseTheScript(Surroundings& s) {
+  s.CarryOut("GET_SCHEMA", R"(,"fileName":"Sales")");
+  s.startErrors = {1825, 1825};
+}
+void WaitInVain(Surroundings& s) {
+  s.CarryOut("GET_SCHEMA", R"(,"fileName":"Contacts")");
+  s.now += 30'001;
+}
+
 const Scenario kScenarios[] = {
-    {"Registration", {}, [](Surroundings&) { UnregisterExternalFunctions(); }},
+    {"Registration", {}, Unregister},
     {"StringForTheHost"},
     {"TextOnTheClipboard"},
-    {"FlavourOnTheClipboard",
-     {},
-     [](Surroundings& s) {
-       s.pasteboard.Replace({{"Mac-XMTB", "<BaseTable/>"}});
-     }},
-    {"FirstFileAndVersionCheck",
-     {},
-     [](Surroundings& s) {
-       g_registeredFileName.clear();
-       s.now += 86'400'000;
-     }},
-    {"StartOfTheScript",
-     {},
-     [](Surroundings& s) {
-       s.CarryOut("GET_SCHEMA", R"(,"fileName":"Sales")");
-       s.startErrors = {1825, 1825};
-     }},
-    {"EndOfTheWaitForTheFile",
-     {},
-     [](Surroundings& s) {
-       s.CarryOut("GET_SCHEMA", R"(,"fileName":"Contacts")");
-       s.now += 30'001;
-     }},
+    {"FlavourOnTheClipboard", {}, CopyTable},
+    {"FirstFileAndVersionCheck", {}, ForgetFileForADay},
+    {"StartOfTheScript", {}, RefuseTheScript},
+    {"EndOfTheWaitForTheFile", {}, WaitInVain},
     {"GET_CLIPBOARD", {R"("xmlType":"AUTO")"}},
     {"GET_CLIPBOARD_FORMATS", {R"("fileName":"")"}},
     {"LIST_FILES", {R"("fileName":"")"}},
@@ -140,15 +134,11 @@ const Scenario kScenarios[] = {
     {"Varnix.ReadFile", {"FILE"}},
     {"Varnix.HTTPPost", {"http://s/x", "{}"}},
     {"Varnix.PushSnapshot", {"http://s/x", "FILE"}},
-    {"Varnix.PushScript",
-     {"K1", "http://s/x", "XMSS", "label"},
-     [](Surroundings& s) {
-       s.pasteboard.Replace({{"Mac-XMSS", "<Step/>"}});
-     }},
+    {"Varnix.PushScript", {"K1", "http://s/x", "XMSS", "label"}, CopyStep},
     {"Varnix.GetSchema"},
     {"Varnix.POSIXPath", {"/Macintosh HD/tmp"}},
     {"Varnix.UploadFile", {"http://s/x", "K1", "name", "FILE"}},
-    {"Varnix.LivePush", {"FILE"}, [](Surroundings&) { g_pendingGetSchemaCmdId = "c1"; }},
+    {"Varnix.LivePush", {"FILE"}, RefuseTheScript},
     {"Varnix.GetTextClipboard"},
     {"Varnix.SetTextClipboard", {"text"}},
     {"Varnix.UpdateAvailable"},
@@ -203,6 +193,35 @@ TEST_P(Faults, EachMayHappenAtEveryPoint) {
       UnregisterExternalFunctions();
       surroundings.ExpectToWorkOn();
     }
+  }
+}
+
+using Growth = BridgeTest;
+
+TEST_F(Growth, LongRunsWithCommandsAndARevokedKeyLeaveNothingBehind) {
+  const char* const types[] = {"DEBUG_CONTEXT", "GET_CLIPBOARD", "LIST_FILES", "SET_CLIPBOARD", "GET_SCHEMA", "other"};
+  host.answers = {{"Get(FileName)", "Sales"}, {"DatabaseNames", "Sales\rContacts"}};
+  const auto blocksAfter = [&](int calls) {
+    std::size_t effects = 0, polls = 0;
+    for (int call = 0; call < calls; ++call, now += 500) {
+      if (call % 6 == 0) {
+        commands.push_back(R"({"id":"c1","type":")" + std::string(types[call / 6 % 6]) +
+                           R"(","xmlType":"XMSS","xmlContent":"<x/>"})");
+      }
+      effects += Step().size();
+      polls += requests.size();
+      requests = {};
+      pasteboard.calls = host.asked = {};
+    }
+    commands = {};
+    EXPECT_GE(effects, answers.empty() ? static_cast<std::size_t>(calls) / 6 : 0);
+    EXPECT_GE(polls, static_cast<std::size_t>(calls) / 7) << "the key may be valid again";
+    return allocations::Live();
+  };
+  for (const bool isRevoked : {false, true}) {
+    if (isRevoked) answers["/api/bridge/command/next"] = {true, R"({"error":"revoked"})", "", 403};
+    const auto before = blocksAfter(1'000);
+    EXPECT_EQ(blocksAfter(50'000), before);
   }
 }
 
