@@ -140,7 +140,7 @@ std::string BridgeTest::SchemaRequestState() {
 
 std::string BridgeTest::Posted(const std::string& path, std::initializer_list<NamedText> members) {
   JsonWriter record;
-  record.Text("licenseKey", "K1");
+  record.Text("licenseKey", g_licenseKey);
   for (const auto& [name, value] : members) record.Text(name, value);
   return "POST http://s/api/bridge/" + path + " " + record.Finish();
 }

@@ -71,7 +71,7 @@ class BridgeTest : public FolderTest {
   /// The pending schema request: "c1 Sales armed", "c1 Sales started", or "".
   static std::string SchemaRequestState();
 
-  /// A record of the account, as Effects() has it.
+  /// A record of the account in use, as Effects() has it.
   static std::string Posted(const std::string& path, std::initializer_list<NamedText> members);
   static std::string Pushed(const std::string& type, const std::string& content, const std::string& label) {
     return Posted("push", {{"xmlType", type}, {"xmlContent", content}, {"label", label}});

@@ -21,21 +21,13 @@ class LivePush : public BridgeTest {
     Activate(current);
   }
   static std::string Call(const std::string& path) { return CallHandler(Do_LivePush, {path}); }
-  Texts EffectsOfJobs() {
-    RunJobs();
-    return Effects();
-  }
 
   const std::string kBytes{"\xFF\xFE<\0\r\n", 6};
   const std::string path_ = folder_ + "/saved.xml";
 };
 
 TEST_F(LivePush, NamesTheUploadAndCompletesTheRequestThatItIsAbout) {
-  const struct {
-    std::string target, current, registered;
-    std::string name;
-    bool answers;
-  } cases[] = {
+  const std::tuple<std::string, std::string, std::string, std::string, bool> cases[] = {
       {"", "Contacts", "Shop", "Shop.fmp12.xml", false},
       {"", "Contacts", "", "schema.fmp12.xml", false},
       {"Sales", "Sales", "Shop", "Sales.fmp12.xml", true},
@@ -55,7 +47,8 @@ TEST_F(LivePush, NamesTheUploadAndCompletesTheRequestThatItIsAbout) {
     EXPECT_TRUE(std::filesystem::exists(path_)) << "nothing is sent before the call returns";
     Texts expected = {"POST http://s/api/live/ingest/K1?filename=" + name + " " + kBytes};
     if (answers) expected.push_back(Ended("c1"));
-    EXPECT_EQ(EffectsOfJobs(), expected) << target;
+    RunJobs();
+    EXPECT_EQ(Effects(), expected) << target;
     EXPECT_FALSE(std::filesystem::exists(path_));
   }
 }
@@ -64,26 +57,23 @@ TEST_F(LivePush, AFailureIsReportedAndShownWithoutTheKeyAndTheFileGoesAllTheSame
   const std::string missing = folder_ + "/missing", unreadable = folder_ + "/folder", key = "[account key]";
   std::filesystem::create_directory(unreadable);
   g_licenseKey = "K+%25";
-  const struct {
-    std::string path, answer, error, shown;
-  } cases[] = {
-      {missing, "", "ERROR: Could not read file: " + missing, "ERROR: Could not read file: " + missing},
-      {unreadable, "", "ERROR: Could not read file: " + unreadable, "ERROR: Could not read file: " + unreadable},
-      {path_, "no \"room\"", "ERROR: HTTP 413 — no \\\"room\\\"", "ERROR: HTTP 413 — no \"room\""},
-      {path_, "POST /K+%25?x", "ERROR: HTTP 413 — POST /K+%25?x", "ERROR: HTTP 413 — POST /" + key + "?x"},
-      {path_, "%4b+%2525,K%2B%2525", "ERROR: HTTP 413 — %4b+%2525,K%2B%2525", "ERROR: HTTP 413 — " + key + "," + key},
-      {path_, "K+%2 K+ %4", "ERROR: HTTP 413 — K+%2 K+ %4", "ERROR: HTTP 413 — K+%2 K+ %4"},
+  const std::tuple<std::string, std::string, std::string> cases[] = {
+      {missing, "Could not read file: " + missing, "Could not read file: " + missing},
+      {unreadable, "Could not read file: " + unreadable, "Could not read file: " + unreadable},
+      {path_, "HTTP 413 — no \"room\"", "HTTP 413 — no \"room\""},
+      {path_, "HTTP 413 — POST /K+%25?x", "HTTP 413 — POST /" + key + "?x"},
+      {path_, "HTTP 413 — %4b+%2525,K%2B%2525", "HTTP 413 — " + key + "," + key},
+      {path_, "HTTP 413 — K+%2 K+ %4", "HTTP 413 — K+%2 K+ %4"},
   };
-  for (const auto& [path, answer, error, shown] : cases) {
-    answers["/api/live/ingest"] = {true, answer, "", 413};
+  for (const auto& [path, error, shown] : cases) {
+    answers["/api/live/ingest"] = {true, error.substr(std::string("HTTP 413 — ").size()), "", 413};
     Wait("Sales", "Sales");
     Save();
     EXPECT_EQ(Call(path), "OK");
-    const Texts done = EffectsOfJobs();
-    EXPECT_EQ(done.end()[-2], "notify Varnix — Upload Failed: Could not send schema for \"Sales\": " + shown);
-    EXPECT_EQ(done.end()[-1], R"(POST http://s/api/bridge/command/c1/complete {"licenseKey":"K+%25","status":"failed",)"
-                              R"("error":"Upload failed: )" +
-                                  error + "\"}");
+    RunJobs();
+    const Texts done = Effects();
+    EXPECT_EQ(done.end()[-2], "notify Varnix — Upload Failed: Could not send schema for \"Sales\": ERROR: " + shown);
+    EXPECT_EQ(done.end()[-1], Failed("c1", "Upload failed: ERROR: " + error));
     EXPECT_FALSE(std::filesystem::exists(path));
   }
 }
@@ -102,7 +92,8 @@ TEST_F(LivePush, OfTwoCallsWithOnePathTheFirstCompletesTheRequest) {
   };
   Call(Save());
   Call(path_);
-  const Texts done = EffectsOfJobs();
+  RunJobs();
+  const Texts done = Effects();
   ASSERT_EQ(done.size(), 3u);
   EXPECT_EQ(done[0], "POST http://s/api/live/ingest/K1?filename=Sales.fmp12.xml " + kBytes);
   EXPECT_EQ(done[1], Ended("c1"));
