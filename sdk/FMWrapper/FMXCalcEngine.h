@@ -7,10 +7,13 @@
 
 namespace fmx {
 
+class BinaryData;
 class Data;
 class DataVect;
+class DateTime;
 class ExprEnv;
 class FixPt;
+class RowVect;
 class Text;
 
 /// An external function: 0 or a FileMaker error; the answer goes into `result`.
@@ -23,16 +26,32 @@ uint32 FM_DataVect_Size(const void* self, _fmxcpt& x);
 bool FM_DataVect_IsEmpty(const void* self, _fmxcpt& x);
 void FM_DataVect_Clear(void* self, _fmxcpt& x);
 void FM_DataVect_PushBack(void* self, const Data& value, _fmxcpt& x);
-void FM_DataVect_PopBack(void* self, _fmxcpt& x);
+Data* FM_DataVect_PopBack(void* self, _fmxcpt& x);
 const Data* FM_DataVect_At(const void* self, uint32 index, _fmxcpt& x);
 const Text* FM_DataVect_AtAsText(const void* self, uint32 index, _fmxcpt& x);
 const FixPt* FM_DataVect_AtAsNumber(const void* self, uint32 index, _fmxcpt& x);
 bool FM_DataVect_AtAsBoolean(const void* self, uint32 index, _fmxcpt& x);
+const DateTime* FM_DataVect_AtAsDate(const void* self, uint32 index, _fmxcpt& x);
+const DateTime* FM_DataVect_AtAsTime(const void* self, uint32 index, _fmxcpt& x);
+const DateTime* FM_DataVect_AtAsTimeStamp(const void* self, uint32 index, _fmxcpt& x);
+const BinaryData* FM_DataVect_AtAsBinaryData(const void* self, uint32 index, _fmxcpt& x);
+
+RowVect* FM_RowVect_Constructor1(_fmxcpt& x);
+void FM_RowVect_Delete(void* self, _fmxcpt& x);
+uint32 FM_RowVect_Size(const void* self, _fmxcpt& x);
+bool FM_RowVect_IsEmpty(const void* self, _fmxcpt& x);
+const DataVect* FM_RowVect_At(const void* self, uint32 index, _fmxcpt& x);
 
 ExprEnv* FM_ExprEnv_Constructor1(_fmxcpt& x);
 void FM_ExprEnv_Delete(void* self, _fmxcpt& x);
 errcode FM_ExprEnv_Evaluate(const void* self, const Text& expression, Data& result, _fmxcpt& x);
+errcode FM_ExprEnv_EvaluateConvertFromFileMakerPath(const void* self, const Text& path, int32 format, Text& result,
+                                                    _fmxcpt& x);
+errcode FM_ExprEnv_EvaluateConvertToFileMakerPath(const void* self, const Text& path, int32 format, Text& result,
+                                                  _fmxcpt& x);
 errcode FM_ExprEnv_EvaluateGetFunction(const void* self, short function, Data& result, _fmxcpt& x);
+errcode FM_ExprEnv_ExecuteFileSQL(const void* self, const Text& sql, const Text& file, const DataVect& parameters,
+                                  RowVect& result, _fmxcpt& x);
 errcode FM_ExprEnv_ExecuteFileSQLTextResult(const void* self, const Text& sql, const Text& file,
                                             const DataVect& parameters, Data& result, uint16 columnSeparator,
                                             uint16 rowSeparator, _fmxcpt& x);
@@ -92,6 +111,19 @@ class DataVect {
  private:
   DataVect();
   DataVect(const DataVect&);
+};
+
+/// The rows of a query.
+class RowVect {
+ public:
+  void operator delete(void* self) {
+    _fmxcpt x;
+    FM_RowVect_Delete(self, x);
+  }
+
+ private:
+  RowVect();
+  RowVect(const RowVect&);
 };
 
 /// A calculation context. One made by a plug-in sees no file until FMX_SetToCurrentEnv binds it.

@@ -10,15 +10,15 @@
 namespace fmx {
 
 struct _fmxcpt {
-  enum { kNone = 0, kBadAlloc = 1, kOther = 2 };
+  enum { kNoErr = 0, kBadAlloc = 1, kUnknown = 2 };
 
   int32 m_vers = 1;
-  int32 m_code = kNone;
+  int32 m_code = kNoErr;
 
   /// Raises what the host reported; call it after every host call.
   void Check() const {
     if (m_code == kBadAlloc) throw std::bad_alloc();
-    if (m_code == kOther) throw std::exception();
+    if (m_code == kUnknown) throw std::exception();
   }
 };
 

@@ -2,10 +2,14 @@
 #pragma once
 
 #include <FMWrapper/FMXClient.h>
+#include <FMWrapper/FMXTextStyle.h>
 
 namespace fmx {
 
+class BinaryData;
 class Data;
+class DateTime;
+class ExprEnv;
 class FixPt;
 class Locale;
 class Text;
@@ -25,6 +29,22 @@ bool FM_Data_GetAsBoolean(const void* self, _fmxcpt& x);
 const Locale* FM_Data_GetLocale(const void* self, _fmxcpt& x);
 errcode FM_Data_SetAsText(void* self, const Text& text, const Locale& locale, int32 type, _fmxcpt& x);
 void FM_Data_SetAsNumber(void* self, const FixPt& number, int32 type, _fmxcpt& x);
+const DateTime* FM_Data_GetAsDate(const void* self, _fmxcpt& x);
+const DateTime* FM_Data_GetAsTime(const void* self, _fmxcpt& x);
+const DateTime* FM_Data_GetAsTimeStamp(const void* self, _fmxcpt& x);
+void FM_Data_SetAsDate(void* self, const DateTime& date, int32 type, _fmxcpt& x);
+void FM_Data_SetAsTime(void* self, const DateTime& time, int32 type, _fmxcpt& x);
+void FM_Data_SetAsTimeStamp(void* self, const DateTime& timestamp, int32 type, _fmxcpt& x);
+void FM_Data_SetDateTime(void* self, const DateTime& moment, int32 part, int32 type, _fmxcpt& x);
+const BinaryData* FM_Data_GetBinaryData(const void* self, _fmxcpt& x);
+void FM_Data_SetBinaryData(void* self, const BinaryData& content, bool convert, _fmxcpt& x);
+CharacterStyle::FontID FM_Data_GetFontID(const void* self, const Text& name, CharacterStyle::FontScript script,
+                                         const ExprEnv& env, _fmxcpt& x);
+bool FM_Data_GetFontInfo(const void* self, CharacterStyle::FontID font, Text& name, CharacterStyle::FontScript& script,
+                         const ExprEnv& env, _fmxcpt& x);
+CharacterStyle::FontID FM_Data_GetPostscriptFontID(const void* self, const Text& name, const ExprEnv& env, _fmxcpt& x);
+bool FM_Data_GetPostscriptFontInfo(const void* self, CharacterStyle::FontID font, Text& name, const ExprEnv& env,
+                                   _fmxcpt& x);
 }
 
 class Data {

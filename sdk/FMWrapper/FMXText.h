@@ -5,6 +5,7 @@
 
 namespace fmx {
 
+class CharacterStyle;
 class Text;
 
 extern "C" {
@@ -32,6 +33,11 @@ uint32 FM_Text_FindIgnoringCase(const void* self, const Text& other, uint32 posi
 uint32 FM_Text_FindPrevIgnoringCase(const void* self, const Text& other, uint32 position, _fmxcpt& x);
 void FM_Text_Uppercase(const void* self, _fmxcpt& x);
 void FM_Text_Lowercase(const void* self, _fmxcpt& x);
+void FM_Text_GetStyle(const void* self, CharacterStyle& style, uint32 position, _fmxcpt& x);
+void FM_Text_GetDefaultStyle(const void* self, CharacterStyle& style, _fmxcpt& x);
+void FM_Text_SetStyle(void* self, const CharacterStyle& style, uint32 position, uint32 size, _fmxcpt& x);
+void FM_Text_RemoveStyle(void* self, const CharacterStyle& style, _fmxcpt& x);
+void FM_Text_ResetAllStyleBuffers(void* self, _fmxcpt& x);
 bool FM_Text_operatorEQ(const void* self, const Text& other, _fmxcpt& x);
 bool FM_Text_operatorNE(const void* self, const Text& other, _fmxcpt& x);
 bool FM_Text_operatorLT(const void* self, const Text& other, _fmxcpt& x);
@@ -42,7 +48,45 @@ bool FM_Text_operatorGE(const void* self, const Text& other, _fmxcpt& x);
 
 class Text {
  public:
-  enum Encoding { kEncoding_Native = 0, kEncoding_UTF8 = 1 };
+  enum Encoding {
+    kEncoding_Native = 0,
+    kEncoding_UTF8 = 1,
+    kEncoding_ASCII_DOS = 2,
+    kEncoding_ASCII_Windows = 3,
+    kEncoding_ASCII_Mac = 4,
+    kEncoding_ISO_8859_1 = 5,
+    kEncoding_ShiftJIS_Mac = 6,
+    kEncoding_ShiftJIS_Win = 7,
+    kEncoding_Korean_Mac = 8,
+    kEncoding_Korean_Win = 9,
+    kEncoding_Korean_Johab = 10,
+    kEncoding_ChineseTrad_Mac = 11,
+    kEncoding_ChineseTrad_Win = 12,
+    kEncoding_ChineseSimp_Mac = 13,
+    kEncoding_ChineseSimp_Win = 14,
+    kEncoding_Cyrillic_Mac = 15,
+    kEncoding_Cyrillic_Win = 16,
+    kEncoding_ISO_8859_5 = 17,
+    kEncoding_CentralEurope_Mac = 18,
+    kEncoding_EasternEurope_Win = 19,
+    kEncoding_ISO_8859_2 = 20,
+    kEncoding_Turkish_Mac = 21,
+    kEncoding_Turkish_Win = 22,
+    kEncoding_ISO_8859_3 = 23,
+    kEncoding_ISO_8859_9 = 24,
+    kEncoding_Baltic_Win = 25,
+    kEncoding_ISO_8859_4 = 26,
+    kEncoding_Arabic_Mac = 27,
+    kEncoding_Arabic_Win = 28,
+    kEncoding_ISO_8859_6 = 29,
+    kEncoding_Greek_Mac = 30,
+    kEncoding_Greek_Win = 31,
+    kEncoding_ISO_8859_7 = 32,
+    kEncoding_Hebrew_Mac = 33,
+    kEncoding_Hebrew_Win = 34,
+    kEncoding_ISO_8859_8 = 35,
+    kEncoding_ISO_8859_15 = 36
+  };
   static constexpr uint32 kSize_End = 0xFFFFFFFF;
   static constexpr uint32 kSize_Invalid = 0xFFFFFFFF;
 

@@ -73,7 +73,7 @@ class QuadChar {
 /// The language that a value is formatted in.
 class Locale {
  public:
-  enum Type { kNone = 0, kSystem = 1 };
+  enum Type { kType_None = 0, kType_System = 1 };
 
   const Locale& operator=(const Locale& other) {
     _fmxcpt x;

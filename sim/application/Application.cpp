@@ -6,6 +6,7 @@
 
 #include "application/Context.h"
 #include "application/GetFunctions.h"
+#include "application/HostPaths.h"
 #include "calc/Engine.h"
 #include "calc/Errors.h"
 #include "calc/Unicode.h"
@@ -179,13 +180,26 @@ short Application::Evaluate(std::uint64_t file, std::u16string_view expression, 
 }
 
 short Application::ExecuteSql(std::uint64_t file, std::u16string_view fileName, std::u16string_view sql,
-                              std::span<const calc::Value> arguments, char16_t columnSeparator, char16_t rowSeparator,
-                              calc::Value& result) {
+                              std::span<const calc::Value> arguments, fmhost::Rows& rows) {
   const OpenFile* target = fileName.empty() ? FileById(file) : FindFile(fileName);
   if (target == nullptr) return errors::kFileMissing;
-  result = calc::Value::OfText(
-      sim::ExecuteSql(sql, target->solution, {&columnSeparator, 1}, {&rowSeparator, 1}, arguments, behaviour_));
-  return 0;
+  SqlResult result = SelectRows(sql, target->solution, arguments, behaviour_);
+  rows = std::move(result.rows);
+  return static_cast<short>(result.error);
+}
+
+short Application::ConvertFromFileMakerPath(std::uint64_t file, std::u16string_view path, int format,
+                                            std::u16string& result) {
+  const OpenFile* open = FileById(file);
+  const auto converted = FormatPath(MachinePath(path, open == nullptr ? "" : FolderOf(open->solution.path)), format);
+  if (converted) result = calc::ToUtf16(*converted);
+  return converted ? 0 : errors::kBadArgument;
+}
+
+short Application::ConvertToFileMakerPath(std::uint64_t, std::u16string_view path, int format, std::u16string& result) {
+  const auto converted = ParsePath(calc::ToUtf8(path), format);
+  if (converted) result = u"file:" + FileMakerPath(*converted);
+  return converted ? 0 : errors::kBadArgument;
 }
 
 void Application::PluginThrew(const std::string& line) {

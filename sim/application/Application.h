@@ -112,8 +112,11 @@ class Application : public fmhost::Host {
   // What plug-ins ask.
   short Evaluate(std::uint64_t file, std::u16string_view expression, calc::Value& result) override;
   short ExecuteSql(std::uint64_t file, std::u16string_view fileName, std::u16string_view sql,
-                   std::span<const calc::Value> arguments, char16_t columnSeparator, char16_t rowSeparator,
-                   calc::Value& result) override;
+                   std::span<const calc::Value> arguments, fmhost::Rows& rows) override;
+  short ConvertFromFileMakerPath(std::uint64_t file, std::u16string_view path, int format,
+                                 std::u16string& result) override;
+  short ConvertToFileMakerPath(std::uint64_t file, std::u16string_view path, int format,
+                               std::u16string& result) override;
   void PluginThrew(const std::string& line) override;
 
  private:

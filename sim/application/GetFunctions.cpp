@@ -153,7 +153,7 @@ const Parameter kParameters[] = {
     {u"FilePath",
      [](const Context& c) {
        if (c.file() == nullptr) return Text(u"");
-       const auto folder = std::filesystem::absolute(c.file()->solution.path).parent_path().string() + "/";
+       const auto folder = FolderOf(c.file()->solution.path) + "/";
        return Text(u"file:" + FileMakerPath(folder) + c.file()->solution.fileName);
      }},
     {u"FoundCount", [](const Context&) { return Number(0); }},

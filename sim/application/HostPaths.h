@@ -1,6 +1,7 @@
 // FileMaker paths, which begin with a volume, over the machine's own.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -12,6 +13,15 @@ std::u16string FileMakerPath(const std::string& path);
 /// The machine's path of one that a script step was given: with or without "file:" or "filemac:", absolute with its
 /// volume, or relative to `folder`. All UTF-8.
 std::string MachinePath(std::u16string_view fileMakerPath, const std::string& folder);
+
+/// The absolute path of the folder that holds `path`.
+std::string FolderOf(const std::string& path);
+
+/// An absolute path of the machine in one of fmhost::PathFormat, UTF-8. nullopt for a relative path, and for Windows,
+/// which has no paths here.
+std::optional<std::string> FormatPath(const std::string& path, int format);
+/// Reads what FormatPath writes; a URL may name localhost.
+std::optional<std::string> ParsePath(std::string_view text, int format);
 
 /// The user's home.
 std::string HomeDirectory();

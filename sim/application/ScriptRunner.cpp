@@ -166,7 +166,7 @@ class Execution {
     if (file == nullptr) return Fail(step, errors::kFileMissing, "no window \"" + calc::ToUtf8(window.AsText()) + "\"");
     std::string failures;
     for (const auto& destination : step.destinations) {
-      const std::string path = MachinePath(DestinationPath(destination), FolderOf(*frame_.file));
+      const std::string path = MachinePath(DestinationPath(destination), FolderOf(frame_.file->solution.path));
       std::error_code failure;
       std::filesystem::copy_file(file->solution.path, path, failure);  // like FileMaker, never over another file
       if (!failure) {
@@ -189,10 +189,6 @@ class Execution {
     if (!destination.starts_with(u'$')) return destination;
     calc::Value path;
     return application_.EvaluateIn(frame_.file, destination, path) == 0 ? path.AsText() : u"";
-  }
-
-  static std::string FolderOf(const OpenFile& file) {
-    return std::filesystem::absolute(file.solution.path).parent_path().string();
   }
 
   Application& application_;

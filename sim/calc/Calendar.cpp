@@ -96,6 +96,16 @@ CalendarDate DateOfDay(long long dayNumber) {
 
 bool IsDay(const Number& dayNumber) { return dayNumber >= 1 && dayNumber.Truncated(0) <= kLastDay; }
 
+long long DayOfWeek(long long dayNumber) { return dayNumber % 7 + 1; }
+
+long long DayOfYear(long long dayNumber) { return dayNumber - *DayNumber(DateOfDay(dayNumber).year, 1, 1) + 1; }
+
+long long WeekOfYear(long long dayNumber) {
+  const long long day = DayOfYear(dayNumber);
+  const long long firstWeekday = DayOfWeek(dayNumber - day + 1);
+  return (day + firstWeekday - 2) / 7 + 1;
+}
+
 std::u16string FormatDate(const Number& dayNumber) {
   if (!IsDay(dayNumber)) return std::u16string(kInvalidText);
   const CalendarDate date = DateOfDay(dayNumber.ToInteger());

@@ -25,6 +25,11 @@ std::optional<long long> DayNumber(long long year, long long month, long long da
 CalendarDate DateOfDay(long long dayNumber);
 bool IsDay(const Number& dayNumber);
 
+/// Of a day of the calendar: 1 is Sunday; 1 January is day 1; weeks begin on Sunday, and the first one may be shorter.
+long long DayOfWeek(long long dayNumber);
+long long DayOfYear(long long dayNumber);
+long long WeekOfYear(long long dayNumber);
+
 /// "1/31/2024", "13:02:03", "1/31/2024 1:02:03 PM"; a timestamp at a full minute has no seconds, "1/31/2024 1:02 PM".
 /// Fractions of a second are kept. "?" outside the calendar.
 std::u16string FormatDate(const Number& dayNumber);

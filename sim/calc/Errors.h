@@ -5,6 +5,7 @@ namespace calc::errors {
 
 inline constexpr int kCancelled = 1;  // by the user
 inline constexpr int kNoPrivilege = 9;
+inline constexpr int kDataMissing = 10;
 inline constexpr int kDivisionByZero = 15;
 inline constexpr int kFileMissing = 100;
 inline constexpr int kFieldMissing = 102;
@@ -27,6 +28,7 @@ inline constexpr int kInvalidGetParameter = 1215;
 inline constexpr int kNoSuchFunction = 1224;
 inline constexpr int kNotSupported = 1225;
 inline constexpr int kNoScriptToStart = 1825;  // asked for by a plug-in
+inline constexpr int kSqlSyntax = 8310;
 
 // FileMaker tells no number of its own for these.
 inline constexpr int kBadArgument = kGeneral;

@@ -52,9 +52,6 @@ Value PartOfDate(Arguments arguments, Part part) {
   return PartOf(arguments[0], DateIn, [part](const Number& day) { return part(day.ToInteger()); });
 }
 
-long long Weekday(long long day) { return day % 7; }  // 0 is Sunday
-long long DayInYear(long long day) { return day - *DayNumber(DateOfDay(day).year, 1, 1); }
-
 Value Year(Arguments arguments) {
   return PartOfDate(arguments, [](long long day) { return Value::OfNumber(DateOfDay(day).year); });
 }
@@ -64,21 +61,18 @@ Value Month(Arguments arguments) {
 Value Day(Arguments arguments) {
   return PartOfDate(arguments, [](long long day) { return Value::OfNumber(DateOfDay(day).day); });
 }
-Value DayOfWeek(Arguments arguments) {
-  return PartOfDate(arguments, [](long long day) { return Value::OfNumber(Weekday(day) + 1); });
+Value WeekdayNumber(Arguments arguments) {
+  return PartOfDate(arguments, [](long long day) { return Value::OfNumber(DayOfWeek(day)); });
 }
-Value DayOfYear(Arguments arguments) {
-  return PartOfDate(arguments, [](long long day) { return Value::OfNumber(DayInYear(day) + 1); });
+Value DayNumberInYear(Arguments arguments) {
+  return PartOfDate(arguments, [](long long day) { return Value::OfNumber(DayOfYear(day)); });
 }
-// Weeks begin on Sunday; the first one may be shorter.
-Value WeekOfYear(Arguments arguments) {
-  return PartOfDate(arguments, [](long long day) {
-    return Value::OfNumber((DayInYear(day) + Weekday(day - DayInYear(day))) / 7 + 1);
-  });
+Value WeekNumber(Arguments arguments) {
+  return PartOfDate(arguments, [](long long day) { return Value::OfNumber(WeekOfYear(day)); });
 }
 Value DayName(Arguments arguments) {
   return PartOfDate(arguments, [](long long day) {
-    return Value::OfText(std::u16string(kDayNames[static_cast<size_t>(Weekday(day))]));
+    return Value::OfText(std::u16string(kDayNames[static_cast<size_t>(DayOfWeek(day) - 1)]));
   });
 }
 Value MonthName(Arguments arguments) {
@@ -111,14 +105,22 @@ Value GetAsTimestamp(Arguments arguments) {
 }
 
 constexpr Builtin kFunctions[] = {
-    {u"Date", {3, 3}, Date},           {u"Day", {1, 1}, Day},
-    {u"DayName", {1, 1}, DayName},     {u"DayOfWeek", {1, 1}, DayOfWeek},
-    {u"DayOfYear", {1, 1}, DayOfYear}, {u"GetAsDate", {1, 1}, GetAsDate},
-    {u"GetAsTime", {1, 1}, GetAsTime}, {u"GetAsTimestamp", {1, 1}, GetAsTimestamp},
-    {u"Hour", {1, 1}, Hour},           {u"Minute", {1, 1}, Minute},
-    {u"Month", {1, 1}, Month},         {u"MonthName", {1, 1}, MonthName},
-    {u"Seconds", {1, 1}, Seconds},     {u"Time", {3, 3}, Time},
-    {u"Timestamp", {2, 2}, Timestamp}, {u"WeekOfYear", {1, 1}, WeekOfYear},
+    {u"Date", {3, 3}, Date},
+    {u"Day", {1, 1}, Day},
+    {u"DayName", {1, 1}, DayName},
+    {u"DayOfWeek", {1, 1}, WeekdayNumber},
+    {u"DayOfYear", {1, 1}, DayNumberInYear},
+    {u"GetAsDate", {1, 1}, GetAsDate},
+    {u"GetAsTime", {1, 1}, GetAsTime},
+    {u"GetAsTimestamp", {1, 1}, GetAsTimestamp},
+    {u"Hour", {1, 1}, Hour},
+    {u"Minute", {1, 1}, Minute},
+    {u"Month", {1, 1}, Month},
+    {u"MonthName", {1, 1}, MonthName},
+    {u"Seconds", {1, 1}, Seconds},
+    {u"Time", {3, 3}, Time},
+    {u"Timestamp", {2, 2}, Timestamp},
+    {u"WeekOfYear", {1, 1}, WeekNumber},
     {u"Year", {1, 1}, Year},
 };
 

@@ -50,6 +50,13 @@ Value Value::OfMoment(Type type, Number serial) {
   return value;
 }
 
+Value Value::OfContainer(std::u16string fileName, std::shared_ptr<const void> content) {
+  Value value = OfText(std::move(fileName));
+  value.type_ = Type::kContainer;
+  value.container_ = std::move(content);
+  return value;
+}
+
 Value Value::OfError(int code) {
   Value value;
   value.type_ = Type::kInvalid;

@@ -34,6 +34,8 @@ class Value {
   static Value OfNumber(Number number);
   /// A date (day number), time (seconds) or timestamp (seconds since the first day).
   static Value OfMoment(Type type, Number serial);
+  /// The content of a container field, of which calculations see only its file's name; `content` is the host's.
+  static Value OfContainer(std::u16string fileName, std::shared_ptr<const void> content);
   static Value OfBoolean(bool value) { return OfNumber(value ? 1 : 0); }
   /// The value "?" that carries a FileMaker error number.
   static Value OfError(int code);
@@ -52,6 +54,8 @@ class Value {
   Number AsNumber() const;
   /// FileMaker's truth: a number other than zero. Error values and the text "?" are true.
   bool AsBoolean() const;
+  /// What OfContainer was given; nullptr for every other value.
+  const std::shared_ptr<const void>& container() const { return container_; }
   /// True for empty text and for error values.
   bool IsEmpty() const;
 
@@ -60,7 +64,8 @@ class Value {
 
   Type type_ = Type::kText;
   int error_ = 0;
-  Number number_;                                       // of numbers and moments
+  Number number_;  // of numbers and moments
+  std::shared_ptr<const void> container_;
   mutable std::shared_ptr<const std::u16string> text_;  // of texts; of others their text form once it was asked for
 };
 

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "calc/Errors.h"
 #include "calc/Unicode.h"
 #include "solution/SqlLexer.h"
 #include "solution/SqlParser.h"
@@ -46,20 +47,31 @@ void Sort(std::vector<SqlRow>& rows, const std::vector<SqlOrder>& order) {
   std::transform(keyed.begin(), keyed.end(), rows.begin(), [](const Keyed& item) { return item.second; });
 }
 
-std::u16string Join(const SqlQuery& query, const std::vector<SqlRow>& rows, std::u16string_view columnSeparator,
+using Row = std::vector<Value>;
+
+std::vector<Row> Project(const SqlQuery& query, const std::vector<SqlRow>& rows) {
+  std::vector<Row> result;
+  std::set<std::vector<std::u16string>> seen;
+  for (const SqlRow& row : rows) {
+    Row values;
+    std::vector<std::u16string> texts;
+    for (const SqlColumn& column : query.columns) {
+      values.push_back(column.value(row));
+      texts.push_back(values.back().AsText());
+    }
+    if (!query.distinct || seen.insert(std::move(texts)).second) result.push_back(std::move(values));
+  }
+  return result;
+}
+
+std::u16string Join(const std::vector<Row>& rows, std::u16string_view columnSeparator,
                     std::u16string_view rowSeparator) {
   std::u16string result;
-  std::set<std::vector<std::u16string>> seen;
-  bool first = true;
-  for (const SqlRow& row : rows) {
-    std::vector<std::u16string> texts;
-    for (const SqlColumn& column : query.columns) texts.push_back(column.value(row).AsText());
-    if (query.distinct && !seen.insert(texts).second) continue;
-    if (!first) result += rowSeparator;
-    first = false;
-    for (std::size_t at = 0; at < texts.size(); ++at) {
-      if (at > 0) result += columnSeparator;
-      result += texts[at];
+  for (std::size_t row = 0; row < rows.size(); ++row) {
+    if (row > 0) result += rowSeparator;
+    for (std::size_t column = 0; column < rows[row].size(); ++column) {
+      if (column > 0) result += columnSeparator;
+      result += rows[row][column].AsText();
     }
   }
   return result;
@@ -67,21 +79,28 @@ std::u16string Join(const SqlQuery& query, const std::vector<SqlRow>& rows, std:
 
 }  // namespace
 
-std::u16string ExecuteSql(std::u16string_view sql, const Solution& solution, std::u16string_view columnSeparator,
-                          std::u16string_view rowSeparator, std::span<const Value> arguments,
-                          const HostBehaviour& behaviour) {
+SqlResult SelectRows(std::u16string_view sql, const Solution& solution, std::span<const Value> arguments,
+                     const HostBehaviour& behaviour) {
   try {
     const SqlQuery query = ParseSql(sql, behaviour.lenientSql, solution, arguments);
     std::vector<SqlRow> rows = Filtered(query);
-    if (query.count) return calc::Number(static_cast<long long>(rows.size())).ToText();
+    if (query.count) return {0, {{Value::OfNumber(static_cast<long long>(rows.size()))}}};
     Sort(rows, query.order);
-    return Join(query, rows, columnSeparator.empty() ? kDefaultColumnSeparator : columnSeparator,
-                rowSeparator.empty() ? kDefaultRowSeparator : rowSeparator);
+    return {0, Project(query, rows)};
   } catch (const SqlUnknown& unknown) {
     if (behaviour.tell) behaviour.tell(std::string(kNotKnownHere) + calc::ToUtf8(unknown.part));
   } catch (const SqlRefused&) {
   }
-  return std::u16string(kRefused);
+  return {calc::errors::kSqlSyntax, {}};
+}
+
+std::u16string ExecuteSql(std::u16string_view sql, const Solution& solution, std::u16string_view columnSeparator,
+                          std::u16string_view rowSeparator, std::span<const Value> arguments,
+                          const HostBehaviour& behaviour) {
+  const SqlResult result = SelectRows(sql, solution, arguments, behaviour);
+  if (result.error != 0) return std::u16string(kRefused);
+  return Join(result.rows, columnSeparator.empty() ? kDefaultColumnSeparator : columnSeparator,
+              rowSeparator.empty() ? kDefaultRowSeparator : rowSeparator);
 }
 
 }  // namespace sim

@@ -4,6 +4,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "calc/Value.h"
 #include "solution/HostBehaviour.h"
@@ -11,11 +12,19 @@
 
 namespace sim {
 
-/// Runs one SELECT over `solution` (the grammar stands in SqlParser.cpp). Columns are joined with `columnSeparator`
-/// (empty: a comma), rows with `rowSeparator` (empty: a carriage return), with none after the last. `arguments` stand
-/// for the question marks in order; left-over ones do no harm. Anything else, and anything FileMaker would refuse,
-/// gives the text "?"; where only the simulator does not know the SQL, `behaviour` tells. Table occurrences hold no
-/// records.
+struct SqlResult {
+  int error = 0;  ///< 0, or FileMaker's number
+  std::vector<std::vector<calc::Value>> rows;
+};
+
+/// Runs one SELECT over `solution` (the grammar stands in SqlParser.cpp). `arguments` stand for the question marks in
+/// order; left-over ones do no harm. Anything else, and anything FileMaker would refuse, is an error; where only the
+/// simulator does not know the SQL, `behaviour` reports it. Table occurrences hold no records.
+SqlResult SelectRows(std::u16string_view sql, const Solution& solution, std::span<const calc::Value> arguments,
+                     const HostBehaviour& behaviour);
+
+/// The rows as text: columns joined with `columnSeparator` (empty: a comma), rows with `rowSeparator` (empty: a
+/// carriage return), with none after the last. "?" for an error.
 std::u16string ExecuteSql(std::u16string_view sql, const Solution& solution, std::u16string_view columnSeparator,
                           std::u16string_view rowSeparator, std::span<const calc::Value> arguments,
                           const HostBehaviour& behaviour);

@@ -1,45 +1,39 @@
-// Argument lists.
+// Argument lists, and the rows of queries.
 #include "wrapper/Objects.h"
 
 namespace fmhost {
 
-// The elements belong to the list: plug-ins may read but not delete them.
 void DataVectObject::PushBack(const DataObject& value) {
-  auto copy = std::make_unique<DataObject>();
-  copy->Set(value.value, value.nativeType);
-  copy->locale.type = value.locale.type;
-  Ledger::Instance().AddPart(copy.get(), DataObject::kKind);
+  auto copy = std::make_unique<Part<DataObject>>();
+  (*copy)->Set(value.value, value.nativeType);
+  *(*copy)->locale = *value.locale;
+  *(*copy)->text = *value.text;
   values.push_back(std::move(copy));
-}
-
-void DataVectObject::PopBack() {
-  Ledger::Instance().RemovePart(values.back().get());
-  values.pop_back();
-}
-
-DataVectObject::~DataVectObject() {
-  while (!values.empty()) PopBack();
 }
 
 namespace {
 
 DataVectObject& ListAt(const void* self) { return Live<DataVectObject>(self); }
-DataObject* Element(const void* self, fmx::uint32 index) { return ListAt(self).values.at(index).get(); }
+const fmx::Data* Element(const void* self, fmx::uint32 index) { return ListAt(self).values.at(index)->Show(); }
+RowVectObject& RowsAt(const void* self) { return Live<RowVectObject>(self); }
 
 }  // namespace
 }  // namespace fmhost
 
 namespace fmx {
 
+using fmhost::DataVectObject;
 using fmhost::Element;
 using fmhost::HostCall;
 using fmhost::ListAt;
+using fmhost::RowsAt;
+using fmhost::RowVectObject;
 
 FM_API DataVect* FM_DataVect_Constructor1(_fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return reinterpret_cast<DataVect*>(fmhost::Make<fmhost::DataVectObject>()); });
+  return HostCall(__func__, x, [&] { return fmhost::Make<DataVectObject>(); });
 }
 
-FM_API void FM_DataVect_Delete(void* self, _fmxcpt&) { fmhost::Delete<fmhost::DataVectObject>(__func__, self); }
+FM_API void FM_DataVect_Delete(void* self, _fmxcpt&) { fmhost::Delete<DataVectObject>(__func__, self); }
 
 FM_API uint32 FM_DataVect_Size(const void* self, _fmxcpt& x) {
   return HostCall(__func__, x, [&] { return static_cast<uint32>(ListAt(self).values.size()); });
@@ -50,35 +44,61 @@ FM_API bool FM_DataVect_IsEmpty(const void* self, _fmxcpt& x) {
 }
 
 FM_API void FM_DataVect_Clear(void* self, _fmxcpt& x) {
-  HostCall(__func__, x, [&] {
-    while (!ListAt(self).values.empty()) ListAt(self).PopBack();
-  });
+  HostCall(__func__, x, [&] { ListAt(self).values.clear(); });
 }
 
 FM_API void FM_DataVect_PushBack(void* self, const Data& value, _fmxcpt& x) {
   HostCall(__func__, x, [&] { ListAt(self).PushBack(fmhost::Live<fmhost::DataObject>(&value)); });
 }
 
-FM_API void FM_DataVect_PopBack(void* self, _fmxcpt& x) {
-  HostCall(__func__, x, [&] {
-    if (!ListAt(self).values.empty()) ListAt(self).PopBack();
+FM_API Data* FM_DataVect_PopBack(void* self, _fmxcpt& x) {
+  return HostCall(__func__, x, [&]() -> Data* {
+    auto& values = ListAt(self).values;
+    if (values.empty()) return nullptr;
+    auto* popped = fmhost::Make<fmhost::DataObject>();
+    auto& data = fmhost::Live<fmhost::DataObject>(popped);
+    auto& last = **values.back();
+    data.Set(last.value, last.nativeType);
+    *data.locale = *last.locale;
+    *data.text = *last.text;
+    values.pop_back();
+    return popped;
   });
 }
 
 FM_API const Data* FM_DataVect_At(const void* self, uint32 index, _fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return reinterpret_cast<const Data*>(Element(self, index)); });
+  return HostCall(__func__, x, [&] { return Element(self, index); });
 }
 
-FM_API const Text* FM_DataVect_AtAsText(const void* self, uint32 index, _fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return FM_Data_GetAsText(Element(self, index), x); });
+#define DATAVECT_FORM(name, Result, get)                                         \
+  FM_API Result FM_DataVect_##name(const void* self, uint32 index, _fmxcpt& x) { \
+    return HostCall(__func__, x, [&] { return get(Element(self, index), x); });  \
+  }
+DATAVECT_FORM(AtAsText, const Text*, FM_Data_GetAsText)
+DATAVECT_FORM(AtAsNumber, const FixPt*, FM_Data_GetAsNumber)
+DATAVECT_FORM(AtAsBoolean, bool, FM_Data_GetAsBoolean)
+DATAVECT_FORM(AtAsDate, const DateTime*, FM_Data_GetAsDate)
+DATAVECT_FORM(AtAsTime, const DateTime*, FM_Data_GetAsTime)
+DATAVECT_FORM(AtAsTimeStamp, const DateTime*, FM_Data_GetAsTimeStamp)
+DATAVECT_FORM(AtAsBinaryData, const BinaryData*, FM_Data_GetBinaryData)
+#undef DATAVECT_FORM
+
+FM_API RowVect* FM_RowVect_Constructor1(_fmxcpt& x) {
+  return HostCall(__func__, x, [&] { return fmhost::Make<RowVectObject>(); });
 }
 
-FM_API const FixPt* FM_DataVect_AtAsNumber(const void* self, uint32 index, _fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return FM_Data_GetAsNumber(Element(self, index), x); });
+FM_API void FM_RowVect_Delete(void* self, _fmxcpt&) { fmhost::Delete<RowVectObject>(__func__, self); }
+
+FM_API uint32 FM_RowVect_Size(const void* self, _fmxcpt& x) {
+  return HostCall(__func__, x, [&] { return static_cast<uint32>(RowsAt(self).rows.size()); });
 }
 
-FM_API bool FM_DataVect_AtAsBoolean(const void* self, uint32 index, _fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return FM_Data_GetAsBoolean(Element(self, index), x); });
+FM_API bool FM_RowVect_IsEmpty(const void* self, _fmxcpt& x) {
+  return HostCall(__func__, x, [&] { return RowsAt(self).rows.empty(); });
+}
+
+FM_API const DataVect* FM_RowVect_At(const void* self, uint32 index, _fmxcpt& x) {
+  return HostCall(__func__, x, [&]() -> const DataVect* { return RowsAt(self).rows.at(index)->Show(); });
 }
 
 }  // namespace fmx

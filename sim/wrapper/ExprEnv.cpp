@@ -2,6 +2,7 @@
 #include <utility>
 
 #include "calc/Errors.h"
+#include "wrapper/GetNames.h"
 #include "wrapper/Host.h"
 #include "wrapper/Objects.h"
 #include "wrapper/Registry.h"
@@ -29,6 +30,68 @@ Registration MakeRegistration(const fmx::QuadChar& plugin, short id, const fmx::
   return registration;
 }
 
+// What a plug-in asks of the host, which answers as itself. No host answers nothing.
+template <class Question>
+fmx::errcode Ask(Question question) {
+  Host* host = CurrentHost();
+  if (host == nullptr) return calc::errors::kGeneral;
+  const Scope asHost("");
+  return question(*host);
+}
+
+fmx::errcode Evaluate(const void* self, const std::u16string& expression, fmx::Data& result) {
+  const auto file = Live<ExprEnvObject>(self).file;
+  calc::Value value;
+  const auto error = Ask([&](Host& host) { return host.Evaluate(file, expression, value); });
+  SetValue(result, value);
+  return error;
+}
+
+using PathConversion = short (Host::*)(std::uint64_t file, std::u16string_view path, int format,
+                                       std::u16string& result);
+
+fmx::errcode ConvertPath(PathConversion convert, const void* self, const fmx::Text& path, int format,
+                         fmx::Text& result) {
+  const auto file = Live<ExprEnvObject>(self).file;
+  std::u16string converted;
+  const auto error = Ask([&](Host& host) { return (host.*convert)(file, TextOf(path), format, converted); });
+  Live<TextObject>(&result).Assign(std::move(converted));
+  return error;
+}
+
+fmx::errcode ExecuteSql(const void* self, const fmx::Text& sql, const fmx::Text& file, const fmx::DataVect& parameters,
+                        Rows& rows) {
+  const auto context = Live<ExprEnvObject>(self).file;
+  std::vector<calc::Value> arguments;
+  for (const auto& value : Live<DataVectObject>(&parameters).values) arguments.push_back((*value)->value);
+  return Ask([&](Host& host) { return host.ExecuteSql(context, TextOf(file), TextOf(sql), arguments, rows); });
+}
+
+void SetRows(fmx::RowVect& result, const Rows& rows) {
+  auto& shown = Live<RowVectObject>(&result).rows;
+  shown.clear();
+  for (const auto& row : rows) {
+    auto& list = *shown.emplace_back(std::make_unique<Part<DataVectObject>>());
+    for (const auto& value : row) {
+      DataObject data;
+      data.Set(value, static_cast<fmx::int32>(value.type()));
+      list->PushBack(data);
+    }
+  }
+}
+
+std::u16string Joined(const Rows& rows, char16_t columnSeparator, char16_t rowSeparator) {
+  std::u16string text;
+  for (const auto& row : rows) {
+    if (&row != &rows.front()) text += rowSeparator;
+    for (const auto& value : row) {
+      if (&value != &row.front()) text += columnSeparator;
+      text += value.AsText();
+    }
+  }
+  return text;
+}
+
 }  // namespace
 
 void Bind(fmx::ExprEnv& environment, std::uint64_t file) { Live<ExprEnvObject>(&environment).file = file; }
@@ -39,45 +102,58 @@ namespace fmx {
 
 using fmhost::HostCall;
 using fmhost::Live;
+namespace errors = calc::errors;
 
 FM_API ExprEnv* FM_ExprEnv_Constructor1(_fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return reinterpret_cast<ExprEnv*>(fmhost::Make<fmhost::ExprEnvObject>()); });
+  return HostCall(__func__, x, [&] { return fmhost::Make<fmhost::ExprEnvObject>(); });
 }
 
 FM_API void FM_ExprEnv_Delete(void* self, _fmxcpt&) { fmhost::Delete<fmhost::ExprEnvObject>(__func__, self); }
 
 FM_API errcode FM_ExprEnv_Evaluate(const void* self, const Text& expression, Data& result, _fmxcpt& x) {
+  return HostCall(__func__, x, [&] { return fmhost::Evaluate(self, fmhost::TextOf(expression), result); });
+}
+
+FM_API errcode FM_ExprEnv_EvaluateGetFunction(const void* self, short function, Data& result, _fmxcpt& x) {
   return HostCall(__func__, x, [&]() -> errcode {
-    const auto file = Live<fmhost::ExprEnvObject>(self).file;
-    fmhost::Host* host = fmhost::CurrentHost();
-    if (host == nullptr) return calc::errors::kGeneral;
-    const fmhost::Scope asHost("");
-    calc::Value value;
-    const errcode error = host->Evaluate(file, fmhost::TextOf(expression), value);
-    fmhost::SetValue(result, value);
-    return error;
+    const auto name = fmhost::GetFunctionName(function);
+    if (name.empty()) return errors::kInvalidGetParameter;
+    return fmhost::Evaluate(self, u"Get ( " + std::u16string(name) + u" )", result);
   });
 }
 
-FM_API errcode FM_ExprEnv_EvaluateGetFunction(const void* self, short, Data&, _fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return Live<fmhost::ExprEnvObject>(self), calc::errors::kNotSupported; });
+FM_API errcode FM_ExprEnv_EvaluateConvertFromFileMakerPath(const void* self, const Text& path, int32 format,
+                                                           Text& result, _fmxcpt& x) {
+  return HostCall(__func__, x, [&] {
+    return fmhost::ConvertPath(&fmhost::Host::ConvertFromFileMakerPath, self, path, format, result);
+  });
+}
+
+FM_API errcode FM_ExprEnv_EvaluateConvertToFileMakerPath(const void* self, const Text& path, int32 format, Text& result,
+                                                         _fmxcpt& x) {
+  return HostCall(__func__, x, [&] {
+    return fmhost::ConvertPath(&fmhost::Host::ConvertToFileMakerPath, self, path, format, result);
+  });
+}
+
+FM_API errcode FM_ExprEnv_ExecuteFileSQL(const void* self, const Text& sql, const Text& file,
+                                         const DataVect& parameters, RowVect& result, _fmxcpt& x) {
+  return HostCall(__func__, x, [&] {
+    fmhost::Rows rows;
+    const errcode error = fmhost::ExecuteSql(self, sql, file, parameters, rows);
+    fmhost::SetRows(result, rows);
+    return error;
+  });
 }
 
 FM_API errcode FM_ExprEnv_ExecuteFileSQLTextResult(const void* self, const Text& sql, const Text& file,
                                                    const DataVect& parameters, Data& result, uint16 columnSeparator,
                                                    uint16 rowSeparator, _fmxcpt& x) {
-  return HostCall(__func__, x, [&]() -> errcode {
-    const auto context = Live<fmhost::ExprEnvObject>(self).file;
-    fmhost::Host* host = fmhost::CurrentHost();
-    if (host == nullptr) return calc::errors::kGeneral;
-    std::vector<calc::Value> arguments;
-    for (const auto& value : Live<fmhost::DataVectObject>(&parameters).values) arguments.push_back(value->value);
-    const fmhost::Scope asHost("");
-    calc::Value value;
-    const errcode error =
-        host->ExecuteSql(context, fmhost::TextOf(file), fmhost::TextOf(sql), arguments,
-                         static_cast<char16_t>(columnSeparator), static_cast<char16_t>(rowSeparator), value);
-    fmhost::SetValue(result, value);
+  return HostCall(__func__, x, [&] {
+    fmhost::Rows rows;
+    const errcode error = fmhost::ExecuteSql(self, sql, file, parameters, rows);
+    const auto text = fmhost::Joined(rows, static_cast<char16_t>(columnSeparator), static_cast<char16_t>(rowSeparator));
+    fmhost::SetValue(result, error == 0 ? calc::Value::OfText(text) : calc::Value::OfError(error));
     return error;
   });
 }
@@ -125,7 +201,10 @@ FM_API errcode FM_ExprEnv_UnRegisterScriptStep(const QuadChar& plugin, short id,
 }
 
 FM_API ptrtype FM_ExprEnv_SessionID(const void* self, _fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return Live<fmhost::ExprEnvObject>(self), fmhost::kOnlySession; });
+  return HostCall(__func__, x, [&] {
+    Live<fmhost::ExprEnvObject>(self);
+    return fmhost::kOnlySession;
+  });
 }
 
 FM_API ptrtype FM_ExprEnv_FileID(const void* self, _fmxcpt& x) {

@@ -28,8 +28,15 @@ std::string TypeName() {
 
 }  // namespace
 
-short Host::ExecuteSql(std::uint64_t, std::u16string_view, std::u16string_view, std::span<const calc::Value>, char16_t,
-                       char16_t, calc::Value&) {
+short Host::ExecuteSql(std::uint64_t, std::u16string_view, std::u16string_view, std::span<const calc::Value>, Rows&) {
+  return calc::errors::kNotSupported;
+}
+
+short Host::ConvertFromFileMakerPath(std::uint64_t, std::u16string_view, int, std::u16string&) {
+  return calc::errors::kNotSupported;
+}
+
+short Host::ConvertToFileMakerPath(std::uint64_t, std::u16string_view, int, std::u16string&) {
   return calc::errors::kNotSupported;
 }
 

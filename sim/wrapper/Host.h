@@ -19,16 +19,27 @@
 
 namespace fmhost {
 
+/// Of a query.
+using Rows = std::vector<std::vector<calc::Value>>;
+
+/// The numbers that plug-ins ask with.
+enum PathFormat { kPosixPath = 1, kWindowsPath = 2, kUrlPath = 3 };
+
 /// Answers what plug-ins ask of a calculation context. A file id is the host's own number of an open file, 0 for none.
 class FMHOST_API Host {
  public:
   virtual ~Host() = default;
   /// 0 and the value, or a FileMaker error.
   virtual short Evaluate(std::uint64_t file, std::u16string_view expression, calc::Value& result) = 0;
-  /// `fileName` empty: the file of the context. An error of the query itself is the text "?".
+  /// 0 and the rows, or a FileMaker error. `fileName` empty: the file of the context.
   virtual short ExecuteSql(std::uint64_t file, std::u16string_view fileName, std::u16string_view sql,
-                           std::span<const calc::Value> arguments, char16_t columnSeparator, char16_t rowSeparator,
-                           calc::Value& result);
+                           std::span<const calc::Value> arguments, Rows& rows);
+  /// 0 and the path in a PathFormat, or a FileMaker error.
+  virtual short ConvertFromFileMakerPath(std::uint64_t file, std::u16string_view path, int format,
+                                         std::u16string& result);
+  /// 0 and FileMaker's form of a path in a PathFormat, or a FileMaker error.
+  virtual short ConvertToFileMakerPath(std::uint64_t file, std::u16string_view path, int format,
+                                       std::u16string& result);
   /// Plug-in code let an exception out; `line` tells all: "Leaky.fmx: Leaky.Open threw std::bad_alloc".
   virtual void PluginThrew(const std::string& line);
 };

@@ -1,24 +1,26 @@
-// What stands behind the opaque host objects, and the frame of every C function.
+// What the opaque host objects hold.
 #pragma once
 
 #include <FMWrapper/FMXTypes.h>
 
+#include <FMWrapper/FMXBinaryData.h>
 #include <FMWrapper/FMXCalcEngine.h>
 #include <FMWrapper/FMXData.h>
+#include <FMWrapper/FMXDateTime.h>
 #include <FMWrapper/FMXFixPt.h>
 #include <FMWrapper/FMXText.h>
+#include <FMWrapper/FMXTextStyle.h>
 
 #include <array>
+#include <compare>
 #include <cstdint>
+#include <map>
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "calc/Value.h"
-#include "wrapper/Ledger.h"
-
-#define FM_API extern "C" __attribute__((visibility("default")))
+#include "wrapper/HostCall.h"
 
 namespace fmhost {
 
@@ -27,96 +29,133 @@ class Host;
 Host* CurrentHost();
 
 struct QuadCharObject {
+  using Handle = fmx::QuadChar;
   static constexpr char kKind[] = "QuadChar";
   std::array<fmx::uchar, 4> bytes{};
+  auto operator<=>(const QuadCharObject&) const = default;
 };
 
 struct LocaleObject {
+  using Handle = fmx::Locale;
   static constexpr char kKind[] = "Locale";
-  fmx::int32 type = fmx::Locale::kSystem;
+  fmx::int32 type = fmx::Locale::kType_System;
+};
+
+struct ColorObject {
+  using Handle = fmx::CharacterStyle::Color;
+  static constexpr char kKind[] = "Color";
+  fmx::uchar red = 0, green = 0, blue = 0, alpha = fmx::CharacterStyle::kColorChannel_ON;
+  bool operator==(const ColorObject&) const = default;
+};
+
+/// A style's attributes. A face is enabled when its bit is set.
+struct Style {
+  fmx::CharacterStyle::FontID font = 0;
+  fmx::CharacterStyle::FontSize size = 12;
+  fmx::CharacterStyle::Face face = fmx::CharacterStyle::kFace_Plain;
+  ColorObject color;
+  bool fontEnabled = false, sizeEnabled = false, colorEnabled = false;
+
+  bool operator==(const Style&) const = default;
+  /// Takes over what `other` enables.
+  void Add(const Style& other);
+  /// Disables what `other` enables.
+  void Remove(const Style& other);
+};
+
+struct CharacterStyleObject {
+  using Handle = fmx::CharacterStyle;
+  static constexpr char kKind[] = "CharacterStyle";
+  Style style;
+  mutable Part<ColorObject> color{};
+  bool operator==(const CharacterStyleObject& other) const { return style == other.style; }
 };
 
 struct TextObject {
+  using Handle = fmx::Text;
   static constexpr char kKind[] = "Text";
   std::u16string units;
+  std::vector<Style> styles;  ///< one for each unit; empty: no unit has a style
+
+  /// Texts without a style.
+  void Assign(std::u16string newUnits);
+  /// Puts `size` units of `other` from `from` on, with their styles, in the place of `count` units at `position`.
+  /// Positions and sizes beyond the end mean the end, Text::kSize_End among them.
+  void Replace(std::size_t position, std::size_t count, const TextObject& other, std::size_t from, std::size_t size);
+
+  auto operator<=>(const TextObject& other) const { return units <=> other.units; }
+  bool operator==(const TextObject& other) const { return units == other.units; }
 };
 
 struct FixPtObject {
+  using Handle = fmx::FixPt;
   static constexpr char kKind[] = "FixPt";
   calc::Number number;
+  int precision = calc::kDivisionPlaces;  ///< places after the point that a division keeps; all else is exact
+  auto operator<=>(const FixPtObject& other) const { return number <=> other.number; }
+  bool operator==(const FixPtObject& other) const { return number == other.number; }
+};
+
+struct DateTimeObject {
+  using Handle = fmx::DateTime;
+  static constexpr char kKind[] = "DateTime";
+  long long day = 1;
+  calc::Number seconds;  ///< since midnight; a time may have more than a day has
+  bool operator==(const DateTimeObject&) const = default;
+
+  calc::Number SecondsSinceEpoch() const;
+  /// Raises std::out_of_range outside FileMaker's calendar.
+  void SetSecondsSinceEpoch(const calc::Number& total);
+};
+
+struct Stream {
+  std::array<fmx::uchar, 4> type{};
+  std::string bytes;
+  bool operator==(const Stream&) const = default;
+};
+
+struct BinaryDataObject {
+  using Handle = fmx::BinaryData;
+  static constexpr char kKind[] = "BinaryData";
+  std::vector<Stream> streams;
+  std::map<fmx::uint32, std::array<fmx::uchar, 4>> unfinished{};  ///< the types of streams being added, by context
+  bool operator==(const BinaryDataObject& other) const { return streams == other.streams; }
 };
 
 struct DataObject {
+  using Handle = fmx::Data;
   static constexpr char kKind[] = "Data";
-
-  DataObject();
-  ~DataObject();
-  DataObject(const DataObject&) = delete;
-  DataObject& operator=(const DataObject&) = delete;
 
   void Set(calc::Value newValue, fmx::int32 newType);
 
   calc::Value value;
   fmx::int32 nativeType = fmx::Data::kDTInvalid;
-  // Handed out by address and owned by the value.
-  LocaleObject locale;
-  mutable TextObject text;
-  mutable FixPtObject number;
+  // The forms of the value that were asked for.
+  mutable Part<LocaleObject> locale;
+  mutable Part<TextObject> text;
+  mutable Part<FixPtObject> number;
+  mutable Part<DateTimeObject> date, time, timestamp;
+  mutable Part<BinaryDataObject> content;
 };
 
 struct DataVectObject {
+  using Handle = fmx::DataVect;
   static constexpr char kKind[] = "DataVect";
+  std::vector<std::unique_ptr<Part<DataObject>>> values;
 
   void PushBack(const DataObject& value);
-  void PopBack();
-  ~DataVectObject();
+};
 
-  std::vector<std::unique_ptr<DataObject>> values;
+struct RowVectObject {
+  using Handle = fmx::RowVect;
+  static constexpr char kKind[] = "RowVect";
+  std::vector<std::unique_ptr<Part<DataVectObject>>> rows;
 };
 
 struct ExprEnvObject {
+  using Handle = fmx::ExprEnv;
   static constexpr char kKind[] = "ExprEnv";
   std::uint64_t file = 0;
 };
-
-/// The object at `self`; a dead or foreign one is noted as the current plug-in's mistake and raised.
-template <class Object>
-Object& Live(const void* self) {
-  if (!Ledger::Instance().IsLive(self, Object::kKind)) {
-    Ledger::Instance().NoteMisuse(Object::kKind);
-    throw std::invalid_argument(Object::kKind);
-  }
-  return *static_cast<Object*>(const_cast<void*>(self));
-}
-
-template <class Object>
-Object* Make() {
-  auto object = std::make_unique<Object>();
-  Ledger::Instance().Add(object.get(), Object::kKind);
-  return object.release();
-}
-
-/// The body of the C function `function`. A deletion cannot fail.
-template <class Object>
-void Delete(const char* function, void* self) {
-  Ledger::Instance().EnterCall(function);
-  if (self != nullptr && Ledger::Instance().Remove(self, Object::kKind)) delete static_cast<Object*>(self);
-}
-
-/// Runs the body of the C function `function`; what it throws becomes the exception status.
-template <class Body>
-auto HostCall(const char* function, fmx::_fmxcpt& x, Body body) -> decltype(body()) {
-  using Result = decltype(body());
-  try {
-    Ledger::Instance().EnterCall(function);
-    Ledger::Instance().RaiseInjected();
-    return body();
-  } catch (const std::bad_alloc&) {
-    x.m_code = fmx::_fmxcpt::kBadAlloc;
-  } catch (const std::exception&) {
-    x.m_code = fmx::_fmxcpt::kOther;
-  }
-  return Result();
-}
 
 }  // namespace fmhost

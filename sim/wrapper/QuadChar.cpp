@@ -1,47 +1,38 @@
 // Four-character identifiers.
-#include <algorithm>
-
 #include "wrapper/Objects.h"
 
 namespace {
 
-using fmhost::HostCall;
-using fmhost::Live;
-using fmhost::Make;
-using fmhost::QuadCharObject;
-
-fmx::QuadChar* MakeQuadChar(std::array<fmx::uchar, 4> bytes) {
-  auto* object = Make<QuadCharObject>();
-  object->bytes = bytes;
-  return reinterpret_cast<fmx::QuadChar*>(object);
-}
-
-fmx::uchar& ByteAt(const void* self, int index) {
-  return Live<QuadCharObject>(self).bytes.at(static_cast<size_t>(index));
+fmx::uchar ByteAt(const void* self, int index) {
+  return fmhost::Live<fmhost::QuadCharObject>(self).bytes.at(static_cast<size_t>(index));
 }
 
 }  // namespace
 
 namespace fmx {
 
+using fmhost::HostCall;
+using fmhost::Live;
+using fmhost::QuadCharObject;
+
 FM_API QuadChar* FM_QuadChar_Constructor1(_fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return MakeQuadChar({}); });
+  return HostCall(__func__, x, [&] { return fmhost::Make<QuadCharObject>(); });
 }
 
 FM_API QuadChar* FM_QuadChar_Constructor2(char c0, char c1, char c2, char c3, _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
-    return MakeQuadChar(
-        {static_cast<uchar>(c0), static_cast<uchar>(c1), static_cast<uchar>(c2), static_cast<uchar>(c3)});
+    return fmhost::Make<QuadCharObject>(
+        std::array{static_cast<uchar>(c0), static_cast<uchar>(c1), static_cast<uchar>(c2), static_cast<uchar>(c3)});
   });
 }
 
 FM_API QuadChar* FM_QuadChar_Constructor3(const QuadChar& other, _fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return MakeQuadChar(Live<QuadCharObject>(&other).bytes); });
+  return HostCall(__func__, x, [&] { return fmhost::Make<QuadCharObject>(Live<QuadCharObject>(&other)); });
 }
 
 FM_API const QuadChar* FM_QuadChar_operatorAS(void* self, const QuadChar& other, _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
-    Live<QuadCharObject>(self).bytes = Live<QuadCharObject>(&other).bytes;
+    Live<QuadCharObject>(self) = Live<QuadCharObject>(&other);
     return static_cast<const QuadChar*>(self);
   });
 }
@@ -54,18 +45,7 @@ FM_API uchar FM_QuadChar_operatorCAR(const void* self, int index, _fmxcpt& x) {
   return HostCall(__func__, x, [&] { return ByteAt(self, index); });
 }
 
-#define QUADCHAR_COMPARISON(name, op)                                                                        \
-  FM_API bool FM_QuadChar_operator##name(const void* self, const QuadChar& other, _fmxcpt& x) {              \
-    return HostCall(__func__, x,                                                                             \
-                    [&] { return Live<QuadCharObject>(self).bytes op Live<QuadCharObject>(&other).bytes; }); \
-  }
-QUADCHAR_COMPARISON(EQ, ==)
-QUADCHAR_COMPARISON(NE, !=)
-QUADCHAR_COMPARISON(LT, <)
-QUADCHAR_COMPARISON(LE, <=)
-QUADCHAR_COMPARISON(GT, >)
-QUADCHAR_COMPARISON(GE, >=)
-#undef QUADCHAR_COMPARISON
+FM_ORDER(QuadChar, QuadChar)
 
 FM_API uint32 FM_QuadChar_GetMacType(const void* self, _fmxcpt& x) {
   return HostCall(__func__, x, [&] {

@@ -4,9 +4,11 @@
 #include <algorithm>
 #include <cstring>
 #include <cwchar>
+#include <stdexcept>
 #include <string_view>
 
 #include "calc/Unicode.h"
+#include "wrapper/Encodings.h"
 #include "wrapper/Host.h"
 #include "wrapper/Objects.h"
 
@@ -18,10 +20,11 @@ using fmhost::TextObject;
 
 constexpr fmx::uint32 kNotFound = 0xFFFFFFFF;
 
-std::u16string& UnitsAt(const void* self) { return Live<TextObject>(self).units; }
+TextObject& TextAt(const void* self) { return Live<TextObject>(self); }
+const std::u16string& UnitsAt(const void* self) { return TextAt(self).units; }
 const std::u16string& UnitsOf(const fmx::Text& text) { return UnitsAt(&text); }
+fmhost::Style& StyleOf(const fmx::CharacterStyle& style) { return Live<fmhost::CharacterStyleObject>(&style).style; }
 
-// Positions and sizes beyond the end mean the end, Text::kSize_End among them.
 std::u16string_view Part(const std::u16string& units, std::size_t position, std::size_t size) {
   return std::u16string_view(units).substr(std::min(position, units.size()), size);
 }
@@ -32,16 +35,6 @@ fmx::uint32 Found(std::size_t position) {
   return position == std::u16string::npos ? kNotFound : static_cast<fmx::uint32>(position);
 }
 
-// As many whole characters of the part as fit into `capacity` bytes.
-std::string Utf8Part(const void* self, fmx::uint32 position, fmx::uint32 units, std::size_t capacity) {
-  std::string utf8 = calc::ToUtf8(Part(UnitsAt(self), position, units));
-  if (utf8.size() > capacity) {
-    while (capacity > 0 && (static_cast<unsigned char>(utf8[capacity]) & 0xC0) == 0x80) --capacity;
-    utf8.resize(capacity);
-  }
-  return utf8;
-}
-
 std::u16string FromWide(std::wstring_view text) {
   icu::UnicodeString units;
   for (const wchar_t c : text) units.append(static_cast<UChar32>(c));
@@ -49,20 +42,50 @@ std::u16string FromWide(std::wstring_view text) {
 }
 
 void ChangeCase(const void* self, icu::UnicodeString& (icu::UnicodeString::*change)()) {
-  auto& units = UnitsAt(self);
+  auto& text = TextAt(self);
+  const auto& units = text.units;
   icu::UnicodeString changed(units.data(), static_cast<std::int32_t>(units.size()));
   (changed.*change)();
-  units.assign(changed.getBuffer(), static_cast<std::size_t>(changed.length()));
+  const bool sameLength = static_cast<std::size_t>(changed.length()) == units.size();
+  text.units.assign(changed.getBuffer(), static_cast<std::size_t>(changed.length()));
+  if (!sameLength) text.styles.clear();
 }
 
 }  // namespace
 
-std::u16string fmhost::TextOf(const fmx::Text& text) { return UnitsOf(text); }
+namespace fmhost {
+
+std::u16string TextOf(const fmx::Text& text) { return UnitsOf(text); }
+
+void TextObject::Assign(std::u16string newUnits) {
+  units = std::move(newUnits);
+  styles.clear();
+}
+
+void TextObject::Replace(std::size_t position, std::size_t count, const TextObject& other, std::size_t from,
+                         std::size_t size) {
+  position = std::min(position, units.size());
+  count = std::min(count, units.size() - position);
+  from = std::min(from, other.units.size());
+  size = std::min(size, other.units.size() - from);
+  const auto newUnits = other.units.substr(from, size);  // `other` may be this text
+  if (!styles.empty() || !other.styles.empty()) {
+    styles.resize(units.size());
+    std::vector<Style> newStyles(size);
+    if (!other.styles.empty()) std::copy_n(other.styles.begin() + static_cast<long>(from), size, newStyles.begin());
+    const auto at = styles.erase(styles.begin() + static_cast<long>(position),
+                                 styles.begin() + static_cast<long>(position + count));
+    styles.insert(at, newStyles.begin(), newStyles.end());
+  }
+  units.replace(position, count, newUnits);
+}
+
+}  // namespace fmhost
 
 namespace fmx {
 
 FM_API Text* FM_Text_Constructor1(_fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return reinterpret_cast<Text*>(fmhost::Make<TextObject>()); });
+  return HostCall(__func__, x, [&] { return fmhost::Make<TextObject>(); });
 }
 
 FM_API void FM_Text_Delete(void* self, _fmxcpt&) { fmhost::Delete<TextObject>(__func__, self); }
@@ -71,45 +94,45 @@ FM_API uint32 FM_Text_GetSize(const void* self, _fmxcpt& x) {
   return HostCall(__func__, x, [&] { return static_cast<uint32>(UnitsAt(self).size()); });
 }
 
-FM_API void FM_Text_Assign(void* self, const char* bytes, int32, _fmxcpt& x) {
-  HostCall(__func__, x, [&] { UnitsAt(self) = calc::ToUtf16(bytes); });
+FM_API void FM_Text_Assign(void* self, const char* bytes, int32 encoding, _fmxcpt& x) {
+  HostCall(__func__, x, [&] { TextAt(self).Assign(fmhost::Decode(bytes, encoding)); });
 }
 
-FM_API void FM_Text_AssignWithLength(void* self, const char* bytes, uint32 length, int32, _fmxcpt& x) {
-  HostCall(__func__, x, [&] { UnitsAt(self) = calc::ToUtf16({bytes, length}); });
+FM_API void FM_Text_AssignWithLength(void* self, const char* bytes, uint32 length, int32 encoding, _fmxcpt& x) {
+  HostCall(__func__, x, [&] { TextAt(self).Assign(fmhost::Decode({bytes, length}, encoding)); });
 }
 
 FM_API void FM_Text_AssignUnicode(void* self, const uint16* units, _fmxcpt& x) {
-  HostCall(__func__, x, [&] { UnitsAt(self) = Units(units); });
+  HostCall(__func__, x, [&] { TextAt(self).Assign(Units(units)); });
 }
 
 FM_API void FM_Text_AssignUnicodeWithLength(void* self, const uint16* units, uint32 length, _fmxcpt& x) {
-  HostCall(__func__, x, [&] { UnitsAt(self).assign(Units(units), length); });
+  HostCall(__func__, x, [&] { TextAt(self).Assign({Units(units), length}); });
 }
 
 FM_API void FM_Text_AssignWide(void* self, const wchar_t* text, _fmxcpt& x) {
-  HostCall(__func__, x, [&] { UnitsAt(self) = FromWide(text); });
+  HostCall(__func__, x, [&] { TextAt(self).Assign(FromWide(text)); });
 }
 
 FM_API void FM_Text_AssignWideWithLength(void* self, const wchar_t* text, uint32 length, _fmxcpt& x) {
-  HostCall(__func__, x, [&] { UnitsAt(self) = FromWide({text, length}); });
+  HostCall(__func__, x, [&] { TextAt(self).Assign(FromWide({text, length})); });
 }
 
-FM_API void FM_Text_GetBytes(const void* self, char* buffer, uint32 bufferBytes, uint32 position, uint32 units, int32,
-                             _fmxcpt& x) {
+FM_API void FM_Text_GetBytes(const void* self, char* buffer, uint32 bufferBytes, uint32 position, uint32 units,
+                             int32 encoding, _fmxcpt& x) {
   HostCall(__func__, x, [&] {
     if (bufferBytes == 0) return;
-    const std::string utf8 = Utf8Part(self, position, units, bufferBytes - 1);
-    std::memcpy(buffer, utf8.c_str(), utf8.size() + 1);
+    const auto bytes = fmhost::EncodeWithin(Part(UnitsAt(self), position, units), encoding, bufferBytes - 1);
+    std::memcpy(buffer, bytes.c_str(), bytes.size() + 1);
   });
 }
 
 FM_API uint32 FM_Text_GetBytesEx(const void* self, char* buffer, uint32 bufferBytes, uint32 position, uint32 units,
-                                 int32, _fmxcpt& x) {
+                                 int32 encoding, _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
-    const std::string utf8 = Utf8Part(self, position, units, bufferBytes);
-    std::memcpy(buffer, utf8.data(), utf8.size());
-    return static_cast<uint32>(utf8.size());
+    const auto bytes = fmhost::EncodeWithin(Part(UnitsAt(self), position, units), encoding, bufferBytes);
+    std::memcpy(buffer, bytes.data(), bytes.size());
+    return static_cast<uint32>(bytes.size());
   });
 }
 
@@ -121,25 +144,19 @@ FM_API void FM_Text_GetUnicode(const void* self, uint16* buffer, uint32 position
 }
 
 FM_API void FM_Text_SetText(void* self, const Text& other, uint32 position, uint32 size, _fmxcpt& x) {
-  HostCall(__func__, x, [&] { UnitsAt(self) = std::u16string(Part(UnitsOf(other), position, size)); });
+  HostCall(__func__, x, [&] { TextAt(self).Replace(0, Text::kSize_End, TextAt(&other), position, size); });
 }
 
 FM_API void FM_Text_AppendText(void* self, const Text& other, uint32 position, uint32 size, _fmxcpt& x) {
-  HostCall(__func__, x, [&] { UnitsAt(self) += std::u16string(Part(UnitsOf(other), position, size)); });
+  HostCall(__func__, x, [&] { TextAt(self).Replace(Text::kSize_End, 0, TextAt(&other), position, size); });
 }
 
 FM_API void FM_Text_InsertText(void* self, const Text& other, uint32 position, _fmxcpt& x) {
-  HostCall(__func__, x, [&] {
-    auto& units = UnitsAt(self);
-    units.insert(std::min<std::size_t>(position, units.size()), std::u16string(UnitsOf(other)));
-  });
+  HostCall(__func__, x, [&] { TextAt(self).Replace(position, 0, TextAt(&other), 0, Text::kSize_End); });
 }
 
 FM_API void FM_Text_DeleteText(void* self, uint32 position, uint32 size, _fmxcpt& x) {
-  HostCall(__func__, x, [&] {
-    auto& units = UnitsAt(self);
-    units.erase(std::min<std::size_t>(position, units.size()), size);
-  });
+  HostCall(__func__, x, [&] { TextAt(self).Replace(position, size, {}, 0, 0); });
 }
 
 FM_API uint32 FM_Text_Find(const void* self, const Text& other, uint32 position, _fmxcpt& x) {
@@ -168,16 +185,41 @@ FM_API void FM_Text_Lowercase(const void* self, _fmxcpt& x) {
   HostCall(__func__, x, [&] { ChangeCase(self, &icu::UnicodeString::toLower); });
 }
 
-#define TEXT_COMPARISON(name, op)                                                       \
-  FM_API bool FM_Text_operator##name(const void* self, const Text& other, _fmxcpt& x) { \
-    return HostCall(__func__, x, [&] { return UnitsAt(self) op UnitsOf(other); });      \
-  }
-TEXT_COMPARISON(EQ, ==)
-TEXT_COMPARISON(NE, !=)
-TEXT_COMPARISON(LT, <)
-TEXT_COMPARISON(LE, <=)
-TEXT_COMPARISON(GT, >)
-TEXT_COMPARISON(GE, >=)
-#undef TEXT_COMPARISON
+FM_API void FM_Text_GetStyle(const void* self, CharacterStyle& style, uint32 position, _fmxcpt& x) {
+  HostCall(__func__, x, [&] {
+    const auto& text = TextAt(self);
+    if (position >= text.units.size()) throw std::out_of_range("no such character");
+    StyleOf(style) = text.styles.empty() ? fmhost::Style() : text.styles[position];
+  });
+}
+
+FM_API void FM_Text_GetDefaultStyle(const void* self, CharacterStyle& style, _fmxcpt& x) {
+  HostCall(__func__, x, [&] {
+    TextAt(self);
+    StyleOf(style) = {};
+  });
+}
+
+FM_API void FM_Text_SetStyle(void* self, const CharacterStyle& style, uint32 position, uint32 size, _fmxcpt& x) {
+  HostCall(__func__, x, [&] {
+    auto& text = TextAt(self);
+    text.styles.resize(text.units.size());
+    const std::size_t first = std::min<std::size_t>(position, text.units.size());
+    const std::size_t end = first + std::min<std::size_t>(size, text.units.size() - first);
+    for (std::size_t at = first; at < end; ++at) text.styles[at].Add(StyleOf(style));
+  });
+}
+
+FM_API void FM_Text_RemoveStyle(void* self, const CharacterStyle& style, _fmxcpt& x) {
+  HostCall(__func__, x, [&] {
+    for (auto& unitStyle : TextAt(self).styles) unitStyle.Remove(StyleOf(style));
+  });
+}
+
+FM_API void FM_Text_ResetAllStyleBuffers(void* self, _fmxcpt& x) {
+  HostCall(__func__, x, [&] { TextAt(self).styles.clear(); });
+}
+
+FM_ORDER(Text, Text)
 
 }  // namespace fmx

@@ -158,7 +158,7 @@ struct Fault {
 const Fault kFaults[] = {
     {"host out of memory", [](int after) { fmhost::InjectException(fmx::_fmxcpt::kBadAlloc, after); },
      fmhost::TakeBackException, true},
-    {"host exception", [](int after) { fmhost::InjectException(fmx::_fmxcpt::kOther, after); },
+    {"host exception", [](int after) { fmhost::InjectException(fmx::_fmxcpt::kUnknown, after); },
      fmhost::TakeBackException, true},
     {"evaluation error", [](int after) { BridgeTest::current->evaluationsBeforeError = after; },
      [] { return std::exchange(BridgeTest::current->evaluationsBeforeError, -1) >= 0; }, false},

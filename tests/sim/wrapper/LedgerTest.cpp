@@ -16,7 +16,7 @@ TEST(Ledger, NamesMisuseAndSurvivesIt) {
     fmx::FM_Text_Delete(text, x);
     fmx::_fmxcpt afterDeath;
     EXPECT_EQ(fmx::FM_Text_GetSize(text, afterDeath), 0u);
-    EXPECT_EQ(afterDeath.m_code, fmx::_fmxcpt::kOther);
+    EXPECT_EQ(afterDeath.m_code, fmx::_fmxcpt::kUnknown);
     const fmx::DataUniquePtr data;
     fmx::FM_Text_Delete(const_cast<fmx::Text*>(&data->GetAsText()), x);
     EXPECT_EQ(data->GetAsText().GetSize(), 0u) << "the value's own text is still there";

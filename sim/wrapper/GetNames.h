@@ -1,0 +1,11 @@
+// The Get functions by the numbers that plug-ins know them by.
+#pragma once
+
+#include <string_view>
+
+namespace fmhost {
+
+/// "FileName" for 1005; empty when no Get function has that number.
+std::u16string_view GetFunctionName(int number);
+
+}  // namespace fmhost
