@@ -1,153 +1,46 @@
 #include "wrapper/GetNames.h"
 
-#include <iterator>
+#include <algorithm>
 
 namespace fmhost {
 namespace {
 
 constexpr int kFirst = 1001;
 
-// In the order of their numbers; empty where none has the number.
-constexpr std::u16string_view kNames[] = {u"ApplicationVersion",
-                                          u"CurrentDate",
-                                          u"LastError",
-                                          u"ActiveFieldName",
-                                          u"FileName",
-                                          u"FileSize",
-                                          u"FoundCount",
-                                          u"HostName",
-                                          u"LayoutCount",
-                                          u"LayoutName",
-                                          u"LayoutNumber",
-                                          u"SystemLanguage",
-                                          u"WindowMode",
-                                          u"MultiUserState",
-                                          u"PageNumber",
-                                          u"SystemPlatform",
-                                          u"ActivePortalRowNumber",
-                                          u"PrinterName",
-                                          u"TotalRecordCount",
-                                          u"RecordNumber",
-                                          u"ActiveRepetitionNumber",
-                                          u"RequestCount",
-                                          u"ScreenDepth",
-                                          u"ScreenHeight",
-                                          u"ScreenWidth",
-                                          u"ScriptName",
-                                          u"SortState",
-                                          u"SystemVersion",
-                                          u"CurrentTime",
-                                          u"UserCount",
-                                          u"UserName",
-                                          u"AccountName",
-                                          u"LastMessageChoice",
-                                          u"CurrentPrivilegeSetName",
-                                          u"ActiveModifierKeys",
-                                          u"NetworkProtocol",
-                                          u"RecordID",
-                                          u"RecordModificationCount",
-                                          u"ActiveFieldContents",
-                                          u"FilePath",
-                                          u"LastExternalErrorDetail",
-                                          u"LayoutAccess",
-                                          u"RecordAccess",
-                                          u"HighContrastState",
-                                          u"HighContrastColor",
-                                          u"StatusAreaState",
-                                          u"LayoutViewState",
-                                          u"WindowName",
-                                          u"WindowHeight",
-                                          u"WindowLeft",
-                                          u"WindowTop",
-                                          u"WindowVisible",
-                                          u"WindowWidth",
-                                          u"SystemNICAddress",
-                                          u"SystemIpAddress",
-                                          u"ActiveFieldTableName",
-                                          u"ActiveSelectionSize",
-                                          u"ActiveSelectionStart",
-                                          u"ApplicationLanguage",
-                                          u"CurrentHostTimestamp",
-                                          u"LayoutTableName",
-                                          u"ScriptParameter",
-                                          u"CurrentTimeStamp",
-                                          u"WindowDesktopHeight",
-                                          u"WindowDesktopWidth",
-                                          u"WindowContentHeight",
-                                          u"WindowContentWidth",
-                                          u"CalculationRepetitionNumber",
-                                          u"CurrentExtendedPrivileges",
-                                          u"AllowAbortState",
-                                          u"ErrorCaptureState",
-                                          u"DesktopPath",
-                                          u"DocumentsPath",
-                                          u"FileMakerPath",
-                                          u"HostIPAddress",
-                                          u"RequestOmitState",
-                                          u"PreferencesPath",
-                                          u"RecordOpenCount",
-                                          u"RecordOpenState",
-                                          u"ScriptResult",
-                                          u"SystemDrive",
-                                          u"TextRulerVisible",
-                                          u"AllowFormattingBarState",
-                                          u"UseSystemFormatsState",
-                                          u"WindowZoomLevel",
-                                          u"CustomMenuSetName",
-                                          u"",
-                                          u"ActiveLayoutObjectName",
-                                          u"TemporaryPath",
-                                          u"HostApplicationVersion",
-                                          u"TriggerModifierKeys",
-                                          u"TriggerKeystroke",
-                                          u"DocumentsPathListing",
-                                          u"AccountPrivilegeSet",
-                                          u"AccountExtendedPrivileges",
-                                          u"QuickFindText",
-                                          u"TriggerCurrentPanel",
-                                          u"TriggerTargetPanel",
-                                          u"WindowStyle",
-                                          u"InstalledFMPlugins",
-                                          u"UUID",
-                                          u"PersistentID",
-                                          u"ConnectionState",
-                                          u"CurrentTimeUTCMilliseconds",
-                                          u"Device",
-                                          u"WindowOrientation",
-                                          u"TriggerGestureInfo",
-                                          u"EncryptionState",
-                                          u"ScriptAnimation",
-                                          u"ModifiedFields",
-                                          u"NetworkType",
-                                          u"ConnectionAttributes",
-                                          u"ScreenScaleFactor",
-                                          u"",
-                                          u"ApplicationArchitecture",
-                                          u"TriggerExternalEvent",
-                                          u"TouchKeyboardState",
-                                          u"MenubarState",
-                                          u"RegionMonitorEvents",
-                                          u"AccountGroupName",
-                                          u"ActiveRecordNumber",
-                                          u"UUIDNumber",
-                                          u"OpenDataFileInfo",
-                                          u"AccountType",
-                                          u"PageCount",
-                                          u"SystemLocaleElements",
-                                          u"FileLocaleElements",
-                                          u"InstalledFMPluginsAsJSON",
-                                          u"SessionIdentifier",
-                                          u"CacheFileName",
-                                          u"CacheFilePath",
-                                          u"TransactionState",
-                                          u"",
-                                          u"LastErrorLocation"};
+// In the order of their numbers; "-" where no function has the number.
+constexpr std::u16string_view kNames =
+    u"ApplicationVersion CurrentDate LastError ActiveFieldName FileName FileSize FoundCount HostName LayoutCount "
+    u"LayoutName LayoutNumber SystemLanguage WindowMode MultiUserState PageNumber SystemPlatform "
+    u"ActivePortalRowNumber PrinterName TotalRecordCount RecordNumber ActiveRepetitionNumber RequestCount "
+    u"ScreenDepth ScreenHeight ScreenWidth ScriptName SortState SystemVersion CurrentTime UserCount UserName "
+    u"AccountName LastMessageChoice CurrentPrivilegeSetName ActiveModifierKeys NetworkProtocol RecordID "
+    u"RecordModificationCount ActiveFieldContents FilePath LastExternalErrorDetail LayoutAccess RecordAccess "
+    u"HighContrastState HighContrastColor StatusAreaState LayoutViewState WindowName WindowHeight WindowLeft "
+    u"WindowTop WindowVisible WindowWidth SystemNICAddress SystemIpAddress ActiveFieldTableName "
+    u"ActiveSelectionSize ActiveSelectionStart ApplicationLanguage CurrentHostTimestamp LayoutTableName "
+    u"ScriptParameter CurrentTimeStamp WindowDesktopHeight WindowDesktopWidth WindowContentHeight "
+    u"WindowContentWidth CalculationRepetitionNumber CurrentExtendedPrivileges AllowAbortState ErrorCaptureState "
+    u"DesktopPath DocumentsPath FileMakerPath HostIPAddress RequestOmitState PreferencesPath RecordOpenCount "
+    u"RecordOpenState ScriptResult SystemDrive TextRulerVisible AllowFormattingBarState UseSystemFormatsState "
+    u"WindowZoomLevel CustomMenuSetName - ActiveLayoutObjectName TemporaryPath HostApplicationVersion "
+    u"TriggerModifierKeys TriggerKeystroke DocumentsPathListing AccountPrivilegeSet AccountExtendedPrivileges "
+    u"QuickFindText TriggerCurrentPanel TriggerTargetPanel WindowStyle InstalledFMPlugins UUID PersistentID "
+    u"ConnectionState CurrentTimeUTCMilliseconds Device WindowOrientation TriggerGestureInfo EncryptionState "
+    u"ScriptAnimation ModifiedFields NetworkType ConnectionAttributes ScreenScaleFactor - ApplicationArchitecture "
+    u"TriggerExternalEvent TouchKeyboardState MenubarState RegionMonitorEvents AccountGroupName "
+    u"ActiveRecordNumber UUIDNumber OpenDataFileInfo AccountType PageCount SystemLocaleElements "
+    u"FileLocaleElements InstalledFMPluginsAsJSON SessionIdentifier CacheFileName CacheFilePath TransactionState "
+    u"- LastErrorLocation";
 
 }  // namespace
 
 std::u16string_view GetFunctionName(int number) {
-  const bool known = number >= kFirst && number < kFirst + static_cast<int>(std::size(kNames));
-  return known ? kNames[number - kFirst] : std::u16string_view();
+  std::u16string_view names = number < kFirst ? std::u16string_view() : kNames;
+  for (int skipped = kFirst; skipped < number && !names.empty(); ++skipped) {
+    names.remove_prefix(std::min(names.find(u' '), names.size() - 1) + 1);
+  }
+  const auto name = names.substr(0, names.find(u' '));
+  return name == u"-" ? std::u16string_view() : name;
 }
 
 }  // namespace fmhost

@@ -1,6 +1,8 @@
 // The application around the files: contexts, Get functions, and what plug-ins ask of it.
 #include "application/Application.h"
 
+#include <FMWrapper/FMXData.h>
+#include <FMWrapper/FMXText.h>
 #include <gtest/gtest.h>
 
 #include "calc/Unicode.h"
@@ -66,6 +68,57 @@ TEST_F(ApplicationTest, LetsPluginsStartScriptsOnlyWhereTheFileAllowsIt) {
   EXPECT_EQ(Eval("Careless.CurrentFile"), "Closed") << "the current environment is the front file's";
   application.Quit();
   fmhost::ForgetViolations();
+}
+
+std::string Utf8(const fmx::Text& text) { return calc::ToUtf8(fmhost::TextOf(text)); }
+
+TEST_F(ApplicationTest, AnswersTheQueriesOfPlugins) {
+  Open({.name = "One"});
+  fmx::_fmxcpt x;
+  const fmx::ExprEnvUniquePtr env;
+  fmhost::Bind(*env, application.activeFile()->id);
+  const fmx::TextUniquePtr sql, file, nowhere;
+  nowhere->Assign("Nowhere", fmx::Text::kEncoding_UTF8);
+  const fmx::DataVectUniquePtr arguments;
+  const fmx::DataUniquePtr data;
+  const std::unique_ptr<fmx::RowVect> rows(fmx::FM_RowVect_Constructor1(x));
+  const auto query = [&](const char* text, const fmx::Text& of) {
+    sql->Assign(text, fmx::Text::kEncoding_UTF8);
+    EXPECT_EQ(fmx::FM_ExprEnv_ExecuteFileSQL(env.get(), *sql, of, *arguments, *rows, x),
+              fmx::FM_ExprEnv_ExecuteFileSQLTextResult(env.get(), *sql, of, *arguments, *data, '|', '/', x));
+    return fmx::FM_ExprEnv_ExecuteFileSQL(env.get(), *sql, of, *arguments, *rows, x);
+  };
+  EXPECT_EQ(query("SELECT TableName, BaseTableName FROM FileMaker_Tables", *file), 0);
+  EXPECT_EQ(Utf8(data->GetAsText()), "Orders|Orders");
+  ASSERT_EQ(fmx::FM_RowVect_Size(rows.get(), x), 1u);
+  EXPECT_EQ(Utf8(fmx::FM_RowVect_At(rows.get(), 0, x)->AtAsText(1)), "Orders");
+  EXPECT_EQ(query("SELECT", *file), 8310);
+  EXPECT_EQ(Utf8(data->GetAsText()), "?");
+  EXPECT_TRUE(fmx::FM_RowVect_IsEmpty(rows.get(), x));
+  EXPECT_EQ(query("SELECT TableName FROM FileMaker_Tables", *nowhere), 100);
+}
+
+TEST_F(ApplicationTest, ConvertsThePathsOfPlugins) {
+  Open({.name = "One"});
+  struct Case {
+    const char* fileMaker;
+    int format;
+    std::string path;  // empty: refused
+    const char* back;  // what the path converts to; nullptr: refused
+  };
+  const Case cases[] = {
+      {"file:/Macintosh HD/a b/ü%", fmhost::kPosixPath, "/a b/ü%", "file:/Macintosh HD/a b/ü%"},
+      {"filemac:/Macintosh HD/a b/ü%", fmhost::kUrlPath, "file:///a%20b/%C3%BC%25", "file:/Macintosh HD/a b/ü%"},
+      {"file:a.txt", fmhost::kPosixPath, folder_ + "/a.txt", "file:/Macintosh HD"},
+      {"file:/Macintosh HD/a", fmhost::kWindowsPath, "", nullptr},
+  };
+  for (const auto& c : cases) {
+    std::u16string path, back;
+    application.ConvertFromFileMakerPath(1, calc::ToUtf16(c.fileMaker), c.format, path);
+    EXPECT_EQ(calc::ToUtf8(path), c.path) << c.fileMaker;
+    EXPECT_EQ(application.ConvertToFileMakerPath(1, path, c.format, back), c.back == nullptr ? 1200 : 0);
+    EXPECT_TRUE(calc::ToUtf8(back).starts_with(c.back == nullptr ? "" : c.back)) << calc::ToUtf8(back);
+  }
 }
 
 }  // namespace
