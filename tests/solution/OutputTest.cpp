@@ -6,6 +6,7 @@
 #include "output/DesignFolder.h"
 #include "output/Search.h"
 #include "solution/SampleDesign.h"
+#include "support/FolderTest.h"
 
 namespace solution {
 namespace {
@@ -72,11 +73,8 @@ TEST(Search, FindsLinesWithoutRegardToCase) {
   EXPECT_EQ(count("open sesame"), 0);  // a password
 }
 
-class DesignFolder : public testing::Test {
+class DesignFolder : public FolderTest {
  protected:
-  DesignFolder() { fs::remove_all(folder_); }
-  ~DesignFolder() override { fs::remove_all(folder_); }
-
   std::string Write(const Design& design) {
     std::string error;
     const bool isWritten = WriteDesignFolder(design, folder_, error);
@@ -93,7 +91,7 @@ class DesignFolder : public testing::Test {
                                                   [](const auto& entry) { return entry.is_regular_file(); }));
   }
 
-  const fs::path folder_ = fs::path(testing::TempDir()) / "design-folder-test";
+  const fs::path folder_ = fs::path(FolderTest::folder_) / "design";
 };
 
 TEST_F(DesignFolder, HoldsAFileForEachElement) {

@@ -207,7 +207,9 @@ TEST_F(Threads, EachCommandIsCarriedOutOnceAndThenAllThreadsWait) {
   while (g_pollInFlight) std::this_thread::yield();
   std::map<std::string, int> endings;
   for (const auto& request : server.Requests()) {
-    if (RequestLine(request).ends_with("/complete")) EXPECT_EQ(++endings[RequestLine(request)], 1);
+    if (RequestLine(request).ends_with("/complete")) {
+      EXPECT_EQ(++endings[RequestLine(request)], 1);
+    }
   }
   EXPECT_EQ(endings.size(), kCommands);
   EXPECT_TRUE(fs::is_empty(folder_));
