@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <string_view>
 
+#include "canonical/Steps.h"
 #include "export/Xml.h"
 
 namespace solution {
@@ -96,8 +97,9 @@ class Flattener {
     if (IsBookkeeping(node) || RepeatsName(node)) return;
     if (IsFormula(node) || IsLayoutText(node)) return Add(path, FormulaText(design_, element_, node, naming_));
     if (IsSecret(node.name())) return Add(path, "(hidden)", AllText(node));
-    if (Contains(kShapes, node.name()) && !node.first_child()) return Add(path, Shape(node));
     const bool isRoot = path.schema.empty();
+    if (node.name() == "Step"sv && !isRoot) return AddStep(node, path);
+    if (Contains(kShapes, node.name()) && !node.first_child()) return Add(path, Shape(node));
     const auto target = isRoot ? std::nullopt : Resolve(design_, node);
     // What other catalogs say about an element stands below a reference to it.
     const bool isOwnName = target && target->element == &element_ && path.name == node.name();
@@ -161,6 +163,12 @@ class Flattener {
       if (name == "index" && Contains(kNumbered, node.name())) continue;
       Add(path.At(attribute.name()), attribute.value());
     }
+  }
+
+  // What a button or menu item does.
+  void AddStep(xml_node node, const Path& path) {
+    StepLine line = LineOf(design_, element_, node, naming_);
+    Add(path, std::move(line.text), std::move(line.details));
   }
 
   void AddText(xml_node node, const Path& path, std::string_view text) {

@@ -170,16 +170,20 @@ std::string Details(const Design& design, const Element& element, xml_node step,
 
 }  // namespace
 
+StepLine LineOf(const Design& design, const Element& element, xml_node step, const Naming& naming) {
+  return {0, StepWriter(design, element, naming).Line(step), Details(design, element, step, naming)};
+}
+
 std::vector<StepLine> StepLines(const Design& design, const Element& script, const Naming& naming) {
   std::vector<StepLine> lines;
-  const StepWriter writer(design, script, naming);
   int depth = 0;
   for (const xml_node part : script.nodes) {
     for (const xml_node step : part.child("ObjectList").children("Step")) {
       const int id = step.attribute("id").as_int();
       const bool isEnabled = Attribute(step, "enable") != "False"sv;
       if (isEnabled && EndsBlock(id)) depth = std::max(0, depth - 1);
-      lines.push_back({depth, writer.Line(step), Details(design, script, step, naming)});
+      lines.push_back(LineOf(design, script, step, naming));
+      lines.back().depth = depth;
       if (isEnabled && StartsBlock(id)) ++depth;
     }
   }

@@ -14,7 +14,10 @@ struct StepLine {
   std::string details;  ///< everything that the export says about the step
 };
 
-/// The steps of `script`, or of any other element with steps below `node`, in their order.
+/// One step, `step`, which belongs to `element`; at depth 0.
+StepLine LineOf(const Design& design, const Element& element, pugi::xml_node step, const Naming& naming);
+
+/// The steps of `script` in their order.
 std::vector<StepLine> StepLines(const Design& design, const Element& script, const Naming& naming = NameOnly);
 
 }  // namespace solution
