@@ -30,19 +30,24 @@ kept=$(cd "$build" && pwd)
 export XDG_CONFIG_HOME="$kept/config"
 
 # In a session of its own, so that Ctrl-C at the prompt does not end it.
-setsid "$build/varnix-service" serve --listen 127.0.0.1:0 --data "$kept/service-data" --latest-version 99.0.0 > "$work/address" &
+unset VARNIX_KEY
+setsid "$build/varnix-service" serve --listen 127.0.0.1:0 --data "$kept/service-data" --latest-version 99.0.0 \
+  > "$work/address" 2> "$kept/service.log" &
 service=$!
 tries=0
 until [ -s "$work/address" ]; do
   tries=$((tries + 1))
   if [ $tries -gt 100 ] || ! kill -0 "$service" 2>/dev/null; then
+    cat "$kept/service.log" >&2
     echo "The bridge service did not start." >&2
     exit 1
   fi
   sleep 0.1
 done
-VARNIX_SERVICE=$(cat "$work/address")
-export VARNIX_SERVICE
+VARNIX_SERVICE=$(head -n 1 "$work/address")
+VARNIX_DATA="$kept/service-data"
+export VARNIX_SERVICE VARNIX_DATA
+key=$(cat "$VARNIX_DATA/key")
 
 if [ -n "$solution" ]; then
   set -- --open "$solution"
@@ -54,9 +59,9 @@ set -- --plugin "$build/Varnix.fmx" "$@"
 if [ -n "$interactive" ]; then
   trap : INT  # it is fmsim's
   "$build/fmsim" "$@" \
-    --eval "Varnix.Register ( \"you@example.com\" ; \"local\" ; Get ( PersistentID ) ; \"$VARNIX_SERVICE\" )" > "$work/sign-in"
+    --eval "Varnix.Register ( \"you@example.com\" ; \"$key\" ; Get ( PersistentID ) ; \"$VARNIX_SERVICE\" )" > "$work/sign-in"
   echo "The local bridge service is at $VARNIX_SERVICE; the plug-in is signed in: $(cat "$work/sign-in")"
-  echo "From another terminal:  $build/varnix-service send LIST_FILES --service $VARNIX_SERVICE"
+  echo "From another terminal:  $build/varnix-service send list-files --service $VARNIX_SERVICE --data $build/service-data"
   status=0
   "$build/fmsim" "$@" || status=$?
   exit $status

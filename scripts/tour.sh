@@ -53,33 +53,33 @@ send() {
   fi
 }
 
-fmsim "Let ( \$\$service = \"$VARNIX_SERVICE\" ; \"\" )"
+fmsim "Let ( [ \$\$service = \"$VARNIX_SERVICE\" ; \$\$key = \"$(cat "$VARNIX_DATA/key")\" ] ; \"\" )"
 if [ -n "$any" ]; then
   fmsim "$(cat "$scripts/tour-any.txt")"
-  send 0 "" LIST_FILES
+  send 0 "" list-files
 else
   fmsim "$(cat "$scripts/tour.txt")"
   say "Signed in, the plug-in asks the service for commands every three seconds: here, for the open files"
-  send 0 Timesheets LIST_FILES
+  send 0 Timesheets list-files
   say "... for a report of what the plug-in sees"
-  send 0 '"registered":true' DEBUG_CONTEXT
+  send 0 '"registered":true' debug-context
   say "... to put a table on FileMaker's clipboard, and to get it back"
-  send 0 "" SET_CLIPBOARD --xml-type XMTB --content samples/snippets/XMTB-parts-table.xml
-  send 0 Mac-XMTB GET_CLIPBOARD_FORMATS
-  send 0 "<BaseTable" GET_CLIPBOARD --xml-type XMTB
+  send 0 "" set-clipboard --xml-type XMTB --content samples/snippets/XMTB-parts-table.xml
+  send 0 Mac-XMTB get-clipboard-formats
+  send 0 "<BaseTable" get-clipboard --xml-type XMTB
   say "... for the design of a file, which its script Varnix Live Push saves and sends"
-  send 0 "</FMSaveAsXML>" GET_SCHEMA
+  send 0 "</FMSaveAsXML>" get-schema
   say "... of a file whose privilege set does not let plug-ins start scripts"
   fmsim ".activate Timesheets"
-  send 1 "(FM error 825)" GET_SCHEMA --file Timesheets
+  send 1 "(FM error 825)" get-schema --file Timesheets
   say "... of a file without the script"
   sed 's/Varnix Live Push/Nightly Backup/g; s/File="Workshop.fmp12"/File="Scriptless.fmp12"/' \
     samples/Workshop.xml > "$work/Scriptless.xml"
   fmsim ".open $work/Scriptless.xml"
-  send 1 "script not found" GET_SCHEMA --file Scriptless
+  send 1 "script not found" get-schema --file Scriptless
   say "What the service remembers of it"
   "$build/varnix-service" list || failed=1
-  schema=$("$build/varnix-service" list | awk '$2 == "GET_SCHEMA" { print $1; exit }')
+  schema=$("$build/varnix-service" list | awk '$2 == "get-schema" { print $1; exit }')
   "$build/varnix-service" show "$schema" | tee "$work/result"
   grep -q "LC_SCRIPT_TRIGGERED" "$work/result" || { echo "NOT OK  diagnostics are missing" >&2; failed=1; }
 fi

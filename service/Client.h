@@ -7,16 +7,16 @@
 #include <stdexcept>
 #include <string>
 
-#include "CommandLine.h"
+#include "Options.h"
 
 namespace service {
 
-/// The service refused or answered nonsense.
+/// The service refused the request, or its answer makes no sense.
 class ServiceError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// There was no answer.
+/// No answer came.
 class Unreachable : public ServiceError {
   using ServiceError::ServiceError;
 };
@@ -24,8 +24,8 @@ class Unreachable : public ServiceError {
 /// Every call throws ServiceError or Unreachable when it does not succeed.
 class Client {
  public:
-  /// Takes the address and the key from --service, --key and the environment.
-  explicit Client(const CommandLine& line);
+  /// Takes the key that is given, otherwise, for a service on this machine, the one in the data folder.
+  explicit Client(const Options& options);
 
   nlohmann::json Get(const std::string& path);
   nlohmann::json Post(const std::string& path, const nlohmann::json& message);

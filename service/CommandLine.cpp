@@ -1,127 +1,155 @@
-#include "CommandLine.h"
-
-#include <algorithm>
-#include <charconv>
+#include <CLI/CLI.hpp>
 #include <cstdlib>
-#include <vector>
+#include <iostream>
 
 #include "CommandTypes.h"
+#include "PrivateFile.h"
 #include "Subcommands.h"
 
 namespace service {
 namespace {
 
-struct Option {
-  const char* name;
-  const char* value;
-  const char* help;
-};
+constexpr long kLongestTime = 100L * 365 * 86400;  // seconds
+constexpr long kLongestWait = 86400;
+constexpr long kMostBodyMegabytes = 900;  // SQLite keeps values below 1000 MB
+constexpr long kMostRows = 1'000'000'000;
 
-struct Subcommand {
-  const char* name;
-  const char* operand;  // null when it takes none
-  const char* help;
-  ExitStatus (*run)(const CommandLine&);
-  std::vector<Option> options;
-};
+using Run = ExitStatus (*)(const Options&);
 
-constexpr Option kService = {"--service", "URL", "where the service is ($VARNIX_SERVICE, else http://127.0.0.1:8765)"};
-constexpr Option kWait = {"--wait", "SECONDS", "wait that long (60)"};
-constexpr Option kKey = {"--key", "KEY", "the service's account key ($VARNIX_KEY)"};
-
-const std::vector<Subcommand>& Subcommands() {
-  static const std::vector<Subcommand> subcommands = {
-      {"serve",
-       nullptr,
-       "run the service until it is told to end; the first line printed is its address",
-       RunServe,
-       {{"--listen", "ADDR:PORT", "listen there (127.0.0.1:8765); port 0: any that is free"},
-        {"--data", "DIR", "keep everything there ($XDG_DATA_HOME or ~/.local/share, varnix-service)"},
-        {"--key", "KEY", "accept only this account key ($VARNIX_KEY); needed beyond this machine"},
-        {"--latest-version", "V", "plug-in version to report as current"},
-        {"--max-body", "MB", "refuse larger requests (256)"}}},
-      {"send",
-       "TYPE",
-       "have the plug-in carry out a command, wait, print the result",
-       RunSend,
-       {{"--file", "NAME", "FileMaker file that the command is about"},
-        {"--xml-type", "KIND", "kind of FileMaker XML, such as XMSS"},
-        {"--content", "FILE|-", "XML for the clipboard, from a file or the standard input"},
-        {"--wait", "SECONDS", "wait that long (60); 0: print the command's ID instead of its result"},
-        kService,
-        kKey}},
-      {"result", "ID", "wait for a command and print its result", RunResult, {kWait, kService, kKey}},
-      {"list", nullptr, "show the latest commands and their states", RunList, {kService, kKey}},
-      {"show", "ID", "show everything about one command but its result", RunShow, {kService, kKey}},
-  };
-  return subcommands;
+// Seconds, or with a unit: "30d", "12h".
+CLI::Validator Duration() {
+  return CLI::AsNumberWithUnit(std::map<std::string, long>{{"s", 1}, {"min", 60}, {"h", 3600}, {"d", 86400}},
+                               CLI::AsNumberWithUnit::CASE_SENSITIVE, "DURATION");
 }
 
-template <class Named>
-const Named* FindNamed(const std::vector<Named>& all, const std::string& name) {
-  const auto found = std::find_if(all.begin(), all.end(), [&](const Named& named) { return name == named.name; });
-  return found == all.end() ? nullptr : &*found;
+// The subcommands share their options' variables, which the library would fill from the environment once for each.
+void ReadVariable(const char* name, std::string& value) {
+  const char* text = std::getenv(name);
+  if (text != nullptr && *text != '\0') value = text;
 }
+
+class CommandLine {
+ public:
+  CommandLine() {
+    ReadVariable("VARNIX_SERVICE", options_.url);
+    ReadVariable("VARNIX_DATA", options_.data);
+    ReadVariable("VARNIX_KEY", options_.key);
+    app_.require_subcommand(1);
+    app_.set_version_flag("--version", "varnix-service " VARNIX_VERSION);
+    app_.footer("TYPE is one of " + CommandTypeNames(Reader::kPerson) +
+                ".\nExit status: 0, 1 when the command failed or the service could not start, 2 for wrong usage, 3 "
+                "when the\ncommand was not finished in time, 4 when the service was not reached or refused.");
+    AddServe();
+    AddSend();
+    AddQueries();
+    AddPrune();
+  }
+
+  int Parse(int argc, char** argv) try {
+    app_.parse(argc, argv);
+    return run_(options_);
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() != 0) throw UsageError(error.what());
+    return app_.exit(error);
+  }
+
+ private:
+  CLI::App* Add(const char* name, const char* help, Run run) {
+    CLI::App* subcommand = app_.add_subcommand(name, help);
+    subcommand->callback([this, run] { run_ = run; });
+    subcommand->add_option("--data", options_.data, "the service's data folder, where its key is ($VARNIX_DATA)")
+        ->type_name("DIR");
+    subcommand
+        ->add_option("--key", options_.key,
+                     "the service's account key instead of the one in its data folder ($VARNIX_KEY)")
+        ->type_name("KEY");
+    return subcommand;
+  }
+
+  CLI::App* AddClient(const char* name, const char* help, Run run) {
+    CLI::App* subcommand = Add(name, help, run);
+    subcommand->add_option("--service", options_.url, "where the service is ($VARNIX_SERVICE)")
+        ->type_name("URL")
+        ->capture_default_str();
+    return subcommand;
+  }
+
+  void AddServe() {
+    CLI::App* serve = Add("serve", "run the service until it is interrupted", RunServe);
+    serve->add_option("--listen", options_.listen, "listen there; port 0: any that is free")
+        ->type_name("ADDR:PORT")
+        ->capture_default_str();
+    serve->add_flag("--no-key", options_.noKey, "accept every key, from programs of this machine");
+    serve->add_option("--latest-version", options_.latestVersion, "plug-in version to report as current")
+        ->type_name("V");
+    serve->add_option("--max-body", options_.maxBody, "refuse requests that are larger, in MB")
+        ->check(CLI::Range(1L, kMostBodyMegabytes))
+        ->capture_default_str();
+  }
+
+  void AddSend() {
+    CLI::App* send = AddClient("send", "have the plug-in carry out a command, wait, print the result", RunSend);
+    send->add_option("TYPE", options_.type, "what to do")->required();
+    send->add_option("--file", options_.file, "FileMaker file that the command is about")->type_name("NAME");
+    send->add_option("--xml-type", options_.xmlType, "kind of FileMaker XML, such as XMSS")->type_name("KIND");
+    send->add_option("--content", options_.content, "XML for the clipboard; -: from the standard input")
+        ->type_name("FILE");
+    send->add_flag("--force", options_.force, "send content that is not a FileMaker snippet too");
+    send->add_option("--expires", options_.expires,
+                     "withdraw the command when no plug-in has asked for it by then (clipboard commands 60 s, others "
+                     "10 min)")
+        ->transform(Duration())
+        ->check(CLI::Range(1L, kLongestTime));
+    AddWait(send, "wait that long; 0: print the command's ID instead of its result");
+  }
+
+  void AddWait(CLI::App* subcommand, const char* help) {
+    subcommand->add_option("--wait", options_.wait, help)
+        ->transform(Duration())
+        ->check(CLI::Range(0L, kLongestWait))
+        ->default_str("60");
+  }
+
+  void AddJson(CLI::App* subcommand) {
+    subcommand->add_flag("--json", options_.json, "print the service's answer, for programs");
+  }
+
+  void AddQueries() {
+    CLI::App* result = AddClient("result", "wait for a command and print its result", RunResult);
+    AddWait(result, "wait that long");
+    CLI::App* cancel = AddClient("cancel", "withdraw a command that no plug-in has asked for yet", RunCancel);
+    CLI::App* show = AddClient("show", "show everything about one command but its result", RunShow);
+    for (CLI::App* subcommand : {result, cancel, show}) {
+      subcommand->add_option("ID", options_.id, "of the command")->required();
+    }
+    CLI::App* records = AddClient("records", "list what the plug-in sent, or print one record's content", RunRecords);
+    records->add_option("NUMBER", options_.record, "of the record to print");
+    records->add_option("--kind", options_.kind, "sign-in, push, diagnostic, ingest, snapshot or upload");
+    records->add_option("--command", options_.id, "ID of the command that they belong to");
+    CLI::App* list = AddClient("list", "list the latest commands and their states", RunList);
+    CLI::App* status = AddClient("status", "show whether service and plug-in are connected", RunStatus);
+    for (CLI::App* subcommand : {show, records, list, status}) AddJson(subcommand);
+  }
+
+  void AddPrune() {
+    CLI::App* prune = AddClient("prune", "delete old commands and what was received", RunPrune);
+    prune->add_option("--older-than", options_.olderThan, "only what is older, such as 30d or 12h")
+        ->transform(Duration())
+        ->check(CLI::Range(0L, kLongestTime));
+    prune->add_option("--keep", options_.keep, "not the newest N commands and records")
+        ->type_name("N")
+        ->check(CLI::Range(0L, kMostRows));
+  }
+
+  CLI::App app_{"A bridge service on this machine.", "varnix-service"};
+  Options options_;
+  Run run_ = nullptr;
+};
 
 }  // namespace
 
-CommandLine::CommandLine(int argc, char** argv) {
-  const std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
-  const auto isHelp = [](const std::string& word) { return word == "--help" || word == "-h"; };
-  if (std::any_of(words.begin(), words.end(), isHelp)) return;
-  if (words.empty()) throw UsageError("a subcommand is missing");
-  const Subcommand* subcommand = FindNamed(Subcommands(), words[0]);
-  if (subcommand == nullptr) throw UsageError("unknown subcommand " + words[0]);
+std::string Options::Folder() const { return data.empty() ? DefaultFolder() : data; }
 
-  bool hasOperand = false;
-  for (std::size_t i = 1; i < words.size(); ++i) {
-    if (subcommand->operand != nullptr && !hasOperand && words[i].rfind("--", 0) != 0) {
-      operand_ = words[i];
-      hasOperand = true;
-      continue;
-    }
-    const auto* option = FindNamed(subcommand->options, words[i]);
-    if (option == nullptr) throw UsageError(words[0] + " does not take " + words[i]);
-    if (++i == words.size()) throw UsageError(std::string(option->name) + " needs " + option->value);
-    options_[option->name] = words[i];
-  }
-  if (subcommand->operand != nullptr && !hasOperand) throw UsageError(words[0] + " needs " + subcommand->operand);
-  run_ = subcommand->run;
-}
-
-std::optional<std::string> CommandLine::Option(const char* name, const char* variable) const {
-  const auto found = options_.find(name);
-  if (found != options_.end()) return found->second;
-  const char* value = variable == nullptr ? nullptr : std::getenv(variable);
-  return value == nullptr || *value == 0 ? std::nullopt : std::optional<std::string>(value);
-}
-
-long CommandLine::Number(const char* name, long lowest, long highest, long otherwise) const {
-  const auto text = Option(name);
-  if (!text) return otherwise;
-  long value = 0;
-  const auto [end, error] = std::from_chars(text->data(), text->data() + text->size(), value);
-  if (error != std::errc() || end != text->data() + text->size() || value < lowest || value > highest) {
-    throw UsageError(std::string(name) + " takes a whole number from " + std::to_string(lowest) + " to " +
-                     std::to_string(highest));
-  }
-  return value;
-}
-
-std::string Usage() {
-  std::string text = "usage: varnix-service SUBCOMMAND [option value]...\nA bridge service on this machine.\n";
-  for (const auto& subcommand : Subcommands()) {
-    const std::string operand = subcommand.operand == nullptr ? "" : std::string(" ") + subcommand.operand;
-    text += '\n' + (subcommand.name + operand) + ": " + subcommand.help + '\n';
-    for (const auto& option : subcommand.options) {
-      std::string left = std::string("  ") + option.name + ' ' + option.value;
-      left.resize(std::max<std::size_t>(left.size() + 1, 23), ' ');
-      text += left + option.help + '\n';
-    }
-  }
-  return text + "\nTYPE is one of " + CommandTypeNames() +
-         ".\nExit status: 0, 1 when the command failed or the service could not start, 2 for wrong usage, 3 when the\n"
-         "command was not finished in time, 4 when the service was not reached or refused.\n";
-}
+int RunCommandLine(int argc, char** argv) { return CommandLine().Parse(argc, argv); }
 
 }  // namespace service

@@ -1,6 +1,7 @@
 #include "CommandTypes.h"
 
 #include <algorithm>
+#include <cctype>
 
 namespace service {
 namespace {
@@ -21,21 +22,26 @@ constexpr CommandType kTypes[] = {
 // clang-format on
 
 struct Argument {
-  const char* name;
+  const char* member;
+  const char* option;
   Need CommandType::*need;
   std::optional<std::string> CommandArguments::*value;
 };
 
 constexpr Argument kArguments[] = {
-    {"fileName", &CommandType::fileName, &CommandArguments::fileName},
-    {"xmlType", &CommandType::xmlType, &CommandArguments::xmlType},
-    {"xmlContent", &CommandType::xmlContent, &CommandArguments::xmlContent},
+    {"fileName", "--file", &CommandType::fileName, &CommandArguments::fileName},
+    {"xmlType", "--xml-type", &CommandType::xmlType, &CommandArguments::xmlType},
+    {"xmlContent", "--content", &CommandType::xmlContent, &CommandArguments::xmlContent},
 };
 
 // The plug-in's reader of JSON strings knows the escapes of tab, line feed and return only.
 bool PluginCanRead(const std::string& text) {
   return std::none_of(text.begin(), text.end(),
                       [](unsigned char byte) { return byte < 0x20 && byte != '\t' && byte != '\n' && byte != '\r'; });
+}
+
+std::string Name(std::string_view type, Reader reader) {
+  return reader == Reader::kProgram ? std::string(type) : PublicName(type);
 }
 
 }  // namespace
@@ -45,22 +51,34 @@ const CommandType* FindCommandType(std::string_view name) {
   return found == std::end(kTypes) ? nullptr : found;
 }
 
-std::string CheckArguments(const CommandType& type, const CommandArguments& arguments) {
+const CommandType* FindNamedCommandType(std::string name) {
+  std::transform(name.begin(), name.end(), name.begin(),
+                 [](unsigned char byte) { return static_cast<char>(byte == '-' ? '_' : std::toupper(byte)); });
+  return FindCommandType(name);
+}
+
+std::string PublicName(std::string_view type) {
+  std::string name(type);
+  std::transform(name.begin(), name.end(), name.begin(),
+                 [](unsigned char byte) { return static_cast<char>(byte == '_' ? '-' : std::tolower(byte)); });
+  return name;
+}
+
+std::string CheckArguments(const CommandType& type, const CommandArguments& arguments, Reader reader) {
   for (const auto& argument : kArguments) {
+    const std::string name = reader == Reader::kProgram ? argument.member : argument.option;
     const Need need = type.*argument.need;
     const auto& value = arguments.*argument.value;
-    if (value && need == kNone) return std::string(type.name) + " takes no " + argument.name;
-    if (need == kRequired && (!value || value->empty())) return std::string(type.name) + " needs " + argument.name;
-    if (value && !PluginCanRead(*value)) {
-      return std::string(argument.name) + " holds control characters, which the plug-in cannot read";
-    }
+    if (value && need == kNone) return Name(type.name, reader) + " takes no " + name;
+    if (need == kRequired && (!value || value->empty())) return Name(type.name, reader) + " needs " + name;
+    if (value && !PluginCanRead(*value)) return name + " has control characters, which the plug-in cannot read";
   }
   return {};
 }
 
-std::string CommandTypeNames() {
+std::string CommandTypeNames(Reader reader) {
   std::string names;
-  for (const auto& type : kTypes) names += (names.empty() ? "" : ", ") + std::string(type.name);
+  for (const auto& type : kTypes) names += (names.empty() ? "" : ", ") + Name(type.name, reader);
   return names;
 }
 

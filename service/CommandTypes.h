@@ -15,10 +15,9 @@ struct CommandType {
   Need fileName;
   Need xmlType;
   Need xmlContent;
-  const char* resultKind;  ///< kind of the record that holds the result; null when there is none
-  const char* resultName;  ///< name of that record; null when the name is the answer's own
-  std::chrono::seconds
-      queuedFor;  ///< expires when no plug-in has asked for it by then, unless its sender says otherwise
+  const char* resultKind;          ///< kind of the record that holds the result; null when there is none
+  const char* resultName;          ///< name of that record; null when the name is the answer's own
+  std::chrono::seconds queuedFor;  ///< expires after that when no plug-in asked for it; the sender may say otherwise
   /// How long a plug-in may take before the next command with such a result is delivered: results name no command, so
   /// two at once could get each other's.
   std::chrono::seconds takes;
@@ -27,6 +26,12 @@ struct CommandType {
 /// The type of that exact name, or null.
 const CommandType* FindCommandType(std::string_view name);
 
+/// The same for a name as people write it, such as "get-schema". "GET_SCHEMA" is accepted too.
+const CommandType* FindNamedCommandType(std::string name);
+
+/// The name of a type as people write it.
+std::string PublicName(std::string_view type);
+
 /// A command's arguments as the plug-in names them.
 struct CommandArguments {
   std::optional<std::string> fileName;
@@ -34,10 +39,13 @@ struct CommandArguments {
   std::optional<std::string> xmlContent;
 };
 
-/// Why the arguments do not suit `type`; empty when they do.
-std::string CheckArguments(const CommandType& type, const CommandArguments& arguments);
+/// Whom a text is for: a program that sends members of a message, or a person who types options.
+enum class Reader { kProgram, kPerson };
+
+/// Why the arguments do not suit `type`, for `reader`; empty when they do.
+std::string CheckArguments(const CommandType& type, const CommandArguments& arguments, Reader reader);
 
 /// The names of all types, joined by ", ".
-std::string CommandTypeNames();
+std::string CommandTypeNames(Reader reader);
 
 }  // namespace service

@@ -61,9 +61,9 @@ class Reader : public nlohmann::json_sax<nlohmann::json> {
 
 }  // namespace
 
-Message ReadMessage(const std::string& text, const std::vector<Member>& members) {
+Message ReadMessage(std::string_view text, const std::vector<Member>& members) {
   Reader reader(members);
-  nlohmann::json::sax_parse(text, &reader);
+  nlohmann::json::sax_parse(text.begin(), text.end(), &reader);
   Message message = reader.TakeMessage();
   for (const auto& member : members) {
     if (member.required && message.count(member.name) == 0)

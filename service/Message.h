@@ -4,6 +4,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace service {
@@ -17,7 +18,7 @@ struct Member {
 
 /// Reads `text` strictly: one JSON object in UTF-8 that has each required member, only known members, no member twice,
 /// and only strings as values. Throws HttpError 400 that says what is wrong.
-Message ReadMessage(const std::string& text, const std::vector<Member>& members);
+Message ReadMessage(std::string_view text, const std::vector<Member>& members);
 
 /// The member's value, if the message has it.
 std::optional<std::string> Find(const Message& message, const char* name);

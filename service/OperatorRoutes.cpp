@@ -1,4 +1,4 @@
-// The operator interface: queue commands, look at their states, fetch what came back.
+// The operator interface: queue and cancel commands, list what there is, fetch results, delete old data.
 #include <charconv>
 
 #include "HttpError.h"
@@ -8,11 +8,9 @@
 namespace service {
 namespace {
 
-using httplib::Request;
-using httplib::Response;
-
 constexpr std::int64_t kDefaultRows = 100;
 constexpr std::int64_t kMostRows = 1000;
+constexpr std::int64_t kLongestTime = 100LL * 365 * 86400;  // seconds
 
 void Set(Json& json, const char* name, const std::optional<std::string>& value) {
   if (value) json[name] = *value;
@@ -26,6 +24,7 @@ Json Describe(const CommandSummary& command) {
   json["secondsInState"] = command.secondsInState;
   Set(json, "error", command.error);
   json["queuedAt"] = command.queuedAt;
+  Set(json, "expiresAt", command.expiresAt);
   Set(json, "deliveredAt", command.deliveredAt);
   Set(json, "finishedAt", command.finishedAt);
   if (command.result) json["result"] = *command.result;
@@ -48,38 +47,63 @@ Json DescribeAll(const Rows& rows) {
   return json;
 }
 
-std::optional<std::string> Parameter(const Request& request, const char* name) {
-  return request.has_param(name) ? std::optional(request.get_param_value(name)) : std::nullopt;
+std::optional<std::string> Parameter(const Request& request, const std::string& name) {
+  const auto found = request.query.find(name);
+  return found == request.query.end() ? std::nullopt : std::optional(found->second);
+}
+
+// `text` as a whole number, `otherwise` where there is none. Throws HttpError 400.
+std::int64_t Number(const char* name, const std::optional<std::string>& text, std::int64_t lowest, std::int64_t highest,
+                    std::int64_t otherwise) {
+  if (!text) return otherwise;
+  std::int64_t number = 0;
+  const auto [end, error] = std::from_chars(text->data(), text->data() + text->size(), number);
+  if (error != std::errc() || end != text->data() + text->size() || number < lowest || number > highest) {
+    throw HttpError(
+        400, std::string(name) + " must be a number from " + std::to_string(lowest) + " to " + std::to_string(highest));
+  }
+  return number;
 }
 
 std::int64_t Rows(const Request& request) {
-  const std::string text = Parameter(request, "limit").value_or(std::to_string(kDefaultRows));
-  std::int64_t rows = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), rows);
-  if (error != std::errc() || end != text.data() + text.size() || rows < 1 || rows > kMostRows) {
-    throw HttpError(400, "limit must be a number from 1 to " + std::to_string(kMostRows));
-  }
-  return rows;
+  return Number("limit", Parameter(request, "limit"), 1, kMostRows, kDefaultRows);
 }
 
-void Queue(Context& context, const Body& body, Response& response) {
-  const Message message =
-      ReadMessage(body.bytes(), {{"type"}, {"fileName", false}, {"xmlType", false}, {"xmlContent", false}});
+Response Queue(Context& context, const Request& request) {
+  const Message message = ReadMessage(
+      request.body, {{"type"}, {"fileName", false}, {"xmlType", false}, {"xmlContent", false}, {"expires", false}});
   const CommandType* type = FindCommandType(message.at("type"));
-  if (type == nullptr) throw HttpError(400, "type must be one of " + CommandTypeNames());
+  if (type == nullptr) throw HttpError(400, "type must be one of " + CommandTypeNames(Reader::kProgram));
   const CommandArguments arguments{Find(message, "fileName"), Find(message, "xmlType"), Find(message, "xmlContent")};
-  const std::string fault = CheckArguments(*type, arguments);
+  const std::string fault = CheckArguments(*type, arguments, Reader::kProgram);
   if (!fault.empty()) throw HttpError(400, fault);
-  Answer(response, {{"id", context.store.Enqueue(*type, arguments)}}, 201);
+  const auto expires = Number("expires", Find(message, "expires"), 1, kLongestTime, type->queuedFor.count());
+  const std::string id = context.store.Enqueue(*type, arguments, std::chrono::seconds(expires));
+  context.Log("command " + id + " queued: " + PublicName(type->name));
+  return JsonAnswer({{"id", id}}, 201);
+}
+
+Response Cancel(Context& context, const Request& request) {
+  const std::string& id = request.captures[0];
+  switch (context.store.Cancel(id)) {
+    case Cancellation::kUnknown:
+      throw HttpError(404, "no such command");
+    case Cancellation::kNotQueued:
+      throw HttpError(409, "the command is no longer queued");
+    case Cancellation::kCancelled:
+      break;
+  }
+  context.Log("command " + id + " cancelled");
+  return JsonAnswer({{"ok", true}});
 }
 
 CommandSummary NamedCommand(Context& context, const Request& request) {
-  auto command = context.store.FindCommand(request.matches[1]);
-  if (!command) throw HttpError(404, "there is no such command");
+  auto command = context.store.FindCommand(request.captures[0]);
+  if (!command) throw HttpError(404, "no such command");
   return *std::move(command);
 }
 
-void ShowCommand(Context& context, const Request& request, Response& response) {
+Response ShowCommand(Context& context, const Request& request) {
   const CommandSummary command = NamedCommand(context, request);
   Json json = Describe(command);
   json["diagnostics"] = Json::array();
@@ -89,70 +113,72 @@ void ShowCommand(Context& context, const Request& request, Response& response) {
                                    {"message", context.store.Content(record.number)},
                                    {"receivedAt", record.receivedAt}});
   }
-  Answer(response, json);
+  return JsonAnswer(json);
 }
 
-// Bytes as they came, whatever they are; a browser must not take them for a page of this service.
-void AnswerContent(Context& context, std::int64_t record, Response& response) {
-  response.set_content(context.store.Content(record), "application/octet-stream");
+// The bytes as they came; a browser must not take them for a page of this service.
+Response AnswerContent(Context& context, std::int64_t record) {
+  return {200, context.store.Content(record), "application/octet-stream"};
 }
 
-void SendResult(Context& context, const Request& request, Response& response) {
+Response SendResult(Context& context, const Request& request) {
   const CommandSummary command = NamedCommand(context, request);
   if (!command.result) throw HttpError(404, "the command has no result");
-  AnswerContent(context, *command.result, response);
+  return AnswerContent(context, *command.result);
 }
 
-void SendContent(Context& context, const Request& request, Response& response) {
-  const std::string digits = request.matches[1];
+Response SendContent(Context& context, const Request& request) {
   std::int64_t number = 0;
+  const std::string& digits = request.captures[0];
   std::from_chars(digits.data(), digits.data() + digits.size(), number);
-  if (!context.store.FindRecord(number)) throw HttpError(404, "there is no such record");
-  AnswerContent(context, number, response);
+  if (!context.store.FindRecord(number)) throw HttpError(404, "no such record");
+  return AnswerContent(context, number);
 }
 
-void ListCommands(Context& context, const Request& request, Response& response) {
-  const std::string state = Parameter(request, "state").value_or("");
-  Answer(response, {{"commands", DescribeAll(context.store.Commands(state, Rows(request)))}});
+Response ListCommands(Context& context, const Request& request) {
+  const auto commands = context.store.Commands(request.Parameter("state"), Rows(request));
+  return JsonAnswer({{"commands", DescribeAll(commands)}});
 }
 
-void ListRecords(Context& context, const Request& request, Response& response) {
+Response ListRecords(Context& context, const Request& request) {
   const auto records = context.store.Records(Parameter(request, "kind"), Parameter(request, "command"), Rows(request));
-  Answer(response, {{"records", DescribeAll(records)}});
+  return JsonAnswer({{"records", DescribeAll(records)}});
 }
 
-void ShowStatus(Context& context, const Request&, Response& response) { Answer(response, context.lastPoll.Describe()); }
+Response ShowStatus(Context& context, const Request&) {
+  Json json = context.lastPoll.Describe();
+  const Totals totals = context.store.Count();
+  json["queued"] = totals.queued;
+  json["delivered"] = totals.delivered;
+  json["commands"] = totals.commands;
+  json["records"] = totals.records;
+  json["bytes"] = totals.bytes;
+  return JsonAnswer(json);
+}
 
-struct Page {
-  const char* path;
-  void (*show)(Context&, const Request&, Response&);
-};
+Response Prune(Context& context, const Request& request) {
+  const Message message = ReadMessage(request.body, {{"olderThan", false}, {"keep", false}});
+  if (message.empty()) throw HttpError(400, "olderThan or keep is missing");
+  const auto age = Number("olderThan", Find(message, "olderThan"), 0, kLongestTime, 0);
+  const auto keep = Number("keep", Find(message, "keep"), 0, INT64_MAX, 0);
+  const Pruned pruned = context.store.Prune(std::chrono::seconds(age), keep);
+  return JsonAnswer({{"commands", pruned.commands}, {"records", pruned.records}});
+}
 
-constexpr Page kPages[] = {
-    {"/operator/status", ShowStatus},
-    {"/operator/commands", ListCommands},
-    {"/operator/commands/([^/]+)", ShowCommand},
-    {"/operator/commands/([^/]+)/result", SendResult},
-    {"/operator/records", ListRecords},
-    {"/operator/records/([0-9]+)/content", SendContent},
+constexpr Route kRoutes[] = {
+    {"GET", "/operator/status", KeyPlace::kHeader, false, false, ShowStatus},
+    {"GET", "/operator/commands", KeyPlace::kHeader, false, false, ListCommands},
+    {"POST", "/operator/commands", KeyPlace::kHeader, true, false, Queue},
+    {"POST", "/operator/commands/*/cancel", KeyPlace::kHeader, false, false, Cancel},
+    {"GET", "/operator/commands/*/result", KeyPlace::kHeader, false, false, SendResult},
+    {"GET", "/operator/commands/*", KeyPlace::kHeader, false, false, ShowCommand},
+    {"GET", "/operator/records", KeyPlace::kHeader, false, false, ListRecords},
+    {"GET", "/operator/records/*/content", KeyPlace::kHeader, false, false, SendContent},
+    {"POST", "/operator/prune", KeyPlace::kHeader, false, false, Prune},
 };
 
 }  // namespace
 
-void AddOperatorRoutes(httplib::Server& server, Context& context) {
-  for (const auto& page : kPages) {
-    server.Get(page.path, [&](const Request& request, Response& response) {
-      context.access.CheckAuthorization(request);
-      page.show(context, request, response);
-    });
-  }
-  server.Post("/operator/commands",
-              [&](const Request& request, Response& response, const httplib::ContentReader& reader) {
-                Body body(context.limit);
-                body.Receive(request, reader);
-                context.access.CheckAuthorization(request);
-                Queue(context, body, response);
-              });
-}
+std::span<const Route> OperatorRoutes() { return kRoutes; }
 
 }  // namespace service

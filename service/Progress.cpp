@@ -2,6 +2,9 @@
 
 #include <iostream>
 
+#include "CommandTypes.h"
+#include "TerminalText.h"
+
 namespace service {
 namespace {
 
@@ -14,14 +17,14 @@ struct Unit {
 
 constexpr Unit kUnits[] = {{"d", 86400}, {"h", 3600}, {"min", 60}};
 
+}  // namespace
+
 std::string DescribeDuration(long seconds) {
   for (const auto& unit : kUnits) {
     if (seconds >= 2 * unit.seconds) return std::to_string(seconds / unit.seconds) + ' ' + unit.name;
   }
   return std::to_string(seconds) + " s";
 }
-
-}  // namespace
 
 std::string DescribeState(const nlohmann::json& command) {
   const std::string state = command.at("state");
@@ -38,9 +41,9 @@ void Progress::Show(const nlohmann::json& command) {
   std::cerr << kClearLine;
   const auto& diagnostics = command.at("diagnostics");
   for (; diagnosticsShown_ < diagnostics.size(); ++diagnosticsShown_) {
-    std::cerr << diagnostics[diagnosticsShown_].at("message").get<std::string>() << '\n';
+    std::cerr << TextForTerminal(diagnostics[diagnosticsShown_].at("message").get<std::string>()) << '\n';
   }
-  std::cerr << command.at("type").get<std::string>() << ": " << DescribeState(command) << std::flush;
+  std::cerr << PublicName(command.at("type").get<std::string>()) << ": " << DescribeState(command) << std::flush;
 }
 
 void Progress::ShowTrouble(const std::string& text) {

@@ -1,4 +1,4 @@
-// What people are told about a command that is not finished.
+// How the state of a command is described to people.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -6,10 +6,13 @@
 
 namespace service {
 
+/// "95 s", "3 min", "2 h".
+std::string DescribeDuration(long seconds);
+
 /// The state of a command of the operator interface and for how long: "delivered 8 s ago, no completion".
 std::string DescribeState(const nlohmann::json& command);
 
-/// Keeps a line on the terminal (standard error) up to date, and above it tells each diagnostic once.
+/// Keeps a line on the terminal (standard error) up to date, and shows each diagnostic above it once.
 class Progress {
  public:
   explicit Progress(bool onTerminal) : onTerminal_(onTerminal) {}

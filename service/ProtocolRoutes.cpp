@@ -6,106 +6,89 @@
 namespace service {
 namespace {
 
-// A message that is kept as it comes: which of its members become the record's name, label and content.
-struct KeptMessage {
-  const char* path;
+Message ReadSigned(const Context& context, const Request& request, const std::vector<Member>& members) {
+  Message message = ReadMessage(request.body, members);
+  context.access.CheckKey(message["licenseKey"]);
+  return message;
+}
+
+// A message that is kept: which of its members become the record's name, label and content.
+struct KeptMembers {
   const char* kind;
-  std::vector<Member> members;
   const char* name;
   const char* label;
   const char* content;
 };
 
-const KeptMessage kKeptMessages[] = {
-    {"/api/bridge/register",
-     "sign-in",
-     {{"email"}, {"licenseKey"}, {"machineId"}, {"pluginVersion"}},
-     "email",
-     "machineId",
-     "pluginVersion"},
-    {"/api/bridge/push",
-     "push",
-     {{"licenseKey"}, {"xmlType"}, {"xmlContent"}, {"label", false}},
-     "xmlType",
-     "label",
-     "xmlContent"},
-    {"/api/bridge/diagnostic",
-     "diagnostic",
-     {{"licenseKey"}, {"code"}, {"status"}, {"message"}},
-     "code",
-     "status",
-     "message"},
-};
-
-Message ReadSigned(const Context& context, const Body& body, const std::vector<Member>& members) {
-  Message message = ReadMessage(body.bytes(), members);
-  context.access.CheckKey(message["licenseKey"]);
-  return message;
-}
-
-void Keep(Context& context, const KeptMessage& kept, const Body& body, httplib::Response& response) {
-  const Message message = ReadSigned(context, body, kept.members);
+Response Keep(Context& context, const Message& message, const KeptMembers& kept) {
   const auto label = message.find(kept.label);
   Record record{kept.kind, message.at(kept.name), std::nullopt, message.at(kept.content)};
   if (label != message.end()) record.label = label->second;
-  Answer(response, {{"ok", true}, {"record", context.store.Add(record)}});
+  return JsonAnswer({{"ok", true}, {"record", context.store.Add(record)}});
 }
 
-void Complete(Context& context, const std::string& id, const Body& body, httplib::Response& response) {
-  const Message message = ReadSigned(context, body, {{"licenseKey"}, {"status"}, {"error", false}});
+Response SignIn(Context& context, const Request& request) {
+  const Message message = ReadSigned(context, request, {{"email"}, {"licenseKey"}, {"machineId"}, {"pluginVersion"}});
+  context.Log("sign-in: " + message.at("email") + ", plug-in " + message.at("pluginVersion"));
+  return Keep(context, message, {"sign-in", "email", "machineId", "pluginVersion"});
+}
+
+Response TakePush(Context& context, const Request& request) {
+  const Message message = ReadSigned(context, request, {{"licenseKey"}, {"xmlType"}, {"xmlContent"}, {"label", false}});
+  return Keep(context, message, {"push", "xmlType", "label", "xmlContent"});
+}
+
+Response TakeDiagnostic(Context& context, const Request& request) {
+  const Message message = ReadSigned(context, request, {{"licenseKey"}, {"code"}, {"status"}, {"message"}});
+  return Keep(context, message, {"diagnostic", "code", "status", "message"});
+}
+
+Response Complete(Context& context, const Request& request) {
+  const Message message = ReadSigned(context, request, {{"licenseKey"}, {"status"}, {"error", false}});
   const std::string& status = message.at("status");
+  const auto error = Find(message, "error");
   if (status != "completed" && status != "failed") throw HttpError(400, "status must be completed or failed");
-  switch (context.store.Complete(id, status, Find(message, "error"))) {
+  switch (context.store.Complete(request.captures[0], status, error)) {
     case Completion::kUnknown:
-      throw HttpError(404, "there is no such command");
+      throw HttpError(404, "no such command");
     case Completion::kNotDelivered:
       throw HttpError(409, "the command has not been delivered");
     case Completion::kFinishedOtherwise:
       throw HttpError(409, "the command is finished already");
     case Completion::kAccepted:
-      return Answer(response, {{"ok", true}});
+      break;
   }
+  context.Log("command " + request.captures[0] + ' ' + status + (error ? ": " + *error : ""));
+  return JsonAnswer({{"ok", true}});
 }
 
-// The plug-in picks the first "id" and "type" out of the text, so they stand first.
-void Poll(Context& context, const httplib::Request& request, httplib::Response& response) {
-  if (request.method != "GET") throw HttpError(405, "a poll is a GET");
-  context.access.CheckKey(request.get_param_value("licenseKey"));
-  context.lastPoll.Note(request.get_param_value("version"));
+// The plug-in takes the first "id" and "type" of the text, so they come first.
+Response Poll(Context& context, const Request& request) {
+  context.lastPoll.Note(request.Parameter("version"));
   const auto command = context.store.Deliver();
-  if (!command) return Answer(response, {{"command", nullptr}});
+  if (!command) return JsonAnswer({{"command", nullptr}});
+  context.Log("command " + command->id + " delivered: " + PublicName(command->type));
   Json json{{"id", command->id}, {"type", command->type}};
   const auto& [fileName, xmlType, xmlContent] = command->arguments;
   if (fileName) json["fileName"] = *fileName;
   if (xmlType) json["xmlType"] = *xmlType;
   if (xmlContent) json["xmlContent"] = *xmlContent;
-  Answer(response, {{"command", std::move(json)}});
+  return JsonAnswer({{"command", std::move(json)}});
 }
+
+Response ShowVersion(Context& context, const Request&) { return JsonAnswer({{"version", context.latestVersion}}); }
+
+constexpr Route kRoutes[] = {
+    {"GET", "/api/bridge/command/next", KeyPlace::kQuery, false, false, Poll},
+    {"POST", "/api/bridge/command/*/complete", KeyPlace::kBody, false, false, Complete},
+    {"POST", "/api/bridge/register", KeyPlace::kBody, false, false, SignIn},
+    {"POST", "/api/bridge/push", KeyPlace::kBody, true, false, TakePush},
+    {"POST", "/api/bridge/diagnostic", KeyPlace::kBody, false, false, TakeDiagnostic},
+    {"GET", "/api/plugin/version", KeyPlace::kNone, false, false, ShowVersion},
+};
 
 }  // namespace
 
-void AddProtocolRoutes(httplib::Server& server, Context& context) {
-  using httplib::ContentReader;
-  using httplib::Request;
-  using httplib::Response;
-  for (const auto& kept : kKeptMessages) {
-    server.Post(kept.path, [&](const Request& request, Response& response, const ContentReader& reader) {
-      Body body(context.limit);
-      body.Receive(request, reader);
-      Keep(context, kept, body, response);
-    });
-  }
-  server.Post("/api/bridge/command/([^/]+)/complete",
-              [&](const Request& request, Response& response, const ContentReader& reader) {
-                Body body(context.limit);
-                body.Receive(request, reader);
-                Complete(context, request.matches[1], body, response);
-              });
-  server.Get("/api/bridge/command/next",
-             [&](const Request& request, Response& response) { Poll(context, request, response); });
-  server.Get("/api/plugin/version", [&](const Request&, Response& response) {
-    Answer(response, {{"version", context.latestVersion}});
-  });
-}
+std::span<const Route> ProtocolRoutes() { return kRoutes; }
 
 }  // namespace service

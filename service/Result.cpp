@@ -2,28 +2,26 @@
 
 #include <unistd.h>
 
-#include <cstdio>
 #include <iostream>
 #include <nlohmann/json.hpp>
 #include <thread>
 
 #include "Progress.h"
 #include "Subcommands.h"
+#include "TerminalText.h"
 
 namespace service {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-constexpr long kDefaultWait = 60;
-constexpr long kLongestWait = 86400;
 constexpr auto kLookInterval = std::chrono::milliseconds(200);
 
 bool IsFinished(const nlohmann::json& command) {
   return command.at("state") != "queued" && command.at("state") != "delivered";
 }
 
-// The command as it stands when it is finished or the time is over. A service that is started anew meanwhile is no
-// reason to give up: it keeps its commands.
+// The command once it is finished or the time is over. A service that is being restarted is no reason to give up: it
+// keeps its commands.
 nlohmann::json WaitFor(Client& client, const std::string& path, Clock::time_point end) {
   Progress progress(isatty(STDERR_FILENO) != 0);
   for (;;) {
@@ -40,20 +38,15 @@ nlohmann::json WaitFor(Client& client, const std::string& path, Clock::time_poin
   }
 }
 
-void Print(const std::string& result) {
-  std::fwrite(result.data(), 1, result.size(), stdout);
-  // A prompt must not follow on the same line. Files and pipes get the bytes alone.
-  if (isatty(STDOUT_FILENO) != 0 && !result.empty() && result.back() != '\n') std::putchar('\n');
-  if (std::fflush(stdout) != 0) throw std::runtime_error("the result cannot be written");
-}
-
 ExitStatus Report(Client& client, const std::string& path, const nlohmann::json& command) {
-  if (command.at("state") == "completed") {
-    if (command.contains("result")) Print(client.GetBytes(path + "/result"));
+  const std::string state = command.at("state");
+  if (state == "completed") {
+    if (command.contains("result")) PrintContent(client.GetBytes(path + "/result"));
     return kDone;
   }
-  if (command.at("state") == "failed") {
-    std::cerr << "varnix-service: " << command.value("error", "the plug-in gave no reason") << '\n';
+  if (IsFinished(command)) {
+    const std::string reason = state == "failed" ? "the plug-in gave no reason" : "the command is " + state;
+    std::cerr << "varnix-service: " << TextForTerminal(command.value("error", reason)) << '\n';
     return kFailed;
   }
   if (command.at("state") == "cancelled" || command.at("state") == "expired") {
@@ -71,8 +64,12 @@ ExitStatus Report(Client& client, const std::string& path, const nlohmann::json&
 
 }  // namespace
 
-std::chrono::seconds WaitTime(const CommandLine& line) {
-  return std::chrono::seconds(line.Number("--wait", 0, kLongestWait, kDefaultWait));
+void PrintContent(const std::string& content) {
+  // A terminal gets what it can show, and no prompt after it on the same line. Files and pipes get the bytes alone.
+  const bool onTerminal = isatty(STDOUT_FILENO) != 0;
+  std::cout << (onTerminal ? TextForTerminal(content) : content);
+  if (onTerminal && !content.empty() && content.back() != '\n') std::cout << '\n';
+  if (!std::cout.flush()) throw std::runtime_error("the output cannot be written");
 }
 
 ExitStatus AwaitResult(Client& client, const std::string& id, std::chrono::seconds wait) {
@@ -80,9 +77,9 @@ ExitStatus AwaitResult(Client& client, const std::string& id, std::chrono::secon
   return Report(client, path, WaitFor(client, path, Clock::now() + wait));
 }
 
-ExitStatus RunResult(const CommandLine& line) {
-  Client client(line);
-  return AwaitResult(client, line.operand(), WaitTime(line));
+ExitStatus RunResult(const Options& options) {
+  Client client(options);
+  return AwaitResult(client, options.id, std::chrono::seconds(options.wait));
 }
 
 }  // namespace service

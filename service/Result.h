@@ -1,19 +1,19 @@
-// Waiting for what a command brings.
+// Waiting for the result of a command.
 #pragma once
 
 #include <chrono>
 #include <string>
 
 #include "Client.h"
-#include "CommandLine.h"
 
 namespace service {
 
-/// The value of --wait, or what it is without the option. Throws UsageError.
-std::chrono::seconds WaitTime(const CommandLine& line);
-
 /// Waits until the command is finished, prints its result on the standard output or its error on the other, and
-/// returns what the subcommand ends with.
+/// returns the exit status of the subcommand.
 ExitStatus AwaitResult(Client& client, const std::string& id, std::chrono::seconds wait);
+
+/// Prints bytes on the standard output: verbatim, but on a terminal without control characters and ended by a newline.
+/// Throws std::runtime_error.
+void PrintContent(const std::string& content);
 
 }  // namespace service

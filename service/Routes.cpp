@@ -1,5 +1,7 @@
 #include "Routes.h"
 
+#include "TerminalText.h"
+
 namespace service {
 
 void LastPoll::Note(const std::string& pluginVersion) {
@@ -16,11 +18,13 @@ Json LastPoll::Describe() const {
           {"pluginVersion", pluginVersion_}};
 }
 
-void Answer(httplib::Response& response, const Json& json, int status) {
-  if (status != 200) response.status = status;  // else the library chooses, for it may be asked for a part
+void Context::Log(const std::string& event) const {
+  if (log) log(LineForTerminal(access.WithoutKey(event)));
+}
+
+Response JsonAnswer(const Json& json, int status) {
   // What is kept is UTF-8 when it comes in; only the echo of a wrong request may be cut or never have been.
-  constexpr auto kReplace = Json::error_handler_t::replace;
-  response.set_content(json.dump(-1, ' ', false, kReplace), "application/json");
+  return {status, json.dump(-1, ' ', false, Json::error_handler_t::replace)};
 }
 
 }  // namespace service

@@ -1,23 +1,24 @@
 // The addresses that the service answers.
 #pragma once
 
-#include <httplib.h>
-
 #include <chrono>
+#include <functional>
 #include <mutex>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <span>
 #include <string>
 
 #include "Access.h"
-#include "Body.h"
+#include "Limits.h"
+#include "Router.h"
 #include "Store.h"
 
 namespace service {
 
 using Json = nlohmann::ordered_json;
 
-/// When a plug-in last asked for a command, and which version it said it was.
+/// When a plug-in last asked for a command, and which version it said it was. Safe on any thread.
 class LastPoll {
  public:
   void Note(const std::string& pluginVersion);
@@ -36,20 +37,25 @@ struct Context {
   Store& store;
   Access access;
   BodyLimit limit;
-  std::string latestVersion;  ///< plug-in version that the service says is current
-  LastPoll lastPoll;
+  std::string latestVersion;  ///< plug-in version that the service reports as current
+  std::function<void(const std::string& line)> log = {};
+  Times times = {};
+  LastPoll lastPoll = {};
+
+  /// Logs what happened, on one line and without the key. Safe on any thread if `log` is.
+  void Log(const std::string& event) const;
 };
 
-/// What the plug-in talks to.
-void AddProtocolRoutes(httplib::Server& server, Context& context);
+/// What the plug-in sends and asks.
+std::span<const Route> ProtocolRoutes();
 
 /// Messages of the plug-in that carry a file.
-void AddUploadRoutes(httplib::Server& server, Context& context);
+std::span<const Route> UploadRoutes();
 
-/// What people, editors and the other subcommands talk to.
-void AddOperatorRoutes(httplib::Server& server, Context& context);
+/// What people, editors and the other subcommands ask.
+std::span<const Route> OperatorRoutes();
 
-/// Answers `json` as compact UTF-8.
-void Answer(httplib::Response& response, const Json& json, int status = 200);
+/// `json` as compact UTF-8.
+Response JsonAnswer(const Json& json, int status = 200);
 
 }  // namespace service

@@ -1,27 +1,18 @@
-// varnix-service send.
-#include <algorithm>
-#include <cctype>
+// varnix-service send and cancel.
 #include <fstream>
 #include <iostream>
 #include <iterator>
 
-#include "Utf8.h"
 #include "Client.h"
 #include "CommandTypes.h"
 #include "Result.h"
 #include "Subcommands.h"
+#include "Utf8.h"
 
 namespace service {
 namespace {
 
-// "get-schema" is as good as "GET_SCHEMA".
-const CommandType& NamedType(std::string name) {
-  std::transform(name.begin(), name.end(), name.begin(),
-                 [](unsigned char byte) { return static_cast<char>(byte == '-' ? '_' : std::toupper(byte)); });
-  const CommandType* type = FindCommandType(name);
-  if (type == nullptr) throw UsageError("TYPE must be one of " + CommandTypeNames());
-  return *type;
-}
+constexpr char kSnippet[] = "<fmxmlsnippet";
 
 std::string ReadContent(const std::string& file) {
   std::ifstream opened;
@@ -33,29 +24,43 @@ std::string ReadContent(const std::string& file) {
   return content;
 }
 
-nlohmann::json Message(const CommandLine& line) {
-  const CommandType& type = NamedType(line.operand());
-  CommandArguments arguments{line.Option("--file"), line.Option("--xml-type"), std::nullopt};
-  if (const auto file = line.Option("--content")) arguments.xmlContent = ReadContent(*file);
-  const std::string fault = CheckArguments(type, arguments);
+CommandArguments ReadArguments(const CommandType& type, const Options& options) {
+  CommandArguments arguments{options.file, options.xmlType, std::nullopt};
+  if (options.content) arguments.xmlContent = ReadContent(*options.content);
+  const std::string fault = CheckArguments(type, arguments, Reader::kPerson);
   if (!fault.empty()) throw UsageError(fault);
+  if (arguments.xmlContent && arguments.xmlContent->find(kSnippet) == std::string::npos && !options.force) {
+    throw UsageError("the content is not a FileMaker snippet: it has no " + std::string(kSnippet) +
+                     ">; --force sends it all the same");
+  }
+  return arguments;
+}
 
-  nlohmann::json message{{"type", type.name}};
+nlohmann::json Message(const Options& options) {
+  const CommandType* type = FindNamedCommandType(options.type);
+  if (type == nullptr) throw UsageError("TYPE must be one of " + CommandTypeNames(Reader::kPerson));
+  const CommandArguments arguments = ReadArguments(*type, options);
+  nlohmann::json message{{"type", type->name}};
   if (arguments.fileName) message["fileName"] = *arguments.fileName;
   if (arguments.xmlType) message["xmlType"] = *arguments.xmlType;
   if (arguments.xmlContent) message["xmlContent"] = *arguments.xmlContent;
+  if (options.expires) message["expires"] = std::to_string(*options.expires);
   return message;
 }
 
 }  // namespace
 
-ExitStatus RunSend(const CommandLine& line) {
-  const auto wait = WaitTime(line);
-  const nlohmann::json message = Message(line);
-  Client client(line);
+ExitStatus RunSend(const Options& options) {
+  const nlohmann::json message = Message(options);
+  Client client(options);
   const std::string id = client.Post("/operator/commands", message).at("id");
-  if (wait.count() > 0) return AwaitResult(client, id, wait);
+  if (options.wait > 0) return AwaitResult(client, id, std::chrono::seconds(options.wait));
   std::cout << id << std::endl;
+  return kDone;
+}
+
+ExitStatus RunCancel(const Options& options) {
+  Client(options).Post(CommandPath(options.id) + "/cancel", nlohmann::json::object());
   return kDone;
 }
 

@@ -3,17 +3,16 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <ctime>
 #include <iostream>
+#include <mutex>
 
+#include "PrivateFile.h"
 #include "Server.h"
 #include "Subcommands.h"
 
 namespace service {
 namespace {
-
-constexpr char kDefaultListen[] = "127.0.0.1:8765";
-constexpr long kDefaultBodyMegabytes = 256;
-constexpr long kMostBodyMegabytes = 900;  // SQLite keeps values below 1000 MB
 
 ListenAddress ParseListenAddress(const std::string& text) {
   const auto colon = text.rfind(':');
@@ -30,12 +29,18 @@ ListenAddress ParseListenAddress(const std::string& text) {
   return address;
 }
 
-std::string DefaultFolder() {
-  const char* data = std::getenv("XDG_DATA_HOME");
-  if (data != nullptr && *data == '/') return std::string(data) + "/varnix-service";
-  const char* home = std::getenv("HOME");
-  if (home == nullptr || *home == 0) throw UsageError("HOME is not set: say --data DIR");
-  return std::string(home) + "/.local/share/varnix-service";
+// Empty when the service needs none.
+std::string AccountKey(const Options& options, const ListenAddress& address) {
+  if (options.noKey) {
+    if (!options.key.empty()) throw UsageError("--no-key and a key exclude each other");
+    if (!IsLoopback(address.host)) throw UsageError("to be reached from other machines, the service needs a key");
+    return {};
+  }
+  const std::string key = options.key.empty() ? ReadOrMakeKey(options.Folder()) : options.key;
+  if (!IsSendableKey(key)) {
+    throw UsageError("a key is made of letters, digits and - . _ ~, because it is sent in addresses unescaped");
+  }
+  return key;
 }
 
 // Blocked before any thread starts, so that all inherit it and the signals wait for sigwait.
@@ -48,30 +53,34 @@ sigset_t BlockEndSignals() {
   return signals;
 }
 
+void LogLine(const std::string& line) {
+  static std::mutex mutex;
+  const std::lock_guard lock(mutex);
+  const std::time_t now = std::time(nullptr);
+  char time[32] = "";
+  std::tm fields{};
+  std::strftime(time, sizeof time, "%Y-%m-%d %H:%M:%S ", localtime_r(&now, &fields));
+  std::cerr << time + line + '\n';
+}
+
+void Announce(const std::string& url, const std::string& key) {
+  std::cout << url << "\nTo sign in, evaluate in FileMaker:  Varnix.Register ( \"you@example.com\" ; \""
+            << (key.empty() ? "local" : key) << "\" ; Get ( PersistentID ) ; \"" << url << "\" )" << std::endl;
+}
+
 }  // namespace
 
-ExitStatus RunServe(const CommandLine& line) {
-  const auto address = ParseListenAddress(line.Option("--listen").value_or(kDefaultListen));
-  const std::string key = line.Option("--key", "VARNIX_KEY").value_or("");
-  if (!key.empty() && !IsSendableKey(key)) {
-    throw UsageError("a key is made of letters, digits and - . _ ~, because it is sent in addresses as it stands");
-  }
-  if (key.empty() && !IsLoopback(address.host)) {
-    throw UsageError("to be reached from other machines, the service needs a key");
-  }
-  const long megabytes = line.Number("--max-body", 1, kMostBodyMegabytes, kDefaultBodyMegabytes);
-  const std::string folder = line.Option("--data") ? *line.Option("--data") : DefaultFolder();
-
-  umask(077);  // what FileMaker sends is nobody else's business
+ExitStatus RunServe(const Options& options) {
+  const auto address = ParseListenAddress(options.listen);
+  umask(077);  // what FileMaker sends is for its user only
   const sigset_t signals = BlockEndSignals();
-  Store store(folder);
-  Context context{store,
-                  Access(key),
-                  BodyLimit(static_cast<std::size_t>(megabytes) << 20),
-                  line.Option("--latest-version").value_or(VARNIX_VERSION),
-                  {}};
+  if (options.noKey) AccountKey(options, address);  // refuses before a folder is made
+  Store store(options.Folder());
+  const std::string key = AccountKey(options, address);
+  Context context{store, Access(key), BodyLimit(static_cast<std::size_t>(options.maxBody) << 20),
+                  options.latestVersion.empty() ? VARNIX_VERSION : options.latestVersion, LogLine};
   const Server server(address, context);
-  std::cout << server.url() << std::endl;
+  Announce(server.url(), key);
   int signal = 0;
   sigwait(&signals, &signal);
   pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);  // a second one does not wait for running requests

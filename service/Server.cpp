@@ -1,106 +1,135 @@
 #include "Server.h"
 
-#include <sys/socket.h>
-
-#include <cerrno>
-#include <csignal>
-#include <cstring>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/post.hpp>
+#include <boost/asio/steady_timer.hpp>
+#include <boost/asio/strand.hpp>
+#include <condition_variable>
+#include <list>
+#include <mutex>
 #include <stdexcept>
+#include <thread>
+#include <vector>
 
-#include "HttpError.h"
+#include "Connection.h"
 
 namespace service {
 namespace {
 
-constexpr std::size_t kThreads = 16;
-constexpr std::time_t kReadSeconds = 30;
+namespace asio = boost::asio;
+using asio::ip::tcp;
 
-void AnswerError(httplib::Response& response, int status, const std::string& message) {
-  response.headers.clear();
-  Answer(response, {{"error", message}}, status);
-}
-
-void AnswerException(httplib::Response& response, const std::exception_ptr& exception) {
-  try {
-    std::rethrow_exception(exception);
-  } catch (const HttpError& error) {
-    AnswerError(response, error.status(), error.what());
-  } catch (const std::exception& error) {
-    AnswerError(response, 500, std::string("the service failed: ") + error.what());
-  }
-}
-
-// Errors that the library finds by itself have no body.
-void AnswerLibraryError(httplib::Response& response) {
-  if (response.body.empty()) {
-    AnswerError(response, response.status, response.status == 404 ? "there is no such address" : "bad request");
-  }
-}
-
-// Before the body is read: what is not answered must not be read into memory either.
-void CheckRequest(const Context& context, const httplib::Request& request) {
-  if (request.method != "GET" && request.method != "HEAD" && request.method != "POST") {
-    throw HttpError(405, request.method + " is not taken here");
-  }
-  if (request.method == "POST" && !request.has_header("Content-Length") && !request.has_header("Transfer-Encoding")) {
-    throw HttpError(411, "Content-Length is missing");
-  }
-  context.access.RefuseWebPages(request);
-}
-
-void Configure(httplib::Server& http, Context& context) {
-  using httplib::Request;
-  using httplib::Response;
-  http.new_task_queue = [] { return new httplib::ThreadPool(kThreads); };
-  // One request for each connection: an idle connection would hold a thread, and a refused body would have to be read
-  // to its end.
-  http.set_keep_alive_max_count(1);
-  http.set_read_timeout(kReadSeconds);
-  http.set_write_timeout(kReadSeconds);
-  // The library's choice would let two services share a port, each with half of the requests.
-  http.set_socket_options([](auto socket) {
-    const int on = 1;
-    setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
-  });
-  http.set_pre_routing_handler([&](const Request& request, Response&) {
-    CheckRequest(context, request);
-    return httplib::Server::HandlerResponse::Unhandled;
-  });
-  http.set_exception_handler([](const Request&, Response& response, const std::exception_ptr& exception) {
-    AnswerException(response, exception);
-  });
-  http.set_error_handler([](const Request&, Response& response) { AnswerLibraryError(response); });
-  AddProtocolRoutes(http, context);
-  AddUploadRoutes(http, context);
-  AddOperatorRoutes(http, context);
-  // The library would take the body of any other POST into memory.
-  http.Post(".*", [](const Request& request, Response& response, const httplib::ContentReader& reader) {
-    Discard(request, reader);
-    response.status = 404;
-  });
-}
+constexpr auto kPauseWithoutDescriptors = std::chrono::milliseconds(100);
 
 }  // namespace
 
-Server::Server(const ListenAddress& address, Context& context) {
-  Configure(http_, context);
-  errno = 0;
-  const int port = address.port == 0 ? http_.bind_to_any_port(address.host)
-                                     : (http_.bind_to_port(address.host, address.port) ? address.port : -1);
-  const bool isV6 = address.host.find(':') != std::string::npos;
-  const std::string host = isV6 ? '[' + address.host + ']' : address.host;
-  if (port < 0) {
-    const std::string reason = errno == 0 ? "there is no such address" : std::strerror(errno);
-    throw std::runtime_error("cannot listen on " + host + ':' + std::to_string(address.port) + ": " + reason);
+// Accepts connections, keeps them below their number, and runs the threads.
+class Server::Listener {
+ public:
+  Listener(const ListenAddress& address, Context& context)
+      : context_(context), acceptor_(asio::make_strand(io_)), pause_(acceptor_.get_executor()) {
+    const tcp::endpoint endpoint =
+        *tcp::resolver(io_).resolve(address.host, std::to_string(address.port), tcp::resolver::passive).begin();
+    acceptor_.open(endpoint.protocol());
+    acceptor_.set_option(tcp::acceptor::reuse_address(true));
+    acceptor_.bind(endpoint);
+    acceptor_.listen();
+    port_ = acceptor_.local_endpoint().port();
+    asio::post(acceptor_.get_executor(), [this] { Accept(); });
+    for (std::size_t i = 0; i < kThreads; ++i) threads_.emplace_back([this] { Run(); });
   }
-  url_ = "http://" + host + ':' + std::to_string(port);
-  thread_ = std::thread([this] { http_.listen_after_bind(); });
-  while (!http_.is_running()) std::this_thread::yield();  // to stop it earlier would have no effect
+
+  ~Listener() {
+    asio::post(acceptor_.get_executor(), [this] {
+      acceptor_.close();
+      pause_.cancel();
+      for (const auto& entry : connections_) {
+        if (const auto connection = entry.lock()) connection->CloseUnlessAtWork();
+      }
+    });
+    {
+      std::unique_lock lock(mutex_);
+      ended_.wait_for(lock, context_.times.end, [this] { return running_ == 0; });
+    }
+    io_.stop();
+    for (auto& thread : threads_) thread.join();
+  }
+
+  int port() const { return port_; }
+
+ private:
+  void Run() {
+    for (;;) {
+      try {
+        io_.run();
+        break;
+      } catch (const std::exception& error) {  // memory ran out; the connection that it befell is closed
+        context_.Log(std::string("a connection failed: ") + error.what());
+      }
+    }
+    const std::lock_guard lock(mutex_);
+    if (--running_ == 0) ended_.notify_one();
+  }
+
+  void Accept() {
+    acceptor_.async_accept(asio::make_strand(io_), [this](boost::system::error_code error, tcp::socket socket) {
+      if (!acceptor_.is_open()) return;
+      if (error) {  // no descriptor, most likely
+        pause_.expires_after(kPauseWithoutDescriptors);
+        return pause_.async_wait([this](boost::system::error_code) {
+          if (acceptor_.is_open()) Accept();
+        });
+      }
+      Serve(std::move(socket));
+      Accept();
+    });
+  }
+
+  // When all places are taken, the client that has been connected longest without a right to it gives up its own.
+  void Serve(tcp::socket socket) {
+    connections_.remove_if([](const auto& entry) { return entry.expired(); });
+    if (connections_.size() >= most_ && !CloseOldestIdle()) return;
+    const auto connection = std::make_shared<Connection>(std::move(socket), context_);
+    connections_.push_back(connection);
+    connection->Start();
+  }
+
+  bool CloseOldestIdle() {
+    for (auto entry = connections_.begin(); entry != connections_.end(); ++entry) {
+      const auto connection = entry->lock();
+      if (connection && connection->IsAtWork()) continue;
+      if (connection) connection->CloseUnlessAtWork();
+      connections_.erase(entry);
+      return true;
+    }
+    return false;
+  }
+
+  Context& context_;
+  const std::size_t most_ = ReserveConnections();
+  asio::io_context io_;
+  tcp::acceptor acceptor_;
+  asio::steady_timer pause_;
+  std::list<std::weak_ptr<Connection>> connections_;  // oldest first; used on the acceptor's strand
+  int port_ = 0;
+  std::mutex mutex_;
+  std::condition_variable ended_;
+  std::size_t running_ = kThreads;  // under the mutex
+  std::vector<std::thread> threads_;
+};
+
+Server::Server(const ListenAddress& address, Context& context) {
+  const std::string host = address.host.find(':') != std::string::npos ? '[' + address.host + ']' : address.host;
+  try {
+    listener_ = std::make_unique<Listener>(address, context);
+  } catch (const boost::system::system_error& error) {
+    throw std::runtime_error("cannot listen on " + host + ':' + std::to_string(address.port) + ": " +
+                             error.code().message());
+  }
+  url_ = "http://" + host + ':' + std::to_string(listener_->port());
 }
 
-Server::~Server() {
-  http_.stop();
-  thread_.join();
-}
+Server::~Server() = default;
 
 }  // namespace service

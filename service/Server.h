@@ -1,10 +1,8 @@
 // The HTTP server on its socket.
 #pragma once
 
-#include <httplib.h>
-
+#include <memory>
 #include <string>
-#include <thread>
 
 #include "Routes.h"
 
@@ -15,7 +13,7 @@ struct ListenAddress {
   int port = 0;      ///< 0 lets the system choose
 };
 
-/// Answers requests from its construction to its destruction, which lets running requests end.
+/// Answers requests from its construction to its destruction, which lets requests at work end within their time.
 class Server {
  public:
   /// Throws std::runtime_error when the address cannot be listened on. `context` must outlive the server.
@@ -26,9 +24,9 @@ class Server {
   const std::string& url() const { return url_; }
 
  private:
-  httplib::Server http_;
+  class Listener;
+  std::unique_ptr<Listener> listener_;
   std::string url_;
-  std::thread thread_;
 };
 
 }  // namespace service

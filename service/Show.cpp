@@ -1,52 +1,120 @@
-// varnix-service list and show.
+// varnix-service list, show, records, status and prune.
 #include <iomanip>
 #include <iostream>
 
 #include "Client.h"
+#include "CommandTypes.h"
 #include "Progress.h"
+#include "Result.h"
 #include "Subcommands.h"
+#include "TerminalText.h"
 
 namespace service {
 namespace {
 
-std::string FirstLine(const std::string& text) { return text.substr(0, text.find_first_of("\r\n")); }
+using nlohmann::json;
 
 void Flush() {
   if (!std::cout.flush()) throw std::runtime_error("the output cannot be written");
 }
 
-// Members of a command in the order in which `show` tells them.
-constexpr const char* kShown[] = {"id",    "type",     "fileName",    "xmlType",
-                                  "error", "queuedAt", "deliveredAt", "finishedAt"};
+// The first line of a member, after two spaces; nothing without it.
+std::string Column(const json& object, const char* name) {
+  const std::string text = object.value(name, "");
+  return text.empty() ? "" : "  " + LineForTerminal(text.substr(0, text.find_first_of("\r\n")));
+}
 
-}  // namespace
+// A member of a command as `show` names it.
+struct Shown {
+  const char* member;
+  const char* label;
+};
 
-ExitStatus RunList(const CommandLine& line) {
-  Client client(line);
-  const nlohmann::json answer = client.Get("/operator/commands");
+constexpr Shown kShown[] = {
+    {"id", "ID"},           {"fileName", "file"},         {"xmlType", "kind of XML"}, {"error", "error"},
+    {"queuedAt", "queued"}, {"deliveredAt", "delivered"}, {"finishedAt", "finished"}};
+
+void ShowCommand(const json& command) {
+  std::cout << PublicName(command.at("type").get<std::string>()) << ": " << DescribeState(command) << '\n';
+  for (const auto& [member, label] : kShown) {
+    if (command.contains(member))
+      std::cout << label << ": " << TextForTerminal(command[member].get<std::string>()) << '\n';
+  }
+  for (const auto& diagnostic : command.at("diagnostics")) {
+    std::cout << diagnostic.at("receivedAt").get<std::string>() << Column(diagnostic, "code")
+              << Column(diagnostic, "message") << '\n';
+  }
+}
+
+void ShowCommands(const json& answer) {
   for (const auto& command : answer.at("commands")) {
     std::cout << command.at("id").get<std::string>() << "  " << std::left << std::setw(21)
-              << command.at("type").get<std::string>() << "  " << DescribeState(command);
-    for (const char* name : {"fileName", "xmlType", "error"}) {
-      if (command.contains(name)) std::cout << "  " << FirstLine(command[name]);
-    }
+              << PublicName(command.at("type").get<std::string>()) << "  " << DescribeState(command);
+    for (const char* name : {"fileName", "xmlType", "error"}) std::cout << Column(command, name);
     std::cout << '\n';
+  }
+}
+
+void ShowRecords(const json& answer) {
+  for (const auto& record : answer.at("records")) {
+    std::cout << std::right << std::setw(6) << record.at("number").get<long>() << "  "
+              << record.at("receivedAt").get<std::string>() << "  " << std::left << std::setw(10)
+              << record.at("kind").get<std::string>() << std::right << std::setw(10) << record.at("bytes").get<long>()
+              << " bytes";
+    for (const char* name : {"name", "label", "command"}) std::cout << Column(record, name);
+    std::cout << '\n';
+  }
+}
+
+void ShowStatus(const json& status) {
+  if (status.at("secondsSincePoll").is_null()) {
+    std::cout << "plug-in: none has asked for commands since the service was started\n";
+  } else {
+    std::cout << "plug-in: asked for a command " << DescribeDuration(status.at("secondsSincePoll")) << " ago,"
+              << Column(status, "pluginVersion") << '\n';
+  }
+  std::cout << "commands: " << status.at("commands") << ", of these " << status.at("queued") << " queued and "
+            << status.at("delivered") << " delivered\nreceived: " << status.at("records") << " records, "
+            << status.at("bytes") << " bytes\n";
+}
+
+ExitStatus Query(const Options& options, const std::string& path, void (*show)(const json&)) {
+  const json answer = Client(options).Get(path);
+  if (options.json) {
+    std::cout << answer.dump() << '\n';
+  } else {
+    show(answer);
   }
   Flush();
   return kDone;
 }
 
-ExitStatus RunShow(const CommandLine& line) {
-  Client client(line);
-  const nlohmann::json command = client.Get(CommandPath(line.operand()));
-  for (const char* name : kShown) {
-    if (command.contains(name)) std::cout << name << ": " << command[name].get<std::string>() << '\n';
+}  // namespace
+
+ExitStatus RunList(const Options& options) { return Query(options, "/operator/commands", ShowCommands); }
+
+ExitStatus RunShow(const Options& options) { return Query(options, CommandPath(options.id), ShowCommand); }
+
+ExitStatus RunStatus(const Options& options) { return Query(options, "/operator/status", ShowStatus); }
+
+ExitStatus RunRecords(const Options& options) {
+  if (options.record) {
+    PrintContent(Client(options).GetBytes("/operator/records/" + std::to_string(*options.record) + "/content"));
+    return kDone;
   }
-  std::cout << "state: " << DescribeState(command) << '\n';
-  for (const auto& diagnostic : command.at("diagnostics")) {
-    std::cout << diagnostic.at("receivedAt").get<std::string>() << ' ' << diagnostic.at("code").get<std::string>()
-              << ": " << diagnostic.at("message").get<std::string>() << '\n';
-  }
+  std::string path = "/operator/records?limit=100";
+  if (!options.kind.empty()) path += "&kind=" + options.kind;
+  if (!options.id.empty()) path += "&command=" + options.id;
+  return Query(options, path, ShowRecords);
+}
+
+ExitStatus RunPrune(const Options& options) {
+  if (!options.olderThan && !options.keep) throw UsageError("prune needs --older-than or --keep");
+  json message = json::object();
+  if (options.olderThan) message["olderThan"] = std::to_string(*options.olderThan);
+  if (options.keep) message["keep"] = std::to_string(*options.keep);
+  const json pruned = Client(options).Post("/operator/prune", message);
+  std::cout << "deleted: " << pruned.at("commands") << " commands, " << pruned.at("records") << " records\n";
   Flush();
   return kDone;
 }

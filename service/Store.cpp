@@ -1,12 +1,12 @@
 #include "Store.h"
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
 
 #include "Layout.h"
+#include "PrivateFile.h"
 
 namespace service {
 namespace {
@@ -40,24 +40,14 @@ RecordSummary ReadRecord(const Statement& row) {
 
 #undef TIME_TEXT
 
-// Others who can write there could have FileMaker carry out commands of theirs.
-void RefuseIfOthersCanWrite(const std::string& path) {
-  struct stat status {};
-  if (stat(path.c_str(), &status) != 0) return;  // not there yet
-  if (status.st_uid != geteuid()) throw std::runtime_error(path + " belongs to another user");
-  if ((status.st_mode & (S_IWGRP | S_IWOTH)) != 0) {
-    throw std::runtime_error("others can write to " + path + ": run chmod go-w on it");
-  }
-}
-
 std::string PathIn(const std::string& folder) { return (std::filesystem::path(folder) / kFileName).string(); }
 
 Database OpenIn(const std::string& folder) try {
   if (std::filesystem::create_directories(folder)) {
     std::filesystem::permissions(folder, std::filesystem::perms::owner_all);
   }
-  RefuseIfOthersCanWrite(folder);
-  RefuseIfOthersCanWrite(PathIn(folder));
+  CheckPrivate(folder);
+  CheckPrivate(PathIn(folder));
   Database database(PathIn(folder));
   PrepareLayout(database);
   return database;
@@ -317,6 +307,21 @@ Pruned Store::Prune(std::chrono::seconds age, std::int64_t keep) {
   }
   database_.Execute("VACUUM");
   return pruned;
+}
+
+Totals Store::Count() {
+  const std::lock_guard lock(mutex_);
+  CheckFile();
+  ExpireCommands();
+  Statement row(database_,
+                "SELECT (SELECT count(*) FROM commands WHERE state = 'queued'),"
+                " (SELECT count(*) FROM commands WHERE state = 'delivered'),"
+                " (SELECT count(*) FROM commands), (SELECT count(*) FROM records),"
+                " (SELECT coalesce(sum(length(bytes)), 0) FROM contents)");
+  row.Step();
+  Totals totals;
+  row.Read(totals.queued, totals.delivered, totals.commands, totals.records, totals.bytes);
+  return totals;
 }
 
 }  // namespace service

@@ -63,6 +63,14 @@ struct Pruned {
   std::int64_t records = 0;
 };
 
+struct Totals {
+  std::int64_t queued = 0;
+  std::int64_t delivered = 0;
+  std::int64_t commands = 0;
+  std::int64_t records = 0;
+  std::int64_t bytes = 0;  ///< of the records' contents, each counted once
+};
+
 /// The database file was removed or replaced while the service runs: nothing would survive it.
 class StoreGone : public std::runtime_error {
   using std::runtime_error::runtime_error;
@@ -113,6 +121,8 @@ class Store {
   /// Forgets the records and finished commands that are older than `age`, but keeps the newest `keep` records of each
   /// kind and name, and gives the space back to the disk.
   Pruned Prune(std::chrono::seconds age, std::int64_t keep);
+
+  Totals Count();
 
  private:
   void CheckFile() const;

@@ -1,14 +1,18 @@
 // What varnix-service does, one function for each subcommand. They throw std::exception, UsageError among them.
 #pragma once
 
-#include "CommandLine.h"
+#include "Options.h"
 
 namespace service {
 
-ExitStatus RunServe(const CommandLine& line);
-ExitStatus RunSend(const CommandLine& line);
-ExitStatus RunResult(const CommandLine& line);
-ExitStatus RunList(const CommandLine& line);
-ExitStatus RunShow(const CommandLine& line);
+ExitStatus RunServe(const Options& options);
+ExitStatus RunSend(const Options& options);
+ExitStatus RunResult(const Options& options);
+ExitStatus RunCancel(const Options& options);
+ExitStatus RunList(const Options& options);
+ExitStatus RunShow(const Options& options);
+ExitStatus RunRecords(const Options& options);
+ExitStatus RunStatus(const Options& options);
+ExitStatus RunPrune(const Options& options);
 
 }  // namespace service

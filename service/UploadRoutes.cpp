@@ -1,9 +1,8 @@
-// What brings whole files: the live upload that answers a schema request, the snapshot and the form of
+// Requests that carry whole files: the live upload that answers a schema request, the snapshot and the form of
 // Varnix.UploadFile.
-#include <algorithm>
-#include <map>
+#include <sodium.h>
 
-#include "Base64Decode.h"
+#include "Form.h"
 #include "HttpError.h"
 #include "Message.h"
 #include "Routes.h"
@@ -12,96 +11,55 @@
 namespace service {
 namespace {
 
-using httplib::ContentReader;
-using httplib::Request;
-using httplib::Response;
-
-constexpr const char* kFormParts[] = {"licenseKey", "filename", "file"};
-
-bool IsFormPart(const std::string& name) {
-  return std::find(std::begin(kFormParts), std::end(kFormParts), name) != std::end(kFormParts);
+// Accepts the standard alphabet, padded, without line endings.
+std::string DecodeBase64(const std::string& text) {
+  std::string bytes(text.size() / 4 * 3, '\0');
+  auto* target = reinterpret_cast<unsigned char*>(bytes.data());
+  std::size_t size = 0;
+  if (sodium_base642bin(target, bytes.size(), text.data(), text.size(), nullptr, &size, nullptr,
+                        sodium_base64_VARIANT_ORIGINAL) != 0) {
+    throw HttpError(400, "content is not base64");
+  }
+  bytes.resize(size);
+  return bytes;
 }
 
-void Keep(Context& context, const char* kind, const std::string& fileName, std::string_view content,
-          Response& response) {
+Response Keep(Context& context, const char* kind, const std::string& fileName, std::string_view content) {
   if (!IsUtf8(fileName)) throw HttpError(400, "the file name is not UTF-8");
-  Answer(response, {{"ok", true}, {"record", context.store.Add({kind, fileName, std::nullopt, content})}});
+  const auto record = context.store.Add({kind, fileName, std::nullopt, content});
+  context.Log("received " + fileName + ", " + std::to_string(content.size()) + " bytes");
+  return JsonAnswer({{"ok", true}, {"record", record}});
 }
 
-// The key stands at the end of the path. A wrong one is told before the file is taken in.
-void ReceiveSigned(const Context& context, const Request& request, const ContentReader& reader, Body& body) {
-  try {
-    context.access.CheckKey(request.matches[1].str());
-  } catch (const HttpError&) {
-    Discard(request, reader);
-    throw;
-  }
-  body.Receive(request, reader);
-}
-
-void TakeIngest(Context& context, const Request& request, Response& response, const ContentReader& reader) {
-  const std::string fileName = request.get_param_value("filename");
-  Body body(context.limit);
-  ReceiveSigned(context, request, reader, body);
+Response TakeIngest(Context& context, const Request& request) {
+  const std::string fileName = request.Parameter("filename");
   if (fileName.empty()) throw HttpError(400, "filename is missing");
-  Keep(context, "ingest", fileName, body.bytes(), response);
+  return Keep(context, "ingest", fileName, request.body);
 }
 
-void TakeSnapshot(Context& context, const Request& request, Response& response, const ContentReader& reader) {
-  Body body(context.limit);
-  ReceiveSigned(context, request, reader, body);
-  const Message message = ReadMessage(body.bytes(), {{"content"}, {"filename"}});
-  const auto content = DecodeBase64(message.at("content"));
-  if (!content) throw HttpError(400, "content is not base64");
-  Keep(context, "snapshot", message.at("filename"), *content, response);
+Response TakeSnapshot(Context& context, const Request& request) {
+  const Message message = ReadMessage(request.body, {{"content"}, {"filename"}});
+  return Keep(context, "snapshot", message.at("filename"), DecodeBase64(message.at("content")));
 }
 
-void TakeForm(Context& context, const Request& request, Response& response, const ContentReader& reader) {
-  if (!request.is_multipart_form_data()) {
-    Discard(request, reader);
-    throw HttpError(415, "a multipart form is expected here");
+Response TakeForm(Context& context, const Request& request) {
+  const auto parts = ReadForm(request.body, request.Header("content-type"));
+  for (const char* name : {"licenseKey", "filename", "file"}) {
+    if (!parts.contains(name)) throw HttpError(400, std::string("the form has no part ") + name);
   }
-  std::map<std::string, Body> parts;
-  Body* part = nullptr;
-  const bool whole = reader(
-      [&](const auto& header) {
-        if (!IsFormPart(header.name)) throw HttpError(400, "the form has an unknown part");
-        const auto [place, isNew] = parts.try_emplace(header.name, context.limit);
-        if (!isNew) throw HttpError(400, "the form has a part twice");
-        part = &place->second;
-        return true;
-      },
-      [&](const char* data, std::size_t size) {
-        part->Append(data, size);
-        return true;
-      });
-  if (!whole) throw HttpError(400, "the form is incomplete or malformed");
-  for (const char* name : kFormParts) {
-    if (parts.count(name) == 0) throw HttpError(400, std::string("the form has no part ") + name);
-  }
-  context.access.CheckKey(parts.at("licenseKey").bytes());
-  Keep(context, "upload", parts.at("filename").bytes(), parts.at("file").bytes(), response);
+  if (parts.size() > 3) throw HttpError(400, "the form has an unknown part");
+  context.access.CheckKey(parts.at("licenseKey"));
+  return Keep(context, "upload", std::string(parts.at("filename")), parts.at("file"));
 }
 
-struct Upload {
-  const char* path;
-  void (*take)(Context&, const Request&, Response&, const ContentReader&);
-};
-
-constexpr Upload kUploads[] = {
-    {"/api/live/ingest/(.*)", TakeIngest},
-    {"/api/snapshot/(.*)", TakeSnapshot},
-    {"/api/upload", TakeForm},
+constexpr Route kRoutes[] = {
+    {"POST", "/api/live/ingest/*", KeyPlace::kPath, true, false, TakeIngest},
+    {"POST", "/api/snapshot/*", KeyPlace::kPath, true, false, TakeSnapshot},
+    {"POST", "/api/upload", KeyPlace::kBody, true, true, TakeForm},
 };
 
 }  // namespace
 
-void AddUploadRoutes(httplib::Server& server, Context& context) {
-  for (const auto& upload : kUploads) {
-    server.Post(upload.path, [&](const Request& request, Response& response, const ContentReader& reader) {
-      upload.take(context, request, response, reader);
-    });
-  }
-}
+std::span<const Route> UploadRoutes() { return kRoutes; }
 
 }  // namespace service

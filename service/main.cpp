@@ -2,21 +2,20 @@
 #include <iostream>
 
 #include "Client.h"
-#include "CommandLine.h"
+#include "Options.h"
+#include "TerminalText.h"
 
 int main(int argc, char** argv) {
   using namespace service;
   const auto fail = [](const std::exception& error, ExitStatus status) {
-    std::cerr << "varnix-service: " << error.what() << '\n';
+    std::cerr << "varnix-service: " << TextForTerminal(error.what()) << '\n';
     return status;
   };
   try {
-    const CommandLine line(argc, argv);
-    if (!line.wantsHelp()) return line.Run();
-    std::cout << Usage();
-    return kDone;
+    return RunCommandLine(argc, argv);
   } catch (const UsageError& error) {
-    std::cerr << "varnix-service: " << error.what() << "\nvarnix-service --help tells more.\n";
+    fail(error, kWrongUsage);
+    std::cerr << "See varnix-service --help.\n";
     return kWrongUsage;
   } catch (const ServiceError& error) {
     return fail(error, kNoService);

@@ -14,8 +14,8 @@
 #include <thread>
 #include <vector>
 
-#include "net/Json.h"
 #include "endtoend/FastFileMaker.h"
+#include "net/Json.h"
 #include "service/RunningService.h"
 #include "support/FolderTest.h"
 
@@ -51,7 +51,7 @@ std::string Snippet(int number) {
 std::string ContextFile(int number) { return "Context " + std::to_string(number); }
 
 json Command(int number) {
-  json command{{"type", TypeOf(number)}};
+  json command{{"type", TypeOf(number)}, {"expires", "1000"}};
   if (TypeOf(number) == "SET_CLIPBOARD") command.update({{"xmlType", "XMSS"}, {"xmlContent", Snippet(number)}});
   if (TypeOf(number) == "DEBUG_CONTEXT") command["fileName"] = ContextFile(number);
   if (TypeOf(number) == "GET_SCHEMA") command["fileName"] = "Workshop";
@@ -80,7 +80,7 @@ class EndToEnd : public FolderTest {
  protected:
   void StartService() {
     const std::string port = service_ ? service_->port() : "0";
-    service_.emplace(folder_ + "/data", "--listen 127.0.0.1:" + port);
+    service_.emplace(folder_ + "/data", std::vector<std::string>{"--no-key"}, port);
   }
 
   void Await(int number, bool finished) {
@@ -178,8 +178,10 @@ TEST_F(EndToEnd, KnowsWhatBecameOfAThousandCommandsThoughTheServiceIsKilledTenTi
   }
   for (int i = KilledAt(kKills - 1) + kNoticedWithin; i < kCommands; ++i) ASSERT_NO_FATAL_FAILURE(Await(i, true));
   const Footprint after = fileMaker.Measure();
-  EXPECT_EQ(fileMaker.End(), 0) << "host objects left alive are named here: " << fileMaker.Printed();
-  EXPECT_EQ(fileMaker.Printed(), "OK\n");
+  EXPECT_EQ(fileMaker.End(), 0);
+  EXPECT_EQ(fileMaker.Errors(), "") << "host objects left alive are named here";
+  EXPECT_EQ(fileMaker.ReadLine(), "OK");
+  EXPECT_EQ(fileMaker.ReadLine(), "");
   CheckCommands();
   CheckRecords();
   EXPECT_LE(after.residentKb, before.residentKb + kMemorySlackKb);

@@ -1,16 +1,14 @@
 // The simulated FileMaker with the plug-in, idling at its prompt, as a process whose clock is fast.
 #pragma once
 
-#include <gtest/gtest.h>
-#include <sys/wait.h>
-
 #include <algorithm>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
-#include <utility>
+#include <vector>
+
+#include "support/Process.h"
 
 inline std::string Contents(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
@@ -27,29 +25,13 @@ struct Footprint {
 class FastFileMaker {
  public:
   /// With the file "Workshop" open; settings and temporary files are in `folder`.
-  explicit FastFileMaker(const std::string& folder) : folder_(folder) {
-    // No more than this: neither the clipboard nor the notifications of whoever runs the tests. One arena, because the
-    // memory that threads keep in arenas of their own depends on which of them happens to run what.
-    std::string environment = "LD_PRELOAD=\"" FAST_CLOCK "\" MALLOC_ARENA_MAX=1";
-    for (const char* name : {"HOME", "XDG_CONFIG_HOME", "PATH", "TMPDIR"})
-      environment += std::string(" ") + name + "=$PWD";
-    const std::string fmsim = "\"" FMSIM "\" --plugin \"" PLUGIN_FILE "\" --open \"" SAMPLES
-                              "/Workshop.xml\" --idle-interval 1 > printed 2>&1";
-    const std::string command = "cd " + folder + "; exec timeout -s KILL 110 sh -c 'echo $$ > process; exec env -i " +
-                                environment + ' ' + fmsim + "'";
-    input_ = popen(command.c_str(), "we");
-  }
-  ~FastFileMaker() { End(); }
-  FastFileMaker(const FastFileMaker&) = delete;
-  FastFileMaker& operator=(const FastFileMaker&) = delete;
+  explicit FastFileMaker(const std::string& folder)
+      : folder_(folder), process_(Arguments(folder), folder + "/errors") {}
 
-  void Type(const std::string& line) {
-    std::fputs((line + '\n').c_str(), input_);
-    std::fflush(input_);
-  }
+  void Type(const std::string& line) { process_.Write(line + '\n'); }
 
   Footprint Measure() const {
-    const std::string process = "/proc/" + std::to_string(std::stoi(Contents(folder_ + "/process")));
+    const std::string process = "/proc/" + std::to_string(process_.pid());
     Footprint footprint;
     std::ifstream status(process + "/status");
     for (std::string word; status >> word;) {
@@ -63,17 +45,26 @@ class FastFileMaker {
     return footprint;
   }
 
-  /// What it has printed, results and errors.
-  std::string Printed() const { return Contents(folder_ + "/printed"); }
+  /// Ends its input and waits for its end. Its exit status, or 128 and the signal that ended it.
+  int End() { return process_.End(); }
 
-  /// Ends its input and waits for its end. Its exit status; -1 when it did not exit.
-  int End() {
-    if (input_ == nullptr) return -1;
-    const int status = pclose(std::exchange(input_, nullptr));
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  }
+  /// The next line of its results, and all errors so far.
+  std::string ReadLine() { return process_.ReadLine(); }
+  std::string Errors() const { return Contents(folder_ + "/errors"); }
 
  private:
+  // No more of the environment than this: neither the clipboard nor the notifications of whoever runs the tests. One
+  // arena, because the memory that threads keep in arenas of their own depends on which of them happens to run what.
+  static std::vector<std::string> Arguments(const std::string& folder) {
+    std::vector<std::string> arguments{"env", "-i", "-C", folder, "LD_PRELOAD=" FAST_CLOCK, "MALLOC_ARENA_MAX=1"};
+    for (const char* name : {"HOME", "XDG_CONFIG_HOME", "PATH", "TMPDIR"}) {
+      arguments.push_back(std::string(name) + '=' + folder);
+    }
+    arguments.insert(arguments.end(),
+                     {FMSIM, "--plugin", PLUGIN_FILE, "--open", SAMPLES "/Workshop.xml", "--idle-interval", "1"});
+    return arguments;
+  }
+
   const std::string folder_;
-  std::FILE* input_ = nullptr;
+  ChildProcess process_;
 };

@@ -45,7 +45,7 @@ class Protocol : public FolderTest {
         .body;
   }
 
-  std::optional<RunningService> service_{std::in_place, folder_};
+  std::optional<RunningService> service_{std::in_place, folder_ + "/data"};
 };
 
 std::string AllBytes() {
@@ -135,7 +135,7 @@ TEST_F(Protocol, DeliversNoCommandTwiceThoughTheServiceIsKilled) {
   const std::string id = service_->Queue(kListFiles);
   service_->Poll();
   EXPECT_EQ(service_->End(SIGKILL), 128 + SIGKILL);
-  service_.emplace(folder_);
+  service_.emplace(folder_ + "/data");
   EXPECT_EQ(service_->Poll(), kNothing);
   EXPECT_EQ(service_->Told(id, "state"), "delivered");
   EXPECT_EQ(service_->Complete(id, R"("status":"failed","error":"late")").status, 200);

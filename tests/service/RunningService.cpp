@@ -1,30 +1,33 @@
 #include "service/RunningService.h"
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <csignal>
-#include <utility>
 
 #include "net/Json.h"
 
-RunningService::RunningService(const std::string& folder, const std::string& options) {
-  const std::string serve = "exec " SERVICE " serve --listen 127.0.0.1:0 --data '" + folder + "' " + options;
-  output_ = popen(("echo $$; " + serve).c_str(), "re");
-  char url[64] = "";
-  EXPECT_EQ(std::fscanf(output_, "%d %63s", &process_, url), 2);
-  url_ = url;
+namespace {
+
+std::vector<std::string> Serve(const std::string& folder, const std::vector<std::string>& options,
+                               const std::string& port) {
+  std::vector<std::string> arguments{SERVICE, "serve", "--listen=127.0.0.1:" + port, "--data", folder};
+  arguments.insert(arguments.end(), options.begin(), options.end());
+  return arguments;
+}
+
+}  // namespace
+
+RunningService::RunningService(const std::string& folder, const std::vector<std::string>& options,
+                               const std::string& port)
+    : process_(Serve(folder, options, port), folder + ".log"),
+      url_(process_.ReadLine()),
+      signInLine_(process_.ReadLine()) {
   EXPECT_TRUE(url_.starts_with("http://127.0.0.1:")) << url_;
 }
 
 RunningService::~RunningService() {
-  if (output_ != nullptr && End(SIGTERM) != 0) ADD_FAILURE() << "the service did not end well";
-}
-
-int RunningService::End(int signal) {
-  kill(process_, signal);
-  const int status = pclose(std::exchange(output_, nullptr));
-  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+  const int status = End(SIGTERM);
+  EXPECT_TRUE(status == 0 || status == -1) << "the service ended with status " << status;
 }
 
 httplib::Response RunningService::Exchange(const std::string& method, const std::string& path,

@@ -2,26 +2,28 @@
 #pragma once
 
 #include <httplib.h>
-#include <sys/types.h>
 
-#include <cstdio>
 #include <string>
+#include <vector>
+
+#include "support/Process.h"
 
 class RunningService {
  public:
-  /// Starts `varnix-service serve` with its data in `folder` and waits until it listens; `options` may name the port.
-  explicit RunningService(const std::string& folder, const std::string& options = "");
+  /// Starts `varnix-service serve` with its data in `folder`, and waits until it listens.
+  explicit RunningService(const std::string& folder, const std::vector<std::string>& options = {"--no-key"},
+                          const std::string& port = "0");
   ~RunningService();
-  RunningService(const RunningService&) = delete;
-  RunningService& operator=(const RunningService&) = delete;
 
   /// Ends the process and returns its exit status, or 128 and the signal that ended it.
-  int End(int signal);
+  int End(int signal) { return process_.End(signal); }
 
   const std::string& url() const { return url_; }
   std::string port() const { return url_.substr(url_.rfind(':') + 1); }
+  /// What is printed after the address.
+  const std::string& signInLine() const { return signInLine_; }
 
-  /// The answer to a request, of the status -1 when there is none.
+  /// The answer to a request, with the status -1 when there is none.
   httplib::Response Exchange(const std::string& method, const std::string& path, const httplib::Headers& headers = {},
                              const std::string& body = "") const;
   httplib::Response Get(const std::string& path, const httplib::Headers& headers = {}) const;
@@ -41,7 +43,7 @@ class RunningService {
   std::string Told(const std::string& id, const std::string& key) const;
 
  private:
-  std::FILE* output_ = nullptr;
-  pid_t process_ = 0;
+  ChildProcess process_;
   std::string url_;
+  std::string signInLine_;
 };

@@ -1,5 +1,6 @@
 // The subcommands as people and scripts use them.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <fstream>
 #include <thread>
@@ -15,12 +16,15 @@ using Arguments = std::vector<std::string>;
 
 class Subcommands : public FolderTest {
  protected:
+  Subcommands() {
+    setenv("VARNIX_DATA", data_.c_str(), 1);
+    for (const char* name : {"VARNIX_KEY", "VARNIX_SERVICE"}) unsetenv(name);
+  }
   ~Subcommands() override {
-    unsetenv("VARNIX_KEY");
-    unsetenv("VARNIX_SERVICE");
+    for (const char* name : {"VARNIX_DATA", "VARNIX_KEY", "VARNIX_SERVICE", "XDG_DATA_HOME"}) unsetenv(name);
   }
 
-  ProcessResult Run(Arguments arguments, const std::string& input = "") {
+  static ProcessResult Run(Arguments arguments, const std::string& input = "") {
     arguments.insert(arguments.begin(), SERVICE);
     return RunProcess(arguments, input);
   }
@@ -39,13 +43,19 @@ class Subcommands : public FolderTest {
     return result;
   }
 
+  std::string Log() const {
+    std::ifstream log(data_ + ".log");
+    return {std::istreambuf_iterator<char>(log), {}};
+  }
+
+  const std::string data_ = folder_ + "/data";
   std::string polled_;
 };
 
 constexpr char kCompleted[] = R"("status":"completed")";
 
 TEST_F(Subcommands, SendPrintsTheResultAndNothingElse) {
-  const RunningService service(folder_);
+  const RunningService service(data_);
   auto result = Send(service, {"send", "GET_CLIPBOARD", "--xml-type", "XMSS"},
                      R"("xmlType":"XMSC","xmlContent":"<fmxmlsnippet>\n\té</fmxmlsnippet>")", kCompleted);
   EXPECT_EQ(result.output, "<fmxmlsnippet>\n\té</fmxmlsnippet>");
@@ -54,57 +64,128 @@ TEST_F(Subcommands, SendPrintsTheResultAndNothingElse) {
   EXPECT_EQ(JsonGetString(polled_, "xmlType"), "XMSS");
   EXPECT_EQ(Run({"result", JsonGetString(polled_, "id"), "--service", service.url()}).output, result.output);
 
-  result = Send(service, {"send", "list-files"}, "", R"("status":"failed","error":"ERROR: no files")");
+  result = Send(service, {"send", "list-files"}, "", R"("status":"failed","error":"ERROR: \u001b[2J\u009b1m files")");
   EXPECT_EQ(result.output, "");
-  EXPECT_EQ(result.errors, "varnix-service: ERROR: no files\n");
+  EXPECT_EQ(result.errors, "varnix-service: ERROR: \\x1B[2J\\x9B1m files\n");
   EXPECT_EQ(result.status, 1);
 
-  result = Send(service, {"send", "SET_CLIPBOARD", "--xml-type", "XMSS", "--content", "-"}, "", kCompleted, "<a/>\r\n");
+  const std::string snippet = "<fmxmlsnippet/>\r\n";
+  result = Send(service, {"send", "SET_CLIPBOARD", "--xml-type=XMSS", "--content=-"}, "", kCompleted, snippet);
   EXPECT_EQ(result.status, 0);
-  EXPECT_EQ(JsonGetString(polled_, "xmlContent"), "<a/>\r\n");
+  EXPECT_EQ(JsonGetString(polled_, "xmlContent"), snippet);
+  result =
+      Send(service, {"send", "set-clipboard", "--xml-type=XMSS", "--content=-", "--force"}, "", kCompleted, "<a/>");
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(JsonGetString(polled_, "xmlContent"), "<a/>");
 }
 
-TEST_F(Subcommands, TellWhenACommandIsNotFinishedAndTakeAddressAndKeyFromTheEnvironment) {
-  setenv("VARNIX_KEY", "K1", 1);
-  const RunningService service(folder_);
+TEST_F(Subcommands, ShowWhatThereIsAndWithdrawAndDeleteIt) {
+  const RunningService service(data_);
   setenv("VARNIX_SERVICE", service.url().c_str(), 1);
+  EXPECT_EQ(Run({"status"}).output,
+            "plug-in: none has asked for commands since the service was started\n"
+            "commands: 0, of these 0 queued and 0 delivered\nreceived: 0 records, 0 bytes\n");
   const std::string queued = Run({"send", "LIST_FILES", "--wait", "0"}).output;
-  const auto late = Run({"send", "LIST_FILES", "--wait", "1"});
+  const auto late = Run({"send", "debug-context", "--wait", "1", "--expires=2h"});
   EXPECT_EQ(late.status, 3);
   EXPECT_EQ(late.output, "");
   EXPECT_NE(late.errors.find("No plug-in has asked"), std::string::npos) << late.errors;
   const std::string id = JsonGetString(service.Poll(), "id");
   EXPECT_EQ(queued, id + '\n');
-  const auto list = Run({"list"});
-  EXPECT_TRUE(list.output.starts_with(id + "  LIST_FILES             delivered ")) << list.output;
-  EXPECT_TRUE(Run({"show", id}).output.starts_with("id: " + id + "\ntype: LIST_FILES\nqueuedAt: 2"));
-  setenv("VARNIX_KEY", "K2", 1);
-  EXPECT_EQ(Run({"list"}).errors, "varnix-service: the account key is wrong\n");
+  EXPECT_TRUE(Run({"list"}).output.starts_with(id + "  list-files             delivered ")) << Run({"list"}).output;
+  EXPECT_TRUE(Run({"show", id}).output.starts_with("list-files: delivered ")) << Run({"show", id}).output;
+  EXPECT_EQ(JsonGetString(Run({"show", id, "--json"}).output, "type"), "LIST_FILES");
+  EXPECT_EQ(Run({"cancel", id}).errors, "varnix-service: the command is no longer queued\n");
+  const std::string other = JsonGetString(service.Get("/operator/commands?state=queued").body, "id");
+  EXPECT_EQ(Run({"cancel", other}).status, 0);
+  const auto cancelled = Run({"result", other});
+  EXPECT_EQ(cancelled.status, 1);
+  EXPECT_EQ(cancelled.errors, "varnix-service: the command is cancelled\n");
+  service.Post("/api/bridge/push", R"({"licenseKey":"K1","xmlType":"A\u001bB","xmlContent":"123"})");
+  EXPECT_NE(Run({"records", "--kind=push"}).output.find("3 bytes  A\\x1BB\n"), std::string::npos);
+  EXPECT_EQ(Run({"records", "1"}).output, "123");
+  EXPECT_EQ(Run({"prune", "--older-than=1d"}).output, "deleted: 0 commands, 0 records\n");
+}
+
+TEST_F(Subcommands, UseTheKeyInTheDataFolderThatServeMade) {
+  umask(0);
+  const RunningService service(data_, {});
+  const std::string key = service.signInLine().substr(service.signInLine().find("; \"") + 3, 43);
+  EXPECT_EQ(service.signInLine(), "To sign in, evaluate in FileMaker:  Varnix.Register ( \"you@example.com\" ; \"" +
+                                      key + "\" ; Get ( PersistentID ) ; \"" + service.url() + "\" )");
+  for (const char* name : {"", "/key", "/varnix-service.db"}) {
+    struct stat status {};
+    EXPECT_EQ(stat((data_ + name).c_str(), &status), 0) << name;
+    EXPECT_EQ(status.st_mode & 077, 0u) << name;
+  }
+  EXPECT_EQ(service.Get("/operator/status").status, 401);
+  const std::string atService = "--service=" + service.url();
+  EXPECT_EQ(Run({"status", atService}).status, 0);
+  EXPECT_EQ(Run({"status", atService, "--key=other"}).errors, "varnix-service: the account key is wrong\n");
+  unsetenv("VARNIX_DATA");
+  setenv("XDG_DATA_HOME", folder_.c_str(), 1);
+  EXPECT_EQ(Run({"status", atService}).status, 4);
+  std::filesystem::rename(data_, folder_ + "/varnix-service");
+  EXPECT_NE(Run({"status", atService}).errors.find("was removed or replaced"), std::string::npos);
+
+  service.Post("/api/bridge/register",
+               R"({"email":"E\n1","licenseKey":")" + key + R"(","machineId":"M1","pluginVersion":"1.6.16"})");
+  EXPECT_NE(Log().find("sign-in: E 1, plug-in 1.6.16\n"), std::string::npos) << Log();
+  EXPECT_EQ(Log().find(key), std::string::npos);
 }
 
 TEST_F(Subcommands, RefuseWhatIsWrongAndSayWhatIsRight) {
-  const RunningService service(folder_);
-  std::ofstream(folder_ + "/latin1.xml") << "\xe4";
+  const RunningService service(data_);
+  const auto write = [&](const char* name, const char* text) {
+    std::ofstream(folder_ + name) << text;
+    return folder_ + name;
+  };
+  const std::string latin1 = write("/latin1.xml", "\xe4"), other = write("/other.xml", "<a/>");
+  std::filesystem::create_directory(folder_ + "/open");
+  chmod((folder_ + "/open").c_str(), 0777);
+  const std::string anyPort = "--listen=127.0.0.1:0";
   const struct {
     Arguments arguments;
     int status;
     std::string errors;
   } cases[] = {
-      {{"send", "LIST_FILES", "--wait", "1s"}, 2, "--wait takes a whole number from 0 to 86400"},
-      {{"send", "SET_CLIPBOARD", "--content", folder_ + "/latin1.xml"}, 1, folder_ + "/latin1.xml is not UTF-8"},
-      {{"list", "--service", "http://127.0.0.1:1"}, 4, "no answer from http://127.0.0.1:1 (Connection)"},
-      {{"serve", "--listen", "0.0.0.0:0"}, 2, "to be reached from other machines, the service needs a key"},
-      {{"serve", "--listen", "127.0.0.1:0", "--data", folder_}, 1, folder_ + " is in use by another service"},
-      {{"serve", "--key", "a/b"},
+      {{"send", "LIST_FILES", "--wait", "1x"}, 2, ""},
+      {{"send", "no-such"},
        2,
-       "a key is made of letters, digits and - . _ ~, because it is sent in addresses as it stands"},
+       "TYPE must be one of get-clipboard, get-clipboard-formats, list-files, debug-context, get-schema, "
+       "set-clipboard"},
+      {{"send", "set-clipboard", "--xml-type=XMSS"}, 2, "set-clipboard needs --content"},
+      {{"send", "list-files", "--file=a"}, 2, "list-files takes no --file"},
+      {{"send", "set-clipboard", "--content", latin1}, 1, latin1 + " is not UTF-8"},
+      {{"send", "set-clipboard", "--xml-type=XMSS", "--content", other},
+       2,
+       "the content is not a FileMaker snippet: it has no <fmxmlsnippet>; --force sends it all the same"},
+      {{"list", "--service", "http://127.0.0.1:1"},
+       4,
+       "no service at http://127.0.0.1:1; start it with \"varnix-service serve\""},
+      {{"show", "../x"}, 2, "../x is not the ID of a command"},
+      {{"prune"}, 2, "prune needs --older-than or --keep"},
+      {{"serve", "--no-key", "--listen", "0.0.0.0:0"}, 2, "to be reached from other machines, the service needs a key"},
+      {{"serve", anyPort, "--data", data_}, 1, data_ + " is in use by another service"},
+      {{"serve", anyPort, "--data", folder_ + "/open"},
+       1,
+       folder_ + "/open cannot be used: others can write to " + folder_ + "/open: run chmod go-w on it"},
+      {{"serve", anyPort, "--data", latin1 + "/x"}, 1, ""},
+      {{"serve", "--listen=127.0.0.1:" + service.port(), "--data", folder_ + "/2"},
+       1,
+       "cannot listen on 127.0.0.1:" + service.port() + ": Address already in use"},
+      {{"serve", "--key", "a/b", "--data", folder_ + "/3"},
+       2,
+       "a key is made of letters, digits and - . _ ~, because it is sent in addresses unescaped"},
   };
   for (const auto& [arguments, status, errors] : cases) {
     const auto result = Run(arguments);
-    EXPECT_EQ(result.status, status) << errors;
+    const std::string first = result.errors.substr(0, result.errors.find('\n'));
+    EXPECT_EQ(result.status, status) << first;
     EXPECT_EQ(result.output, "");
-    EXPECT_EQ(result.errors.substr(0, result.errors.find('\n')), "varnix-service: " + errors);
+    EXPECT_EQ(first.substr(0, errors.empty() ? 16 : first.npos), "varnix-service: " + errors);
   }
+  EXPECT_EQ(Run({"--version"}).output, "varnix-service 1.6.16\n");
 }
 
 }  // namespace

@@ -1,0 +1,65 @@
+// One connection: a request is read within its limits, answered, and the connection closed.
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/beast/core/flat_buffer.hpp>
+#include <boost/beast/core/tcp_stream.hpp>
+#include <boost/beast/http/buffer_body.hpp>
+#include <boost/beast/http/message.hpp>
+#include <boost/beast/http/parser.hpp>
+#include <boost/beast/http/string_body.hpp>
+#include <chrono>
+#include <memory>
+#include <optional>
+
+#include "Limits.h"
+#include "Router.h"
+
+namespace service {
+
+/// Lives as long as an operation on it is under way. All private members belong to the strand of its socket.
+class Connection : public std::enable_shared_from_this<Connection> {
+ public:
+  /// `socket` has an executor of its own, a strand. `context` must outlive the connection.
+  Connection(boost::asio::ip::tcp::socket socket, Context& context);
+
+  void Start();
+
+  /// Closes the connection unless it is at work. On any thread.
+  void CloseUnlessAtWork();
+
+  /// True once the client has shown that it may use the service, until it has its answer.
+  bool IsAtWork() const { return atWork_; }
+
+ private:
+  using Error = boost::beast::error_code;
+
+  void ReadHead();
+  void AcceptHead(Error error);
+  void ReadBody();
+  void AcceptBody(Error error);
+  void AnswerRequest();
+  void Send(Response response);
+  void Linger();
+  void SetTimeout(std::chrono::steady_clock::duration silence);
+
+  /// Calls `step` and sends the answer to what it throws.
+  template <class Step>
+  void Try(Step step);
+
+  boost::beast::tcp_stream stream_;
+  Context& context_;
+  const std::chrono::steady_clock::time_point end_;
+  std::atomic<bool> atWork_ = false;
+  boost::beast::flat_buffer buffer_{kHeadBytes + kSmallBodyBytes};
+  boost::beast::http::request_parser<boost::beast::http::buffer_body> parser_;
+  Request request_;
+  const Route* route_ = nullptr;
+  std::optional<Body> body_;
+  std::array<char, kSmallBodyBytes> piece_;
+  boost::beast::http::response<boost::beast::http::string_body> response_;
+};
+
+}  // namespace service

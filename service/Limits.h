@@ -1,0 +1,66 @@
+// What one client, and all of them together, may take of the service.
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace service {
+
+inline constexpr std::size_t kHeadBytes = 16 << 10;       ///< request line and headers
+inline constexpr std::size_t kSmallBodyBytes = 64 << 10;  ///< messages without a file, and bodies without a right key
+inline constexpr std::size_t kConnections = 500;          ///< open at the same time
+inline constexpr std::size_t kThreads = 4;                ///< that read, carry out and answer requests
+
+/// How long things may take.
+struct Times {
+  std::chrono::milliseconds head = std::chrono::seconds(10);      ///< from the connection to the end of the headers
+  std::chrono::milliseconds silence = std::chrono::seconds(30);   ///< between two pieces of a body
+  std::chrono::milliseconds request = std::chrono::seconds(150);  ///< all of it; the plug-in gives up after 120 s
+  std::chrono::milliseconds linger = std::chrono::seconds(10);    ///< for a sender that is answered before its end
+  std::chrono::milliseconds end = std::chrono::seconds(3);        ///< for requests at work when the service ends
+};
+
+/// Bodies above the limit, and bodies that come while the others already fill twice the limit, are refused.
+class BodyLimit {
+ public:
+  explicit BodyLimit(std::size_t bytes) : bytes_(bytes) {}
+
+  std::size_t bytes() const { return bytes_; }
+
+ private:
+  friend class Body;
+  const std::size_t bytes_;
+  std::atomic<std::size_t> held_ = 0;
+};
+
+/// One request's body as it is received. Counts towards the limit while it lives. One thread at a time.
+class Body {
+ public:
+  /// `most` bytes are accepted, or the limit's if that is less.
+  Body(BodyLimit& limit, std::size_t most);
+  ~Body() { limit_.held_ -= bytes_.size(); }
+  Body(const Body&) = delete;
+  Body& operator=(const Body&) = delete;
+
+  /// Throws HttpError 413 for a request that announces more bytes than accepted.
+  void Announce(std::size_t bytes) const;
+
+  /// Throws HttpError 413 or 503 when the bytes are too many.
+  void Append(std::string_view bytes);
+
+  const std::string& bytes() const { return bytes_; }
+
+ private:
+  BodyLimit& limit_;
+  const std::size_t most_;
+  std::string bytes_;
+};
+
+/// Allows this process descriptors for all connections as far as the system permits, and returns how many connections
+/// fit. On macOS a process may have 256 descriptors by default.
+std::size_t ReserveConnections();
+
+}  // namespace service

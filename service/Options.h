@@ -1,0 +1,50 @@
+// The command line of varnix-service.
+#pragma once
+
+#include <optional>
+#include <stdexcept>
+#include <string>
+
+namespace service {
+
+enum ExitStatus { kDone = 0, kFailed = 1, kWrongUsage = 2, kNotInTime = 3, kNoService = 4 };
+
+class UsageError : public std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+/// What the subcommands are given. Each uses its own; the others keep their defaults.
+struct Options {
+  std::string url = "http://127.0.0.1:8765";
+  std::string key;   ///< empty: the one in the data folder
+  std::string data;  ///< empty: DefaultFolder()
+  bool json = false;
+
+  std::string listen = "127.0.0.1:8765";
+  bool noKey = false;
+  long maxBody = 256;  ///< megabytes
+  std::string latestVersion;
+
+  std::string type;
+  std::optional<std::string> file;
+  std::optional<std::string> xmlType;
+  std::optional<std::string> content;  ///< a file's name, or "-"
+  bool force = false;
+  std::optional<long> expires;  ///< seconds
+  long wait = 60;               ///< seconds
+
+  std::string id;    ///< of a command
+  std::string kind;  ///< of records
+  std::optional<long> record;
+
+  std::optional<long> olderThan;  ///< seconds
+  std::optional<long> keep;
+
+  std::string Folder() const;
+};
+
+/// Reads the command line and carries out its subcommand. Returns the exit status; throws UsageError, or any
+/// std::exception of the subcommand.
+int RunCommandLine(int argc, char** argv);
+
+}  // namespace service

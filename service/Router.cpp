@@ -1,0 +1,100 @@
+#include "Router.h"
+
+#include <optional>
+
+#include "HttpError.h"
+#include "Routes.h"
+
+namespace service {
+namespace {
+
+// The open segments of `path`; nothing when it does not match.
+std::optional<std::vector<std::string>> Match(std::string_view pattern, std::string_view path) {
+  std::vector<std::string> captures;
+  for (;;) {
+    const auto star = pattern.find('*');
+    if (star == std::string_view::npos) {
+      if (pattern != path) return std::nullopt;
+      return captures;
+    }
+    if (path.substr(0, star) != pattern.substr(0, star)) return std::nullopt;
+    pattern.remove_prefix(star + 1);
+    path.remove_prefix(star);
+    const std::string_view open = pattern.empty() ? path : path.substr(0, path.find('/'));
+    captures.push_back(PercentDecoded(open));
+    path.remove_prefix(open.size());
+  }
+}
+
+void CheckKey(const Context& context, const Request& request, KeyPlace place) {
+  switch (place) {
+    case KeyPlace::kPath:
+      return context.access.CheckKey(request.captures.back());
+    case KeyPlace::kQuery:
+      return context.access.CheckKey(request.Parameter("licenseKey"));
+    case KeyPlace::kHeader:
+      return context.access.CheckAuthorization(request);
+    case KeyPlace::kBody:
+    case KeyPlace::kNone:
+      return;
+  }
+}
+
+void CheckBody(const Route& route, const Request& request) {
+  if (request.method != "POST") return;
+  if (request.Header("content-length").empty() && request.Header("transfer-encoding").empty()) {
+    throw HttpError(411, "Content-Length is missing");
+  }
+  const bool isForm = MediaType(request.Header("content-type")) == "multipart/form-data";
+  if (isForm != route.takesForm) {
+    throw HttpError(415, isForm ? "a form is not accepted" : "a multipart form is expected");
+  }
+}
+
+// How the key is introduced, and what follows it, in the JSON messages and in the form of the plug-in.
+struct KeyMark {
+  std::string_view before;
+  std::string_view after;
+};
+
+constexpr KeyMark kKeyMarks[] = {{"\"licenseKey\":\"", "\""}, {"name=\"licenseKey\"\r\n\r\n", "\r\n"}};
+
+}  // namespace
+
+const Route& FindRoute(Request& request) {
+  const char* allowed = nullptr;
+  for (const auto& routes : {ProtocolRoutes(), UploadRoutes(), OperatorRoutes()}) {
+    for (const auto& route : routes) {
+      auto captures = Match(route.pattern, request.path);
+      if (!captures) continue;
+      if (request.method == route.method) {
+        request.captures = *std::move(captures);
+        return route;
+      }
+      allowed = route.method;
+    }
+  }
+  if (allowed != nullptr) throw HttpError(405, "method not allowed");
+  throw HttpError(404, "not found");
+}
+
+const Route& Admit(Context& context, Request& request) {
+  context.access.RefuseWebPages(request);
+  const Route& route = FindRoute(request);
+  CheckKey(context, request, route.key);
+  CheckBody(route, request);
+  return route;
+}
+
+bool ShowsKey(const Context& context, std::string_view body) {
+  if (context.access.IsOpen()) return true;
+  for (const auto& mark : kKeyMarks) {
+    const auto begin = body.find(mark.before);
+    if (begin == std::string_view::npos) continue;
+    const std::string_view key = body.substr(begin + mark.before.size());
+    return context.access.IsKey(key.substr(0, key.find(mark.after)));
+  }
+  return false;
+}
+
+}  // namespace service
