@@ -1,3 +1,6 @@
+#include <unistd.h>
+
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -10,12 +13,17 @@ namespace {
 constexpr const char* kOrders = TEST_DATA "/Orders.xml";
 const Colours kPlain(false);
 
-/// An export in a file of its own.
-std::string Saved(const std::string& text) {
-  const std::string path = testing::TempDir() + "/commands-test.xml";
-  std::ofstream(path, std::ios::binary) << text;
-  return path;
-}
+/// An export in a file that lives as long as this does. Its name is its process's own: tests run side by side.
+class SavedExport {
+ public:
+  explicit SavedExport(const std::string& text) { std::ofstream(path_, std::ios::binary) << text; }
+  ~SavedExport() { std::filesystem::remove(path_); }
+
+  const std::string& path() const { return path_; }
+
+ private:
+  const std::string path_ = testing::TempDir() + "commands-test-" + std::to_string(getpid()) + ".xml";
+};
 
 struct Printed {
   std::ostringstream out, warnings;
@@ -23,7 +31,8 @@ struct Printed {
 
 std::string Changes(const std::string& newer, bool json, const Colours& colours = kPlain) {
   Printed printed;
-  PrintChanges({kOrders, Saved(newer), json}, colours, printed.out, printed.warnings);
+  const SavedExport saved(newer);
+  PrintChanges({kOrders, saved.path(), json}, colours, printed.out, printed.warnings);
   return printed.out.str() + printed.warnings.str();
 }
 
