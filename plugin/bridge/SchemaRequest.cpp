@@ -76,8 +76,8 @@ void StartLivePush(const Account& account, const FMX_ExternCallStruct& call, con
 
 void GiveUp(const Account& account) {
   g_pendingSchemaReady = false;
-  if (g_pendingGetSchemaCmdId.empty())
-    return;  // the user has started the script, and its live push has completed the command
+  // Empty when the user has started the script and its live push has completed the command.
+  if (g_pendingGetSchemaCmdId.empty()) return;
   const auto [commandId, target] = TakeRequest();
   Fail(account, commandId, "LC_TIMEOUT",
        "\"" + target +

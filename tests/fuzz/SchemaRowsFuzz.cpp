@@ -44,6 +44,13 @@ std::string NextColumn(std::string& row) {
   return column;
 }
 
+/// Whether FileMaker reads `name` between quotes as one text literal without a quote.
+bool IsLiteral(const std::string& name) {
+  std::size_t at = 0;
+  while (at < name.size() && name[at] != '"') at += name[at] == '\\' ? 2 : 1;
+  return at == name.size() && name.find('"') == name.npos;
+}
+
 Json TablesOf(const std::vector<std::string>& lines) {
   Json fields = Json::object();  // by table
   for (std::string row : lines) {
@@ -56,7 +63,7 @@ Json TablesOf(const std::vector<std::string>& lines) {
   if (!tables.empty()) return tables;
   for (const auto& table : lines) {
     Json list = Json::array();
-    for (auto times = std::ranges::count(lines, table); times > 0; --times) {
+    for (auto times = IsLiteral(table) ? std::ranges::count(lines, table) : 0; times > 0; --times) {
       for (const auto& name : lines) list.push_back(Field(name, "", ""));
     }
     tables.push_back({{"name", table}, {"fields", list}});
