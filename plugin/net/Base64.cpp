@@ -13,7 +13,7 @@ constexpr char kAlphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwx
 
 using Pair = std::array<char, 2>;
 
-/// The two characters of every 12 bits: half the look-ups that single characters take.
+/// Two characters for each value of 12 bits: half as many look-ups as for single characters.
 constexpr auto kPairs = [] {
   std::array<Pair, 4096> pairs{};
   for (std::size_t bits = 0; bits < pairs.size(); ++bits) pairs[bits] = {kAlphabet[bits >> 6], kAlphabet[bits & 63]};
@@ -22,13 +22,13 @@ constexpr auto kPairs = [] {
 
 constexpr std::size_t kUnit = 24;            // bytes encoded by one turn of the loop
 constexpr std::size_t kUnitCharacters = 32;  // what they become
-constexpr std::size_t kOverread = 2;         // bytes read behind a unit
+constexpr std::size_t kOverread = 2;         // bytes read after a unit
 
-// Units encoded on the stack before they are appended: giving the result its size first would fill it with zeros. They
-// are few so that storing them in fresh memory and encoding the next ones overlap.
+// Units encoded on the stack before they are appended: giving the result its size first would fill it with zeros. There
+// are few of them, so that storing them in fresh memory overlaps with encoding the next ones.
 constexpr std::size_t kUnitsAtOnce = 16;
 
-/// The eight bytes from `bytes` on, the first as the highest. Compilers make a single instruction of this form.
+/// The eight bytes at `bytes`, the first as the highest. Compilers turn this form into a single instruction.
 inline std::uint64_t LoadBigEndian(const char* bytes) {
   static_assert(std::endian::native == std::endian::little);
   std::uint64_t word;
@@ -38,16 +38,16 @@ inline std::uint64_t LoadBigEndian(const char* bytes) {
   return (word >> 8 & 0x00ff00ff00ff00ff) | (word & 0x00ff00ff00ff00ff) << 8;
 }
 
-/// Encodes six bytes; reads two more.
+/// Encodes six bytes; reads two more. With memcpy, fortified builds would check the bounds of each pair.
 inline void EncodeSix(const char* bytes, char* out) {
   const std::uint64_t word = LoadBigEndian(bytes);
-  std::memcpy(out, &kPairs[word >> 52], 2);
-  std::memcpy(out + 2, &kPairs[word >> 40 & 4095], 2);
-  std::memcpy(out + 4, &kPairs[word >> 28 & 4095], 2);
-  std::memcpy(out + 6, &kPairs[word >> 16 & 4095], 2);
+  std::copy_n(kPairs[word >> 52].data(), 2, out);
+  std::copy_n(kPairs[word >> 40 & 4095].data(), 2, out + 2);
+  std::copy_n(kPairs[word >> 28 & 4095].data(), 2, out + 4);
+  std::copy_n(kPairs[word >> 16 & 4095].data(), 2, out + 6);
 }
 
-/// Encodes `units` units of bytes, reading kOverread bytes more; returns the end of what it wrote.
+/// Encodes `units` units and reads kOverread bytes after them; returns the end of the output.
 char* EncodeUnits(const char* bytes, std::size_t units, char* out) {
   for (; units != 0; --units, bytes += kUnit, out += kUnitCharacters) {
     EncodeSix(bytes, out);
@@ -79,7 +79,7 @@ void Base64Append(std::string_view bytes, std::string& result) {
     from += units * kUnit;
     left -= units * kUnit;
   }
-  // The last bytes are encoded with zeros behind them; groups of only those are left off.
+  // The last bytes are padded with zeros for encoding; what comes of the padding alone is cut off.
   char rest[2 * kUnit + kOverread] = {};
   std::copy_n(from, left, rest);
   EncodeUnits(rest, 2, piece);

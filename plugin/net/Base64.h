@@ -1,15 +1,14 @@
-// Standard base64 (RFC 4648, section 4) without line breaks.
+// Standard base64 (RFC 4648, section 4) without line breaks. Safe on any thread.
 #pragma once
 
 #include <cstddef>
 #include <string>
 #include <string_view>
 
-/// The bytes of `bytes` in base64, padded with "=". Cannot fail; safe on any thread.
+/// `bytes` in base64, padded with "=".
 std::string Base64Encode(std::string_view bytes);
-
-/// Adds the same to the end of `result`, without a copy of it elsewhere.
+/// Appends the same to `result` without a temporary copy.
 void Base64Append(std::string_view bytes, std::string& result);
 
-/// How many characters `byteCount` bytes become.
+/// The length of `byteCount` bytes in base64.
 std::size_t Base64Length(std::size_t byteCount);
