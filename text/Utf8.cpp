@@ -6,7 +6,7 @@
 
 namespace {
 
-// The length of the well-formed character at the start of `text`, 0 when there is none.
+// The length of the well-formed character at the start of `text`; 0 if it is ill-formed.
 std::size_t CharacterLength(const unsigned char* text, std::size_t available) {
   const unsigned char lead = text[0];
   if (lead < 0x80) return 1;

@@ -1,4 +1,4 @@
-// Libraries that stay in memory when they are unloaded, because code of theirs may still run. Any thread.
+// Keeps libraries in memory beyond their unload, for threads that may still run their code. Any thread.
 #pragma once
 
 /// From here on the library that holds `address` stays in memory.

@@ -14,7 +14,7 @@
 namespace Network {
 namespace {
 
-// Where a transfer leaves its outcome. It outlives a caller that has stopped waiting.
+// Where a transfer leaves its outcome. It outlives a caller that has given up waiting.
 struct Delivery {
   Semaphore arrived;
   std::mutex mutex;  // guards the outcome
@@ -27,7 +27,7 @@ bool CheckURL(const std::string& url, std::string& error) {
   return false;
 }
 
-// Adds the file to `body`, where it is to stand.
+// Reads the file straight into its place in `body`.
 bool AppendFile(const std::string& path, std::string& body, std::string& error) {
   std::string detail;
   if (FileIO::AppendFile(path, body, detail)) return true;
@@ -64,8 +64,18 @@ bool SendRequest(Request request, std::string& response, std::string& error) {
   return outcome->status < 400;
 }
 
+bool PostBody(const std::string& url, std::string contentType, std::string body, std::string& response,
+              std::string& error) {
+  return SendRequest({.url = url,
+                      .method = "POST",
+                      .headers = {{"Content-Type", std::move(contentType)}},
+                      .body = std::move(body),
+                      .answerLimit = kLongAnswer},
+                     response, error);
+}
+
 std::string NewBoundary() {
-  char boundary[23];
+  char boundary[sizeof "VarnixBoundary" + 8];
   std::snprintf(boundary, sizeof boundary, "VarnixBoundary%08X", RandomNumber());
   return boundary;
 }
@@ -100,12 +110,7 @@ bool Get(const std::string& url, std::string& response, std::string& error, std:
 bool PostFile(const std::string& url, const std::string& filePath, std::string& response, std::string& error) {
   std::string body;
   if (!CheckURL(url, error) || !AppendFile(filePath, body, error)) return false;
-  return SendRequest({.url = url,
-                      .method = "POST",
-                      .headers = {{"Content-Type", "application/octet-stream"}},
-                      .body = std::move(body),
-                      .answerLimit = kLongAnswer},
-                     response, error);
+  return PostBody(url, "application/octet-stream", std::move(body), response, error);
 }
 
 bool PostMultipart(const std::string& url, const std::string& accountKey, const std::string& filename,
@@ -117,12 +122,7 @@ bool PostMultipart(const std::string& url, const std::string& accountKey, const 
           "\"\r\nContent-Type: application/xml\r\n\r\n";
   if (!AppendFile(filePath, body, error)) return false;
   body += "\r\n--" + boundary + "--\r\n";
-  return SendRequest({.url = url,
-                      .method = "POST",
-                      .headers = {{"Content-Type", "multipart/form-data; boundary=" + boundary}},
-                      .body = std::move(body),
-                      .answerLimit = kLongAnswer},
-                     response, error);
+  return PostBody(url, "multipart/form-data; boundary=" + boundary, std::move(body), response, error);
 }
 
 }  // namespace Network

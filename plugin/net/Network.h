@@ -1,9 +1,9 @@
-// The plug-in's HTTP calls. Each blocks its caller until the transfer ends or 120 seconds have passed; safe on any
-// thread and side by side.
+// The plug-in's HTTP calls. Each blocks its caller until the transfer ends or 120 seconds have passed. Safe on any
+// thread and concurrently.
 //
 // Result: true when an answer with a status below 400 arrived. `response` receives the body of every answer, byte for
-// byte, and is untouched otherwise. `error` is set on failure, to a text that begins with "ERROR:", and never cleared.
-// Texts are UTF-8 and go out as they stand; a URL that the platform cannot parse fails before anything is sent.
+// byte, and is untouched otherwise. On failure `error` is set to a text that begins with "ERROR:"; it is never cleared.
+// Texts are UTF-8 and sent verbatim. A URL that the platform cannot parse fails before anything is sent.
 #pragma once
 
 #include <cstddef>
@@ -15,7 +15,7 @@ namespace Network {
 inline constexpr std::size_t kShortAnswer = std::size_t{1} << 20;
 inline constexpr std::size_t kLongAnswer = std::size_t{512} << 20;
 
-/// Posts JSON text. The body is handed on; move a large one in.
+/// Posts JSON text. Move a large body in; it is not copied.
 bool Post(const std::string& url, std::string body, std::string& response, std::string& error,
           std::size_t answerLimit = kLongAnswer);
 

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <utility>
 
-/// The method of NSURL that came with macOS 14, for older SDKs.
+/// The method that NSURL has since macOS 14, for older SDKs.
 @protocol StrictURLs
 + (NSURL*)URLWithString:(NSString*)text encodingInvalidCharacters:(BOOL)encodes;
 @end
@@ -22,8 +22,8 @@ NSString* Text(const std::string& utf8) {
   return [[[NSString alloc] initWithBytes:utf8.data() length:utf8.size() encoding:NSUTF8StringEncoding] autorelease];
 }
 
-/// Nil when Foundation refuses `text`. In a host built with the SDK of macOS 14 or newer the older method encodes what
-/// it refuses elsewhere, and the URL would be another one than the caller's.
+/// Nil when Foundation refuses `text`. In hosts built with the SDK of macOS 14 or newer, the older method
+/// percent-encodes invalid characters instead of refusing them, so the URL would not be the caller's.
 NSURL* ToURL(const std::string& text) {
   NSString* string = Text(text);
   if (string == nil) return nil;
@@ -34,13 +34,13 @@ NSURL* ToURL(const std::string& text) {
   return [NSURL URLWithString:string];
 }
 
-/// Keeps the bytes of `body` where they are, for as long as the session wants to send them again.
+/// Keeps the bytes of `body` in place for as long as the session may need to send them again.
 NSData* DataAround(std::string body) {
   const auto kept = std::make_shared<std::string>(std::move(body));
   return [[[NSData alloc] initWithBytesNoCopy:kept->data()
                                        length:kept->size()
                                   deallocator:^(void*, NSUInteger) {
-                                    static_cast<void>(kept);  // goes with this block
+                                    static_cast<void>(kept);  // released with this block
                                   }] autorelease];
 }
 
@@ -67,7 +67,7 @@ Network::Outcome ToOutcome(NSData* data, NSURLResponse* response, NSError* error
   return Network::Answer(status, data == nil ? nullptr : static_cast<const char*>(bytes), [data length]);
 }
 
-/// Calls the completion once: with the outcome, or, when the last owner lets go without one, with a failure.
+/// Calls the completion once: with the outcome, or with a failure if the last owner releases it without one.
 class Delivery {
  public:
   explicit Delivery(std::function<void(Network::Outcome)> completion) : completion_(std::move(completion)) {}
@@ -103,7 +103,7 @@ void Network::StartTransfer(Request request, std::function<void(Outcome)> comple
                                             delivery->Deliver(ToOutcome(data, response, error));
                                           }];
       [task resume];
-    } @catch (...) {  // the delivery, left alone, reports it
+    } @catch (...) {  // the delivery is released and reports the failure
     }
   }
 }

@@ -1,7 +1,7 @@
-// Percent-encoding for URLs.
+// Percent-encoding for URLs. Safe on any thread.
 #pragma once
 
 #include <string>
 
-/// `bytes` with all but ASCII letters, digits and "-._~" as "%" and two upper-case hexadecimal digits.
+/// `bytes` with every byte except ASCII letters, digits and "-._~" as "%" and two upper-case hexadecimal digits.
 std::string PercentEncode(const std::string& bytes);

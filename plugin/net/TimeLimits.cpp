@@ -1,4 +1,4 @@
-// In a unit of its own, so that tests can put shorter limits in its place.
+// A unit of its own, which tests replace by shorter limits.
 #include "net/Transfer.h"
 
 namespace {

@@ -13,37 +13,37 @@
 namespace Network {
 
 struct Request {
-  std::string url;     ///< taken by IsURL
-  const char* method;  ///< "GET" or "POST"; the literal is kept
+  std::string url;     ///< accepted by IsURL
+  const char* method;  ///< "GET" or "POST", a literal
   std::vector<std::pair<std::string, std::string>> headers;
   std::string body;                    ///< sent with a POST, byte for byte
-  std::size_t answerLimit = SIZE_MAX;  ///< bytes of a decoded answer beyond which the transfer fails; macOS has none
+  std::size_t answerLimit = SIZE_MAX;  ///< the most bytes of a decoded answer; not enforced on macOS
 };
 
 struct Outcome {
-  bool hasBody = false;  ///< a body arrived, though it may be empty
+  bool hasBody = false;  ///< a body arrived, possibly an empty one
   std::string body;
   std::string failure;  ///< why the transfer failed, in words for people; "" when an answer arrived
   long long status = 0;
 };
 
-inline constexpr char kOutOfMemory[] = "out of memory";  // a std::string holds it without memory of its own
+inline constexpr char kOutOfMemory[] = "out of memory";  // short enough for a std::string that allocates nothing
 
-/// The outcome of a transfer that failed for `reason`; for kOutOfMemory if there is no memory to say so.
+/// The outcome of a transfer that failed for `reason`, or kOutOfMemory if there is no memory for that text.
 Outcome Failure(const char* reason) noexcept;
-/// The outcome of a transfer that brought an answer, with a copy of its body (null: none arrived); a failure if there
+/// The outcome of a transfer that received an answer, with a copy of its body (null: none arrived); a failure if there
 /// is no memory for the copy.
 Outcome Answer(long long status, const char* body, std::size_t size) noexcept;
 
 /// Whether the URL layer can make a URL of `text` (bytes, meant to be UTF-8). Safe on any thread.
 bool IsURL(const std::string& text);
 
-/// Starts the transfer and returns at once. `completion` is called exactly once, on a thread of the URL layer or, where
-/// the transfer cannot be started, on the caller's before this returns. It must neither throw nor wait; on failure the
-/// outcome's `failure` is not empty. Safe on any thread.
+/// Starts the transfer and returns immediately. `completion` is called exactly once, on a thread of the URL layer or,
+/// if the transfer cannot be started, on the caller's thread before this returns. It must neither throw nor block. On
+/// failure the outcome's `failure` is not empty. Safe on any thread.
 void StartTransfer(Request request, std::function<void(Outcome)> completion);
 
-/// How long a transfer may stay without data (on Linux: may take) before the URL layer gives it up.
+/// How long a transfer may receive no data (on Linux: may take) before the URL layer gives up.
 std::chrono::milliseconds TransferTimeLimit();
 /// How long a caller waits for a transfer. Both limits are 120 seconds; tests define their own.
 std::chrono::milliseconds WaitTimeLimit();

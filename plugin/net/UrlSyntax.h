@@ -1,11 +1,11 @@
-// Which texts are URLs, by the rules of RFC 2396, which macOS applies before it makes a URL object.
+// Which texts are URLs by the rules of RFC 2396, as Foundation applies them on macOS. Safe on any thread.
 #pragma once
 
 #include <string>
 
-/// Whether `text` has only the characters that a URL may have, with every "%" followed by two hexadecimal digits.
-/// Blanks, quotes, control bytes and anything beyond ASCII must have been percent-encoded.
+/// Whether `text` consists of characters that a URL may contain, with every "%" followed by two hexadecimal digits.
+/// Spaces, quotes, control bytes and non-ASCII characters must be percent-encoded.
 bool IsURLText(const std::string& text);
 
-/// Whether `url` begins with "http://" or "https://", in any case, and goes on with a host.
+/// Whether `url` begins with "http://" or "https://", in any letter case, followed by a host.
 bool IsWebURL(const std::string& url);

@@ -5,7 +5,7 @@
 
 #include "core/CalcEngine.h"
 
-/// Asks the service at `baseUrl` for its newest version and keeps the answer in g_latestVersion; without one the last
+/// Asks the service at `baseUrl` for its newest version and stores it in g_latestVersion. On failure the last one
 /// stays. Blocks until the request has ended: for background jobs.
 void CheckVersion(const std::string& baseUrl);
 

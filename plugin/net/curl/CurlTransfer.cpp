@@ -9,7 +9,7 @@
 namespace {
 
 constexpr long kMostRedirects = 20;
-constexpr long kUploadBufferBytes = 2 << 20;  // the most that libcurl takes; large files leave in few steps
+constexpr long kUploadBufferBytes = 2 << 20;  // the most that libcurl accepts; large files need few steps
 
 }  // namespace
 
@@ -30,7 +30,7 @@ void CurlTransfer::SetOptions(CURLSH* shared) {
   Set(CURLOPT_NOSIGNAL, 1L);
   Set(CURLOPT_TIMEOUT_MS, static_cast<long>(Network::TransferTimeLimit().count()));
 #if CURL_AT_LEAST_VERSION(7, 87, 0)
-  Set(CURLOPT_QUICK_EXIT, 1L);  // a name look-up that hangs must not hold up the end of the process
+  Set(CURLOPT_QUICK_EXIT, 1L);  // a name look-up that hangs must not delay the end of the process
 #endif
 
   Set(CURLOPT_URL, request_.url.c_str());
@@ -44,8 +44,8 @@ void CurlTransfer::SetOptions(CURLSH* shared) {
 #endif
   Set(CURLOPT_FOLLOWLOCATION, 1L);
   Set(CURLOPT_MAXREDIRS, kMostRedirects);
-  Set(CURLOPT_ACCEPT_ENCODING, "");  // all that this libcurl can decode
-  Set(CURLOPT_COOKIEFILE, "");       // keeps cookies, starting with none
+  Set(CURLOPT_ACCEPT_ENCODING, "");  // whatever this libcurl can decode
+  Set(CURLOPT_COOKIEFILE, "");       // enables cookies, initially none
   Set(CURLOPT_SHARE, shared);
 
   Set(CURLOPT_HEADERFUNCTION, &CurlTransfer::OnReceived<&CurlTransfer::ReceiveHeader>);
@@ -63,7 +63,7 @@ void CurlTransfer::SetRequest() {
   };
   for (const auto& [name, value] : request_.headers) addHeader(name + ": " + value);
   if (request_.method == std::string_view("POST")) {
-    addHeader("Expect:");  // not to wait for a leave that many servers never give
+    addHeader("Expect:");  // many servers never send the 100 that libcurl would wait for
     Set(CURLOPT_POST, 1L);
     Set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(request_.body.size()));
     Set(CURLOPT_POSTFIELDS, request_.body.data());

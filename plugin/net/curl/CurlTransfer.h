@@ -11,21 +11,21 @@
 #include "net/Transfer.h"
 #include "net/curl/HeaderRules.h"
 
-/// Lives on the transfer thread. Not movable, since libcurl keeps its address.
+/// Used on the transfer thread only, once it has been handed over. Not movable, since libcurl keeps its address.
 class CurlTransfer {
  public:
   CurlTransfer(Network::Request request, std::function<void(Network::Outcome)> completion);
   CurlTransfer(const CurlTransfer&) = delete;
   CurlTransfer& operator=(const CurlTransfer&) = delete;
 
-  /// Makes the handle, with the cookies of `shared`. Returns why that failed, or nullptr.
+  /// Creates the handle, with the cookies of `shared`. Returns why that failed, or nullptr. Throws std::bad_alloc.
   const char* Prepare(CURLSH* shared);
-  /// Once prepared.
+  /// Valid once Prepare has succeeded.
   CURL* handle() const { return handle_.get(); }
 
-  /// Calls the completion with what the transfer has brought.
+  /// Calls the completion with the outcome of a transfer that ended with `code`.
   void Finish(CURLcode code);
-  /// Calls it with a failure: `reason`, in words for people.
+  /// Calls the completion with a failure: `reason`, in words for people.
   void Fail(const char* reason) noexcept;
 
  private:

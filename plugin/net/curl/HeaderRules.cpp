@@ -9,7 +9,7 @@
 namespace {
 
 constexpr std::string_view kSpaces = " \t\r\n";
-constexpr int kMostCodings = 1;  // a few kilobytes that are compressed twice can become gigabytes
+constexpr int kMostCodings = 1;  // a few kilobytes compressed twice can expand to gigabytes
 
 std::string_view Trimmed(std::string_view text) {
   const std::size_t first = text.find_first_not_of(kSpaces);
@@ -17,14 +17,14 @@ std::string_view Trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(kSpaces) + 1 - first);
 }
 
-/// The value of a header line of that name, written in lower case.
+/// The value of a header line with this name; nothing for other lines.
 std::optional<std::string_view> ValueOf(std::string_view name, std::string_view line) {
   const std::size_t colon = line.find(':');
   if (colon == line.npos || !EqualIgnoringAsciiCase(Trimmed(line.substr(0, colon)), name)) return std::nullopt;
   return Trimmed(line.substr(colon + 1));
 }
 
-/// How many entries of a list of codings change the size of the data.
+/// How many entries in a list of codings change the size of the data.
 int CountCodings(std::string_view list) {
   int count = 0;
   for (std::size_t start = 0; start < list.size();) {
@@ -38,7 +38,7 @@ int CountCodings(std::string_view list) {
   return count;
 }
 
-/// Whether libcurl sends the request's body to where this answer redirects it.
+/// Whether libcurl would send the request's body again to the target of a redirect with this status.
 bool RepeatsBody(CURL* handle, long status) {
   const char* method = "";
   curl_easy_getinfo(handle, CURLINFO_EFFECTIVE_METHOD, &method);

@@ -1,4 +1,5 @@
-// What the header lines of an answer rule out. libcurl by itself follows every redirect and undoes every coding.
+// What the plug-in refuses by an answer's header lines: redirects that weaken a request, and repeated compression.
+// libcurl follows every redirect and decodes several layers.
 #pragma once
 
 #include <curl/curl.h>
@@ -6,12 +7,12 @@
 #include <string>
 #include <string_view>
 
-/// Reads the header lines of one transfer, those of its redirects included. Lives on the transfer thread.
+/// Checks the header lines of one transfer, including those of its redirects. Transfer thread only.
 class HeaderRules {
  public:
   /// Why the transfer on `handle` must end at this header line, in words for people; "" when it may go on.
   std::string Refusal(CURL* handle, std::string_view line);
 
  private:
-  int codings_ = 0;  // of the answer whose header is being read
+  int codings_ = 0;  // in the header being read
 };

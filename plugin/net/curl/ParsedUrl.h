@@ -6,14 +6,14 @@
 #include <memory>
 #include <string>
 
-/// Safe on any thread, like libcurl's parser. Texts are ASCII.
+/// Safe on any thread.
 class ParsedUrl {
  public:
   explicit ParsedUrl(const std::string& text);
 
-  /// False when libcurl refuses the text. Nothing else may be asked for then.
+  /// False when libcurl cannot parse the text; nothing else may be called then.
   bool IsValid() const { return isValid_; }
-  /// Goes on to `location`, which may be relative, as libcurl does for a redirect; false when it refuses that.
+  /// Resolves `location`, which may be relative, as libcurl does for a redirect; false when it cannot be parsed.
   bool Follow(const std::string& location);
 
   /// In lower case.

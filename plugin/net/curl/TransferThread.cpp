@@ -14,20 +14,20 @@
 
 namespace {
 
-constexpr int kLongestWaitMs = 60'000;  // something always wakes the thread earlier
-constexpr int kPauseMs = 50;            // between two attempts where libcurl cannot wait
+constexpr int kLongestWaitMs = 60'000;  // new transfers and libcurl's own timers end the wait earlier
+constexpr int kPauseMs = 50;            // between two attempts if libcurl cannot wait
 constexpr char kCancelled[] = "cancelled";
 
-// Gives the calling thread a descriptor table of its own with no more in it than standard streams and `kept`. What
-// libcurl opens, which it does not mark close-on-exec, is then never inherited by what the host starts. Before Linux
-// 5.9 the table stays the host's.
+// Gives the calling thread a descriptor table of its own that holds only the standard streams and `kept`. libcurl does
+// not mark its descriptors close-on-exec; in this table, programs that the host starts cannot inherit them. Before
+// Linux 5.9 the table stays shared with the host.
 void KeepDescriptorsToThisThread(int kept) {
   const auto after = static_cast<unsigned>(kept) + 1;
   if (close_range(after, UINT_MAX, CLOSE_RANGE_UNSHARE) != 0) return;
   if (kept > STDERR_FILENO + 1) close_range(STDERR_FILENO + 1, static_cast<unsigned>(kept) - 1, 0);
 }
 
-/// The transfers under way, with what they share. Lives on the transfer thread.
+/// The transfers in progress and what they share. Transfer thread only.
 class Transfers {
  public:
   Transfers() {
@@ -41,7 +41,7 @@ class Transfers {
     }
   }
 
-  /// Returns why the transfer could not begin, or nullptr when it is taken.
+  /// Returns why the transfer could not start, or nullptr once it has taken it over.
   const char* Add(std::unique_ptr<CurlTransfer>& transfer) noexcept {
     try {
       if (!multi_) multi_.reset(curl_multi_init());
@@ -71,7 +71,7 @@ class Transfers {
   void Wait(int wakeDescriptor) {
     curl_waitfd wake{.fd = wakeDescriptor, .events = CURL_WAIT_POLLIN, .revents = 0};
     if (curl_multi_poll(multi_.get(), &wake, 1, kLongestWaitMs, nullptr) == CURLM_OK) return;
-    pollfd order{.fd = wakeDescriptor, .events = POLLIN, .revents = 0};  // libcurl has no memory to wait with
+    pollfd order{.fd = wakeDescriptor, .events = POLLIN, .revents = 0};  // libcurl has no memory for its own wait
     poll(&order, 1, running_.empty() ? kLongestWaitMs : kPauseMs);
   }
 
@@ -84,8 +84,8 @@ class Transfers {
     });
   }
 
-  // The handles go first, then the connections, which may hold what is shared. The first transfer for which there is
-  // memory makes multi_.
+  // Destroyed last first: the handles, then the connections, which may use what is shared. multi_ is created by the
+  // first transfer for which there is memory.
   std::unique_ptr<CURLSH, decltype(&curl_share_cleanup)> shared_{curl_share_init(), curl_share_cleanup};
   std::unique_ptr<CURLM, decltype(&curl_multi_cleanup)> multi_{nullptr, curl_multi_cleanup};
   std::vector<std::unique_ptr<CurlTransfer>> running_;
@@ -109,12 +109,12 @@ void TransferThread::Start(std::unique_ptr<CurlTransfer> transfer) {
 const char* TransferThread::StartThread() {
   if (thread_.joinable()) return nullptr;
   if (!hasCurl_) return "libcurl could not be initialised";
-  // A thread that libcurl has left looking up a name may outlive the plug-in.
+  // A thread that libcurl has started for a name look-up may outlive the plug-in.
   KeepLoaded(reinterpret_cast<const void*>(&curl_easy_init));
   wake_.emplace(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
   if (!wake_->IsOpen()) return "too many open files";
   try {
-    const SignalsBlocked blocked;  // among them SIGPIPE, which TLS connections can raise
+    const SignalsBlocked blocked;  // including SIGPIPE, which TLS connections can raise
     thread_ = std::thread([this] { Run(); });
   } catch (const std::system_error&) {
     return "no thread could be started";

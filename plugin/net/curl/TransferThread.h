@@ -1,4 +1,4 @@
-// The thread that carries out all transfers, with their connections and cookies.
+// The thread that runs all transfers and owns their connections and cookies.
 #pragma once
 
 #include <functional>
@@ -13,21 +13,21 @@
 
 class TransferThread {
  public:
-  /// Readies libcurl and the libraries below it. They register their own end with the process when they are readied, so
-  /// a static object of this class ends before them.
+  /// Initialises libcurl and the libraries it uses. They register their own exit handlers meanwhile, so a static object
+  /// of this class is destroyed before they are shut down.
   TransferThread() : hasCurl_(curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK) {}
   ~TransferThread() { Stop(); }
   TransferThread(const TransferThread&) = delete;
   TransferThread& operator=(const TransferThread&) = delete;
 
-  /// Hands the transfer over; the first one starts the thread. Where that fails, and after Stop, the transfer fails
-  /// before this returns.
+  /// Hands the transfer over; the first one starts the thread. If that is impossible, and after Stop, the transfer
+  /// fails before this returns. Any thread.
   void Start(std::unique_ptr<CurlTransfer> transfer);
-  /// Cuts all transfers short, waits for their completions and ends the thread.
+  /// Cancels all transfers, waits for their completions and ends the thread. Any thread except this one.
   void Stop();
 
  private:
-  /// What the thread takes on after a wait.
+  /// What the thread has to do after a wait.
   struct Orders {
     bool stop;
     std::vector<std::unique_ptr<CurlTransfer>> transfers;
@@ -41,6 +41,6 @@ class TransferThread {
   std::mutex mutex_;  // guards what follows
   bool stopping_ = false;
   std::vector<std::unique_ptr<CurlTransfer>> arrived_;
-  std::optional<FileDescriptor> wake_;  // an eventfd, once there is a thread
+  std::optional<FileDescriptor> wake_;  // an eventfd, created with the thread
   std::thread thread_;
 };
