@@ -45,7 +45,7 @@ bench::Comparison Array(bench::Turns texts, double demanded) {
   return {"NlToJsonArray of names : RapidJSON", texts.AverageSize(), ours, rival, demanded};
 }
 
-/// The texts are searched for a key that only the end appended to them has.
+/// Searches the texts for a key that occurs only in a member appended to them.
 bench::Comparison Search(const std::string& in, const bench::Turns& heads, const std::string& key) {
   const std::string pattern = "\"" + key + "\":\"";
   bench::Turns texts = heads.Changed([&](const std::string& head) { return head + pattern + "42\"}"; });

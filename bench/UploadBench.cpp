@@ -1,5 +1,5 @@
-// What an upload costs: the memory of the process that makes it, and its time beside curl's for the same file. Both run
-// as processes of their own, against a server that forgets what it reads.
+// The cost of an upload: the peak memory of its process, and its time compared with curl's for the same file. Both run
+// in their own processes, against a server that discards what it reads.
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/resource.h>

@@ -1,5 +1,7 @@
-// The seam to the platform's URL layer: one HTTP transfer, and the limits on it. The URL layer follows redirects, keeps
-// cookies, decodes content, uses the system's proxies and checks certificates as it does by default.
+// The seam to the platform's URL layer: one HTTP transfer, and its limits. The URL layer follows redirects, keeps
+// cookies, decodes content, uses the system's proxies and checks certificates as it does by default. On Linux,
+// redirects from https to http and those that would send a body to another origin fail, as do answers that are
+// compressed twice.
 #pragma once
 
 #include <chrono>

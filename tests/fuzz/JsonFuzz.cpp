@@ -1,5 +1,5 @@
-// Any text comes out of the JSON routines as the reference has it, alone and repeated over many blocks. Its first line
-// is also the key to look for.
+// The JSON routines agree with the reference on any text, alone and repeated over many blocks. Its first line is also
+// the key to search for.
 #include "net/Json.h"
 
 #include "fuzz/Fuzz.h"
@@ -11,7 +11,7 @@ void Try(const std::string& input) {
   for (int round = 0; round < 3; ++round, text += text + "x") {
     Check(JsonEscape(text) == reference::JsonEscape(text));
     Check(NlToJsonArray(text) == reference::NlToJsonArray(text));
-    // Also with the key surely there, behind and before the text: few inputs hold it by themselves.
+    // Also with the key inserted: few inputs contain it.
     for (const std::string& json : {text, text + "\"" + key + "\":\"" + text}) {
       Check(JsonGetString(json, key) == reference::JsonGetString(json, key));
     }

@@ -1,4 +1,4 @@
-// A URL layer that answers every transfer as its test says, from another thread, and records what it was asked for.
+// A URL layer that gives every transfer the test's answer, from another thread, and records the requests.
 #pragma once
 
 #include <functional>
@@ -18,7 +18,8 @@ class FakeUrlLayer {
     std::string method;
     std::map<std::string, std::string> headers;
     std::string body;
-    const void* bodyAddress;  ///< where the body was when it arrived here
+
+    bool operator==(const Call&) const = default;
   };
 
   FakeUrlLayer() { Current() = this; }
@@ -27,17 +28,19 @@ class FakeUrlLayer {
     Current() = nullptr;
   }
 
-  /// The one that serves the seam.
+  /// The one that the stand-in of the URL session uses.
   static FakeUrlLayer*& Current() {
     static FakeUrlLayer* current = nullptr;
     return current;
   }
 
   std::vector<Call> calls;
+  const void* bodyAddress = nullptr;  ///< of the last body
   Network::Outcome answer;
   std::shared_future<void> before;  ///< what answers wait for, if anything
 
-  void Take(Call call, std::function<void(Network::Outcome)> completion) {
+  void Take(Call call, const void* address, std::function<void(Network::Outcome)> completion) {
+    bodyAddress = address;
     calls.push_back(std::move(call));
     threads_.emplace_back([before = before, completion = std::move(completion), outcome = answer]() mutable {
       if (before.valid()) before.wait();

@@ -14,7 +14,7 @@ namespace {
 constexpr std::chrono::seconds kPatience{10};
 constexpr std::string_view kHeadEnd = "\r\n\r\n";
 
-/// The size of the request that `bytes` begin with, SIZE_MAX before its head is complete.
+/// The size of the request at the start of `bytes`; SIZE_MAX while its head is incomplete.
 std::size_t RequestSize(const std::string& bytes) {
   const std::size_t headEnd = bytes.find(kHeadEnd), length = bytes.find("\r\nContent-Length: ");
   if (headEnd == bytes.npos) return SIZE_MAX;
@@ -56,7 +56,7 @@ LoopbackServer::~LoopbackServer() {
 void LoopbackServer::Accept() {
   for (;;) {
     const int socket = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
-    if (socket < 0 && errno == EMFILE) continue;  // a test lets nothing be opened for a moment
+    if (socket < 0 && errno == EMFILE) continue;  // while a test exhausts the descriptors
     if (socket < 0) return;
     Connection& connection = connections_.emplace_back(*this, socket);
     connection.thread_ = std::thread([this, &connection] {
@@ -109,7 +109,7 @@ bool LoopbackServer::Connection::SkipRequest() {
   return true;
 }
 
-bool LoopbackServer::Connection::Send(std::string_view bytes) {  // blocks until all is sent or refused
+bool LoopbackServer::Connection::Send(std::string_view bytes) {
   return send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL) == static_cast<ssize_t>(bytes.size());
 }
 
@@ -137,7 +137,7 @@ LoopbackServer::Handler Answering(std::function<CannedAnswer(const std::string& 
   return [answer = std::move(answer)](LoopbackServer::Connection& connection) {
     for (std::string request = connection.ReadRequest(); !request.empty(); request = connection.ReadRequest()) {
       const CannedAnswer reply = answer(request);
-      connection.Send("HTTP/1.1 " + std::to_string(reply.status) + " Told\r\nContent-Length: " +
+      connection.Send("HTTP/1.1 " + std::to_string(reply.status) + " Answer\r\nContent-Length: " +
                       std::to_string(reply.body.size()) + "\r\n" + reply.headers + "\r\n" + reply.body);
     }
   };

@@ -1,4 +1,5 @@
-// A TCP server on the loopback interface that behaves as a test tells it, and records what it is sent byte for byte.
+// A TCP server on the loopback interface with a handler for each kind of misbehaviour. It records requests byte for
+// byte.
 #pragma once
 
 #include <chrono>
@@ -16,13 +17,13 @@ class LoopbackServer {
  public:
   class Connection {
    public:
-    /// The next request, head and body; "" once the client has closed. It is recorded.
+    /// Reads and records the next request, head and body; "" once the client has closed.
     std::string ReadRequest();
-    /// Reads a request of any size and forgets it; false once the client has closed.
+    /// Reads a request of any size without keeping it; false once the client has closed.
     bool SkipRequest();
-    /// False once the client is gone.
+    /// Blocks until all is sent; false if the client has closed.
     bool Send(std::string_view bytes);
-    /// Waits, without answering, until the client or the server ends the connection.
+    /// Waits until the client or the server ends the connection.
     void WaitForEnd();
     /// Waits; false once the server is being destroyed.
     bool Sleep(std::chrono::milliseconds time);
@@ -37,7 +38,7 @@ class LoopbackServer {
     std::string ahead_;  // read beyond the last request
     std::thread thread_;
   };
-  /// Runs on a thread of its own for each connection, which ends when it returns.
+  /// Runs on its own thread for each connection. The connection ends when it returns.
   using Handler = std::function<void(Connection&)>;
 
   explicit LoopbackServer(Handler handler);
@@ -50,9 +51,9 @@ class LoopbackServer {
   std::string Url(std::string_view path = "") const;
   int port() const { return port_; }
 
-  /// The requests so far, in the order in which they were complete.
+  /// The requests so far, in the order in which they were completed.
   std::vector<std::string> Requests() { return WaitForRequests(0); }
-  /// The same once there are `count`, or after ten seconds.
+  /// The same once there are `count` requests, or after ten seconds.
   std::vector<std::string> WaitForRequests(std::size_t count);
 
  private:
@@ -61,7 +62,7 @@ class LoopbackServer {
   const Handler handler_;
   const int listener_;
   int port_ = 0;
-  std::list<Connection> connections_;  // the acceptor's until that has ended
+  std::list<Connection> connections_;  // used by the acceptor thread until it has ended
   std::thread acceptor_;
   std::mutex mutex_;  // guards what follows
   std::condition_variable changed_;
@@ -69,20 +70,21 @@ class LoopbackServer {
   std::vector<std::string> requests_;
 };
 
-/// The handler that reads a request and keeps the client waiting.
+/// Handler: reads a request and never answers.
 void NeverAnswer(LoopbackServer::Connection& connection);
-/// The one that begins an answer and goes on with it for ever.
+/// Handler: starts an answer and never ends it.
 void Drip(LoopbackServer::Connection& connection);
 
-/// Answers every request of a connection with what `answer` gives for it: status, body and further header lines.
+/// A complete answer: status, body and further header lines.
 struct CannedAnswer {
   int status = 200;
   std::string body;
-  std::string headers;  // each line ended by CRLF
+  std::string headers;  ///< each line ended by CRLF
 };
+/// Handler: answers every request of a connection with what `answer` returns for it.
 LoopbackServer::Handler Answering(std::function<CannedAnswer(const std::string& request)> answer);
 
 /// The first line of a request without the version: "POST /path".
 std::string RequestLine(const std::string& request);
-/// What follows the head.
+/// What follows the head of a request.
 std::string RequestBody(const std::string& request);

@@ -1,4 +1,4 @@
-// The scripts that FileMaker is sent, and what is made of their ends.
+// The scripts sent to FileMaker, and what their results become.
 #include <gtest/gtest.h>
 
 #include "host/AppleScript.h"
@@ -34,7 +34,7 @@ return _xml)");
   EXPECT_EQ(error, "");
 }
 
-TEST(AppleScript, TellsHowAScriptEnded) {
+TEST(AppleScript, ReportsHowAScriptEnded) {
   const struct {
     bool succeeds;
     std::optional<std::string> text;

@@ -1,4 +1,4 @@
-// Background work of macOS, with a thread for each job instead of its queues, and the notifications made by it.
+// Background work on macOS, with a thread for each job instead of a queue, and the notifications that use it.
 #include <FMWrapper/FMXExtern.h>
 #include <dispatch/dispatch.h>
 #include <dlfcn.h>
@@ -20,9 +20,9 @@
 namespace {
 
 std::thread g_job;
-std::string g_tool;  // what osascript does; "" when it cannot be started
+std::string g_tool;  // what osascript runs; "" if it cannot be started
 
-TEST(Background, RunsJobsElsewhereAndDropsThemWithWhatTheyThrow) {
+TEST(Background, RunsJobsOnAnotherThreadAndDropsTheirExceptions) {
   const auto owned = std::make_shared<std::thread::id>();
   bg([owned] {
     *owned = std::this_thread::get_id();
@@ -56,7 +56,7 @@ TEST_F(NotifyMacTest, WritesTheScriptToTheTool) {
   EXPECT_EQ(std::string(std::istreambuf_iterator<char>(script), {}), NotificationScript("title", "mess\\age"));
 }
 
-TEST_F(NotifyMacTest, OutlivesAToolThatEndsEarlyOrIsMissing) {
+TEST_F(NotifyMacTest, SurvivesAToolThatEndsEarlyOrIsMissing) {
   for (const char* tool : {"exit 1", ""}) {
     g_tool = tool;
     Notify("title", std::string(1 << 20, 'x'));
@@ -77,7 +77,7 @@ std::FILE* __wrap_popen(const char* command, const char* mode) {
   return g_tool.empty() ? nullptr : __real_popen(g_tool.c_str(), mode);
 }
 
-// On macOS the file remembers; here the process must do.
+// A setting of the descriptor on macOS; here it applies to the process.
 int __wrap_fcntl(int, int command, int argument) {
   if (command == F_SETNOSIGPIPE && argument == 1) signal(SIGPIPE, SIG_IGN);
   return 0;

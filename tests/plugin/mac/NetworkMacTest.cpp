@@ -1,4 +1,4 @@
-// The URL layer of macOS over a stand-in of the URL session, beyond what the tests of the HTTP calls show of it.
+// The URL layer of macOS over a stand-in of the URL session: what the tests of the HTTP calls do not cover.
 #include <gtest/gtest.h>
 
 #include <future>
@@ -29,7 +29,7 @@ struct NetworkMacTest : testing::Test {
   FakeUrlLayer layer;
 };
 
-TEST_F(NetworkMacTest, TakesNoTextForAUrlThatFoundationRefuses) {
+TEST_F(NetworkMacTest, AcceptsOnlyUrlsThatFoundationAccepts) {
   for (const bool isMacOS14 : {false, true}) {
     if (isMacOS14) StandIn::UpgradeToMacOS14();
     EXPECT_TRUE(Network::IsURL(kUrl));
@@ -39,20 +39,20 @@ TEST_F(NetworkMacTest, TakesNoTextForAUrlThatFoundationRefuses) {
   }
 }
 
-TEST_F(NetworkMacTest, AsksForNothingCachedAndForTheTimeLimit) {
+TEST_F(NetworkMacTest, RequestsNothingCachedWithinTheTimeLimit) {
   Transfer();
   EXPECT_EQ(StandIn::cachePolicy, 1u);
   EXPECT_EQ(StandIn::timeoutInterval, 90);
 }
 
-TEST_F(NetworkMacTest, TellsOfEveryTransferThatTheSessionDoesNotMake) {
+TEST_F(NetworkMacTest, ReportsTransfersThatTheSessionDoesNotCreate) {
   for (const Mood mood : {Mood::kMakesNoTask, Mood::kRaises}) {
     EXPECT_EQ(Transfer(mood).failure, "The transfer could not be started.");
   }
   EXPECT_TRUE(layer.calls.empty());
 }
 
-TEST_F(NetworkMacTest, MakesDoWithAnAnswerThatIsNotHttp) {
+TEST_F(NetworkMacTest, AcceptsAnAnswerThatIsNotHttp) {
   layer.answer = {true, "body", "", 404};
   const Network::Outcome outcome = Transfer(Mood::kIsNotHttp);
   EXPECT_EQ(outcome.body, "body");
@@ -72,7 +72,7 @@ TEST_F(NetworkMacTest, KeepsNothingAliveBeyondATransfer) {
   EXPECT_EQ(StandIn::semaphores, 0);
 }
 
-TEST_F(NetworkMacTest, OutlivesEveryAllocationThatFails) {
+TEST_F(NetworkMacTest, SurvivesEveryFailingAllocation) {
   const std::string longText(100, 'x');
   for (const Network::Outcome& answer : {Network::Outcome{true, longText, "", 200}, {false, "", longText, 0}}) {
     bool failed = true;

@@ -1,4 +1,4 @@
-// Where GNUstep keeps the user defaults.
+// The settings of macOS in GNUstep's user defaults.
 #include <unistd.h>
 
 #include <cstdlib>
@@ -8,11 +8,11 @@
 #include "plugin/core/PrefsFixture.h"
 #include "plugin/mac/standin/StandIn.h"
 
-/// GNUstep's way to begin again with other arguments and another environment than the process was started with.
+/// GNUstep's way to start over with other arguments and another environment than those of the process.
 extern "C" void GSInitializeProcess(int argc, char** argv, char** environment);
 
-// GNUstep takes the home from the password file; only a configuration file of its own leads it elsewhere, unless the
-// developer's personal one, which is therefore shut out, has the last word.
+// GNUstep takes the home from the password file. Only its configuration file can change that, and the user's own one,
+// disabled here, could override it.
 void MoveHome(const std::filesystem::path& home) {
   const std::filesystem::path configuration = home / "GNUstep.conf";
   std::ofstream(configuration) << "GNUSTEP_USER_CONFIG_FILE=none\n"
@@ -25,7 +25,7 @@ void MoveHome(const std::filesystem::path& home) {
 
 namespace {
 
-TEST_F(PrefsTest, ADefaultThatIsNoTextLoadsAsAnEmptyText) {
+TEST_F(PrefsTest, ADefaultOfAnotherTypeLoadsAsAnEmptyText) {
   std::filesystem::create_directory(home_ / "defaults");
   EXPECT_TRUE(geteuid() != 0 || chown((home_ / "defaults").c_str(), kOrdinaryUser, kOrdinaryUser) == 0);
   for (const char* value : {"<array><string>a</string></array>", "<dict/>", "<data>YQ==</data>"}) {

@@ -1,4 +1,4 @@
-// The encodings of the wire. JSON: the cases of the format by name, everything else against the plain reference.
+// The encodings of the protocol: named cases of the JSON format, and random texts against a plain reference.
 #include "net/Json.h"
 
 #include <gtest/gtest.h>
@@ -36,7 +36,7 @@ TEST(JsonEscape, WritesTheShortestFormsOfTheWireFormat) {
   for (const auto& [text, escaped] : cases) EXPECT_EQ(JsonEscape(text), escaped);
 }
 
-TEST(JsonWriter, GivesALargeValueRoomOfItsOwnSize) {
+TEST(JsonWriter, ReservesLittleMoreThanALargeValueNeeds) {
   const std::string large(1 << 20, 'x');
   JsonWriter json;
   const std::string text = json.Text("a", large).Flag("b", true).Text("c", "").Finish();
@@ -44,7 +44,7 @@ TEST(JsonWriter, GivesALargeValueRoomOfItsOwnSize) {
   EXPECT_LT(text.capacity(), text.size() + text.size() / 4);
 }
 
-TEST(JsonGetString, FindsAndUnescapesTheFirstStringOfThatKey) {
+TEST(JsonGetString, FindsAndUnescapesTheFirstStringWithTheKey) {
   struct {
     std::string json, key, expected;
   } const cases[] = {
@@ -63,7 +63,7 @@ TEST(JsonGetString, FindsAndUnescapesTheFirstStringOfThatKey) {
   for (const auto& c : cases) EXPECT_EQ(JsonGetString(c.json, c.key), c.expected) << c.json;
 }
 
-TEST(NlToJsonArray, KeepsTheLinesThatAreNotEmpty) {
+TEST(NlToJsonArray, KeepsNonEmptyLines) {
   const Cases cases = {
       {"\r\n\n\r", "[]"},
       {"a\r\n\r\nb\r", R"(["a","b"])"},
@@ -72,15 +72,15 @@ TEST(NlToJsonArray, KeepsTheLinesThatAreNotEmpty) {
   for (const auto& [text, array] : cases) EXPECT_EQ(NlToJsonArray(text), array);
 }
 
-/// Texts of every size up to a few of the 64-byte blocks that the routines work in, and of many blocks.
+/// Texts of every size up to several of the 64-byte blocks that the routines use, and of many blocks.
 TEST(JsonRoutines, AgreeWithTheReferenceOnRandomTexts) {
   const std::string block(64, 'x');
   Words every;
   for (int byte = 0; byte < 256; ++byte) every.emplace_back(1, static_cast<char>(byte));
-  Words lonely = every;
-  lonely.resize(512, block);
+  Words sparse = every;
+  sparse.resize(512, block);
   const Words alphabets[] = {
-      lonely,
+      sparse,
       every,
       Bytes("\x01\x02"),
       Bytes("\t\n\"\\\x01 ab"),
@@ -105,7 +105,6 @@ TEST(JsonRoutines, AgreeWithTheReferenceOnRandomTexts) {
   }
 }
 
-/// The system library's base64, which has another interface.
 std::string SystemsBase64(const std::string& bytes) {
   std::string result(bytes.size() * 2 + 4, '\0');
   const auto from = reinterpret_cast<const unsigned char*>(bytes.data());
@@ -113,7 +112,7 @@ std::string SystemsBase64(const std::string& bytes) {
   return result;
 }
 
-TEST(Base64Encode, AgreesWithTheSystemsAtEverySize) {
+TEST(Base64Encode, AgreesWithTheSystemLibraryAtEverySize) {
   std::mt19937 random(1);
   std::string bytes;
   while (bytes.size() < 7000) {

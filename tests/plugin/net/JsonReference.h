@@ -1,4 +1,4 @@
-// The JSON text routines once more, byte by byte and as plainly as possible, to compare the real ones with.
+// A reference for the JSON text routines: byte by byte, and as plain as possible.
 #pragma once
 
 #include <cstdio>

@@ -1,4 +1,4 @@
-// The functions that talk to a service: what they send, byte for byte, and what the calculation gets.
+// The functions that talk to a service: what they send, byte for byte, and their results.
 #include "net/ServiceFunctions.h"
 
 #include <fstream>
@@ -29,7 +29,7 @@ struct Case {
   std::string result, body = "";
 };
 
-TEST_F(ServiceFunctions, SendWhatTheyAreForAndGiveTheAnswer) {
+TEST_F(ServiceFunctions, SendTheirRequestAndReturnTheAnswer) {
   const std::string pushed = R"({"licenseKey":"K","xmlType":"XMSS","xmlContent":"<fmxmlsnippet a=\"1\"/>","label":")";
   const Case cases[] = {
       {Do_HTTPPost, {kUrl, "no JSON: ä"}, "an answer", "no JSON: ä"},
@@ -43,7 +43,7 @@ TEST_F(ServiceFunctions, SendWhatTheyAreForAndGiveTheAnswer) {
   }
 }
 
-TEST_F(ServiceFunctions, UploadFileSendsAFormWithABoundaryOfItsOwn) {
+TEST_F(ServiceFunctions, UploadFileSendsAFormWithItsOwnBoundary) {
   for (int i = 0; i < 2; ++i) EXPECT_EQ(CallHandler(Do_UploadFile, {kUrl, "KEY-1", "a \"b\".xml", file_}), "an answer");
   ASSERT_EQ(requests.size(), 2u);
   EXPECT_NE(requests[0].body, requests[1].body);
@@ -60,7 +60,7 @@ TEST_F(ServiceFunctions, UploadFileSendsAFormWithABoundaryOfItsOwn) {
                 start + "--\r\n");
 }
 
-TEST_F(ServiceFunctions, OnlyTheirAnswersAndThoseOfPollsAndUploadsMayBeLong) {
+TEST_F(ServiceFunctions, AllowLongAnswersLikePollsAndUploadsAlone) {
   answers.clear();
   CarryOut("LIST_FILES");
   CallHandler(Do_Register, {"E1", "K1", "M1", "http://s"});
@@ -81,7 +81,7 @@ TEST_F(ServiceFunctions, OnlyTheirAnswersAndThoseOfPollsAndUploadsMayBeLong) {
   EXPECT_EQ(limits, expected);
 }
 
-TEST_F(ServiceFunctions, WhatCannotBeSentIsToldAndNothingIsSent) {
+TEST_F(ServiceFunctions, ReportWhatCannotBeSentAndSendNothing) {
   const Case cases[] = {
       {Do_HTTPPost, {kUrl, ""}, "ERROR: jsonBody is empty."},
       {Do_HTTPPost, {"no url", "{}"}, "ERROR: Invalid URL: no url"},

@@ -1,5 +1,5 @@
-// A test's hold on the stand-ins of the system's interfaces. A call that the real system would not survive ends the
-// test.
+// How tests control the stand-ins for the system's interfaces. A call that would crash with the real system ends the
+// test program.
 #pragma once
 
 #include <atomic>
@@ -10,7 +10,8 @@ namespace StandIn {
 
 [[noreturn]] void Misuse(const std::string& what);
 
-/// Foundation's objects alive, less those at the first call; autoreleased ones count until their pool is drained.
+/// The number of Foundation objects alive that were created since the first call. Autoreleased objects count until
+/// their pool is drained.
 int FoundationObjects();
 
 /// How many of them a call of `body` leaves alive. Two calls come before it, from which the runtime keeps some objects.
@@ -24,11 +25,11 @@ int ObjectsLeftBy(Body body) {
   return FoundationObjects() - before;
 }
 
-/// AppKit raises at everything. What else befalls the pasteboard is FakePasteboard::Current()'s, for which Core
-/// Foundation refuses "CFString" and "CFData" too.
+/// AppKit raises an exception in every call. All else about the pasteboard is up to FakePasteboard::Current(), which
+/// can also make Core Foundation refuse "CFString" and "CFData".
 inline bool pasteboardServerIsGone = false;
 
-/// What the URL session does. What transfers bring is FakeUrlLayer::Current()'s.
+/// How the URL session behaves. The results of transfers come from FakeUrlLayer::Current().
 enum class Mood {
   kWilling,
   kMakesNoTask,
@@ -44,7 +45,7 @@ inline unsigned long cachePolicy = 0;    // of the last request
 /// invalid characters, and one that encodes them.
 void UpgradeToMacOS14();
 
-/// The script that was run last; how scripts end: with a value, or else an error; and the text of that, if it has one.
+/// The last script that was run; whether scripts end with a value or an error; and its text, if it has one.
 inline std::string scriptSource;
 inline bool scriptSucceeds = true;
 inline std::optional<std::string> scriptText;

@@ -1,4 +1,4 @@
-// NSURLSession over FakeUrlLayer::Current(), and what of Foundation's classes differs from GNUstep's.
+// NSURLSession over FakeUrlLayer::Current(), and what differs between Foundation's classes and GNUstep's.
 #import <Foundation/Foundation.h>
 
 #include <memory>
@@ -12,7 +12,7 @@ using Handler = StandInTransferHandler;
 
 static bool encodesInvalidCharacters = false;
 
-// GNUstep makes no URL of nil; the original raises.
+// GNUstep accepts nil as the text of a URL; the original raises.
 #pragma clang diagnostic ignored "-Wobjc-protocol-method-implementation"
 @implementation NSURL (StandIn)
 + (instancetype)URLWithString:(NSString*)text {
@@ -32,8 +32,8 @@ void StandIn::UpgradeToMacOS14() {
                   reinterpret_cast<IMP>(method), "@@:@c");
 }
 
-// Data around the caller's bytes, which GNUstep 1.28 makes empty; it would also take the block for an object, which it
-// is not beside GCC's Objective-C runtime.
+// Data around the caller's bytes, which is empty with GNUstep 1.28. It would also use the block as an object, which a
+// block is not with GCC's Objective-C runtime.
 @interface StandInData : NSData {
  @public
   void* bytes_;
@@ -52,7 +52,7 @@ void StandIn::UpgradeToMacOS14() {
   [data release];
 }
 
-// Runs as a method of what NSData has allocated.
+// Called on the object that NSData has allocated.
 - (instancetype)initWithBytesNoCopy:(void*)bytes
                              length:(NSUInteger)length
                         deallocator:(GSDataDeallocatorBlock)deallocator {
@@ -112,8 +112,7 @@ FakeUrlLayer::Call ToCall(NSURLRequest* request) {
   FakeUrlLayer::Call call = {.url = [[[request URL] absoluteString] UTF8String],
                              .method = [[request HTTPMethod] UTF8String],
                              .headers = {},
-                             .body = std::string(static_cast<const char*>([body bytes]), [body length]),
-                             .bodyAddress = [body bytes]};
+                             .body = std::string(static_cast<const char*>([body bytes]), [body length])};
   NSDictionary* headers = [request allHTTPHeaderFields];
   for (NSString* name in headers) call.headers[[name UTF8String]] = [[headers objectForKey:name] UTF8String];
   return call;
@@ -133,7 +132,8 @@ FakeUrlLayer::Call ToCall(NSURLRequest* request) {
   const std::shared_ptr<NSURLSessionDataTask> running([self retain],
                                                       [](NSURLSessionDataTask* task) { [task release]; });
   FakeUrlLayer::Current()->Take(
-      ToCall(request_), [running](const Network::Outcome& outcome) { Answer(outcome, running.get()->handler_); });
+      ToCall(request_), [[request_ HTTPBody] bytes],
+      [running](const Network::Outcome& outcome) { Answer(outcome, running.get()->handler_); });
 }
 
 @end
