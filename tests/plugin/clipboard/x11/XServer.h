@@ -9,26 +9,20 @@
 
 class XServer {
  public:
-  /// Running and ready when made; `display` is empty when it could not be started.
+  /// Ready when made; `display` is empty when it does not start.
   explicit XServer(const std::string& options = "") {
-    // The shell tells its process, which the server takes over.
-    const std::string command = "echo $$; exec " XVFB " -displayfd 1 -terminate -nolisten tcp " + options;
-    output_ = popen((command + " 2>/dev/null").c_str(), "re");
+    // The shell prints its process number, which the server takes over.
+    output_ = popen(("echo $$; exec " XVFB " -displayfd 1 -terminate " + options + " 2>/dev/null").c_str(), "re");
     int number = 0;
     if (std::fscanf(output_, "%d %d", &process_, &number) == 2) display_ = ":" + std::to_string(number);
   }
-  ~XServer() { Kill(); }
-
-  const std::string& display() const { return display_; }
   /// As when the machine's display crashes: gone when this returns.
-  void Kill() {
-    if (output_ == nullptr) return;
+  ~XServer() {
     if (process_ > 0) kill(process_, SIGKILL);
     pclose(output_);
-    output_ = nullptr;
   }
-  /// Stops answering, without closing anything.
-  void Hang() const { kill(process_, SIGSTOP); }
+
+  const std::string& display() const { return display_; }
 
  private:
   std::FILE* output_;
