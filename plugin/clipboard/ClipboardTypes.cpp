@@ -45,26 +45,44 @@ std::string LegacyFlavorName(const std::string& code) {
   return name;
 }
 
-// The marks of each kind in the text, in order of precedence: a script with steps is taken for script steps on purpose.
+// A text that is searched for by its rarest letter in XML.
 struct Mark {
   std::string_view text;
-  const char* code;
+  char rare;
+  const char* code = nullptr;  // of the kind that the mark stands for
+
+  constexpr std::size_t Offset() const { return text.find(rare); }
 };
+
+// In order of precedence: a script with steps is taken for script steps on purpose.
 constexpr Mark kMarks[] = {
-    {"<Step", "XMSS"},  {"<Script", "XMSC"}, {"ScriptUUID", "XMSC"}, {"<BaseTable", "XMTB"},
-    {"<Table", "XMTB"}, {"<Field", "XMFD"},  {"<ValueList", "XMVL"}, {"<CustomFunction", "XMFN"},
+    {"<Step", '<', "XMSS"},  {"<Script", '<', "XMSC"}, {"ScriptUUID", 'U', "XMSC"}, {"<BaseTable", '<', "XMTB"},
+    {"<Table", '<', "XMTB"}, {"<Field", '<', "XMFD"},  {"<ValueList", '<', "XMVL"}, {"<CustomFunction", '<', "XMFN"},
 };
 constexpr char kNoMark[] = "XML2";
 constexpr std::size_t kMarkCount = std::size(kMarks);
-constexpr std::size_t kUuidMark = 2;  // the one mark that does not begin with "<"
-
-constexpr std::string_view kSnippetMark = "<fmxmlsnippet";
+constexpr std::size_t kUuidMark = 2;  // all others are searched for together, as tags
+constexpr Mark kSnippet = {"<fmxmlsnippet", 'x'};
 
 bool StandsAt(std::string_view text, std::size_t position, std::string_view mark) {
   return text.compare(position, mark.size(), mark) == 0;
 }
 
-using Prefix = std::array<char, 4>;  // no two marks that begin with "<" share their first four bytes
+using Prefix = std::array<char, 4>;
+
+consteval bool TagMarksDifferInTheirPrefix() {
+  for (std::size_t mark = 0; mark < kMarkCount; ++mark) {
+    const auto prefix = kMarks[mark].text.substr(0, sizeof(Prefix));
+    if (mark == kUuidMark) continue;
+    if (kMarks[mark].Offset() != 0 || prefix.size() < sizeof(Prefix)) return false;
+    for (std::size_t other = 0; other < mark; ++other) {
+      if (kMarks[other].text.starts_with(prefix)) return false;
+    }
+  }
+  return true;
+}
+static_assert(TagMarksDifferInTheirPrefix(), "BestTagMark compares only the prefix before it looks at the mark");
+static_assert(kMarks[kUuidMark].Offset() != std::string_view::npos && kSnippet.Offset() != std::string_view::npos);
 
 Prefix PrefixAt(std::string_view text, std::size_t position) {
   Prefix prefix;
@@ -93,15 +111,14 @@ std::size_t BestTagMark(std::string_view text, std::size_t begin, std::size_t en
   return best;
 }
 
-// Whether `mark` has its first `rare` within [begin, end): a letter that XML has less of than what the mark begins
-// with.
-bool HoldsMark(std::string_view text, std::size_t begin, std::size_t end, std::string_view mark, char rare) {
-  const std::size_t offset = mark.find(rare);
+// Whether `mark` has its rare letter within [begin, end).
+bool HoldsMark(std::string_view text, std::size_t begin, std::size_t end, const Mark& mark) {
+  const std::size_t offset = mark.Offset();
   for (auto at = begin; at < end; ++at) {
-    const auto* hit = static_cast<const char*>(std::memchr(text.data() + at, rare, end - at));
+    const auto* hit = static_cast<const char*>(std::memchr(text.data() + at, mark.rare, end - at));
     if (hit == nullptr) return false;
     at = static_cast<std::size_t>(hit - text.data());
-    if (at >= offset && StandsAt(text, at - offset, mark)) return true;
+    if (at >= offset && StandsAt(text, at - offset, mark.text)) return true;
   }
   return false;
 }
@@ -131,14 +148,14 @@ std::string DetectXmlClipboardType(const std::string& xml) {
   for (std::size_t begin = 0; begin < xml.size() && best > 0; begin += kBlock) {
     const std::size_t end = std::min(begin + kBlock, xml.size());
     best = BestTagMark(xml, begin, end, best);
-    if (best > kUuidMark && HoldsMark(xml, begin, end, kMarks[kUuidMark].text, 'U')) best = kUuidMark;
+    if (best > kUuidMark && HoldsMark(xml, begin, end, kMarks[kUuidMark])) best = kUuidMark;
   }
   return best == kMarkCount ? kNoMark : kMarks[best].code;
 }
 
 bool HoldsSnippet(const std::string& text, std::size_t begin) {
-  const std::size_t rare = begin + kSnippetMark.find('x');
-  return rare < text.size() && HoldsMark(text, rare, text.size(), kSnippetMark, 'x');
+  const std::size_t rare = begin + kSnippet.Offset();
+  return rare < text.size() && HoldsMark(text, rare, text.size(), kSnippet);
 }
 
 bool IncludeFileMakerType(const std::vector<std::string>& types) {
