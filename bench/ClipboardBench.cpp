@@ -19,8 +19,8 @@
 namespace {
 
 constexpr std::int64_t kIdleIntervalMs = 100;
-// In copies of the content. Text is read and searched, XML also hashed. A flavour that is no snippet, which FileMaker
-// never writes, is read, searched and hashed after its text has been read.
+// In copies of the content. Text is read and searched, XML also hashed. A flavour that is not a snippet, which
+// FileMaker never writes, is read, searched and hashed after its text has been read.
 constexpr double kMostCopiesOfText = 5;
 constexpr double kMostCopiesOfXml = 8;
 constexpr double kMostCopiesOfFlavour = 14;

@@ -12,7 +12,8 @@ namespace Clipboard {
 /// "Mac-" and the code.
 std::string BuildClipboardType(const std::string& code);
 
-/// Replaces the clipboard by `xml` (its bytes as they are) under every type name of the kind `code`, and as plain text.
+/// Replaces the clipboard by the unchanged bytes of `xml`, under every type name of the kind `code` and as plain text.
+/// After a failure the clipboard may hold a part of it.
 bool SetXML(const std::string& code, const std::string& xml, std::string& error);
 
 /// The XML of the kind `code`, "" when the clipboard has none; always true. A four-byte header that the host may have
@@ -32,7 +33,7 @@ bool GetFormats(std::string& list, std::string& error);
 /// The clipboard's plain text as UTF-8, "" when it has none; always true.
 bool GetText(std::string& text, std::string& error);
 
-/// Replaces the clipboard by plain text.
+/// Replaces the clipboard by plain text. Text that is not UTF-8 fails and leaves the clipboard unchanged.
 bool SetText(const std::string& text, std::string& error);
 
 }  // namespace Clipboard

@@ -49,7 +49,7 @@ std::string LegacyFlavorName(const std::string& code) {
 struct Mark {
   std::string_view text;
   char rare;
-  const char* code = nullptr;  // of the kind that the mark stands for
+  const char* code = nullptr;  // of the kind that the mark belongs to
 
   constexpr std::size_t Offset() const { return text.find(rare); }
 };

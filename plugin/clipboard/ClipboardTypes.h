@@ -10,13 +10,13 @@
 void AddUniqueType(std::vector<std::string>& list, const std::string& type);
 
 /// The type names under which the host may read or write the kind `code`, in the order in which they are tried. Any
-/// text is accepted as a code; one that is no known kind gets the generic names only.
+/// text is accepted as a code; an unknown one gets the generic names only.
 std::vector<std::string> BuildClipboardTypeCandidates(const std::string& code);
 
 /// The code of the kind that `xml` seems to be; never empty.
 std::string DetectXmlClipboardType(const std::string& xml);
 
-/// Whether "<fmxmlsnippet", which marks a plain text as FileMaker XML, stands in `text` at `begin` or later.
+/// Whether `text` contains "<fmxmlsnippet", which marks a plain text as FileMaker XML, at `begin` or later.
 bool HoldsSnippet(const std::string& text, std::size_t begin = 0);
 
 /// Whether FileMaker XML of any kind can stand under one of `types`, the names that the pasteboard reports.

@@ -22,8 +22,8 @@ class Pasteboard {
   /// means anything. Nothing where the system does not report changes. Reads no data and waits for no other program.
   virtual std::optional<std::uint64_t> ChangeCount() = 0;
 
-  // The older view, which only macOS has: elsewhere these stay as they are. The others are called only after OpenItems
-  // has succeeded.
+  // The older view, which only macOS has: elsewhere these are not overridden. The others are called only after
+  // OpenItems has succeeded.
 
   /// False where the system does not have this view, or refuses it.
   virtual bool OpenItems() { return false; }

@@ -1,9 +1,9 @@
-// Whatever stands on the clipboard: the kind is that of the first mark in the rule's order, and a header is dropped
+// Any content of the clipboard: the kind is that of the first mark in the rule's order, and a header is dropped
 // only in front of a snippet.
 #include "clipboard/Clipboard.h"
 #include "clipboard/ClipboardTypes.h"
-#include "plugin/clipboard/KindReference.h"
 #include "fuzz/Fuzz.h"
+#include "plugin/clipboard/KindReference.h"
 #include "support/FakePasteboard.h"
 
 namespace {
@@ -18,7 +18,7 @@ std::string WithoutHeader(const std::string& data) {
 void Try(const std::string& input) {
   FakePasteboard pasteboard;
   FakePasteboard::Current() = &pasteboard;
-  // Also with a snippet surely there, and over more than one of the blocks that are searched at a time.
+  // Also with a certain snippet, and longer than one of the blocks that are searched at a time.
   for (const std::string& bytes : {input, input + "<fmxmlsnippet>" + input, std::string(40'000, ' ') + input}) {
     Check(DetectXmlClipboardType(bytes) == reference::KindOf(bytes));
     pasteboard.Replace({{"Mac-XMSS", bytes}});

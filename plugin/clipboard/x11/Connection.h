@@ -17,9 +17,9 @@
 
 namespace x11 {
 
-/// How long the server may leave this program without any sign before it is taken for gone.
+/// How long the server may be silent before it counts as gone.
 inline constexpr std::int64_t kServerPatienceMs = 2000;
-/// The most that is read of one value: several times what anybody copies, and no more than the memory has room for.
+/// The most bytes that are read of one value: several times what people copy, and little enough to fit into memory.
 inline constexpr std::size_t kMaxValueBytes = std::size_t{1} << 28;
 
 struct FreeMemory {
@@ -67,9 +67,9 @@ class Connection {
   std::size_t MaxPropertyBytes() const { return maxPropertyBytes_; }
 
   bool IsLost() const { return xcb_connection_has_error(connection_) != 0; }
-  /// Makes the server as good as gone: whatever waits for it returns at once. Any thread.
+  /// Ends the connection: whatever waits for the server returns at once. Any thread.
   void Cut();
-  /// Changes while the server, or anything else on the connection, makes itself felt. Any thread.
+  /// A number that changes while the connection makes progress. Any thread.
   unsigned Progress() const { return progress_; }
 
   /// Handles events until `done`. False when `deadline` (SteadyMilliseconds) passes first or the connection is lost.
@@ -82,9 +82,9 @@ class Connection {
   /// Handles the events that came with, or before, the last reply.
   void HandleArrivedEvents();
 
-  /// The atoms of `names`, XCB_NONE for what cannot be a name.
+  /// The atoms of `names`, XCB_NONE for invalid ones.
   std::vector<xcb_atom_t> Intern(const std::vector<std::string>& names);
-  /// The names of `atoms`, "" for what is no atom.
+  /// The names of `atoms`, "" for invalid ones.
   std::vector<std::string> NamesOf(const std::vector<xcb_atom_t>& atoms);
 
   xcb_window_t OwnerOf(xcb_atom_t selection);
@@ -92,7 +92,7 @@ class Connection {
   /// (SteadyMilliseconds).
   Property Take(xcb_window_t window, xcb_atom_t property, std::int64_t deadline);
 
-  /// Asks for the property and destruction events of another program's window, and, once for each time, no longer.
+  /// Asks for the property and destruction events of another program's window. Each Watch needs one Unwatch.
   void Watch(xcb_window_t window);
   void Unwatch(xcb_window_t window);
 
@@ -109,7 +109,7 @@ class Connection {
   std::map<xcb_window_t, int> watched_;
 };
 
-/// A window that is never shown, for others to leave properties on. Its property events are asked for.
+/// A window that is never shown, on which other programs leave properties. Its property events are reported.
 class Window {
  public:
   explicit Window(Connection& connection);

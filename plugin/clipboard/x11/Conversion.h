@@ -13,11 +13,11 @@ namespace x11 {
 
 /// How long an owner may be silent, at the start and between two pieces.
 inline constexpr std::int64_t kOwnerPatienceMs = 500;
-/// How long one that trickles may take altogether: this, and a second for each kTrickleBytesPerSecond received.
+/// How long a slow one may take in total: this, and a second for each kTrickleBytesPerSecond received.
 inline constexpr std::int64_t kTricklePatienceMs = 5000;
 inline constexpr std::int64_t kTrickleBytesPerSecond = std::int64_t{1} << 18;
 
-/// Has a window of its own, which takes an answer that comes too late away with it.
+/// Has a window of its own: an answer that comes too late disappears with it.
 class Conversion {
  public:
   /// `owner` is the owner of `selection`. Nothing is waited for beyond `limit`, in SteadyMilliseconds.

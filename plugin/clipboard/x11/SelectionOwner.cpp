@@ -138,7 +138,7 @@ bool SelectionOwner::AnswerMultiple(xcb_window_t requestor, xcb_atom_t property)
   return true;
 }
 
-// The time of a request is not compared with the time of the acquisition: whoever pastes with the time of a key press
+// The time of a request is not compared with the time of the acquisition: who pastes with the time of a key press
 // just before this program refreshed the clipboard should get the content all the same.
 void SelectionOwner::HandleRequest(const xcb_selection_request_event_t& request) {
   const Atoms& atoms = connection_.atoms();
@@ -163,7 +163,7 @@ void SelectionOwner::HandleRequest(const xcb_selection_request_event_t& request)
                  reinterpret_cast<const char*>(&message));
 }
 
-// The event may tell of an ownership that was lost before this one was acquired, so the server is asked.
+// The event may be about an ownership that was lost before this one was acquired, so the server is asked.
 void SelectionOwner::HandleClear() {
   owns_ = connection_.OwnerOf(connection_.atoms().clipboard) == window_.id();
   if (!owns_) offers_.clear();

@@ -14,9 +14,9 @@ namespace x11 {
 
 namespace {
 
-constexpr std::size_t kMaxTargets = 1024;  // a longer list is none of a program that works
+constexpr std::size_t kMaxTargets = 1024;  // no sound program offers more
 
-// What an owner offers beside its content.
+// What an owner offers besides its content.
 constexpr std::string_view kProtocolTargets[] = {"TARGETS", "MULTIPLE",         "TIMESTAMP",      "SAVE_TARGETS",
                                                  "DELETE",  "INSERT_SELECTION", "INSERT_PROPERTY"};
 

@@ -31,7 +31,7 @@ class SelectionReader {
 
   // `limit` is a time of SteadyMilliseconds, or ReadingLimit::kNone.
 
-  /// The types of the clipboard in its owner's order; none when nobody owns it, or the owner does not answer.
+  /// The types of the clipboard in its owner's order; none when it has no owner or the owner does not answer.
   std::vector<Target> Targets(std::int64_t limit);
   /// The clipboard as `target`; nothing when the owner refuses, stalls, dies, or has not sent everything by `limit`.
   std::optional<Property> Read(xcb_atom_t target, std::int64_t limit);

@@ -37,12 +37,12 @@ class Session {
   ~Session();
 
   State state() const { return state_; }
-  /// Whether the content is this program's own. Still told when the connection has been lost.
+  /// Whether the content is this program's own. Stays true when the connection is lost.
   bool OwnsSelection() const { return state_ != State::kConnecting && owner_ && owner_->Owns(); }
 
   // The rest fails in any state but kConnected.
 
-  /// Takes the selection. While it is being filled, that is until Publish, which has to follow, nobody is answered.
+  /// Takes the selection. Requests are not answered until Publish, which has to follow.
   bool Acquire();
   void Publish(const PasteboardContent& content);
   /// Takes the selection for `content` unless another program owns it.
@@ -50,7 +50,7 @@ class Session {
   /// How often the selection has changed hands, up to this call; nothing when the server does not report it. Waits for
   /// the server only when something has just come from it.
   std::optional<std::uint64_t> OwnerChanges();
-  /// As SelectionReader has them.
+  /// See SelectionReader.
   std::vector<Target> Targets(std::int64_t limit);
   std::optional<Property> Read(xcb_atom_t target, std::int64_t limit);
 

@@ -87,7 +87,7 @@ Session* SystemClipboard::ConnectedSession() {
     session_ = std::make_unique<Session>(display, patience_);
   }
   const Session::State state = session_->state();
-  // One that was waited for in vain is not waited for again until it has come after all.
+  // A server that did not answer in time is not waited for again until it has answered.
   if (state == Session::State::kConnecting) patience_ = {};
   if (state != Session::State::kConnected) return nullptr;
   patience_ = kPatience;

@@ -26,16 +26,16 @@ class SystemClipboard {
   SystemClipboard(const SystemClipboard&) = delete;
   SystemClipboard& operator=(const SystemClipboard&) = delete;
 
-  /// As Pasteboard has it. Nothing on a server that does not report who takes the clipboard.
+  /// See Pasteboard. Nothing on a server that does not report who takes the clipboard.
   std::optional<std::uint64_t> ChangeCount();
 
-  /// The content of the clipboard, valid until the next call; null when another program has it, or nobody.
+  /// The content of the clipboard, valid until the next call; null when it belongs to another program or to none.
   const PasteboardContent* OwnContent();
   /// What another program has, within the ReadingLimit; see SelectionReader.
   std::vector<Target> Targets();
   std::optional<Property> Read(xcb_atom_t target);
 
-  /// Takes the clipboard from whoever has it; true has to be followed by Publish. False when that cannot be had.
+  /// Takes the clipboard from its owner; true has to be followed by Publish. False when the server does not give it.
   bool Acquire();
   void Publish(std::shared_ptr<const PasteboardContent> content);
 

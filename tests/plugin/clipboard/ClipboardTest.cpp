@@ -6,10 +6,10 @@
 #include <algorithm>
 #include <tuple>
 
-#include "core/State.h"
 #include "bridge/ClipboardUpkeep.h"
 #include "clipboard/ClipboardFunctions.h"
 #include "clipboard/ClipboardTypes.h"
+#include "core/State.h"
 #include "support/FakePasteboard.h"
 #include "support/ScriptedHost.h"
 
@@ -194,7 +194,7 @@ TEST_F(ClipboardTest, IdlePreparesEachTextOnceAtMostEveryHalfSecond) {
   ExpectXml("XMSS", kSnippet);
   EXPECT_EQ(fake.writes, 1);
 
-  // Another program that takes the text over does not start a duel, whatever flavour it puts beside it.
+  // Another program that takes the text over does not start a duel, whatever flavour it adds.
   for (int i = 0; i < 20; ++i) {
     now += 100;
     IdleAfter({{FakePasteboard::kText, kSnippet}, {"Mac-XMTB", "<x/>"}});
@@ -220,7 +220,7 @@ TEST_F(ClipboardTest, IdleMirrorsFileMakersOwnFlavourUnderEveryName) {
   EXPECT_EQ(fake.writes, 1) << "what mirroring wrote is neither mirrored nor prepared again";
 
   IdleAfter({{"Mac-XMTB", "<fmxmlsnippet><BaseTable/></fmxmlsnippet>"}});
-  EXPECT_EQ(fake.writes, 1) << "the same content again, whoever put it there";
+  EXPECT_EQ(fake.writes, 1) << "the same content again, from any program";
   IdleAfter({{"Mac-XMSC", "<fmxmlsnippet><BaseTable/></fmxmlsnippet>"}});
   EXPECT_EQ(fake.writes, 2) << "another kind is another content";
 }
@@ -274,7 +274,7 @@ TEST_F(ClipboardTest, IdleLeavesOtherClipboardsAlone) {
   EXPECT_EQ(fake.writes, 0);
 }
 
-// Ten seconds of idle calls after a copy, in each of which `reads` data is read at most.
+// How often data is read in ten seconds of idle calls after a copy.
 TEST_F(ClipboardTest, IdleReadsDataOnlyAfterAChange) {
   const struct {
     const char* copied;

@@ -1,4 +1,4 @@
-// The kind of an XML text by one search after the other, as the rule is told.
+// The kind of an XML text by one search after the other, as the rule is written.
 #pragma once
 
 #include <string>

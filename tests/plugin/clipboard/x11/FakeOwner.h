@@ -11,7 +11,7 @@
 #include "clipboard/x11/Conversion.h"
 #include "plugin/clipboard/x11/XClient.h"
 
-/// Sets the clock of the code under test, which stands still otherwise, forward. Any thread.
+/// Moves the clock of the code under test, which does not run by itself. Any thread.
 void AdvanceClock(std::int64_t milliseconds);
 
 enum class Manner {
