@@ -42,6 +42,10 @@ struct ClipboardTest : testing::Test {
     EXPECT_EQ(fake.items.front().size(), candidates.size() + 1);
   }
 
+  // Idle messages, 100 ms apart.
+  void Idle(int calls) {
+    for (int i = 0; i < calls; ++i, now += 100) KeepClipboardConvertible();
+  }
   // An idle message after another program has replaced the content.
   void IdleAfter(const FakePasteboard::Item& copied) {
     fake.Replace(copied);
@@ -89,11 +93,6 @@ TEST_F(ClipboardTest, NamesTheLastTypeThatTheGeneralViewRefusesAndWritesTheOther
     EXPECT_EQ(error, "ERROR: NSPasteboard setData failed for type: " + type);
     EXPECT_EQ(fake.items.front().size(), kStepTypes.size()) << "all but one, and the text";
   }
-  fake.refused = {"SetString"};
-  for (const auto& call :
-       {CallHandler(Do_SetXMLClipboard, {"XMSS", kSnippet}), CallHandler(Do_SetTextClipboard, {"x"})}) {
-    EXPECT_EQ(call, "ERROR: NSPasteboard setString failed");
-  }
 }
 
 TEST_F(ClipboardTest, WritesNeitherTextNorTypeNamesThatAreNotUtf8) {
@@ -134,48 +133,57 @@ TEST_F(ClipboardTest, DropsTheHeaderOnlyInFrontOfASnippet) {
       {"\x7F\0\0\0<other>"s, "\x7F\0\0\0<other>"s},
       {"", ""},
   };
-  for (const auto& [data, expected] : cases) {
-    fake.Replace({{"Mac-XMSS", data}});
-    std::string xml = "before", error;
-    EXPECT_TRUE(Clipboard::GetXML("XMSS", xml, error));
-    EXPECT_EQ(xml, expected);
+  for (const bool older : {true, false}) {
+    fake.hasItems = older;
+    for (const auto& [data, expected] : cases) {
+      fake.Replace({{"Mac-XMSS", data}});
+      std::string xml = "before", error;
+      EXPECT_TRUE(Clipboard::GetXML("XMSS", xml, error));
+      EXPECT_EQ(xml, expected);
+    }
   }
 }
 
-TEST_F(ClipboardTest, ListsFormatsAndTexts) {
-  EXPECT_EQ(CallHandler(Do_ClipboardFormats), "");
-  EXPECT_EQ(CallHandler(Do_GetTextClipboard), "");
-  for (const auto& text : {"Größe 🎻\r\n"s, ""s}) {
-    EXPECT_EQ(CallHandler(Do_SetTextClipboard, {text}), "OK");
-    EXPECT_EQ(CallHandler(Do_GetTextClipboard), text);
-    EXPECT_EQ(CallHandler(Do_ClipboardFormats), "public.utf8-plain-text\n");
+// One call after another on the same clipboard. The refused ones change nothing.
+TEST_F(ClipboardTest, TheFunctionsAnswer) {
+  const struct {
+    fmx::ExtPluginType function;
+    Names arguments;
+    std::string answer;
+  } calls[] = {
+      {Do_ClipboardFormats, {}, ""},
+      {Do_GetTextClipboard, {}, ""},
+      {Do_PrepareXMLClipboard, {"XMSS"}, "ERROR: plain text clipboard is empty."},
+      {Do_SetTextClipboard, {"Größe 🎻\r\n"}, "OK"},
+      {Do_GetTextClipboard, {}, "Größe 🎻\r\n"},
+      {Do_SetTextClipboard, {""}, "OK"},
+      {Do_GetTextClipboard, {}, ""},
+      {Do_ClipboardFormats, {}, "public.utf8-plain-text\n"},
+      {Do_SetTextClipboard, {"<FMXMLSNIPPET>"}, "OK"},
+      {Do_PrepareXMLClipboard, {""}, "ERROR: clipboard text does not look like fmxmlsnippet XML."},
+      {Do_SetXMLClipboard, {"", ""}, "ERROR: xmlType is empty."},
+      {Do_SetXMLClipboard, {"XMSS", ""}, "ERROR: xmlContent is empty."},
+      {Do_GetTextClipboard, {}, "<FMXMLSNIPPET>"},
+      {Do_SetTextClipboard, {kSnippet}, "OK"},
+      {Do_PrepareXMLClipboard, {""}, "ERROR: xmlType is empty."},
+      {Do_GetXMLClipboard, {"AUTO"}, ""},
+      {Do_PrepareXMLClipboard, {}, "OK: XMSS"},
+      {Do_GetXMLClipboard, {""}, kSnippet},
+      {Do_GetXMLClipboard, {"AUTO"}, kSnippet},
+      {Do_GetXMLClipboard, {"auto"}, kSnippet},
+      {Do_GetXMLClipboard, {"Auto"}, ""},
+      {Do_GetXMLClipboard, {"XMSC"}, ""},
+      {Do_PrepareXMLClipboard, {"XMSC"}, "OK: XMSC"},  // no check that the kind fits
+      {Do_GetXMLClipboard, {"XMSC"}, kSnippet},
+      {Do_PrepareXMLClipboard, {"AUTO"}, "ERROR: NSPasteboard setData failed for type: AUTO"},
+      {Do_SetXMLClipboard, {"XMSC", "<x/>"}, "ERROR: NSPasteboard setString failed"},
+      {Do_SetTextClipboard, {"x"}, "ERROR: NSPasteboard setString failed"},
+  };
+  for (const auto& [function, arguments, answer] : calls) {
+    if (answer.ends_with("AUTO")) fake.refused = {"OpenItems", "SetData AUTO"};
+    if (answer.ends_with("setString failed")) fake.refused = {"OpenItems", "SetString"};
+    EXPECT_EQ(CallHandler(function, arguments), answer) << &function - &calls[0].function;
   }
-}
-
-TEST_F(ClipboardTest, ChecksArgumentsBeforeTouchingAnything) {
-  fake.Replace(kCopiedText);
-  EXPECT_EQ(CallHandler(Do_SetXMLClipboard, {"", ""}), "ERROR: xmlType is empty.");
-  EXPECT_EQ(CallHandler(Do_SetXMLClipboard, {"XMSS", ""}), "ERROR: xmlContent is empty.");
-  EXPECT_EQ(CallHandler(Do_PrepareXMLClipboard, {""}), "ERROR: xmlType is empty.");
-  fake.Replace({{"public.utf8-plain-text", "<FMXMLSNIPPET>"}});
-  EXPECT_EQ(CallHandler(Do_PrepareXMLClipboard), "ERROR: clipboard text does not look like fmxmlsnippet XML.");
-  fake.items.clear();
-  EXPECT_EQ(CallHandler(Do_PrepareXMLClipboard, {"XMSS"}), "ERROR: plain text clipboard is empty.");
-  EXPECT_EQ(fake.writes, 0);
-}
-
-TEST_F(ClipboardTest, PreparesAndProbes) {
-  fake.Replace(kCopiedText);
-  EXPECT_EQ(CallHandler(Do_PrepareXMLClipboard), "OK: XMSS");
-  ExpectXml("XMSS", kSnippet);
-  for (const char* any : {"", "AUTO", "auto"}) EXPECT_EQ(CallHandler(Do_GetXMLClipboard, {any}), kSnippet);
-  EXPECT_EQ(CallHandler(Do_GetXMLClipboard, {"Auto"}), "");
-  EXPECT_EQ(CallHandler(Do_GetXMLClipboard, {"XMSC"}), "");
-  EXPECT_EQ(CallHandler(Do_PrepareXMLClipboard, {"XMSC"}), "OK: XMSC") << "no check that the kind fits";
-  ExpectXml("XMSC", kSnippet);
-  fake.hasItems = false;
-  fake.refused = {"SetData AUTO"};
-  EXPECT_EQ(CallHandler(Do_PrepareXMLClipboard, {"AUTO"}), "ERROR: NSPasteboard setData failed for type: AUTO");
 }
 
 TEST_F(ClipboardTest, ProbesKindsInTheirOwnOrder) {
@@ -201,7 +209,8 @@ TEST_F(ClipboardTest, IdlePreparesEachTextOnceAtMostEveryHalfSecond) {
   }
   EXPECT_EQ(fake.writes, 1);
 
-  fake.Replace({{"public.utf8-plain-text", "<fmxmlsnippet><Field/></fmxmlsnippet>"}});
+  EXPECT_EQ(CallHandler(Do_SetTextClipboard, {"<fmxmlsnippet><Field/></fmxmlsnippet>"}), "OK");
+  fake.writes = 1;
   const auto last = g_lastClipboardPrepareMs;
   now = last + 499;
   KeepClipboardConvertible();
@@ -216,7 +225,7 @@ TEST_F(ClipboardTest, IdleMirrorsFileMakersOwnFlavourUnderEveryName) {
   now = 100;  // preparation is not due
   IdleAfter({{"Mac-XMTB", "\x40\0\0\0<fmxmlsnippet><BaseTable/></fmxmlsnippet>"s}, {"picture", "p"}});
   ExpectXml("XMTB", "<fmxmlsnippet><BaseTable/></fmxmlsnippet>");
-  for (int i = 0; i < 20; ++i, now += 100) KeepClipboardConvertible();
+  Idle(20);
   EXPECT_EQ(fake.writes, 1) << "what mirroring wrote is neither mirrored nor prepared again";
 
   IdleAfter({{"Mac-XMTB", "<fmxmlsnippet><BaseTable/></fmxmlsnippet>"}});
@@ -266,46 +275,37 @@ TEST_F(ClipboardTest, IdleKeepsContentTogetherThatAnotherProgramReplacesMeanwhil
   }
 }
 
-TEST_F(ClipboardTest, IdleLeavesOtherClipboardsAlone) {
-  for (const auto& item : {FakePasteboard::Item{}, {{"public.utf8-plain-text", "just text"}}, {{"picture", "p"}}}) {
-    fake.Replace(item);
-    for (int i = 0; i < 12; ++i, now += 100) KeepClipboardConvertible();
-  }
-  EXPECT_EQ(fake.writes, 0);
-}
-
-// How often data is read in ten seconds of idle calls after a copy.
-TEST_F(ClipboardTest, IdleReadsDataOnlyAfterAChange) {
+TEST_F(ClipboardTest, IdleReadsAndWritesOnlyAfterAChange) {
   const struct {
     const char* copied;
     FakePasteboard::Item item;
     bool isReported;
-    int leastReads, mostReads;
+    int leastReads, mostReads, writes;  // in ten seconds
   } cases[] = {
-      {"a text", {{FakePasteboard::kText, "just text"}}, true, 1, 1},
-      {"a text where changes are not reported", {{FakePasteboard::kText, "just text"}}, false, 100, 100},
-      {"XML as text, read before, for and after its preparation", kCopiedText, true, 3, 3},
-      {"a table of FileMaker's, read for mirroring and after it", {{"Mac-XMTB", "<fmxmlsnippet/>"}}, true, 3, 40},
-      {"a picture, ever more rarely", {{"picture", "p"}}, true, 1, 6},
-      {"an iPhone's XML", {{FakePasteboard::kText, kSnippet}, {"com.apple.is-remote-clipboard", ""}}, true, 0, 0},
+      {"a text", {{FakePasteboard::kText, "just text"}}, true, 1, 1, 0},
+      {"a text where changes are not reported", {{FakePasteboard::kText, "just text"}}, false, 100, 100, 0},
+      {"XML as text, read before, for and after its preparation", kCopiedText, true, 3, 3, 1},
+      {"a table of FileMaker's, read for mirroring and after it", {{"Mac-XMTB", "<fmxmlsnippet/>"}}, true, 3, 40, 1},
+      {"a picture, ever more rarely", {{"picture", "p"}}, true, 1, 6, 0},
+      {"nothing", {}, true, 1, 6, 0},
+      {"an iPhone's XML", {{FakePasteboard::kText, kSnippet}, {"com.apple.is-remote-clipboard", ""}}, true, 0, 0, 0},
   };
   for (const auto& c : cases) {
-    SCOPED_TRACE(c.copied);
     fake.change.reset();
     if (c.isReported) fake.change = FakePasteboard::NextChange();
     fake.Replace(c.item);
-    fake.reads = 0;
+    fake.reads = fake.writes = 0;
     g_lastClipboardPrepareMs = now - 100;
-    for (int i = 0; i < 100; ++i, now += 100) KeepClipboardConvertible();
-    EXPECT_GE(fake.reads, c.leastReads);
-    EXPECT_LE(fake.reads, c.mostReads);
+    Idle(100);
+    EXPECT_TRUE(fake.reads >= c.leastReads && fake.reads <= c.mostReads) << c.copied << ": " << fake.reads;
+    EXPECT_EQ(fake.writes, c.writes) << c.copied;
   }
 }
 
 TEST_F(ClipboardTest, IdleSearchesNoItemForTypesThatThePasteboardDoesNotList) {
   fake.Replace({{FakePasteboard::kText, "a file"}, {"public.file-url", "file:///a"}});
   fake.items.resize(2000, {{"public.file-url", "file:///b"}});
-  for (int i = 0; i < 100; ++i, now += 100) KeepClipboardConvertible();
+  Idle(100);
   EXPECT_EQ(fake.reads, 1);
   EXPECT_EQ(std::count(fake.calls.begin(), fake.calls.end(), "CopyFlavor Mac-XMSS"), 0);
   fake.items.front() = {{"dyn.ah62d4rv4gk8zuxn0mu", "a name of macOS's for XMVL"}};
@@ -321,20 +321,9 @@ TEST_F(ClipboardTest, IdleFindsWhatIsAddedWithinTwoSeconds) {
     g_lastMirroredClipboardHash = 0;
     IdleAfter(before);
     fake.items = {{{"Mac-XMTB", kTable}}};
-    for (int i = 0; i < 20; ++i) {
-      now += 100;
-      KeepClipboardConvertible();
-    }
+    Idle(21);
     ExpectXml("XMTB", kTable);
   }
-}
-
-TEST_F(ClipboardTest, IdlePreparesWhatTheFunctionsPutThere) {
-  KeepClipboardConvertible();
-  EXPECT_EQ(CallHandler(Do_SetTextClipboard, {kSnippet}), "OK");
-  now += 500;
-  KeepClipboardConvertible();
-  ExpectXml("XMSS", kSnippet);
 }
 
 }  // namespace

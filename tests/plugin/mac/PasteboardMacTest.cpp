@@ -2,8 +2,11 @@
 // show of it.
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <functional>
+#include <optional>
 
+#include "clipboard/Clipboard.h"
 #include "plugin/mac/standin/StandIn.h"
 #include "support/FakePasteboard.h"
 
@@ -23,14 +26,10 @@ struct PasteboardMacTest : testing::Test {
   std::unique_ptr<Pasteboard> access = Pasteboard::Open();
 };
 
-TEST_F(PasteboardMacTest, DeclaresTheTextBeforeTheTypes) {
-  access->DeclareTypes(true, {"A", kNotUtf8});
-  EXPECT_EQ(fake.declared, (Names{kText, "A"}));
-}
-
 // AppKit raises when the pasteboard server is lost, which Carbon does not.
-TEST_F(PasteboardMacTest, TellsWhatTheSystemRefusesOrRaisesAt) {
+TEST_F(PasteboardMacTest, ReportsWhatTheSystemRefusesOrRaisesAt) {
   std::string bytes = "untouched";
+  std::optional<std::uint64_t> listed;
   const std::pair<Names, std::function<bool()>> cases[] = {
       {{"not UTF-8"}, [&] { return access->PutFlavor(kNotUtf8, "new"); }},
       {{"not UTF-8"}, [&] { return access->CopyFlavor(1, kNotUtf8, bytes); }},
@@ -46,11 +45,17 @@ TEST_F(PasteboardMacTest, TellsWhatTheSystemRefusesOrRaisesAt) {
       {{"gone"}, [&] { return access->DataForType("A", bytes); }},
       {{"gone"}, [&] { return !access->String().empty(); }},
       {{"gone"}, [&] { return !access->Types().empty(); }},
+      {{"gone"}, [&] { return access->ChangeCount() == listed; }},
       {{"gone"}, [&] { return access->DeclareTypes(true, {"B"}), fake.items.empty(); }},
   };
   ASSERT_TRUE(access->OpenItems() && access->ClearItems());
+  access->DeclareTypes(true, {"A", kNotUtf8});
+  EXPECT_EQ(fake.declared, (Names{kText, "A"})) << "the text first, and no name that is not UTF-8";
   fake.items = {{{"A", "data"}, {kText, "text"}}};
-  fake.declared = {"A", kText};
+  listed = access->ChangeCount();
+  fake.items[0].emplace_back("B", "added");
+  EXPECT_NE(access->ChangeCount(), listed) << "the system's number does not change when types are added";
+  fake.items[0].pop_back();
   for (const auto& [refusals, call] : cases) {
     for (const auto& refusal : refusals) {
       fake.refused = {refusal};
@@ -65,23 +70,22 @@ TEST_F(PasteboardMacTest, TellsWhatTheSystemRefusesOrRaisesAt) {
 
 TEST_F(PasteboardMacTest, KeepsNothingAliveBeyondAnAccess) {
   const auto useAll = [&] {
+    std::string text, error;
+    for (const bool older : {true, false}) {
+      fake.hasItems = older;
+      Clipboard::SetXML("XMSS", "\xEF\xBB\xBFx", error);
+      Clipboard::GetXML("XMSS", text, error);
+      Clipboard::GetXML("XMSC", text, error);
+    }
+    Clipboard::SetText("x", error);
+    Clipboard::GetText(text, error);
+    Clipboard::GetFormats(text, error);
+    Clipboard::ChangeCount();
     const auto pasteboard = Pasteboard::Open();
-    std::string bytes;
-    pasteboard->OpenItems();
-    pasteboard->ClearItems();
-    pasteboard->PutFlavor("A", "x");
-    fake.items = {{{"A", "x"}}};
-    pasteboard->CopyFlavor(1, "A", bytes);
-    pasteboard->DeclareTypes(true, {"A"});
-    pasteboard->SetData("A", "x");
-    pasteboard->SetString("\xEF\xBB\xBFx");
     pasteboard->AvailableType({"A"});
-    pasteboard->DataForType("A", bytes);
-    pasteboard->String();
-    pasteboard->Types();
-    return StandIn::FoundationObjects();
+    return StandIn::FoundationObjects();  // with those of this access
   };
-  for (const char* refusal : {"none", "PutFlavor A", "CFData", "gone"}) {
+  for (const char* refusal : {"none", "PutFlavor XMSS", "CFData", "gone"}) {
     fake.refused = {refusal};
     StandIn::pasteboardServerIsGone = refusal == "gone"s;
     useAll();  // the runtime keeps some objects from the first time
