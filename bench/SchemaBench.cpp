@@ -25,7 +25,7 @@ constexpr int kRounds = 15;
 std::string Name(const char* what, int number) { return what + std::to_string(number); }
 
 // Answers as a file of so many tables does, by the query or only by the design functions.
-class Host : public fmhost::Host {
+class Host : public wrapper::Host {
  public:
   Host(int tables, bool answersQuery) : tables_(tables) {
     std::string rows, tableNames, fieldNames;
@@ -39,7 +39,7 @@ class Host : public fmhost::Host {
     rows_ = calc::Value::OfText(calc::ToUtf16(answersQuery ? rows : "?"));
     tableNames_ = calc::Value::OfText(calc::ToUtf16(tableNames));
     fieldNames_ = calc::Value::OfText(calc::ToUtf16(fieldNames));
-    fmhost::SetHost(this);
+    wrapper::SetHost(this);
     BuildSchema(env_.get(), "");
     std::swap(expressions_, asked_);
   }
@@ -54,7 +54,7 @@ class Host : public fmhost::Host {
 
   // One round: the whole, and its evaluations alone.
   void Measure() {
-    fmhost::SetHost(this);
+    wrapper::SetHost(this);
     auto start = Clock::now();
     const std::string schema = BuildSchema(env_.get(), "");
     bestWhole_ = std::min<Seconds>(bestWhole_, Clock::now() - start);
@@ -94,7 +94,7 @@ int main() {
   std::printf("%-34s %10s %10s %8s %8s\n", "ns per field, of so many", "10,000", "100,000", "ratio", "at most");
   const double byQuery = Ratio(true);
   const double byNames = Ratio(false);
-  fmhost::SetHost(nullptr);
+  wrapper::SetHost(nullptr);
   if (std::max(byQuery, byNames) <= kDemanded) return 0;
   std::fprintf(stderr, "BuildSchema is not linear\n");
   return 1;

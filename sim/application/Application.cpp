@@ -26,14 +26,14 @@ Application* application = nullptr;  // the callbacks carry no context of their 
 FMX_ErrorCode StartScriptCallback(const FMX_Text* fileName, const FMX_Text* scriptName, FMX_ScriptControl,
                                   const FMX_Data* parameter) {
   if (fileName == nullptr || scriptName == nullptr) return errors::kFileMissing;
-  const auto value = parameter == nullptr ? calc::Value() : fmhost::ValueOf(*parameter);
-  return application->StartScript(fmhost::TextOf(*fileName), fmhost::TextOf(*scriptName), value);
+  const auto value = parameter == nullptr ? calc::Value() : wrapper::ValueOf(*parameter);
+  return application->StartScript(wrapper::TextOf(*fileName), wrapper::TextOf(*scriptName), value);
 }
 
 FMX_ErrorCode CurrentEnvironmentCallback(FMX_ExprEnv* environment) {
   const OpenFile* file = application->activeFile();
   if (environment == nullptr || file == nullptr) return errors::kFileMissing;
-  fmhost::Bind(*environment, file->id);
+  wrapper::Bind(*environment, file->id);
   return 0;
 }
 
@@ -56,12 +56,12 @@ Application::Application() {
   identity_.startScript = StartScriptCallback;
   identity_.currentEnvironment = CurrentEnvironmentCallback;
   SetBehaviour({});
-  fmhost::SetHost(this);
+  wrapper::SetHost(this);
 }
 
 Application::~Application() {
   Quit();
-  fmhost::SetHost(nullptr);
+  wrapper::SetHost(nullptr);
   application = nullptr;
 }
 
@@ -138,7 +138,7 @@ std::vector<std::u16string> Application::DesignFunctionNames() const {
 const calc::HostFunction* Application::FindHostFunction(std::u16string_view name) {
   const auto folded = calc::FoldCase(name);
   if (const auto own = hostFunctions_.find(folded); own != hostFunctions_.end()) return &own->second;
-  const auto* registration = fmhost::FindFunction(name);
+  const auto* registration = wrapper::FindFunction(name);
   if (registration == nullptr) return nullptr;
 
   auto [known, isNew] = pluginFunctions_.try_emplace(folded);
@@ -154,12 +154,12 @@ const calc::HostFunction* Application::FindHostFunction(std::u16string_view name
 }
 
 calc::Value Application::CallPlugin(const std::u16string& name, std::span<const calc::Value> arguments) {
-  const auto* registration = fmhost::FindFunction(name);
+  const auto* registration = wrapper::FindFunction(name);
   if (registration == nullptr) return calc::Value::OfError(errors::kNoSuchFunction);
   const auto file =
       std::find_if(files_.begin(), files_.end(), [this](const auto& open) { return &open->solution == current_; });
   calc::Value result;
-  const short error = fmhost::Call(*registration, file == files_.end() ? 0 : (*file)->id, arguments, result);
+  const short error = wrapper::Call(*registration, file == files_.end() ? 0 : (*file)->id, arguments, result);
   return error == 0 ? result : calc::Value::OfError(error);
 }
 
@@ -180,7 +180,7 @@ short Application::Evaluate(std::uint64_t file, std::u16string_view expression, 
 }
 
 short Application::ExecuteSql(std::uint64_t file, std::u16string_view fileName, std::u16string_view sql,
-                              std::span<const calc::Value> arguments, fmhost::Rows& rows) {
+                              std::span<const calc::Value> arguments, wrapper::Rows& rows) {
   const OpenFile* target = fileName.empty() ? FileById(file) : FindFile(fileName);
   if (target == nullptr) return errors::kFileMissing;
   SqlResult result = SelectRows(sql, target->solution, arguments, behaviour_);
@@ -236,7 +236,7 @@ std::vector<std::string> Application::Quit() {
   for (const auto& plugin : plugins_) {
     for (auto& line : plugin->Shutdown()) faults.push_back(std::move(line));
   }
-  for (auto& line : fmhost::Violations()) faults.push_back(std::move(line));
+  for (auto& line : wrapper::Violations()) faults.push_back(std::move(line));
   plugins_.clear();
   return faults;
 }

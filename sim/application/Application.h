@@ -45,7 +45,7 @@ struct QueuedScript {
   calc::Value parameter;
 };
 
-class Application : public fmhost::Host {
+class Application : public wrapper::Host {
  public:
   Application();
   ~Application() override;
@@ -112,7 +112,7 @@ class Application : public fmhost::Host {
   // What plug-ins ask.
   short Evaluate(std::uint64_t file, std::u16string_view expression, calc::Value& result) override;
   short ExecuteSql(std::uint64_t file, std::u16string_view fileName, std::u16string_view sql,
-                   std::span<const calc::Value> arguments, fmhost::Rows& rows) override;
+                   std::span<const calc::Value> arguments, wrapper::Rows& rows) override;
   short ConvertFromFileMakerPath(std::uint64_t file, std::u16string_view path, int format,
                                  std::u16string& result) override;
   short ConvertToFileMakerPath(std::uint64_t file, std::u16string_view path, int format,

@@ -78,19 +78,19 @@ std::string FolderOf(const std::string& path) { return std::filesystem::absolute
 
 std::optional<std::string> FormatPath(const std::string& path, int format) {
   if (!path.starts_with('/')) return std::nullopt;
-  if (format == fmhost::kPosixPath) return path;
-  if (format == fmhost::kUrlPath) return std::string(kFileUrl) + UrlEncoded(path);
+  if (format == wrapper::kPosixPath) return path;
+  if (format == wrapper::kUrlPath) return std::string(kFileUrl) + UrlEncoded(path);
   return std::nullopt;
 }
 
 std::optional<std::string> ParsePath(std::string_view text, int format) {
-  const bool isUrl = format == fmhost::kUrlPath;
+  const bool isUrl = format == wrapper::kUrlPath;
   if (isUrl) {
     if (!text.starts_with(kFileUrl)) return std::nullopt;
     text.remove_prefix(kFileUrl.size());
     if (text.starts_with(kThisMachine)) text.remove_prefix(kThisMachine.size());
   }
-  if (!text.starts_with('/') || (!isUrl && format != fmhost::kPosixPath)) return std::nullopt;
+  if (!text.starts_with('/') || (!isUrl && format != wrapper::kPosixPath)) return std::nullopt;
   return isUrl ? UrlDecoded(text) : std::string(text);
 }
 

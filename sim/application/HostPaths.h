@@ -17,7 +17,7 @@ std::string MachinePath(std::u16string_view fileMakerPath, const std::string& fo
 /// The absolute path of the folder that holds `path`.
 std::string FolderOf(const std::string& path);
 
-/// An absolute path of the machine in one of fmhost::PathFormat, UTF-8. nullopt for a relative path, and for Windows,
+/// An absolute path of the machine in one of wrapper::PathFormat, UTF-8. nullopt for a relative path, and for Windows,
 /// which has no paths here.
 std::optional<std::string> FormatPath(const std::string& path, int format);
 /// Reads what FormatPath writes; a URL may name localhost.

@@ -42,7 +42,7 @@ std::unique_ptr<Plugin> Plugin::Load(const std::string& path, const HostIdentity
   const std::string name = file.filename().string();
   void* library = nullptr;
   {
-    const fmhost::Scope asPlugin(name);
+    const wrapper::Scope asPlugin(name);
     library = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
   }
   if (library == nullptr) {
@@ -89,7 +89,7 @@ bool Plugin::Send(FMX_ExternCallSwitch message, FMX_UChar parm1, FMX_PtrType par
   call_.parm1 = parm1;
   call_.parm2 = parm2;
   call_.parm3 = parm3;
-  return fmhost::Guard(fileName_, MessageName(message), [this] { call_.entryPoint(&call_); });
+  return wrapper::Guard(fileName_, MessageName(message), [this] { call_.entryPoint(&call_); });
 }
 
 std::u16string Plugin::AskString(int id) {
@@ -123,10 +123,10 @@ std::vector<std::string> Plugin::Shutdown() {
 
 std::vector<std::string> Plugin::TakeLeftovers() {
   std::vector<std::string> leftovers;
-  for (const auto& name : fmhost::DropRegistrations(fileName_)) {
+  for (const auto& name : wrapper::DropRegistrations(fileName_)) {
     leftovers.push_back(fileName_ + ": left \"" + calc::ToUtf8(name) + "\" registered");
   }
-  for (const auto& line : fmhost::LiveObjects()) {
+  for (const auto& line : wrapper::LiveObjects()) {
     if (line.starts_with(fileName_ + ": ")) leftovers.push_back(line);
   }
   return leftovers;

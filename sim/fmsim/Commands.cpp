@@ -49,7 +49,7 @@ void ListScripts(Session& session, const std::string&) {
 }
 
 void ListFunctions(Session&, const std::string&) {
-  for (const auto& function : fmhost::Functions()) {
+  for (const auto& function : wrapper::Functions()) {
     std::cout << function.id << "  " << ToUtf8(function.prototype) << "\n     " << ToUtf8(function.description) << '\n';
   }
 }

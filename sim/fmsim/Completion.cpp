@@ -61,7 +61,7 @@ std::vector<std::string> FunctionNames(Session& session) {
   add(calc::FunctionNames());
   add(session.application().DesignFunctionNames());
   add(sim::GetParameterNames());
-  for (const auto& function : fmhost::Functions()) names.push_back(ToUtf8(function.name));
+  for (const auto& function : wrapper::Functions()) names.push_back(ToUtf8(function.name));
   if (const auto* file = session.application().activeFile()) {
     for (const auto& function : file->solution.customFunctions) names.push_back(ToUtf8(function.name));
   }

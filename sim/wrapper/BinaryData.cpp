@@ -6,7 +6,7 @@
 #include "calc/Unicode.h"
 #include "wrapper/Objects.h"
 
-namespace fmhost {
+namespace wrapper {
 namespace {
 
 using StreamType = std::array<fmx::uchar, 4>;
@@ -63,49 +63,49 @@ short BigEndian(const std::string& bytes, std::size_t at) {
 }
 
 }  // namespace
-}  // namespace fmhost
+}  // namespace wrapper
 
 namespace fmx {
 
-using fmhost::Begin;
-using fmhost::BinaryDataObject;
-using fmhost::Bytes;
-using fmhost::ContentAt;
-using fmhost::Find;
-using fmhost::HostCall;
-using fmhost::SetName;
-using fmhost::SetStream;
-using fmhost::StreamAt;
-using fmhost::TypeOf;
+using wrapper::Begin;
+using wrapper::BinaryDataObject;
+using wrapper::Bytes;
+using wrapper::ContentAt;
+using wrapper::Find;
+using wrapper::HostCall;
+using wrapper::SetName;
+using wrapper::SetStream;
+using wrapper::StreamAt;
+using wrapper::TypeOf;
 namespace errors = calc::errors;
 
 FM_API BinaryData* FM_BinaryData_Constructor1(_fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return fmhost::Make<BinaryDataObject>(); });
+  return HostCall(__func__, x, [&] { return wrapper::Make<BinaryDataObject>(); });
 }
 
 FM_API BinaryData* FM_BinaryData_Constructor2(const BinaryData& other, _fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return fmhost::Make<BinaryDataObject>(ContentAt(&other).streams); });
+  return HostCall(__func__, x, [&] { return wrapper::Make<BinaryDataObject>(ContentAt(&other).streams); });
 }
 
 FM_API BinaryData* FM_BinaryData_Constructor3(const Text& name, uint32 size, void* bytes, _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
     BinaryDataObject content;
-    SetName(content, fmhost::UnitsOf(name));
-    SetStream(content, fmhost::kFileStream, Bytes(bytes, size));
-    return fmhost::Make<BinaryDataObject>(std::move(content));
+    SetName(content, wrapper::UnitsOf(name));
+    SetStream(content, wrapper::kFileStream, Bytes(bytes, size));
+    return wrapper::Make<BinaryDataObject>(std::move(content));
   });
 }
 
 FM_API BinaryData* FM_BinaryData_Constructor4(const Text& name, uint32* context, _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
     BinaryDataObject content;
-    SetName(content, fmhost::UnitsOf(name));
-    Begin(content, fmhost::kFileStream, context);
-    return fmhost::Make<BinaryDataObject>(std::move(content));
+    SetName(content, wrapper::UnitsOf(name));
+    Begin(content, wrapper::kFileStream, context);
+    return wrapper::Make<BinaryDataObject>(std::move(content));
   });
 }
 
-FM_API void FM_BinaryData_Delete(void* self, _fmxcpt&) { fmhost::Delete<BinaryDataObject>(__func__, self); }
+FM_API void FM_BinaryData_Delete(void* self, _fmxcpt&) { wrapper::Delete<BinaryDataObject>(__func__, self); }
 
 FM_API BinaryData* FM_BinaryData_operatorAS(void* self, const BinaryData& other, _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
@@ -129,7 +129,7 @@ FM_API int32 FM_BinaryData_GetIndex(const void* self, const QuadChar& type, _fmx
 }
 
 FM_API void FM_BinaryData_GetType(const void* self, int32 index, QuadChar& type, _fmxcpt& x) {
-  HostCall(__func__, x, [&] { fmhost::Live<fmhost::QuadCharObject>(&type).bytes = StreamAt(self, index).type; });
+  HostCall(__func__, x, [&] { wrapper::Live<wrapper::QuadCharObject>(&type).bytes = StreamAt(self, index).type; });
 }
 
 FM_API uint32 FM_BinaryData_GetSize(const void* self, int32 index, _fmxcpt& x) {
@@ -202,16 +202,16 @@ FM_API void FM_BinaryData_RemoveAll(void* self, _fmxcpt& x) {
 FM_API errcode FM_BinaryData_GetFNAMData(const void* self, Text& name, _fmxcpt& x) {
   return HostCall(__func__, x, [&]() -> errcode {
     auto& content = ContentAt(self);
-    const auto stream = Find(content, fmhost::kNameStream);
+    const auto stream = Find(content, wrapper::kNameStream);
     if (stream == content.streams.end()) return errors::kDataMissing;
-    fmhost::Live<fmhost::TextObject>(&name).Assign(calc::ToUtf16(stream->bytes));
+    wrapper::Live<wrapper::TextObject>(&name).Assign(calc::ToUtf16(stream->bytes));
     return 0;
   });
 }
 
 FM_API errcode FM_BinaryData_AddFNAMData(void* self, const Text& name, _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
-    SetName(ContentAt(self), fmhost::UnitsOf(name));
+    SetName(ContentAt(self), wrapper::UnitsOf(name));
     return errcode{0};
   });
 }
@@ -219,10 +219,10 @@ FM_API errcode FM_BinaryData_AddFNAMData(void* self, const Text& name, _fmxcpt& 
 FM_API errcode FM_BinaryData_GetSIZEData(const void* self, short& width, short& height, _fmxcpt& x) {
   return HostCall(__func__, x, [&]() -> errcode {
     auto& content = ContentAt(self);
-    const auto stream = Find(content, fmhost::kSizeStream);
+    const auto stream = Find(content, wrapper::kSizeStream);
     if (stream == content.streams.end() || stream->bytes.size() != 4) return errors::kDataMissing;
-    width = fmhost::BigEndian(stream->bytes, 0);
-    height = fmhost::BigEndian(stream->bytes, 2);
+    width = wrapper::BigEndian(stream->bytes, 0);
+    height = wrapper::BigEndian(stream->bytes, 2);
     return 0;
   });
 }
@@ -230,9 +230,9 @@ FM_API errcode FM_BinaryData_GetSIZEData(const void* self, short& width, short& 
 FM_API errcode FM_BinaryData_AddSIZEData(void* self, short width, short height, _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
     std::string bytes;
-    fmhost::AppendBigEndian(bytes, width);
-    fmhost::AppendBigEndian(bytes, height);
-    SetStream(ContentAt(self), fmhost::kSizeStream, std::move(bytes));
+    wrapper::AppendBigEndian(bytes, width);
+    wrapper::AppendBigEndian(bytes, height);
+    SetStream(ContentAt(self), wrapper::kSizeStream, std::move(bytes));
     return errcode{0};
   });
 }

@@ -1,7 +1,7 @@
 // Text styles.
 #include "wrapper/Objects.h"
 
-namespace fmhost {
+namespace wrapper {
 
 void Style::Add(const Style& other) {
   if (other.fontEnabled) font = other.font;
@@ -29,31 +29,31 @@ namespace {
 Style& StyleAt(const void* self) { return Live<CharacterStyleObject>(self).style; }
 
 }  // namespace
-}  // namespace fmhost
+}  // namespace wrapper
 
 namespace fmx {
 
-using fmhost::CharacterStyleObject;
-using fmhost::HostCall;
-using fmhost::StyleAt;
+using wrapper::CharacterStyleObject;
+using wrapper::HostCall;
+using wrapper::StyleAt;
 
 FM_API CharacterStyle* FM_CharacterStyle_Constructor1(_fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return fmhost::Make<CharacterStyleObject>(); });
+  return HostCall(__func__, x, [&] { return wrapper::Make<CharacterStyleObject>(); });
 }
 
 FM_API CharacterStyle* FM_CharacterStyle_Constructor2(uint16 font, uint16 face, uint16 size,
                                                       const CharacterStyle::Color& color, _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
-    const auto& shown = fmhost::Live<fmhost::ColorObject>(&color);
-    return fmhost::Make<CharacterStyleObject>(fmhost::Style{font, size, face, shown, true, true, true});
+    const auto& shown = wrapper::Live<wrapper::ColorObject>(&color);
+    return wrapper::Make<CharacterStyleObject>(wrapper::Style{font, size, face, shown, true, true, true});
   });
 }
 
 FM_API CharacterStyle* FM_CharacterStyle_Constructor3(const CharacterStyle& other, _fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return fmhost::Make<CharacterStyleObject>(StyleAt(&other)); });
+  return HostCall(__func__, x, [&] { return wrapper::Make<CharacterStyleObject>(StyleAt(&other)); });
 }
 
-FM_API void FM_CharacterStyle_Delete(void* self, _fmxcpt&) { fmhost::Delete<CharacterStyleObject>(__func__, self); }
+FM_API void FM_CharacterStyle_Delete(void* self, _fmxcpt&) { wrapper::Delete<CharacterStyleObject>(__func__, self); }
 
 FM_API CharacterStyle* FM_CharacterStyle_operatorAS(void* self, const CharacterStyle& other, _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
@@ -124,7 +124,7 @@ FM_API bool FM_CharacterStyle_IsAnyFaceEnabled(const void* self, _fmxcpt& x) {
 
 FM_API const CharacterStyle::Color* FM_CharacterStyle_GetColor(const void* self, _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
-    auto& object = fmhost::Live<CharacterStyleObject>(self);
+    auto& object = wrapper::Live<CharacterStyleObject>(self);
     *object.color = object.style.color;
     return object.color.Show();
   });
@@ -132,7 +132,7 @@ FM_API const CharacterStyle::Color* FM_CharacterStyle_GetColor(const void* self,
 
 FM_API void FM_CharacterStyle_SetColor(void* self, const CharacterStyle::Color& color, _fmxcpt& x) {
   HostCall(__func__, x, [&] {
-    StyleAt(self).color = fmhost::Live<fmhost::ColorObject>(&color);
+    StyleAt(self).color = wrapper::Live<wrapper::ColorObject>(&color);
     StyleAt(self).colorEnabled = true;
   });
 }

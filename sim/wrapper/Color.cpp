@@ -1,7 +1,7 @@
 // Colours.
 #include "wrapper/Objects.h"
 
-namespace fmhost {
+namespace wrapper {
 namespace {
 
 constexpr fmx::uchar kOn = fmx::CharacterStyle::kColorChannel_ON;
@@ -18,28 +18,28 @@ const fmx::CharacterStyle::Color* Constant(const char* function, ColorObject col
 }
 
 }  // namespace
-}  // namespace fmhost
+}  // namespace wrapper
 
 namespace fmx {
 
-using fmhost::ColorObject;
-using fmhost::HostCall;
-using fmhost::Live;
+using wrapper::ColorObject;
+using wrapper::HostCall;
+using wrapper::Live;
 using Color = CharacterStyle::Color;
 
 FM_API Color* FM_Color_Constructor1(_fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return fmhost::Make<ColorObject>(); });
+  return HostCall(__func__, x, [&] { return wrapper::Make<ColorObject>(); });
 }
 
 FM_API Color* FM_Color_Constructor2(uchar red, uchar green, uchar blue, uchar alpha, _fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return fmhost::Make<ColorObject>(red, green, blue, alpha); });
+  return HostCall(__func__, x, [&] { return wrapper::Make<ColorObject>(red, green, blue, alpha); });
 }
 
 FM_API Color* FM_Color_Constructor3(const Color& other, _fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return fmhost::Make<ColorObject>(Live<ColorObject>(&other)); });
+  return HostCall(__func__, x, [&] { return wrapper::Make<ColorObject>(Live<ColorObject>(&other)); });
 }
 
-FM_API void FM_Color_Delete(void* self, _fmxcpt&) { fmhost::Delete<ColorObject>(__func__, self); }
+FM_API void FM_Color_Delete(void* self, _fmxcpt&) { wrapper::Delete<ColorObject>(__func__, self); }
 
 FM_API Color* FM_Color_operatorAS(void* self, const Color& other, _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
@@ -52,24 +52,24 @@ FM_EQUALITY(Color, Color)
 
 // These two cannot fail.
 FM_API const Color* FM_Color_Black(_fmxcpt&) noexcept {
-  static const auto* black = fmhost::Constant(__func__, {});
+  static const auto* black = wrapper::Constant(__func__, {});
   return black;
 }
 
 FM_API const Color* FM_Color_White(_fmxcpt&) noexcept {
-  static const auto* white = fmhost::Constant(__func__, {fmhost::kOn, fmhost::kOn, fmhost::kOn, fmhost::kOn});
+  static const auto* white = wrapper::Constant(__func__, {wrapper::kOn, wrapper::kOn, wrapper::kOn, wrapper::kOn});
   return white;
 }
 
-#define COLOR_CHANNEL(Name, name)                                                                  \
-  FM_API uchar FM_Color_Get##Name(const void* self, _fmxcpt& x) {                                  \
-    return HostCall(__func__, x, [&] { return Live<ColorObject>(self).name; });                    \
-  }                                                                                                \
-  FM_API uint16 FM_Color_Get##Name##Upsample(const void* self, _fmxcpt& x) {                       \
-    return HostCall(__func__, x, [&] { return fmhost::Upsampled(Live<ColorObject>(self).name); }); \
-  }                                                                                                \
-  FM_API void FM_Color_Set##Name(void* self, uchar value, _fmxcpt& x) {                            \
-    HostCall(__func__, x, [&] { Live<ColorObject>(self).name = value; });                          \
+#define COLOR_CHANNEL(Name, name)                                                                   \
+  FM_API uchar FM_Color_Get##Name(const void* self, _fmxcpt& x) {                                   \
+    return HostCall(__func__, x, [&] { return Live<ColorObject>(self).name; });                     \
+  }                                                                                                 \
+  FM_API uint16 FM_Color_Get##Name##Upsample(const void* self, _fmxcpt& x) {                        \
+    return HostCall(__func__, x, [&] { return wrapper::Upsampled(Live<ColorObject>(self).name); }); \
+  }                                                                                                 \
+  FM_API void FM_Color_Set##Name(void* self, uchar value, _fmxcpt& x) {                             \
+    HostCall(__func__, x, [&] { Live<ColorObject>(self).name = value; });                           \
   }
 COLOR_CHANNEL(Red, red)
 COLOR_CHANNEL(Green, green)

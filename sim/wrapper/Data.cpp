@@ -7,7 +7,7 @@
 #include "wrapper/Host.h"
 #include "wrapper/Objects.h"
 
-namespace fmhost {
+namespace wrapper {
 
 void DataObject::Set(calc::Value newValue, fmx::int32 newType) {
   value = std::move(newValue);
@@ -89,22 +89,22 @@ std::u16string FileName(const Streams& streams) {
 }
 
 }  // namespace
-}  // namespace fmhost
+}  // namespace wrapper
 
 namespace fmx {
 
-using fmhost::DataAt;
-using fmhost::DataObject;
-using fmhost::HostCall;
-using fmhost::Live;
-using fmhost::SetConverted;
-using fmhost::Streams;
+using wrapper::DataAt;
+using wrapper::DataObject;
+using wrapper::HostCall;
+using wrapper::Live;
+using wrapper::SetConverted;
+using wrapper::Streams;
 
 FM_API Data* FM_Data_Constructor1(_fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return fmhost::Make<DataObject>(); });
+  return HostCall(__func__, x, [&] { return wrapper::Make<DataObject>(); });
 }
 
-FM_API void FM_Data_Delete(void* self, _fmxcpt&) { fmhost::Delete<DataObject>(__func__, self); }
+FM_API void FM_Data_Delete(void* self, _fmxcpt&) { wrapper::Delete<DataObject>(__func__, self); }
 
 FM_API bool FM_Data_IsEmpty(const void* self, _fmxcpt& x) {
   return HostCall(__func__, x, [&] { return DataAt(self).value.IsEmpty(); });
@@ -156,22 +156,22 @@ FM_API bool FM_Data_GetAsBoolean(const void* self, _fmxcpt& x) {
 
 FM_API const DateTime* FM_Data_GetAsDate(const void* self, _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
-    return fmhost::ShowMoment(self, &DataObject::date, calc::DateIn,
-                              [](auto& moment, const auto& day) { moment.day = day.ToInteger(); });
+    return wrapper::ShowMoment(self, &DataObject::date, calc::DateIn,
+                               [](auto& moment, const auto& day) { moment.day = day.ToInteger(); });
   });
 }
 
 FM_API const DateTime* FM_Data_GetAsTime(const void* self, _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
-    return fmhost::ShowMoment(self, &DataObject::time, calc::TimeIn,
-                              [](auto& moment, const auto& seconds) { moment.seconds = seconds; });
+    return wrapper::ShowMoment(self, &DataObject::time, calc::TimeIn,
+                               [](auto& moment, const auto& seconds) { moment.seconds = seconds; });
   });
 }
 
 FM_API const DateTime* FM_Data_GetAsTimeStamp(const void* self, _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
-    return fmhost::ShowMoment(self, &DataObject::timestamp, calc::TimestampIn,
-                              [](auto& moment, const auto& seconds) { moment.SetSecondsSinceEpoch(seconds); });
+    return wrapper::ShowMoment(self, &DataObject::timestamp, calc::TimestampIn,
+                               [](auto& moment, const auto& seconds) { moment.SetSecondsSinceEpoch(seconds); });
   });
 }
 
@@ -191,8 +191,8 @@ FM_API const Locale* FM_Data_GetLocale(const void* self, _fmxcpt& x) {
 FM_API errcode FM_Data_SetAsText(void* self, const Text& text, const Locale& locale, int32 type, _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
     auto& data = DataAt(self);
-    *data.locale = Live<fmhost::LocaleObject>(&locale);
-    *data.text = Live<fmhost::TextObject>(&text);
+    *data.locale = Live<wrapper::LocaleObject>(&locale);
+    *data.text = Live<wrapper::TextObject>(&text);
     SetConverted(self, calc::Value::OfText(data.text->units), type);
     return errcode{0};
   });
@@ -200,29 +200,29 @@ FM_API errcode FM_Data_SetAsText(void* self, const Text& text, const Locale& loc
 
 FM_API void FM_Data_SetAsNumber(void* self, const FixPt& number, int32 type, _fmxcpt& x) {
   HostCall(__func__, x,
-           [&] { SetConverted(self, calc::Value::OfNumber(Live<fmhost::FixPtObject>(&number).number), type); });
+           [&] { SetConverted(self, calc::Value::OfNumber(Live<wrapper::FixPtObject>(&number).number), type); });
 }
 
 FM_API void FM_Data_SetAsDate(void* self, const DateTime& date, int32 type, _fmxcpt& x) {
-  HostCall(__func__, x, [&] { SetConverted(self, fmhost::ValueOfPart(date, Data::kDTDate), type); });
+  HostCall(__func__, x, [&] { SetConverted(self, wrapper::ValueOfPart(date, Data::kDTDate), type); });
 }
 
 FM_API void FM_Data_SetAsTime(void* self, const DateTime& time, int32 type, _fmxcpt& x) {
-  HostCall(__func__, x, [&] { SetConverted(self, fmhost::ValueOfPart(time, Data::kDTTime), type); });
+  HostCall(__func__, x, [&] { SetConverted(self, wrapper::ValueOfPart(time, Data::kDTTime), type); });
 }
 
 FM_API void FM_Data_SetAsTimeStamp(void* self, const DateTime& timestamp, int32 type, _fmxcpt& x) {
-  HostCall(__func__, x, [&] { SetConverted(self, fmhost::ValueOfPart(timestamp, Data::kDTTimeStamp), type); });
+  HostCall(__func__, x, [&] { SetConverted(self, wrapper::ValueOfPart(timestamp, Data::kDTTimeStamp), type); });
 }
 
 FM_API void FM_Data_SetDateTime(void* self, const DateTime& moment, int32 part, int32 type, _fmxcpt& x) {
-  HostCall(__func__, x, [&] { SetConverted(self, fmhost::ValueOfPart(moment, part), type); });
+  HostCall(__func__, x, [&] { SetConverted(self, wrapper::ValueOfPart(moment, part), type); });
 }
 
 FM_API void FM_Data_SetBinaryData(void* self, const BinaryData& content, bool /*convert*/, _fmxcpt& x) {
   HostCall(__func__, x, [&] {
-    const auto& streams = Live<fmhost::BinaryDataObject>(&content).streams;
-    DataAt(self).Set(calc::Value::OfContainer(fmhost::FileName(streams), std::make_shared<const Streams>(streams)),
+    const auto& streams = Live<wrapper::BinaryDataObject>(&content).streams;
+    DataAt(self).Set(calc::Value::OfContainer(wrapper::FileName(streams), std::make_shared<const Streams>(streams)),
                      Data::kDTBinary);
   });
 }

@@ -1,7 +1,7 @@
 // Argument lists, and the rows of queries.
 #include "wrapper/Objects.h"
 
-namespace fmhost {
+namespace wrapper {
 
 void DataVectObject::PushBack(const DataObject& value) {
   auto copy = std::make_unique<Part<DataObject>>();
@@ -18,22 +18,22 @@ const fmx::Data* Element(const void* self, fmx::uint32 index) { return ListAt(se
 RowVectObject& RowsAt(const void* self) { return Live<RowVectObject>(self); }
 
 }  // namespace
-}  // namespace fmhost
+}  // namespace wrapper
 
 namespace fmx {
 
-using fmhost::DataVectObject;
-using fmhost::Element;
-using fmhost::HostCall;
-using fmhost::ListAt;
-using fmhost::RowsAt;
-using fmhost::RowVectObject;
+using wrapper::DataVectObject;
+using wrapper::Element;
+using wrapper::HostCall;
+using wrapper::ListAt;
+using wrapper::RowsAt;
+using wrapper::RowVectObject;
 
 FM_API DataVect* FM_DataVect_Constructor1(_fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return fmhost::Make<DataVectObject>(); });
+  return HostCall(__func__, x, [&] { return wrapper::Make<DataVectObject>(); });
 }
 
-FM_API void FM_DataVect_Delete(void* self, _fmxcpt&) { fmhost::Delete<DataVectObject>(__func__, self); }
+FM_API void FM_DataVect_Delete(void* self, _fmxcpt&) { wrapper::Delete<DataVectObject>(__func__, self); }
 
 FM_API uint32 FM_DataVect_Size(const void* self, _fmxcpt& x) {
   return HostCall(__func__, x, [&] { return static_cast<uint32>(ListAt(self).values.size()); });
@@ -48,15 +48,15 @@ FM_API void FM_DataVect_Clear(void* self, _fmxcpt& x) {
 }
 
 FM_API void FM_DataVect_PushBack(void* self, const Data& value, _fmxcpt& x) {
-  HostCall(__func__, x, [&] { ListAt(self).PushBack(fmhost::Live<fmhost::DataObject>(&value)); });
+  HostCall(__func__, x, [&] { ListAt(self).PushBack(wrapper::Live<wrapper::DataObject>(&value)); });
 }
 
 FM_API Data* FM_DataVect_PopBack(void* self, _fmxcpt& x) {
   return HostCall(__func__, x, [&]() -> Data* {
     auto& values = ListAt(self).values;
     if (values.empty()) return nullptr;
-    auto* popped = fmhost::Make<fmhost::DataObject>();
-    auto& data = fmhost::Live<fmhost::DataObject>(popped);
+    auto* popped = wrapper::Make<wrapper::DataObject>();
+    auto& data = wrapper::Live<wrapper::DataObject>(popped);
     auto& last = **values.back();
     data.Set(last.value, last.nativeType);
     *data.locale = *last.locale;
@@ -84,10 +84,10 @@ DATAVECT_FORM(AtAsBinaryData, const BinaryData*, FM_Data_GetBinaryData)
 #undef DATAVECT_FORM
 
 FM_API RowVect* FM_RowVect_Constructor1(_fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return fmhost::Make<RowVectObject>(); });
+  return HostCall(__func__, x, [&] { return wrapper::Make<RowVectObject>(); });
 }
 
-FM_API void FM_RowVect_Delete(void* self, _fmxcpt&) { fmhost::Delete<RowVectObject>(__func__, self); }
+FM_API void FM_RowVect_Delete(void* self, _fmxcpt&) { wrapper::Delete<RowVectObject>(__func__, self); }
 
 FM_API uint32 FM_RowVect_Size(const void* self, _fmxcpt& x) {
   return HostCall(__func__, x, [&] { return static_cast<uint32>(RowsAt(self).rows.size()); });

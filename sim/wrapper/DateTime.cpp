@@ -8,7 +8,7 @@
 #include "calc/Errors.h"
 #include "wrapper/Objects.h"
 
-namespace fmhost {
+namespace wrapper {
 
 using calc::Number;
 
@@ -68,38 +68,38 @@ fmx::errcode SetTime(void* self, const Number& hours, const Number& minutes, con
 }
 
 }  // namespace
-}  // namespace fmhost
+}  // namespace wrapper
 
 namespace fmx {
 
-using fmhost::DateTimeObject;
-using fmhost::HostCall;
-using fmhost::MomentAt;
-using fmhost::NumberOf;
+using wrapper::DateTimeObject;
+using wrapper::HostCall;
+using wrapper::MomentAt;
+using wrapper::NumberOf;
 
 FM_API DateTime* FM_DateTime_Constructor1(_fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return fmhost::Make<DateTimeObject>(); });
+  return HostCall(__func__, x, [&] { return wrapper::Make<DateTimeObject>(); });
 }
 
 FM_API DateTime* FM_DateTime_Constructor2(const unichar16* units, uint32 length, const Locale& /*always English*/,
                                           _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
-    return fmhost::Make<DateTimeObject>(fmhost::Read({reinterpret_cast<const char16_t*>(units), length}));
+    return wrapper::Make<DateTimeObject>(wrapper::Read({reinterpret_cast<const char16_t*>(units), length}));
   });
 }
 
 FM_API DateTime* FM_DateTime_Constructor3(const Text& text, const Locale& /*always English*/, _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
-    return fmhost::Make<DateTimeObject>(fmhost::Read(fmhost::Live<fmhost::TextObject>(&text).units));
+    return wrapper::Make<DateTimeObject>(wrapper::Read(wrapper::Live<wrapper::TextObject>(&text).units));
   });
 }
 
-FM_API void FM_DateTime_Delete(void* self, _fmxcpt&) { fmhost::Delete<DateTimeObject>(__func__, self); }
+FM_API void FM_DateTime_Delete(void* self, _fmxcpt&) { wrapper::Delete<DateTimeObject>(__func__, self); }
 
 FM_EQUALITY(DateTime, DateTime)
 
 FM_API void FM_DateTime_Now(void* self, _fmxcpt& x) {
-  HostCall(__func__, x, [&] { MomentAt(self) = fmhost::Now(); });
+  HostCall(__func__, x, [&] { MomentAt(self) = wrapper::Now(); });
 }
 
 FM_API void FM_DateTime_SetDate(void* self, const DateTime& other, _fmxcpt& x) {
@@ -111,27 +111,27 @@ FM_API void FM_DateTime_SetTime(void* self, const DateTime& other, _fmxcpt& x) {
 }
 
 FM_API errcode FM_DateTime_SetNormalizedDate1(void* self, int16 month, int16 day, int16 year, _fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return fmhost::SetDate(self, month, day, year); });
+  return HostCall(__func__, x, [&] { return wrapper::SetDate(self, month, day, year); });
 }
 
 FM_API errcode FM_DateTime_SetNormalizedDate2(void* self, const FixPt& month, const FixPt& day, const FixPt& year,
                                               _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
-    return fmhost::SetDate(self, NumberOf(month).ToInteger(), NumberOf(day).ToInteger(), NumberOf(year).ToInteger());
+    return wrapper::SetDate(self, NumberOf(month).ToInteger(), NumberOf(day).ToInteger(), NumberOf(year).ToInteger());
   });
 }
 
 FM_API errcode FM_DateTime_SetNormalizedTime1(void* self, int64 hours, int16 minutes, int16 seconds, int32 microseconds,
                                               _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
-    return fmhost::SetTime(self, hours, minutes, calc::Number(seconds) + fmhost::Microseconds(microseconds));
+    return wrapper::SetTime(self, hours, minutes, calc::Number(seconds) + wrapper::Microseconds(microseconds));
   });
 }
 
 FM_API errcode FM_DateTime_SetNormalizedTime2(void* self, const FixPt& hours, const FixPt& minutes,
                                               const FixPt& seconds, _fmxcpt& x) {
   return HostCall(__func__, x,
-                  [&] { return fmhost::SetTime(self, NumberOf(hours), NumberOf(minutes), NumberOf(seconds)); });
+                  [&] { return wrapper::SetTime(self, NumberOf(hours), NumberOf(minutes), NumberOf(seconds)); });
 }
 
 FM_API void FM_DateTime_SetDaysSinceEpoch(void* self, int64 days, _fmxcpt& x) {
@@ -168,13 +168,13 @@ DATETIME_PART(int16, DayOfWeek, calc::DayOfWeek(day))
 DATETIME_PART(int16, WeekOfYear, calc::WeekOfYear(day))
 DATETIME_PART(int32, GetDaysSinceEpoch, day)
 DATETIME_PART(int32, GetHour, seconds.FloorDividedBy(3600)->ToInteger())
-DATETIME_PART(int16, GetMinute, fmhost::Remainder(seconds, 3600).FloorDividedBy(60)->ToInteger())
-DATETIME_PART(int16, GetSec, fmhost::Remainder(seconds, 60).ToInteger())
-DATETIME_PART(int32, GetUSec, (fmhost::Remainder(seconds, 1) * fmhost::kMicroseconds).ToInteger())
+DATETIME_PART(int16, GetMinute, wrapper::Remainder(seconds, 3600).FloorDividedBy(60)->ToInteger())
+DATETIME_PART(int16, GetSec, wrapper::Remainder(seconds, 60).ToInteger())
+DATETIME_PART(int32, GetUSec, (wrapper::Remainder(seconds, 1) * wrapper::kMicroseconds).ToInteger())
 #undef DATETIME_PART
 
 FM_API void FM_DateTime_GetSeconds(const void* self, FixPt& result, _fmxcpt& x) {
-  HostCall(__func__, x, [&] { NumberOf(result) = fmhost::Remainder(MomentAt(self).seconds, 60); });
+  HostCall(__func__, x, [&] { NumberOf(result) = wrapper::Remainder(MomentAt(self).seconds, 60); });
 }
 
 FM_API void FM_DateTime_GetSecondsSinceEpoch(const void* self, FixPt& result, _fmxcpt& x) {

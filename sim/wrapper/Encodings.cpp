@@ -11,7 +11,7 @@
 #include "calc/Unicode.h"
 #include "wrapper/Objects.h"
 
-namespace fmhost {
+namespace wrapper {
 namespace {
 
 constexpr std::size_t kMostBytesPerUnit = 4;
@@ -106,4 +106,4 @@ std::string EncodeWithin(std::u16string_view text, std::int32_t encoding, std::s
   return bytes;
 }
 
-}  // namespace fmhost
+}  // namespace wrapper

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace fmhost {
+namespace wrapper {
 
 /// `encoding` is one of Text::Encoding; both raise std::invalid_argument for another, and for those that ICU lacks
 /// (Korean Johab, Arabic and Hebrew of the Mac). What one side cannot express becomes a substitution character.
@@ -15,4 +15,4 @@ std::string Encode(std::u16string_view text, std::int32_t encoding);
 /// As many whole characters of `text`, from its beginning, as fit into `capacity` bytes.
 std::string EncodeWithin(std::u16string_view text, std::int32_t encoding, std::size_t capacity);
 
-}  // namespace fmhost
+}  // namespace wrapper

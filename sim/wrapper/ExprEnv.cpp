@@ -7,7 +7,7 @@
 #include "wrapper/Objects.h"
 #include "wrapper/Registry.h"
 
-namespace fmhost {
+namespace wrapper {
 
 namespace {
 
@@ -96,52 +96,52 @@ std::u16string Joined(const Rows& rows, char16_t columnSeparator, char16_t rowSe
 
 void Bind(fmx::ExprEnv& environment, std::uint64_t file) { Live<ExprEnvObject>(&environment).file = file; }
 
-}  // namespace fmhost
+}  // namespace wrapper
 
 namespace fmx {
 
-using fmhost::HostCall;
-using fmhost::Live;
+using wrapper::HostCall;
+using wrapper::Live;
 namespace errors = calc::errors;
 
 FM_API ExprEnv* FM_ExprEnv_Constructor1(_fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return fmhost::Make<fmhost::ExprEnvObject>(); });
+  return HostCall(__func__, x, [&] { return wrapper::Make<wrapper::ExprEnvObject>(); });
 }
 
-FM_API void FM_ExprEnv_Delete(void* self, _fmxcpt&) { fmhost::Delete<fmhost::ExprEnvObject>(__func__, self); }
+FM_API void FM_ExprEnv_Delete(void* self, _fmxcpt&) { wrapper::Delete<wrapper::ExprEnvObject>(__func__, self); }
 
 FM_API errcode FM_ExprEnv_Evaluate(const void* self, const Text& expression, Data& result, _fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return fmhost::Evaluate(self, fmhost::TextOf(expression), result); });
+  return HostCall(__func__, x, [&] { return wrapper::Evaluate(self, wrapper::TextOf(expression), result); });
 }
 
 FM_API errcode FM_ExprEnv_EvaluateGetFunction(const void* self, short function, Data& result, _fmxcpt& x) {
   return HostCall(__func__, x, [&]() -> errcode {
-    const auto name = fmhost::GetFunctionName(function);
+    const auto name = wrapper::GetFunctionName(function);
     if (name.empty()) return errors::kInvalidGetParameter;
-    return fmhost::Evaluate(self, u"Get ( " + std::u16string(name) + u" )", result);
+    return wrapper::Evaluate(self, u"Get ( " + std::u16string(name) + u" )", result);
   });
 }
 
 FM_API errcode FM_ExprEnv_EvaluateConvertFromFileMakerPath(const void* self, const Text& path, int32 format,
                                                            Text& result, _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
-    return fmhost::ConvertPath(&fmhost::Host::ConvertFromFileMakerPath, self, path, format, result);
+    return wrapper::ConvertPath(&wrapper::Host::ConvertFromFileMakerPath, self, path, format, result);
   });
 }
 
 FM_API errcode FM_ExprEnv_EvaluateConvertToFileMakerPath(const void* self, const Text& path, int32 format, Text& result,
                                                          _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
-    return fmhost::ConvertPath(&fmhost::Host::ConvertToFileMakerPath, self, path, format, result);
+    return wrapper::ConvertPath(&wrapper::Host::ConvertToFileMakerPath, self, path, format, result);
   });
 }
 
 FM_API errcode FM_ExprEnv_ExecuteFileSQL(const void* self, const Text& sql, const Text& file,
                                          const DataVect& parameters, RowVect& result, _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
-    fmhost::Rows rows;
-    const errcode error = fmhost::ExecuteSql(self, sql, file, parameters, rows);
-    fmhost::SetRows(result, rows);
+    wrapper::Rows rows;
+    const errcode error = wrapper::ExecuteSql(self, sql, file, parameters, rows);
+    wrapper::SetRows(result, rows);
     return error;
   });
 }
@@ -150,10 +150,11 @@ FM_API errcode FM_ExprEnv_ExecuteFileSQLTextResult(const void* self, const Text&
                                                    const DataVect& parameters, Data& result, uint16 columnSeparator,
                                                    uint16 rowSeparator, _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
-    fmhost::Rows rows;
-    const errcode error = fmhost::ExecuteSql(self, sql, file, parameters, rows);
-    const auto text = fmhost::Joined(rows, static_cast<char16_t>(columnSeparator), static_cast<char16_t>(rowSeparator));
-    fmhost::SetValue(result, error == 0 ? calc::Value::OfText(text) : calc::Value::OfError(error));
+    wrapper::Rows rows;
+    const errcode error = wrapper::ExecuteSql(self, sql, file, parameters, rows);
+    const auto text =
+        wrapper::Joined(rows, static_cast<char16_t>(columnSeparator), static_cast<char16_t>(rowSeparator));
+    wrapper::SetValue(result, error == 0 ? calc::Value::OfText(text) : calc::Value::OfError(error));
     return error;
   });
 }
@@ -163,11 +164,11 @@ FM_API errcode FM_ExprEnv_RegisterExternalFunctionEx(const QuadChar& plugin, sho
                                                      short maxArguments, uint32 flags, ExtPluginType function,
                                                      _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
-    auto registration = fmhost::MakeRegistration(plugin, id, name, prototype, flags, function);
-    registration.description = fmhost::TextOf(description);
+    auto registration = wrapper::MakeRegistration(plugin, id, name, prototype, flags, function);
+    registration.description = wrapper::TextOf(description);
     registration.minArguments = minArguments;
     registration.maxArguments = maxArguments;
-    return fmhost::FunctionRegistry().Add(std::move(registration));
+    return wrapper::FunctionRegistry().Add(std::move(registration));
   });
 }
 
@@ -175,40 +176,40 @@ FM_API errcode FM_ExprEnv_RegisterExternalFunction(const QuadChar& plugin, short
                                                    const Text& prototype, short minArguments, short maxArguments,
                                                    uint32 flags, ExtPluginType function, _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
-    auto registration = fmhost::MakeRegistration(plugin, id, name, prototype, flags, function);
+    auto registration = wrapper::MakeRegistration(plugin, id, name, prototype, flags, function);
     registration.minArguments = minArguments;
     registration.maxArguments = maxArguments;
-    return fmhost::FunctionRegistry().Add(std::move(registration));
+    return wrapper::FunctionRegistry().Add(std::move(registration));
   });
 }
 
 FM_API errcode FM_ExprEnv_UnRegisterExternalFunction(const QuadChar& plugin, short id, _fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return fmhost::FunctionRegistry().Remove(fmhost::PluginId(plugin), id); });
+  return HostCall(__func__, x, [&] { return wrapper::FunctionRegistry().Remove(wrapper::PluginId(plugin), id); });
 }
 
 FM_API errcode FM_ExprEnv_RegisterScriptStep(const QuadChar& plugin, short id, const Text& name, const Text& definition,
                                              const Text& description, uint32 flags, ExtPluginType step, _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
-    auto registration = fmhost::MakeRegistration(plugin, id, name, definition, flags, step);
-    registration.description = fmhost::TextOf(description);
+    auto registration = wrapper::MakeRegistration(plugin, id, name, definition, flags, step);
+    registration.description = wrapper::TextOf(description);
     registration.maxArguments = -1;
-    return fmhost::StepRegistry().Add(std::move(registration));
+    return wrapper::StepRegistry().Add(std::move(registration));
   });
 }
 
 FM_API errcode FM_ExprEnv_UnRegisterScriptStep(const QuadChar& plugin, short id, _fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return fmhost::StepRegistry().Remove(fmhost::PluginId(plugin), id); });
+  return HostCall(__func__, x, [&] { return wrapper::StepRegistry().Remove(wrapper::PluginId(plugin), id); });
 }
 
 FM_API ptrtype FM_ExprEnv_SessionID(const void* self, _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
-    Live<fmhost::ExprEnvObject>(self);
-    return fmhost::kOnlySession;
+    Live<wrapper::ExprEnvObject>(self);
+    return wrapper::kOnlySession;
   });
 }
 
 FM_API ptrtype FM_ExprEnv_FileID(const void* self, _fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return static_cast<ptrtype>(Live<fmhost::ExprEnvObject>(self).file); });
+  return HostCall(__func__, x, [&] { return static_cast<ptrtype>(Live<wrapper::ExprEnvObject>(self).file); });
 }
 
 }  // namespace fmx

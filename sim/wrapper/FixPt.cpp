@@ -7,25 +7,25 @@
 
 namespace {
 
-fmhost::FixPtObject& ObjectAt(const void* self) { return fmhost::Live<fmhost::FixPtObject>(self); }
+wrapper::FixPtObject& ObjectAt(const void* self) { return wrapper::Live<wrapper::FixPtObject>(self); }
 calc::Number& NumberAt(const void* self) { return ObjectAt(self).number; }
 
 }  // namespace
 
 namespace fmx {
 
-using fmhost::FixPtObject;
-using fmhost::HostCall;
+using wrapper::FixPtObject;
+using wrapper::HostCall;
 
 FM_API FixPt* FM_FixPt_Constructor1(int32 value, int precision, _fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return fmhost::Make<FixPtObject>(value, precision); });
+  return HostCall(__func__, x, [&] { return wrapper::Make<FixPtObject>(value, precision); });
 }
 
 FM_API FixPt* FM_FixPt_Constructor2(int32 value, const FixPt& precisionOf, _fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return fmhost::Make<FixPtObject>(value, ObjectAt(&precisionOf).precision); });
+  return HostCall(__func__, x, [&] { return wrapper::Make<FixPtObject>(value, ObjectAt(&precisionOf).precision); });
 }
 
-FM_API void FM_FixPt_Delete(void* self, _fmxcpt&) { fmhost::Delete<FixPtObject>(__func__, self); }
+FM_API void FM_FixPt_Delete(void* self, _fmxcpt&) { wrapper::Delete<FixPtObject>(__func__, self); }
 
 FM_API void FM_FixPt_AssignInt(void* self, int32 value, _fmxcpt& x) {
   HostCall(__func__, x, [&] { NumberAt(self) = value; });

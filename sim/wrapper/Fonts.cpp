@@ -3,7 +3,7 @@
 
 #include "wrapper/Objects.h"
 
-namespace fmhost {
+namespace wrapper {
 namespace {
 
 using FontID = fmx::CharacterStyle::FontID;
@@ -38,30 +38,30 @@ const Font* FontOf(FontID number, bool postscript, fmx::Text& name) {
 }
 
 }  // namespace
-}  // namespace fmhost
+}  // namespace wrapper
 
 namespace fmx {
 
-using fmhost::HostCall;
+using wrapper::HostCall;
 
 FM_API uint16 FM_Data_GetFontID(const void*, const Text& name, uint16 script, const ExprEnv&, _fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return fmhost::NumberOf(name, script, false); });
+  return HostCall(__func__, x, [&] { return wrapper::NumberOf(name, script, false); });
 }
 
 FM_API bool FM_Data_GetFontInfo(const void*, uint16 number, Text& name, uint16& script, const ExprEnv&, _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
-    const auto* font = fmhost::FontOf(number, false, name);
+    const auto* font = wrapper::FontOf(number, false, name);
     if (font != nullptr) script = font->script;
     return font != nullptr;
   });
 }
 
 FM_API uint16 FM_Data_GetPostscriptFontID(const void*, const Text& name, const ExprEnv&, _fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return fmhost::NumberOf(name, CharacterStyle::kRoman, true); });
+  return HostCall(__func__, x, [&] { return wrapper::NumberOf(name, CharacterStyle::kRoman, true); });
 }
 
 FM_API bool FM_Data_GetPostscriptFontInfo(const void*, uint16 number, Text& name, const ExprEnv&, _fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return fmhost::FontOf(number, true, name) != nullptr; });
+  return HostCall(__func__, x, [&] { return wrapper::FontOf(number, true, name) != nullptr; });
 }
 
 }  // namespace fmx

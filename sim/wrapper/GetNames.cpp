@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace fmhost {
+namespace wrapper {
 namespace {
 
 constexpr int kFirst = 1001;
@@ -43,4 +43,4 @@ std::u16string_view GetFunctionName(int number) {
   return name == u"-" ? std::u16string_view() : name;
 }
 
-}  // namespace fmhost
+}  // namespace wrapper

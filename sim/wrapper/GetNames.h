@@ -3,9 +3,9 @@
 
 #include <string_view>
 
-namespace fmhost {
+namespace wrapper {
 
 /// "FileName" for 1005; empty when no Get function has that number.
 std::u16string_view GetFunctionName(int number);
 
-}  // namespace fmhost
+}  // namespace wrapper

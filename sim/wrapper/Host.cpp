@@ -11,7 +11,7 @@
 #include "calc/Errors.h"
 #include "wrapper/Objects.h"
 
-namespace fmhost {
+namespace wrapper {
 
 namespace {
 
@@ -61,4 +61,4 @@ bool Guard(std::string owner, const std::string& what, const std::function<void(
   return false;
 }
 
-}  // namespace fmhost
+}  // namespace wrapper

@@ -15,9 +15,9 @@
 
 #include "calc/Value.h"
 
-#define FMHOST_API __attribute__((visibility("default")))
+#define WRAPPER_API __attribute__((visibility("default")))
 
-namespace fmhost {
+namespace wrapper {
 
 /// Of a query.
 using Rows = std::vector<std::vector<calc::Value>>;
@@ -26,7 +26,7 @@ using Rows = std::vector<std::vector<calc::Value>>;
 enum PathFormat { kPosixPath = 1, kWindowsPath = 2, kUrlPath = 3 };
 
 /// Answers what plug-ins ask of a calculation context. A file id is the host's own number of an open file, 0 for none.
-class FMHOST_API Host {
+class WRAPPER_API Host {
  public:
   virtual ~Host() = default;
   /// 0 and the value, or a FileMaker error.
@@ -45,14 +45,14 @@ class FMHOST_API Host {
 };
 
 /// `host` must outlive its time in force; nullptr: every evaluation fails with error 1200.
-FMHOST_API void SetHost(Host* host);
+WRAPPER_API void SetHost(Host* host);
 
 /// Contents of host objects.
-FMHOST_API std::u16string TextOf(const fmx::Text& text);
-FMHOST_API calc::Value ValueOf(const fmx::Data& data);
-FMHOST_API void SetValue(fmx::Data& data, const calc::Value& value);
+WRAPPER_API std::u16string TextOf(const fmx::Text& text);
+WRAPPER_API calc::Value ValueOf(const fmx::Data& data);
+WRAPPER_API void SetValue(fmx::Data& data, const calc::Value& value);
 /// Makes `environment` evaluate in `file`.
-FMHOST_API void Bind(fmx::ExprEnv& environment, std::uint64_t file);
+WRAPPER_API void Bind(fmx::ExprEnv& environment, std::uint64_t file);
 
 /// A function or script step that a plug-in registered.
 struct Registration {
@@ -69,18 +69,18 @@ struct Registration {
 };
 
 /// In order of registration; good until the next registration or removal.
-FMHOST_API const std::vector<Registration>& Functions();
+WRAPPER_API const std::vector<Registration>& Functions();
 /// nullptr when there is none; names compare without regard to case.
-FMHOST_API const Registration* FindFunction(std::u16string_view name);
+WRAPPER_API const Registration* FindFunction(std::u16string_view name);
 /// Calls a plug-in's function in the context of `file`. 0 and the value, 1201/1202 for a wrong number of arguments, or
 /// the error the function returned, or 1200 when it threw.
-FMHOST_API short Call(const Registration& function, std::uint64_t file, std::span<const calc::Value> arguments,
-                      calc::Value& result);
+WRAPPER_API short Call(const Registration& function, std::uint64_t file, std::span<const calc::Value> arguments,
+                       calc::Value& result);
 /// Forgets what `owner` left registered, and returns the names.
-FMHOST_API std::vector<std::u16string> DropRegistrations(const std::string& owner);
+WRAPPER_API std::vector<std::u16string> DropRegistrations(const std::string& owner);
 
 /// While a Scope lives, objects that are made and mistakes that happen belong to the plug-in it names.
-class FMHOST_API Scope {
+class WRAPPER_API Scope {
  public:
   explicit Scope(std::string owner);
   ~Scope();
@@ -93,19 +93,19 @@ class FMHOST_API Scope {
 
 /// Runs `call`, code of the plug-in `owner`, in its Scope. FileMaker would not survive an exception that comes out of
 /// it; here the host is told, with `what` as the name of the call, and the result is false.
-FMHOST_API bool Guard(std::string owner, const std::string& what, const std::function<void()>& call);
+WRAPPER_API bool Guard(std::string owner, const std::string& what, const std::function<void()>& call);
 
 /// One line per plug-in and kind of object that is still alive: "Leaky.fmx: 2 Text objects never deleted".
-FMHOST_API std::vector<std::string> LiveObjects();
+WRAPPER_API std::vector<std::string> LiveObjects();
 /// Mistakes so far, one line each: objects deleted twice, used after deletion, deleted though the host owns them.
-FMHOST_API std::vector<std::string> Violations();
+WRAPPER_API std::vector<std::string> Violations();
 /// Forgets all objects' histories and mistakes; for tests that make mistakes on purpose.
-FMHOST_API void ForgetViolations();
+WRAPPER_API void ForgetViolations();
 
 /// Lets the call of a C function that comes `afterCalls` calls from now, deletions not counted, report exception status
 /// `code` (1 or 2) instead of doing its work, once. Replaces an earlier one that still waits.
-FMHOST_API void InjectException(int code, int afterCalls);
+WRAPPER_API void InjectException(int code, int afterCalls);
 /// Takes it back; false when it has happened, or there was none.
-FMHOST_API bool TakeBackException();
+WRAPPER_API bool TakeBackException();
 
-}  // namespace fmhost
+}  // namespace wrapper

@@ -12,7 +12,7 @@
 
 #define FM_API extern "C" __attribute__((visibility("default")))
 
-namespace fmhost {
+namespace wrapper {
 
 /// What a plug-in knows an object by: its address.
 template <class Object>
@@ -89,14 +89,14 @@ auto HostCall(const char* function, fmx::_fmxcpt& x, Body body) -> decltype(body
   return Result();
 }
 
-}  // namespace fmhost
+}  // namespace wrapper
 
 /// The functions that compare two objects of one class; to be used in namespace fmx.
-#define FM_COMPARISON(family, handle, name, op)                                                          \
-  FM_API bool FM_##family##_operator##name(const void* self, const handle& other, _fmxcpt& x) {          \
-    return fmhost::HostCall(__func__, x, [&] {                                                           \
-      return fmhost::Live<fmhost::family##Object>(self) op fmhost::Live<fmhost::family##Object>(&other); \
-    });                                                                                                  \
+#define FM_COMPARISON(family, handle, name, op)                                                              \
+  FM_API bool FM_##family##_operator##name(const void* self, const handle& other, _fmxcpt& x) {              \
+    return wrapper::HostCall(__func__, x, [&] {                                                              \
+      return wrapper::Live<wrapper::family##Object>(self) op wrapper::Live<wrapper::family##Object>(&other); \
+    });                                                                                                      \
   }
 #define FM_EQUALITY(family, handle)     \
   FM_COMPARISON(family, handle, EQ, ==) \

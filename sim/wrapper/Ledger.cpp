@@ -7,7 +7,7 @@
 
 #include "wrapper/Host.h"
 
-namespace fmhost {
+namespace wrapper {
 
 Ledger& Ledger::Instance() {
   static auto* ledger = new Ledger;  // outlives the plug-ins' own destructors
@@ -129,4 +129,4 @@ void ForgetViolations() { Ledger::Instance().ForgetViolations(); }
 void InjectException(int code, int afterCalls) { Ledger::Instance().InjectException(code, afterCalls); }
 bool TakeBackException() { return Ledger::Instance().TakeBackException(); }
 
-}  // namespace fmhost
+}  // namespace wrapper

@@ -7,7 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
-namespace fmhost {
+namespace wrapper {
 
 class Ledger {
  public:
@@ -61,4 +61,4 @@ class Ledger {
   const char* call_ = "";
 };
 
-}  // namespace fmhost
+}  // namespace wrapper

@@ -3,16 +3,16 @@
 
 namespace fmx {
 
-using fmhost::HostCall;
-using fmhost::Live;
-using fmhost::LocaleObject;
+using wrapper::HostCall;
+using wrapper::Live;
+using wrapper::LocaleObject;
 
 FM_API Locale* FM_Locale_Constructor1(int32 type, _fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return fmhost::Make<LocaleObject>(type); });
+  return HostCall(__func__, x, [&] { return wrapper::Make<LocaleObject>(type); });
 }
 
 FM_API Locale* FM_Locale_Constructor2(const Locale& other, _fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return fmhost::Make<LocaleObject>(Live<LocaleObject>(&other)); });
+  return HostCall(__func__, x, [&] { return wrapper::Make<LocaleObject>(Live<LocaleObject>(&other)); });
 }
 
 FM_API const Locale* FM_Locale_operatorAS(void* self, const Locale& other, _fmxcpt& x) {
@@ -22,6 +22,6 @@ FM_API const Locale* FM_Locale_operatorAS(void* self, const Locale& other, _fmxc
   });
 }
 
-FM_API void FM_Locale_Delete(void* self, _fmxcpt&) { fmhost::Delete<LocaleObject>(__func__, self); }
+FM_API void FM_Locale_Delete(void* self, _fmxcpt&) { wrapper::Delete<LocaleObject>(__func__, self); }
 
 }  // namespace fmx

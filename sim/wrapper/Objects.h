@@ -22,7 +22,7 @@
 #include "calc/Value.h"
 #include "wrapper/HostCall.h"
 
-namespace fmhost {
+namespace wrapper {
 
 class Host;
 /// nullptr when there is none.
@@ -158,4 +158,4 @@ struct ExprEnvObject {
   std::uint64_t file = 0;
 };
 
-}  // namespace fmhost
+}  // namespace wrapper

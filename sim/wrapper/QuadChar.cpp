@@ -4,30 +4,30 @@
 namespace {
 
 fmx::uchar ByteAt(const void* self, int index) {
-  return fmhost::Live<fmhost::QuadCharObject>(self).bytes.at(static_cast<size_t>(index));
+  return wrapper::Live<wrapper::QuadCharObject>(self).bytes.at(static_cast<size_t>(index));
 }
 
 }  // namespace
 
 namespace fmx {
 
-using fmhost::HostCall;
-using fmhost::Live;
-using fmhost::QuadCharObject;
+using wrapper::HostCall;
+using wrapper::Live;
+using wrapper::QuadCharObject;
 
 FM_API QuadChar* FM_QuadChar_Constructor1(_fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return fmhost::Make<QuadCharObject>(); });
+  return HostCall(__func__, x, [&] { return wrapper::Make<QuadCharObject>(); });
 }
 
 FM_API QuadChar* FM_QuadChar_Constructor2(char c0, char c1, char c2, char c3, _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
-    return fmhost::Make<QuadCharObject>(
+    return wrapper::Make<QuadCharObject>(
         std::array{static_cast<uchar>(c0), static_cast<uchar>(c1), static_cast<uchar>(c2), static_cast<uchar>(c3)});
   });
 }
 
 FM_API QuadChar* FM_QuadChar_Constructor3(const QuadChar& other, _fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return fmhost::Make<QuadCharObject>(Live<QuadCharObject>(&other)); });
+  return HostCall(__func__, x, [&] { return wrapper::Make<QuadCharObject>(Live<QuadCharObject>(&other)); });
 }
 
 FM_API const QuadChar* FM_QuadChar_operatorAS(void* self, const QuadChar& other, _fmxcpt& x) {
@@ -62,6 +62,6 @@ FM_API void FM_QuadChar_SetMacType(void* self, uint32 type, _fmxcpt& x) {
   });
 }
 
-FM_API void FM_QuadChar_Delete(void* self, _fmxcpt&) { fmhost::Delete<QuadCharObject>(__func__, self); }
+FM_API void FM_QuadChar_Delete(void* self, _fmxcpt&) { wrapper::Delete<QuadCharObject>(__func__, self); }
 
 }  // namespace fmx

@@ -7,7 +7,7 @@
 #include "calc/Unicode.h"
 #include "wrapper/Objects.h"
 
-namespace fmhost {
+namespace wrapper {
 
 namespace errors = calc::errors;
 
@@ -90,4 +90,4 @@ short Call(const Registration& function, std::uint64_t file, std::span<const cal
   return error;
 }
 
-}  // namespace fmhost
+}  // namespace wrapper

@@ -5,7 +5,7 @@
 
 #include "wrapper/Host.h"
 
-namespace fmhost {
+namespace wrapper {
 
 class Registry {
  public:
@@ -25,4 +25,4 @@ class Registry {
 Registry& FunctionRegistry();
 Registry& StepRegistry();
 
-}  // namespace fmhost
+}  // namespace wrapper

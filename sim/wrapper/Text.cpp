@@ -14,16 +14,16 @@
 
 namespace {
 
-using fmhost::HostCall;
-using fmhost::Live;
-using fmhost::TextObject;
+using wrapper::HostCall;
+using wrapper::Live;
+using wrapper::TextObject;
 
 constexpr fmx::uint32 kNotFound = 0xFFFFFFFF;
 
 TextObject& TextAt(const void* self) { return Live<TextObject>(self); }
 const std::u16string& UnitsAt(const void* self) { return TextAt(self).units; }
 const std::u16string& UnitsOf(const fmx::Text& text) { return UnitsAt(&text); }
-fmhost::Style& StyleOf(const fmx::CharacterStyle& style) { return Live<fmhost::CharacterStyleObject>(&style).style; }
+wrapper::Style& StyleOf(const fmx::CharacterStyle& style) { return Live<wrapper::CharacterStyleObject>(&style).style; }
 
 std::u16string_view Part(const std::u16string& units, std::size_t position, std::size_t size) {
   return std::u16string_view(units).substr(std::min(position, units.size()), size);
@@ -53,7 +53,7 @@ void ChangeCase(const void* self, icu::UnicodeString& (icu::UnicodeString::*chan
 
 }  // namespace
 
-namespace fmhost {
+namespace wrapper {
 
 std::u16string TextOf(const fmx::Text& text) { return UnitsOf(text); }
 
@@ -80,26 +80,26 @@ void TextObject::Replace(std::size_t position, std::size_t count, const TextObje
   units.replace(position, count, newUnits);
 }
 
-}  // namespace fmhost
+}  // namespace wrapper
 
 namespace fmx {
 
 FM_API Text* FM_Text_Constructor1(_fmxcpt& x) {
-  return HostCall(__func__, x, [&] { return fmhost::Make<TextObject>(); });
+  return HostCall(__func__, x, [&] { return wrapper::Make<TextObject>(); });
 }
 
-FM_API void FM_Text_Delete(void* self, _fmxcpt&) { fmhost::Delete<TextObject>(__func__, self); }
+FM_API void FM_Text_Delete(void* self, _fmxcpt&) { wrapper::Delete<TextObject>(__func__, self); }
 
 FM_API uint32 FM_Text_GetSize(const void* self, _fmxcpt& x) {
   return HostCall(__func__, x, [&] { return static_cast<uint32>(UnitsAt(self).size()); });
 }
 
 FM_API void FM_Text_Assign(void* self, const char* bytes, int32 encoding, _fmxcpt& x) {
-  HostCall(__func__, x, [&] { TextAt(self).Assign(fmhost::Decode(bytes, encoding)); });
+  HostCall(__func__, x, [&] { TextAt(self).Assign(wrapper::Decode(bytes, encoding)); });
 }
 
 FM_API void FM_Text_AssignWithLength(void* self, const char* bytes, uint32 length, int32 encoding, _fmxcpt& x) {
-  HostCall(__func__, x, [&] { TextAt(self).Assign(fmhost::Decode({bytes, length}, encoding)); });
+  HostCall(__func__, x, [&] { TextAt(self).Assign(wrapper::Decode({bytes, length}, encoding)); });
 }
 
 FM_API void FM_Text_AssignUnicode(void* self, const uint16* units, _fmxcpt& x) {
@@ -122,7 +122,7 @@ FM_API void FM_Text_GetBytes(const void* self, char* buffer, uint32 bufferBytes,
                              int32 encoding, _fmxcpt& x) {
   HostCall(__func__, x, [&] {
     if (bufferBytes == 0) return;
-    const auto bytes = fmhost::EncodeWithin(Part(UnitsAt(self), position, units), encoding, bufferBytes - 1);
+    const auto bytes = wrapper::EncodeWithin(Part(UnitsAt(self), position, units), encoding, bufferBytes - 1);
     std::memcpy(buffer, bytes.c_str(), bytes.size() + 1);
   });
 }
@@ -130,7 +130,7 @@ FM_API void FM_Text_GetBytes(const void* self, char* buffer, uint32 bufferBytes,
 FM_API uint32 FM_Text_GetBytesEx(const void* self, char* buffer, uint32 bufferBytes, uint32 position, uint32 units,
                                  int32 encoding, _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
-    const auto bytes = fmhost::EncodeWithin(Part(UnitsAt(self), position, units), encoding, bufferBytes);
+    const auto bytes = wrapper::EncodeWithin(Part(UnitsAt(self), position, units), encoding, bufferBytes);
     std::memcpy(buffer, bytes.data(), bytes.size());
     return static_cast<uint32>(bytes.size());
   });
@@ -189,7 +189,7 @@ FM_API void FM_Text_GetStyle(const void* self, CharacterStyle& style, uint32 pos
   HostCall(__func__, x, [&] {
     const auto& text = TextAt(self);
     if (position >= text.units.size()) throw std::out_of_range("no such character");
-    StyleOf(style) = text.styles.empty() ? fmhost::Style() : text.styles[position];
+    StyleOf(style) = text.styles.empty() ? wrapper::Style() : text.styles[position];
   });
 }
 

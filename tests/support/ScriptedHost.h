@@ -10,13 +10,13 @@
 #include "calc/Unicode.h"
 #include "wrapper/Host.h"
 
-class ScriptedHost : public fmhost::Host {
+class ScriptedHost : public wrapper::Host {
  public:
-  ScriptedHost() { fmhost::SetHost(this); }
+  ScriptedHost() { wrapper::SetHost(this); }
   ~ScriptedHost() override {
-    fmhost::SetHost(nullptr);
-    EXPECT_EQ(fmhost::LiveObjects(), std::vector<std::string>()) << "host objects were left alive";
-    EXPECT_EQ(fmhost::Violations(), std::vector<std::string>());
+    wrapper::SetHost(nullptr);
+    EXPECT_EQ(wrapper::LiveObjects(), std::vector<std::string>()) << "host objects were left alive";
+    EXPECT_EQ(wrapper::Violations(), std::vector<std::string>());
   }
 
   /// What an expression gives; one without an answer fails with error 1200.
@@ -38,12 +38,12 @@ class ScriptedHost : public fmhost::Host {
 
 /// Calls a function handler with text arguments (UTF-8) and returns its result text. The handler must return 0.
 inline std::string CallHandler(fmx::ExtPluginType handler, const std::vector<std::string>& arguments = {}) {
-  fmhost::Registration function;
+  wrapper::Registration function;
   function.maxArguments = -1;
   function.function = handler;
   std::vector<calc::Value> values;
   for (const auto& argument : arguments) values.push_back(calc::Value::OfText(calc::ToUtf16(argument)));
   calc::Value result;
-  EXPECT_EQ(fmhost::Call(function, 1, values, result), 0);
+  EXPECT_EQ(wrapper::Call(function, 1, values, result), 0);
   return calc::ToUtf8(result.AsText());
 }

@@ -50,7 +50,7 @@ class PluginBinary : public FolderTest {
   }
 
   std::string Call(const char16_t* name, const std::vector<std::string>& arguments = {}) {
-    const auto* function = fmhost::FindFunction(name);
+    const auto* function = wrapper::FindFunction(name);
     return function == nullptr ? "not registered" : CallHandler(function->function, arguments);
   }
 
@@ -80,7 +80,7 @@ TEST_F(PluginBinary, AnswersItsStrings) {
 
 TEST_F(PluginBinary, RegistersNineteenFunctionsInOrderAndTakesAllBack) {
   EXPECT_EQ(Initialise(), 76u);
-  const auto& functions = fmhost::Functions();
+  const auto& functions = wrapper::Functions();
   ASSERT_EQ(functions.size(), 19u);
   short id = 100;
   for (const auto& function : functions) {
@@ -106,7 +106,7 @@ TEST_F(PluginBinary, TheFunctionReferenceDescribesWhatIsRegistered) {
   std::ifstream file(REFERENCE);
   const std::string reference(std::istreambuf_iterator<char>(file), {});
   std::size_t described = 0;  // up to the end of the entry before
-  for (const auto& function : fmhost::Functions()) {
+  for (const auto& function : wrapper::Functions()) {
     const std::string entry = "\n## " + calc::ToUtf8(function.name) + "\n\n```\n" + calc::ToUtf8(function.prototype) +
                               "\n```\n\nArguments: " + ArgumentCount(function.minArguments, function.maxArguments) +
                               "\n";
@@ -156,7 +156,7 @@ TEST_F(PluginBinary, AnswersEachFunctionWithItsOwnHandler) {
 TEST_F(PluginBinary, StaysDisabledInAnOldHost) {
   call_.extnVersion = 55;
   EXPECT_EQ(Initialise(), static_cast<fmx::ptrtype>(-2));
-  EXPECT_TRUE(fmhost::Functions().empty());
+  EXPECT_TRUE(wrapper::Functions().empty());
   call_.extnVersion = 56;
   EXPECT_EQ(Initialise(), 76u);
 }
@@ -169,7 +169,7 @@ TEST_F(PluginBinary, OnlyTheRefusalOfItsFirstFunctionDisablesIt) {
     const auto never = [](short, const fmx::ExprEnv&, const fmx::DataVect&, fmx::Data&) -> fmx::errcode { return 0; };
     ASSERT_EQ(fmx::ExprEnv::RegisterExternalFunctionEx(*other, 1, *name, *name, *name, 0, 0, 0, never), 0);
     EXPECT_EQ(Initialise(), static_cast<fmx::ptrtype>(result));
-    EXPECT_EQ(fmhost::Functions().size(), 19u) << "the others are registered";
+    EXPECT_EQ(wrapper::Functions().size(), 19u) << "the others are registered";
     Send(kFMXT_Shutdown);
     fmx::ExprEnv::UnRegisterExternalFunction(*other, 1);
   }

@@ -32,7 +32,7 @@ Network::Outcome AnswerTo(std::string_view path) {
 FMX_ErrorCode StartScript(const FMX_Text* file, const FMX_Text* script, FMX_ScriptControl control,
                           const FMX_Data* parameter) {
   BridgeTest& test = *BridgeTest::current;
-  const auto text = [](const FMX_Text* text) { return text ? calc::ToUtf8(fmhost::TextOf(*text)) : "-"; };
+  const auto text = [](const FMX_Text* text) { return text ? calc::ToUtf8(wrapper::TextOf(*text)) : "-"; };
   test.effects.push_back("start " + text(file) + "|" + text(script) + "|" + std::to_string(control) +
                          (parameter ? "|+" : "|-"));
   if (const auto during = std::exchange(test.duringStart, nullptr)) during();
@@ -94,7 +94,7 @@ void BridgeTest::Idle(int level) {
   call.whichCall = kFMXT_Idle;
   call.parm1 = static_cast<FMX_UChar>(level);
   call.cCurrentEnv = [](FMX_ExprEnv* environment) -> FMX_ErrorCode {
-    fmhost::Bind(*environment, kActiveFile);
+    wrapper::Bind(*environment, kActiveFile);
     return 0;
   };
   call.cStartScript = StartScript;

@@ -261,7 +261,7 @@ TEST_F(Unload, LeavesWhileRequestsAndNotificationsHang) {
   std::vector<std::string> paths = {folder_ + "/missing"};
   for (char number = '1'; number <= '8'; ++number) paths.push_back(Save(std::string("saved/") + number));
   for (const auto& path : paths) {
-    EXPECT_EQ(CallHandler(fmhost::FindFunction(u"Varnix.LivePush")->function, {path}), "OK");
+    EXPECT_EQ(CallHandler(wrapper::FindFunction(u"Varnix.LivePush")->function, {path}), "OK");
   }
   EXPECT_EQ(server.WaitForRequests(9).size(), 9u) << "the poll and the uploads, side by side";
   while (!fs::exists(folder_ + "/notified")) std::this_thread::yield();

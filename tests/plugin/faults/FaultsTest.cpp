@@ -43,7 +43,7 @@ class Surroundings : public BridgeTest {
     EXPECT_TRUE(account == "K1 at http://s" || account == kNewKey + " at " + kNewUrl) << account;
     EXPECT_TRUE(sent[0].starts_with("POST " + g_baseUrl + "/api/bridge/command/c2/complete ")) << sent[0];
     EXPECT_FALSE(g_pollInFlight || g_versionCheckInFlight || g_hasPendingCmd);
-    EXPECT_EQ(fmhost::LiveObjects(), Texts());
+    EXPECT_EQ(wrapper::LiveObjects(), Texts());
   }
 
   const std::string path = folder_ + "/saved.xml";
@@ -67,14 +67,14 @@ std::string Call(fmx::ExtPluginType handler, const Texts& arguments, const std::
   const fmx::ExprEnvUniquePtr env;
   const fmx::DataVectUniquePtr values;
   const fmx::DataUniquePtr result;
-  fmhost::Bind(*env, 1);
+  wrapper::Bind(*env, 1);
   for (const auto& argument : arguments) {
     const fmx::DataUniquePtr value;
     SetTextResult(argument == "FILE" ? file : argument, *value);
     values->PushBack(*value);
   }
   handler(0, *env, *values, *result);
-  return calc::ToUtf8(fmhost::ValueOf(*result).AsText());
+  return calc::ToUtf8(wrapper::ValueOf(*result).AsText());
 }
 
 /// Does what the scenario is about, and gives a function's result.
@@ -85,7 +85,7 @@ std::string Do(const Scenario& scenario, Surroundings& surroundings) {
   } else if (scenario.name == "StringForTheHost") {
     fmx::unichar16 buffer[10];
     CopyUTF8ToUnichar16("Varnix", 10, buffer);
-  } else if (const auto* function = fmhost::FindFunction(calc::ToUtf16(scenario.name))) {
+  } else if (const auto* function = wrapper::FindFunction(calc::ToUtf16(scenario.name))) {
     result = Call(function->function, scenario.arguments, surroundings.path);
   } else if (scenario.arguments.empty()) {
     surroundings.Idle();
@@ -156,10 +156,10 @@ struct Fault {
 };
 
 const Fault kFaults[] = {
-    {"host out of memory", [](int after) { fmhost::InjectException(fmx::_fmxcpt::kBadAlloc, after); },
-     fmhost::TakeBackException, true},
-    {"host exception", [](int after) { fmhost::InjectException(fmx::_fmxcpt::kUnknown, after); },
-     fmhost::TakeBackException, true},
+    {"host out of memory", [](int after) { wrapper::InjectException(fmx::_fmxcpt::kBadAlloc, after); },
+     wrapper::TakeBackException, true},
+    {"host exception", [](int after) { wrapper::InjectException(fmx::_fmxcpt::kUnknown, after); },
+     wrapper::TakeBackException, true},
     {"evaluation error", [](int after) { BridgeTest::current->evaluationsBeforeError = after; },
      [] { return std::exchange(BridgeTest::current->evaluationsBeforeError, -1) >= 0; }, false},
     {"out of memory", [](int after) { allocations::FailAfter(after); }, allocations::TakeBack, true},

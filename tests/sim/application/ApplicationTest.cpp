@@ -67,16 +67,16 @@ TEST_F(ApplicationTest, LetsPluginsStartScriptsOnlyWhereTheFileAllowsIt) {
   EXPECT_EQ(queued->script->name, u"Go");
   EXPECT_EQ(Eval("Careless.CurrentFile"), "Closed") << "the current environment is the front file's";
   application.Quit();
-  fmhost::ForgetViolations();
+  wrapper::ForgetViolations();
 }
 
-std::string Utf8(const fmx::Text& text) { return calc::ToUtf8(fmhost::TextOf(text)); }
+std::string Utf8(const fmx::Text& text) { return calc::ToUtf8(wrapper::TextOf(text)); }
 
 TEST_F(ApplicationTest, AnswersTheQueriesOfPlugins) {
   Open({.name = "One"});
   fmx::_fmxcpt x;
   const fmx::ExprEnvUniquePtr env;
-  fmhost::Bind(*env, application.activeFile()->id);
+  wrapper::Bind(*env, application.activeFile()->id);
   const fmx::TextUniquePtr sql, file, nowhere;
   nowhere->Assign("Nowhere", fmx::Text::kEncoding_UTF8);
   const fmx::DataVectUniquePtr arguments;
@@ -107,10 +107,10 @@ TEST_F(ApplicationTest, ConvertsThePathsOfPlugins) {
     const char* back;  // what the path converts to; nullptr: refused
   };
   const Case cases[] = {
-      {"file:/Macintosh HD/a b/ü%", fmhost::kPosixPath, "/a b/ü%", "file:/Macintosh HD/a b/ü%"},
-      {"filemac:/Macintosh HD/a b/ü%", fmhost::kUrlPath, "file:///a%20b/%C3%BC%25", "file:/Macintosh HD/a b/ü%"},
-      {"file:a.txt", fmhost::kPosixPath, folder_ + "/a.txt", "file:/Macintosh HD"},
-      {"file:/Macintosh HD/a", fmhost::kWindowsPath, "", nullptr},
+      {"file:/Macintosh HD/a b/ü%", wrapper::kPosixPath, "/a b/ü%", "file:/Macintosh HD/a b/ü%"},
+      {"filemac:/Macintosh HD/a b/ü%", wrapper::kUrlPath, "file:///a%20b/%C3%BC%25", "file:/Macintosh HD/a b/ü%"},
+      {"file:a.txt", wrapper::kPosixPath, folder_ + "/a.txt", "file:/Macintosh HD"},
+      {"file:/Macintosh HD/a", wrapper::kWindowsPath, "", nullptr},
   };
   for (const auto& c : cases) {
     std::u16string path, back;

@@ -196,7 +196,7 @@ TEST_F(HostCalls, FillContainers) {
       {Say{FM_BinaryData_Remove(f, *jpeg, x)}, "1"},
       {Say{FM_BinaryData_Remove(f, *jpeg, x)}, "0"},
       // A value carries it through the host.
-      {(FM_Data_SetBinaryData(data.get(), *file, false, x), fmhost::SetValue(*back, fmhost::ValueOf(*data)),
+      {(FM_Data_SetBinaryData(data.get(), *file, false, x), wrapper::SetValue(*back, wrapper::ValueOf(*data)),
         Say{back->GetNativeType(), String(back->GetAsText())}),
        "6 a.txt"},
       {Say{FM_BinaryData_operatorEQ(f, *FM_Data_GetBinaryData(back.get(), x), x)}, "1"},

@@ -10,7 +10,7 @@ namespace {
 TEST(Ledger, NamesMisuseAndSurvivesIt) {
   fmx::_fmxcpt x;
   {
-    const fmhost::Scope plugin("Twice.fmx");
+    const wrapper::Scope plugin("Twice.fmx");
     fmx::Text* text = fmx::FM_Text_Constructor1(x);
     fmx::FM_Text_Delete(text, x);
     fmx::FM_Text_Delete(text, x);
@@ -23,12 +23,12 @@ TEST(Ledger, NamesMisuseAndSurvivesIt) {
     fmx::_fmxcpt wrongKind;
     fmx::FM_Text_GetSize(data.get(), wrongKind);
   }
-  EXPECT_EQ(fmhost::Violations(),
+  EXPECT_EQ(wrapper::Violations(),
             (std::vector<std::string>{"Twice.fmx: FM_Text_Delete: not a live Text (deleted twice?)",
                                       "Twice.fmx: FM_Text_GetSize: not a live Text",
                                       "Twice.fmx: FM_Text_Delete: a Text that belongs to another object",
                                       "Twice.fmx: FM_Text_GetSize: not a live Text"}));
-  fmhost::ForgetViolations();
+  wrapper::ForgetViolations();
 }
 
 }  // namespace
