@@ -1,7 +1,6 @@
 #include "application/Application.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <utility>
 
 #include "application/Context.h"
@@ -9,8 +8,8 @@
 #include "application/HostPaths.h"
 #include "calc/Engine.h"
 #include "calc/Errors.h"
+#include "calc/Temporarily.h"
 #include "calc/Unicode.h"
-#include "solution/SolutionReader.h"
 #include "solution/Sql.h"
 
 namespace sim {
@@ -31,36 +30,24 @@ FMX_ErrorCode StartScriptCallback(const FMX_Text* fileName, const FMX_Text* scri
 }
 
 FMX_ErrorCode CurrentEnvironmentCallback(FMX_ExprEnv* environment) {
-  const OpenFile* file = application->activeFile();
+  const OpenFile* file = application->files().active();
   if (environment == nullptr || file == nullptr) return errors::kFileMissing;
   wrapper::Bind(*environment, file->id);
   return 0;
-}
-
-// The account that a file opens with: the one its options name, else the first with full access that may log in.
-const Account* OpeningAccount(const Solution& solution) {
-  if (!solution.autoLoginAccount.empty()) {
-    const Account* account = solution.FindAccount(solution.autoLoginAccount);
-    if (account != nullptr && account->enabled) return account;
-  }
-  for (const auto& account : solution.accounts) {
-    if (account.enabled && account.privilegeSetId == kFullAccess) return &account;
-  }
-  return nullptr;
 }
 
 }  // namespace
 
 Application::Application() {
   application = this;
-  identity_.startScript = StartScriptCallback;
-  identity_.currentEnvironment = CurrentEnvironmentCallback;
+  plugins_.identity().startScript = StartScriptCallback;
+  plugins_.identity().currentEnvironment = CurrentEnvironmentCallback;
   SetBehaviour({});
   wrapper::SetHost(this);
 }
 
 Application::~Application() {
-  Quit();
+  plugins_.Quit();
   wrapper::SetHost(nullptr);
   application = nullptr;
 }
@@ -68,65 +55,9 @@ Application::~Application() {
 void Application::SetBehaviour(const HostBehaviour& behaviour) {
   behaviour_ = behaviour;
   hostFunctions_.clear();
-  for (auto& function : DesignFunctions(openFiles_, current_, behaviour_)) {
+  for (auto& function : DesignFunctions(files_.windows(), current_, behaviour_)) {
     hostFunctions_.emplace(calc::FoldCase(function.name), std::move(function));
   }
-}
-
-bool Application::LoadPlugin(const std::string& path, std::string& error) {
-  // What a plug-in leaves behind is told by its file name, so that must be its own.
-  std::error_code unknown;  // a path that does not exist is the loader's to report
-  const auto name = std::filesystem::weakly_canonical(path, unknown).filename();
-  const auto sameFile = [&name](const auto& plugin) { return plugin->fileName() == name; };
-  if (std::any_of(plugins_.begin(), plugins_.end(), sameFile)) {
-    error = "cannot load plug-in " + path + ": one of that name is loaded already";
-    return false;
-  }
-  auto plugin = Plugin::Load(path, identity_, error);
-  if (plugin == nullptr) return false;
-  plugins_.push_back(std::move(plugin));
-  return true;
-}
-
-bool Application::Open(const std::string& path, std::string& error) {
-  auto file = std::make_unique<OpenFile>();
-  if (!ReadSolution(path, file->solution, error)) return false;
-  if (FindFile(file->solution.name) != nullptr) {
-    error = path + ": a file named \"" + calc::ToUtf8(file->solution.name) + "\" is already open";
-    return false;
-  }
-  file->id = files_.size() + 1;
-  file->account = OpeningAccount(file->solution);
-  openFiles_.files.push_back(&file->solution);
-  openFiles_.windows.insert(openFiles_.windows.begin(), {file->solution.name, &file->solution});
-  files_.push_back(std::move(file));
-  return true;
-}
-
-bool Application::Activate(std::u16string_view name, std::string& error) {
-  const OpenFile* file = FindFile(name);
-  if (file == nullptr) {
-    error = "no file \"" + calc::ToUtf8(name) + "\" is open";
-    return false;
-  }
-  std::stable_partition(openFiles_.windows.begin(), openFiles_.windows.end(),
-                        [&](const Window& window) { return window.solution == &file->solution; });
-  return true;
-}
-
-OpenFile* Application::activeFile() {
-  return openFiles_.windows.empty() ? nullptr : FindFile(openFiles_.windows.front().solution->name);
-}
-
-OpenFile* Application::FindFile(std::u16string_view name) {
-  for (const auto& file : files_) {
-    if (calc::EqualIgnoringCase(file->solution.name, WithoutExtension(name))) return file.get();
-  }
-  return nullptr;
-}
-
-OpenFile* Application::FileById(std::uint64_t id) {
-  return id == 0 || id > files_.size() ? nullptr : files_[id - 1].get();
 }
 
 std::vector<std::u16string> Application::DesignFunctionNames() const {
@@ -156,32 +87,28 @@ const calc::HostFunction* Application::FindHostFunction(std::u16string_view name
 calc::Value Application::CallPlugin(const std::u16string& name, std::span<const calc::Value> arguments) {
   const auto* registration = wrapper::FindFunction(name);
   if (registration == nullptr) return calc::Value::OfError(errors::kNoSuchFunction);
-  const auto file =
-      std::find_if(files_.begin(), files_.end(), [this](const auto& open) { return &open->solution == current_; });
   calc::Value result;
-  const short error = wrapper::Call(*registration, file == files_.end() ? 0 : (*file)->id, arguments, result);
+  const short error = wrapper::Call(*registration, files_.IdOf(current_), arguments, result);
   return error == 0 ? result : calc::Value::OfError(error);
 }
 
 int Application::Evaluate(std::u16string_view formula, calc::Value& result) {
-  return EvaluateIn(runningScript != nullptr ? runningScript->file : activeFile(), formula, result);
+  return EvaluateIn(runningScript != nullptr ? runningScript->file : files_.active(), formula, result);
 }
 
 int Application::EvaluateIn(OpenFile* file, std::u16string_view formula, calc::Value& result) {
-  const Solution* outer = std::exchange(current_, file == nullptr ? nullptr : &file->solution);
+  const calc::Temporarily<const Solution*> current(current_, file == nullptr ? nullptr : &file->solution);
   Context context(*this, file);
-  const int error = calc::Evaluate(formula, context, result);
-  current_ = outer;
-  return error;
+  return calc::Evaluate(formula, context, result);
 }
 
 short Application::Evaluate(std::uint64_t file, std::u16string_view expression, calc::Value& result) {
-  return static_cast<short>(EvaluateIn(FileById(file), expression, result));
+  return static_cast<short>(EvaluateIn(files_.ById(file), expression, result));
 }
 
 short Application::ExecuteSql(std::uint64_t file, std::u16string_view fileName, std::u16string_view sql,
                               std::span<const calc::Value> arguments, wrapper::Rows& rows) {
-  const OpenFile* target = fileName.empty() ? FileById(file) : FindFile(fileName);
+  const OpenFile* target = fileName.empty() ? files_.ById(file) : files_.Find(fileName);
   if (target == nullptr) return errors::kFileMissing;
   SqlResult result = SelectRows(sql, target->solution, arguments, behaviour_);
   rows = std::move(result.rows);
@@ -190,7 +117,7 @@ short Application::ExecuteSql(std::uint64_t file, std::u16string_view fileName, 
 
 short Application::ConvertFromFileMakerPath(std::uint64_t file, std::u16string_view path, int format,
                                             std::u16string& result) {
-  const OpenFile* open = FileById(file);
+  const OpenFile* open = files_.ById(file);
   const auto converted = FormatPath(MachinePath(path, open == nullptr ? "" : FolderOf(open->solution.path)), format);
   if (converted) result = calc::ToUtf16(*converted);
   return converted ? 0 : errors::kBadArgument;
@@ -206,13 +133,9 @@ void Application::PluginThrew(const std::string& line) {
   if (onPluginThrew) onPluginThrew(line);
 }
 
-void Application::Idle(int level) {
-  for (const auto& plugin : plugins_) plugin->Idle(level);
-}
-
 short Application::StartScript(std::u16string_view fileName, std::u16string_view scriptName,
                                const calc::Value& parameter) {
-  OpenFile* file = FindFile(fileName);
+  OpenFile* file = files_.Find(fileName);
   if (file == nullptr) return errors::kFileMissing;
   const PrivilegeSet* set = CurrentPrivilegeSet(Context(*this, file));
   const bool allowed = set != nullptr && std::any_of(set->extendedPrivileges.begin(), set->extendedPrivileges.end(),
@@ -229,16 +152,6 @@ std::optional<QueuedScript> Application::TakeQueuedScript() {
   auto script = std::move(queuedScripts_.front());
   queuedScripts_.pop_front();
   return script;
-}
-
-std::vector<std::string> Application::Quit() {
-  std::vector<std::string> faults;
-  for (const auto& plugin : plugins_) {
-    for (auto& line : plugin->Shutdown()) faults.push_back(std::move(line));
-  }
-  for (auto& line : wrapper::Violations()) faults.push_back(std::move(line));
-  plugins_.clear();
-  return faults;
 }
 
 }  // namespace sim

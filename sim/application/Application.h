@@ -1,4 +1,4 @@
-// The simulated FileMaker Pro: open files, windows, running scripts, and the answers to plug-ins. One thread.
+// The simulated FileMaker Pro: its files, plug-ins and scripts, and its answers to plug-ins. One thread.
 #pragma once
 
 #include <atomic>
@@ -6,45 +6,21 @@
 #include <deque>
 #include <functional>
 #include <map>
-#include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
-#include "application/Plugin.h"
+#include "application/Files.h"
+#include "application/Plugins.h"
+#include "application/Scripts.h"
 #include "calc/Environment.h"
-#include "solution/DesignFunctions.h"
-#include "solution/Solution.h"
+#include "solution/HostBehaviour.h"
 #include "wrapper/Host.h"
 
 namespace sim {
 
-struct OpenFile {
-  std::uint64_t id = 0;
-  Solution solution;
-  const Account* account = nullptr;  ///< nullptr: no account of the file could log in
-  calc::Variables globals;
-  calc::Variables locals;  ///< of calculations outside any script
-};
-
-/// A script on its way. Get ( ... ) functions read it.
-struct ScriptFrame {
-  OpenFile* file = nullptr;
-  const Script* script = nullptr;
-  calc::Value parameter;
-  calc::Value result;
-  int lastError = 0;
-  bool errorCapture = false;  ///< failures are the script's own business: neither shown nor counted
-  calc::Variables locals;
-};
-
-struct QueuedScript {
-  OpenFile* file = nullptr;
-  const Script* script = nullptr;
-  calc::Value parameter;
-};
-
+/// What a session works with, and what answers the plug-ins. Only one may live at a time.
 class Application : public wrapper::Host {
  public:
   Application();
@@ -54,21 +30,10 @@ class Application : public wrapper::Host {
 
   void SetBehaviour(const HostBehaviour& behaviour);
   const HostBehaviour& behaviour() const { return behaviour_; }
-  /// What plug-ins loaded from now on are told.
-  HostIdentity& identity() { return identity_; }
-
-  bool LoadPlugin(const std::string& path, std::string& error);
-  const std::vector<std::unique_ptr<Plugin>>& plugins() const { return plugins_; }
-
-  /// Opens an export as a file with one window, in front. `error` is one line.
-  bool Open(const std::string& path, std::string& error);
-  /// Brings the windows of an open file to the front; `name` with or without extension.
-  bool Activate(std::u16string_view name, std::string& error);
-  const std::vector<std::unique_ptr<OpenFile>>& files() const { return files_; }
-  /// The file of the front window; nullptr when none is open.
-  OpenFile* activeFile();
-  OpenFile* FindFile(std::u16string_view name);
-  const OpenFiles& windows() const { return openFiles_; }
+  Files& files() { return files_; }
+  const Files& files() const { return files_; }
+  Plugins& plugins() { return plugins_; }
+  const Plugins& plugins() const { return plugins_; }
 
   /// The names of the design functions, for listings.
   std::vector<std::u16string> DesignFunctionNames() const;
@@ -79,9 +44,6 @@ class Application : public wrapper::Host {
   int Evaluate(std::u16string_view formula, calc::Value& result);
   /// The same in the context of `file` (nullptr: none).
   int EvaluateIn(OpenFile* file, std::u16string_view formula, calc::Value& result);
-
-  /// Sends one idle message to every plug-in.
-  void Idle(int level);
 
   /// Queues a script as the start-script callback does: 0, 100 (file not open), 825 (the account's privilege set lacks
   /// the extended privilege fmplugin) or 1825 (no such script).
@@ -106,9 +68,6 @@ class Application : public wrapper::Host {
   /// Called at once with a line for every exception that a plug-in lets out.
   std::function<void(const std::string& line)> onPluginThrew;
 
-  /// Shuts down and unloads all plug-ins. Returns a line for everything they left behind or did wrong.
-  std::vector<std::string> Quit();
-
   // What plug-ins ask.
   short Evaluate(std::uint64_t file, std::u16string_view expression, calc::Value& result) override;
   short ExecuteSql(std::uint64_t file, std::u16string_view fileName, std::u16string_view sql,
@@ -120,18 +79,15 @@ class Application : public wrapper::Host {
   void PluginThrew(const std::string& line) override;
 
  private:
-  OpenFile* FileById(std::uint64_t id);
   calc::Value CallPlugin(const std::u16string& name, std::span<const calc::Value> arguments);
 
   HostBehaviour behaviour_;
-  HostIdentity identity_;
-  std::vector<std::unique_ptr<OpenFile>> files_;
-  OpenFiles openFiles_;
+  Files files_;
   const Solution* current_ = nullptr;  // of the calculation being evaluated
   // By folded name. Those of plug-ins are noted when first used.
   std::map<std::u16string, calc::HostFunction> hostFunctions_;
   std::map<std::u16string, calc::HostFunction> pluginFunctions_;
-  std::vector<std::unique_ptr<Plugin>> plugins_;
+  Plugins plugins_;
   std::deque<QueuedScript> queuedScripts_;
 };
 

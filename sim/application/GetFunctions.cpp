@@ -81,13 +81,13 @@ long long UtcMilliseconds() {
 }
 
 std::u16string WindowName(const Context& context) {
-  for (const auto& window : context.application().windows().windows) {
+  for (const auto& window : context.application().files().windows().windows) {
     if (context.file() != nullptr && window.solution == &context.file()->solution) return window.name;
   }
   return u"";
 }
 
-std::u16string ApplicationVersion(const Context& context) { return context.application().identity().version; }
+std::u16string ApplicationVersion(const Context& context) { return context.application().plugins().identity().version; }
 
 std::u16string LayoutTable(const Context& context) {
   const Layout* layout = context.file() == nullptr ? nullptr : StartLayout(context.file()->solution);
@@ -118,7 +118,7 @@ std::u16string ExtendedPrivileges(const Context& context) {
 
 std::u16string InstalledPlugins(const Context& context) {
   std::u16string list;
-  for (const auto& plugin : context.application().plugins()) {
+  for (const auto& plugin : context.application().plugins().all()) {
     list += (list.empty() ? u"" : u"\r") + plugin->name() + u";;Enabled";
   }
   return list;

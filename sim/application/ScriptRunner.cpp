@@ -9,6 +9,7 @@
 #include "application/GetFunctions.h"
 #include "application/HostPaths.h"
 #include "calc/Errors.h"
+#include "calc/Temporarily.h"
 #include "calc/Unicode.h"
 
 namespace sim {
@@ -179,8 +180,8 @@ class Execution {
   }
 
   const OpenFile* FileOfWindow(const std::u16string& name) {
-    for (const auto& window : application_.windows().windows) {
-      if (calc::EqualIgnoringCase(window.name, name)) return application_.FindFile(window.solution->name);
+    for (const auto& window : application_.files().windows().windows) {
+      if (calc::EqualIgnoringCase(window.name, name)) return application_.files().Find(window.solution->name);
     }
     return nullptr;
   }
@@ -209,9 +210,8 @@ bool RunScript(Application& application, const ScriptSurroundings& surroundings,
   frame.file = &file;
   frame.script = &script;
   frame.parameter = parameter;
-  ScriptFrame* outer = std::exchange(application.runningScript, &frame);
+  const calc::Temporarily<ScriptFrame*> running(application.runningScript, &frame);
   const bool succeeded = Execution(application, surroundings, frame).Run();
-  application.runningScript = outer;
   result = frame.result;
   return succeeded;
 }

@@ -9,6 +9,7 @@
 #include "calc/Operators.h"
 #include "calc/Parser.h"
 #include "calc/StackGuard.h"
+#include "calc/Temporarily.h"
 
 namespace calc {
 namespace {
@@ -41,12 +42,9 @@ std::vector<Value> Evaluator::RunAll(const Nodes& nodes) {
 Value Evaluator::RunFormula(const Formula& formula, std::vector<Value> slots) {
   if (depth_ > recursionLimit_) throw RecursionTooDeep();
   slots.resize(static_cast<size_t>(formula.slotCount));
-  std::vector<Value>* const outerSlots = std::exchange(slots_, &slots);
-  ++depth_;
-  Value result = Run(formula.root);
-  --depth_;
-  slots_ = outerSlots;
-  return result;
+  const Temporarily<std::vector<Value>*> inScope(slots_, &slots);
+  const Temporarily deeper(depth_, depth_ + 1);
+  return Run(formula.root);
 }
 
 int Evaluator::EvaluateText(std::u16string_view source, Value& result) {

@@ -6,6 +6,7 @@
 #include "calc/Errors.h"
 #include "calc/Evaluator.h"
 #include "calc/Parser.h"
+#include "calc/Temporarily.h"
 
 namespace calc {
 namespace {
@@ -84,19 +85,15 @@ Value Evaluator::GetFieldName(const Nodes& arguments) {
 
 Value Evaluator::SetPrecision(const Nodes& arguments) {
   const long long places = Run(arguments[1]).AsNumber().ToInteger();
-  const int outer = std::exchange(precision_, static_cast<int>(std::clamp<long long>(places, 0, kMaxPrecision)));
-  Value result = Run(arguments[0]);
-  precision_ = outer;
-  return result;
+  const Temporarily precision(precision_, static_cast<int>(std::clamp<long long>(places, 0, kMaxPrecision)));
+  return Run(arguments[0]);
 }
 
 Value Evaluator::SetRecursion(const Nodes& arguments) {
   const long long limit = Run(arguments[1]).AsNumber().ToInteger();
   const auto allowed = std::clamp<long long>(limit, 0, std::numeric_limits<int>::max());
-  const int outer = std::exchange(recursionLimit_, static_cast<int>(allowed));
-  Value result = Run(arguments[0]);
-  recursionLimit_ = outer;
-  return result;
+  const Temporarily recursionLimit(recursionLimit_, static_cast<int>(allowed));
+  return Run(arguments[0]);
 }
 
 }  // namespace calc

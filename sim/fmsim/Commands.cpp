@@ -15,8 +15,8 @@ using calc::ToUtf8;
 
 void ListFiles(Session& session, const std::string&) {
   auto& application = session.application();
-  const auto* active = application.activeFile();
-  for (const auto& file : application.files()) {
+  const auto* active = application.files().active();
+  for (const auto& file : application.files().all()) {
     const auto& solution = file->solution;
     std::cout << (file.get() == active ? "* " : "  ") << ToUtf8(solution.fileName) << "  ("
               << solution.baseTables.size() << " tables, " << solution.occurrences.size() << " occurrences; account "
@@ -25,7 +25,7 @@ void ListFiles(Session& session, const std::string&) {
 }
 
 void ListPlugins(Session& session, const std::string&) {
-  for (const auto& plugin : session.application().plugins()) {
+  for (const auto& plugin : session.application().plugins().all()) {
     std::cout << plugin->fileName() << "\n  name         " << ToUtf8(plugin->name()) << "\n  description  "
               << ToUtf8(plugin->description()) << "\n  options      " << ToUtf8(plugin->options())
               << "\n  help         " << ToUtf8(plugin->helpUrl()) << '\n';
@@ -33,7 +33,7 @@ void ListPlugins(Session& session, const std::string&) {
 }
 
 void ListScripts(Session& session, const std::string&) {
-  const auto* file = session.application().activeFile();
+  const auto* file = session.application().files().active();
   if (file == nullptr) return;
   std::string indent;
   for (const auto& script : file->solution.scripts) {

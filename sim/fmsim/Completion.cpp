@@ -22,13 +22,13 @@ constexpr std::string_view kWordBreaks = " \t\"()[]{};&+-*/^=<>";  // no dot: it
 
 std::vector<std::string> FileNames(Session& session, std::string_view) {
   std::vector<std::string> names;
-  for (const auto& file : session.application().files()) names.push_back(ToUtf8(file->solution.name));
+  for (const auto& file : session.application().files().all()) names.push_back(ToUtf8(file->solution.name));
   return names;
 }
 
 std::vector<std::string> ScriptNames(Session& session, std::string_view) {
   std::vector<std::string> names;
-  if (const auto* file = session.application().activeFile()) {
+  if (const auto* file = session.application().files().active()) {
     for (const auto& script : file->solution.scripts) {
       if (script.kind == sim::ListItem::kItem) names.push_back(ToUtf8(script.name));
     }
@@ -62,7 +62,7 @@ std::vector<std::string> FunctionNames(Session& session) {
   add(session.application().DesignFunctionNames());
   add(sim::GetParameterNames());
   for (const auto& function : wrapper::Functions()) names.push_back(ToUtf8(function.name));
-  if (const auto* file = session.application().activeFile()) {
+  if (const auto* file = session.application().files().active()) {
     for (const auto& function : file->solution.customFunctions) names.push_back(ToUtf8(function.name));
   }
   return names;

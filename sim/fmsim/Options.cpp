@@ -20,7 +20,10 @@ constexpr Choice kSqlModes[] = {{"strict", 0}, {"lenient", 1}};
 template <std::size_t N>
 bool Choose(const std::string& word, const Choice (&choices)[N], int& value) {
   for (const auto& choice : choices) {
-    if (word == choice.word) return value = choice.value, true;
+    if (word == choice.word) {
+      value = choice.value;
+      return true;
+    }
   }
   return false;
 }
@@ -59,7 +62,10 @@ const Option kOptions[] = {
      [](const std::string& value) -> Action { return [=](Session& session) { return session.RunScript(value); }; }},
     {"--parameter", "TEXT", "the parameter of the script that the next --run runs",
      [](const std::string& value) -> Action {
-       return [=](Session& session) { return session.SetScriptParameter(value), true; };
+       return [=](Session& session) {
+         session.SetScriptParameter(value);
+         return true;
+       };
      }},
     {"--activate", "FILE", "bring an open file to the front",
      [](const std::string& value) -> Action { return [=](Session& session) { return session.Activate(value); }; }},
@@ -76,20 +82,26 @@ const Option kOptions[] = {
      [](const std::string& value) -> Action {
        int interval = 0;
        if (!ParseNumber(value, 1, 3600000, interval)) return {};
-       return [=](Session& session) { return session.SetIdleInterval(std::chrono::milliseconds(interval)), true; };
+       return [=](Session& session) {
+         session.SetIdleInterval(std::chrono::milliseconds(interval));
+         return true;
+       };
      }},
     {"--idle-level", "N", "0 idle, 1 user busy, 2 script paused, 3 script running, 4 unsafe (0)",
      [](const std::string& value) -> Action {
        int level = 0;
        if (!ParseNumber(value, 0, 4, level)) return {};
-       return [=](Session& session) { return session.SetIdleLevel(level), true; };
+       return [=](Session& session) {
+         session.SetIdleLevel(level);
+         return true;
+       };
      }},
     {"--host-version", "N", "extension version told to plug-ins loaded from now on (71)",
      [](const std::string& value) -> Action {
        int version = 0;
        if (!ParseNumber(value, 0, int{std::numeric_limits<short>::max()}, version)) return {};
        return [=](Session& session) {
-         session.application().identity().extensionVersion = static_cast<short>(version);
+         session.application().plugins().identity().extensionVersion = static_cast<short>(version);
          return true;
        };
      }},
@@ -98,7 +110,7 @@ const Option kOptions[] = {
        int application = 0;
        if (!Choose(value, kApplications, application)) return {};
        return [=](Session& session) {
-         session.application().identity().application = static_cast<FMX_Application>(application);
+         session.application().plugins().identity().application = static_cast<FMX_Application>(application);
          return true;
        };
      }},
@@ -123,6 +135,22 @@ const Option* FindOption(const char* name) {
   return nullptr;
 }
 
+// Empty, with an `error`, when there is no such option or it does not take `value`; nullptr stands for a missing one.
+Action ParseOption(const std::string& name, const char* value, std::string& error) {
+  const Option* option = FindOption(name.c_str());
+  if (option == nullptr) {
+    error = "unknown option " + name;
+    return {};
+  }
+  if (value == nullptr) {
+    error = name + " needs " + option->value;
+    return {};
+  }
+  Action action = option->parse(value);
+  if (!action) error = name + " takes " + option->value + ", not \"" + value + "\"";
+  return action;
+}
+
 }  // namespace
 
 bool ParseCommandLine(int argc, char** argv, CommandLine& line, std::string& error) {
@@ -132,11 +160,9 @@ bool ParseCommandLine(int argc, char** argv, CommandLine& line, std::string& err
       line.help = true;
       continue;
     }
-    const Option* option = FindOption(argv[i]);
-    if (option == nullptr) return error = "unknown option " + name, false;
-    if (++i == argc) return error = name + " needs " + option->value, false;
-    Action action = option->parse(argv[i]);
-    if (!action) return error = name + " takes " + option->value + ", not \"" + argv[i] + "\"", false;
+    Action action = ParseOption(name, i + 1 < argc ? argv[i + 1] : nullptr, error);
+    if (!action) return false;
+    ++i;
     line.actions.push_back(std::move(action));
     line.evaluates = line.evaluates || name == "--eval" || name == "--run" || name == "--idle";
   }

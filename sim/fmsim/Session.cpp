@@ -53,19 +53,19 @@ bool Session::Fail(const std::string& message) {
 
 bool Session::LoadPlugin(const std::string& path) {
   std::string error;
-  return application_.LoadPlugin(path, error) || Fail(error);
+  return application_.plugins().Load(path, error) || Fail(error);
 }
 
 bool Session::Open(const std::string& path) {
   std::string error;
-  if (!application_.Open(path, error)) return Fail(error);
-  for (const auto& note : application_.files().back()->solution.notes) Tell(note);
+  if (!application_.files().Open(path, error)) return Fail(error);
+  for (const auto& note : application_.files().all().back()->solution.notes) Tell(note);
   return true;
 }
 
 bool Session::Activate(const std::string& fileName) {
   std::string error;
-  return application_.Activate(calc::ToUtf16(fileName), error) || Fail(error);
+  return application_.files().Activate(calc::ToUtf16(fileName), error) || Fail(error);
 }
 
 bool Session::Calculate(std::string_view formula, calc::Value& value, std::string& failure) {
@@ -110,7 +110,7 @@ bool Session::EvaluateScriptParameter(std::string_view formula) {
 
 bool Session::RunScript(const std::string& name) {
   const auto parameter = std::exchange(scriptParameter_, {});
-  auto* file = application_.activeFile();
+  auto* file = application_.files().active();
   if (file == nullptr) return Fail("no file is open to run a script of");
   const auto* script = file->solution.FindScript(calc::ToUtf16(name));
   if (script == nullptr) {
@@ -132,7 +132,7 @@ bool Session::Run(const sim::QueuedScript& queued, bool printResult) {
 
 bool Session::Idle(int level) {
   lastIdle_ = steady_clock::now();
-  application_.Idle(level);
+  application_.plugins().Idle(level);
   if (application_.runningScript != nullptr) return false;
   bool ran = false;
   while (const auto script = application_.TakeQueuedScript()) {
@@ -162,6 +162,6 @@ void Session::IdleFor(int level, std::chrono::milliseconds duration) {
 }
 
 void Session::Quit() {
-  for (const auto& fault : application_.Quit()) Fail(fault);
+  for (const auto& fault : application_.plugins().Quit()) Fail(fault);
   if (!std::cout.flush()) Fail("the results could not be written");
 }

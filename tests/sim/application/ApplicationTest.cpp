@@ -14,7 +14,7 @@ class ApplicationTest : public SmallExports {
  protected:
   void Open(const SmallFile& file) {
     std::string error;
-    ASSERT_TRUE(application.Open(Write(file), error)) << error;
+    ASSERT_TRUE(application.files().Open(Write(file), error)) << error;
   }
   // The text of a value, or the error in brackets.
   std::string Eval(const std::string& formula) {
@@ -44,10 +44,10 @@ TEST_F(ApplicationTest, AnswersFromTheFrontFile) {
   EXPECT_EQ(Eval("Get ( FilePath )"), "file:/Macintosh HD" + folder_ + "/Two.fmp12");
 
   std::string error;
-  EXPECT_TRUE(application.Activate(u"one.FMP12", error));
+  EXPECT_TRUE(application.files().Activate(u"one.FMP12", error));
   EXPECT_EQ(Eval("Get ( FileName ) & WindowNames & Get ( CurrentExtendedPrivileges )"), "OneOne\rTwofmplugin");
-  EXPECT_FALSE(application.Activate(u"Three", error));
-  EXPECT_FALSE(application.Open(folder_ + "/Two.xml", error));
+  EXPECT_FALSE(application.files().Activate(u"Three", error));
+  EXPECT_FALSE(application.files().Open(folder_ + "/Two.xml", error));
   EXPECT_EQ(error, folder_ + "/Two.xml: a file named \"Two\" is already open");
 }
 
@@ -55,8 +55,8 @@ TEST_F(ApplicationTest, LetsPluginsStartScriptsOnlyWhereTheFileAllowsIt) {
   Open({.name = "Open"});
   Open({.name = "Closed", .privilege = "fmapp"});
   std::string error;
-  ASSERT_TRUE(application.LoadPlugin(CARELESS_PLUGIN, error)) << error;
-  EXPECT_FALSE(application.LoadPlugin(CARELESS_PLUGIN, error)) << "the same plug-in twice";
+  ASSERT_TRUE(application.plugins().Load(CARELESS_PLUGIN, error)) << error;
+  EXPECT_FALSE(application.plugins().Load(CARELESS_PLUGIN, error)) << "the same plug-in twice";
   EXPECT_EQ(Eval("Careless.StartScript ( \"Nowhere\" ; \"Go\" )"), "100");
   EXPECT_EQ(Eval("Careless.StartScript ( \"Closed\" ; \"Go\" )"), "825");
   EXPECT_EQ(Eval("Careless.StartScript ( \"Open\" ; \"Missing\" )"), "1825");
@@ -66,7 +66,7 @@ TEST_F(ApplicationTest, LetsPluginsStartScriptsOnlyWhereTheFileAllowsIt) {
   ASSERT_TRUE(queued);
   EXPECT_EQ(queued->script->name, u"Go");
   EXPECT_EQ(Eval("Careless.CurrentFile"), "Closed") << "the current environment is the front file's";
-  application.Quit();
+  application.plugins().Quit();
   wrapper::ForgetViolations();
 }
 
@@ -76,7 +76,7 @@ TEST_F(ApplicationTest, AnswersTheQueriesOfPlugins) {
   Open({.name = "One"});
   fmx::_fmxcpt x;
   const fmx::ExprEnvUniquePtr env;
-  wrapper::Bind(*env, application.activeFile()->id);
+  wrapper::Bind(*env, application.files().active()->id);
   const fmx::TextUniquePtr sql, file, nowhere;
   nowhere->Assign("Nowhere", fmx::Text::kEncoding_UTF8);
   const fmx::DataVectUniquePtr arguments;

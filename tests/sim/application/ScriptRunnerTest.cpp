@@ -25,8 +25,8 @@ class ScriptRunner : public SmallExports {
     sim::Application application;
     file.steps = steps;
     std::string error;
-    EXPECT_TRUE(application.Open(Write(file), error)) << error;
-    auto& opened = *application.files().front();
+    EXPECT_TRUE(application.files().Open(Write(file), error)) << error;
+    auto& opened = *application.files().all().front();
     const sim::ScriptSurroundings surroundings{[this](const std::string& line) { shown.push_back(line); },
                                                [](int, std::chrono::milliseconds) {}};
     calc::Value result;

@@ -1,0 +1,33 @@
+// The plug-ins that are loaded.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "application/Plugin.h"
+
+namespace sim {
+
+class Plugins {
+ public:
+  /// What plug-ins loaded from now on learn of the host.
+  HostIdentity& identity() { return identity_; }
+  const HostIdentity& identity() const { return identity_; }
+
+  /// Loads and initialises a plug-in. On failure `error` says why, see Plugin::Load.
+  bool Load(const std::string& path, std::string& error);
+  /// In the order of loading.
+  const std::vector<std::unique_ptr<Plugin>>& all() const { return plugins_; }
+
+  /// Sends one idle message to every plug-in that wants them.
+  void Idle(int level);
+  /// Shuts down and unloads all. Returns a line for everything they left behind or did wrong.
+  std::vector<std::string> Quit();
+
+ private:
+  HostIdentity identity_;
+  std::vector<std::unique_ptr<Plugin>> plugins_;
+};
+
+}  // namespace sim

@@ -1,0 +1,27 @@
+// Scripts that run, and scripts that wait to run.
+#pragma once
+
+#include "application/Files.h"
+#include "calc/Value.h"
+
+namespace sim {
+
+/// A running script. Get ( ... ) functions read it.
+struct ScriptFrame {
+  OpenFile* file = nullptr;
+  const Script* script = nullptr;
+  calc::Value parameter;
+  calc::Value result;
+  int lastError = 0;
+  bool errorCapture = false;  ///< failures are the script's own business: neither shown nor counted
+  calc::Variables locals;
+};
+
+/// A script that a plug-in has asked for.
+struct QueuedScript {
+  OpenFile* file = nullptr;
+  const Script* script = nullptr;
+  calc::Value parameter;
+};
+
+}  // namespace sim
