@@ -24,20 +24,19 @@ int Id(pugi::xml_node element) {
   int id = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), id);
   if (error == std::errc() && end == text.data() + text.size() && id >= 0) return id;
-  throw Damage{element.offset_debug(), "a " + std::string(element.name()) + " without a usable id"};
+  throw Damage{element, "a " + std::string(element.name()) + " without a usable id"};
 }
 
 int ReferencedId(pugi::xml_node element, const char* reference) {
   if (const pugi::xml_node child = element.child(reference)) return Id(child);
-  throw Damage{element.offset_debug(), "a " + std::string(element.name()) + " without a " + reference};
+  throw Damage{element, "a " + std::string(element.name()) + " without a " + reference};
 }
 
 std::vector<pugi::xml_node> Entries(pugi::xml_node list, const char* name) {
   std::vector<pugi::xml_node> entries;
   std::set<int> ids;
   for (const pugi::xml_node entry : list.children(name)) {
-    if (!ids.insert(Id(entry)).second)
-      throw Damage{entry.offset_debug(), "a second " + std::string(name) + " of one id"};
+    if (!ids.insert(Id(entry)).second) throw Damage{entry, "a second " + std::string(name) + " of one id"};
     entries.push_back(entry);
   }
   return entries;

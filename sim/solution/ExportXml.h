@@ -1,20 +1,16 @@
 // Reading the recurring pieces of an export's XML. Children are always chosen by name: their order differs by version.
 #pragma once
 
-#include <cstddef>
 #include <pugixml.hpp>
 #include <string>
 #include <vector>
 
+#include "export/Document.h"
 #include "solution/Solution.h"
 
 namespace sim::xml {
 
-/// Thrown for what no version writes; never leaves the reader.
-struct Damage {
-  std::ptrdiff_t offset;  ///< in the text
-  std::string reason;
-};
+using solution::Damage;
 
 /// An attribute's text; empty when there is none.
 std::u16string Text(pugi::xml_attribute attribute);

@@ -71,7 +71,7 @@ BaseTable& TableOfCatalog(pugi::xml_node catalog, Solution& solution) {
   for (BaseTable& table : solution.baseTables) {
     if (table.id == id) return table;
   }
-  throw xml::Damage{catalog.offset_debug(), "a FieldCatalog of an unknown table"};
+  throw xml::Damage{catalog, "a FieldCatalog of an unknown table"};
 }
 
 }  // namespace

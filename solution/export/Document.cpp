@@ -25,7 +25,12 @@ constexpr const char* kWhiteSpace = " \t\r\n";
 std::string Prepare(std::string bytes, std::vector<std::string>& notes) {
   std::string text = DecodeExport(std::move(bytes), notes);
   if (text.empty()) throw Refusal{"is empty"};
-  EscapeCdataInAttributes(text);
+  if (const std::size_t sections = EscapeCdataInAttributes(text); sections > 0) {
+    notes.push_back(
+        "has " + std::to_string(sections) +
+        " CDATA section(s) inside attribute values, as FileMaker up to 19.4 writes some comments; they were "
+        "read as text");
+  }
   text += '\n';  // the parser skips a last character that belongs to no tag
   return text;
 }

@@ -144,6 +144,8 @@ class AttributeRepair {
     return std::move(repaired_);
   }
 
+  std::size_t escaped() const { return escaped_; }
+
  private:
   void CopyTo(std::size_t end) {
     end = std::min(end, rest_.size());
@@ -171,6 +173,7 @@ class AttributeRepair {
         const auto size = end == std::string_view::npos ? rest_.size() : end + kSectionEnd.size();
         AppendEscaped(repaired_, rest_.substr(0, size));
         rest_.remove_prefix(size);
+        ++escaped_;
       } else {
         const char stops[] = {quote, '<'};
         CopyTo(std::max<std::size_t>(1, rest_.find_first_of(std::string_view(stops, 2), rest_.front() == '<')));
@@ -181,6 +184,7 @@ class AttributeRepair {
 
   std::string_view rest_;
   std::string repaired_;
+  std::size_t escaped_ = 0;
 };
 
 }  // namespace
@@ -203,8 +207,11 @@ std::string DecodeExport(std::string bytes, std::vector<std::string>& notes) {
   return text;
 }
 
-void EscapeCdataInAttributes(std::string& text) {
-  if (MayBeBroken(text)) text = AttributeRepair(text).Run();
+std::size_t EscapeCdataInAttributes(std::string& text) {
+  if (!MayBeBroken(text)) return 0;
+  AttributeRepair repair(text);
+  text = repair.Run();
+  return repair.escaped();
 }
 
 LineIndex::LineIndex(std::string_view text) {

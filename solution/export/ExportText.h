@@ -20,8 +20,9 @@ struct Refusal {
 std::string DecodeExport(std::string bytes, std::vector<std::string>& notes);
 
 /// Up to version 19.4 FileMaker writes a comment that contains `<![CDATA[` with that section unescaped inside an
-/// attribute value. Escapes these sections, which makes the text well-formed; leaves any other text untouched.
-void EscapeCdataInAttributes(std::string& text);
+/// attribute value. Escapes these sections, which makes the text well-formed; leaves any other text untouched. Returns
+/// how many sections were escaped.
+std::size_t EscapeCdataInAttributes(std::string& text);
 
 /// Finds line numbers. Made before a parser that works in place destroys the text.
 class LineIndex {

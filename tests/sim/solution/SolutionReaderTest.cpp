@@ -1,4 +1,4 @@
-// Exports of the versions that differ most, and everything that is not one.
+// Exports of the versions that differ most, damaged ones, and those that need repair.
 #include "solution/SolutionReader.h"
 
 #include <gtest/gtest.h>
@@ -51,26 +51,42 @@ TEST(SolutionReader, ReadsTheSameDesignFromEveryFormatVersion) {
   for (const std::string_view version : kFormatVersions) EXPECT_EQ(Open(SampleExport(version)), kSample) << version;
 }
 
-TEST(SolutionReader, RefusesWhatIsNoUsableExportWithTheReasonInOneLine) {
+TEST(SolutionReader, RefusesDamagedDesignsWithTheLine) {
   const struct {
     std::string bytes;
     const char* error;
-  } cases[] = {
-      {"", "a.xml is empty"},
-      {"<a>\n\xFF\n</a>", "a.xml is not valid UTF-8 in line 2"},
-      {"<a>\n</a>\n" + std::string(7, '\0'), "a.xml holds a zero byte in line 3"},
-      {"<fmxmlsnippet/>", "a.xml is not a \"Save a Copy as XML\" export: its root element is fmxmlsnippet"},
+  } rows[] = {
+      {"<a>\n</a>x", "a.xml has content outside the root element in line 2"},
       {Root("version=\"3&#10;\""), "a.xml has the format version \"3 \", which is not supported"},
-      {Root("version=\"2.3.0.0\" split_catalogs=\"True\""),
-       "a.xml is split into one file per catalog, which is not supported: save it as one file"},
-      {"<a>\r<b>\r</a>", "a.xml is malformed in line 3: Start-end tags mismatch"},
-      {"<a/>\n<!-- x -->\nx", "a.xml is malformed in line 3: content outside the root element"},
       {Mini("<LayoutCatalog>\n<Layout id=\"1x\"/></LayoutCatalog>"),
-       "a.xml is malformed in line 3: a Layout without a usable id"},
+       "a.xml is damaged in line 3: a Layout without a usable id"},
+      {Mini("<StepsForScripts><Script/></StepsForScripts>"),
+       "a.xml is damaged in line 2: a Script without a ScriptReference"},
+      {Mini("<ScriptCatalog><Script id=\"1\"/>\n<Script id=\"1\"/></ScriptCatalog>"),
+       "a.xml is damaged in line 3: a second Script of one id"},
       {Mini("<FieldsForTables><FieldCatalog><BaseTableReference id=\"9\"/></FieldCatalog></FieldsForTables>"),
-       "a.xml is malformed in line 2: a FieldCatalog of an unknown table"},
+       "a.xml is damaged in line 2: a FieldCatalog of an unknown table"},
   };
-  for (const auto& test : cases) EXPECT_EQ(Open(test.bytes), test.error) << test.bytes;
+  for (const auto& row : rows) EXPECT_EQ(Open(row.bytes), row.error) << row.bytes;
+}
+
+// FileMaker up to 19.4 writes such comments without escaping their CDATA sections.
+TEST(SolutionReader, ReadsPastCommentsThatBreakTheXmlAndWarns) {
+  Solution solution;
+  std::string error;
+  const std::string broken = "&lt;<![CDATA[\"a\" < b]]>";
+  const std::string script =
+      "<ScriptCatalog><Script id=\"1\" name=\"Go\"/></ScriptCatalog><StepsForScripts><Script>"
+      "<ScriptReference id=\"1\"/><ObjectList><Step id=\"89\"><ParameterValues><Parameter "
+      "type=\"Comment\"><Comment value=\"" +
+      broken +
+      "\"/></Parameter></ParameterValues></Step>"
+      "<Step id=\"103\"/></ObjectList></Script></StepsForScripts>";
+  ASSERT_TRUE(ReadSolutionBytes(Mini(script), "a.xml", solution, error)) << error;
+  EXPECT_EQ(solution.scripts.at(0).steps.size(), 2u);
+  EXPECT_EQ(solution.notes, std::vector<std::string>{
+                                "a.xml has 1 CDATA section(s) inside attribute values, as FileMaker up to 19.4 writes "
+                                "some comments; they were read as text"});
 }
 
 }  // namespace
