@@ -180,12 +180,7 @@ std::u16string Number::ToText() const {
   return {text.begin(), text.end()};
 }
 
-double Number::ToDouble() const {
-  const std::string text = digits_.get_str() + "e" + std::to_string(-scale_);
-  double result = 0;
-  std::from_chars(text.data(), text.data() + text.size(), result);
-  return result;
-}
+double Number::ToDouble() const { return mpfr_get_d(Real(*this).value(), MPFR_RNDN); }
 
 long long Number::ToInteger() const {
   const mpz_class whole =

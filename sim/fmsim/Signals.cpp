@@ -1,7 +1,8 @@
 #include "fmsim/Signals.h"
 
+#include <fcntl.h>
 #include <poll.h>
-#include <sys/eventfd.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -12,8 +13,14 @@ namespace {
 
 static_assert(std::atomic<int>::is_always_lock_free, "the handler sets it");
 std::atomic<int> caught{0};
-// Readable while a signal is remembered. The handler may run on a plug-in's thread, where it interrupts nobody's wait.
-int wakeUp = -1;
+// A pipe that is readable while a signal is remembered. The handler may run on a plug-in's thread, where it interrupts
+// nobody's wait.
+int wakeUp[2] = {-1, -1};
+
+void WakeUp() {
+  // A full pipe is as readable as one with another byte.
+  [[maybe_unused]] const auto written = write(wakeUp[1], "", 1);
+}
 
 void OnSignal(int signal) {
   const int savedErrno = errno;
@@ -23,14 +30,20 @@ void OnSignal(int signal) {
   } else {
     caught.compare_exchange_strong(none, SIGINT);
   }
-  eventfd_write(wakeUp, 1);
+  WakeUp();
   errno = savedErrno;
 }
 
 }  // namespace
 
 void CatchSignals() {
-  wakeUp = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+  // Without a pipe, waits end at their deadline only.
+  if (pipe(wakeUp) == 0) {
+    for (const int end : wakeUp) {
+      fcntl(end, F_SETFD, FD_CLOEXEC);
+      fcntl(end, F_SETFL, O_NONBLOCK);
+    }
+  }
   struct sigaction action {};
   action.sa_handler = OnSignal;
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
@@ -45,15 +58,15 @@ const std::atomic<int>& CaughtSignal() { return caught; }
 bool ForgetInterrupt() {
   int interrupt = SIGINT;
   const bool forgotten = caught.compare_exchange_strong(interrupt, 0);
-  eventfd_t count = 0;
-  eventfd_read(wakeUp, &count);
-  if (caught != 0) eventfd_write(wakeUp, 1);  // one that came meanwhile
+  char bytes[64];
+  while (read(wakeUp[0], bytes, sizeof bytes) > 0) continue;
+  if (caught != 0) WakeUp();  // one that came meanwhile
   return forgotten;
 }
 
 bool WaitForInput(int descriptor, std::chrono::steady_clock::time_point deadline) {
   using std::chrono::milliseconds;
-  pollfd waits[] = {{descriptor, POLLIN, 0}, {wakeUp, POLLIN, 0}};
+  pollfd waits[] = {{descriptor, POLLIN, 0}, {wakeUp[0], POLLIN, 0}};
   int count = 0;
   do {
     const auto left = std::chrono::ceil<milliseconds>(deadline - std::chrono::steady_clock::now()).count();
