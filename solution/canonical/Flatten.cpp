@@ -1,10 +1,10 @@
 #include "canonical/Flatten.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <string_view>
 
+#include "Contains.h"
 #include "canonical/Steps.h"
 #include "export/Xml.h"
 
@@ -24,11 +24,6 @@ constexpr std::string_view kWrappers[] = {"ObjectList", "PartsList", "MenuItemLi
 // Nodes whose attributes make one value.
 constexpr std::string_view kShapes[] = {"Bounds", "CoordRect", "Color"};
 constexpr std::size_t kLongestStream = 80;
-
-template <std::size_t size>
-bool Contains(const std::string_view (&names)[size], std::string_view name) {
-  return std::find(names, names + size, name) != names + size;
-}
 
 // The name of an account stands where other elements have an attribute; a custom function's form repeats its name and
 // parameters.

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string_view>
 
+#include "Contains.h"
 #include "canonical/Flatten.h"
 #include "export/Xml.h"
 
@@ -52,11 +53,6 @@ constexpr std::string_view kUnlabelled[] = {"Calculation",
                                             "Name"};
 // Long lists of fields, of which the line gives the length only.
 constexpr std::string_view kLongLists[] = {"ImportField", "Export"};
-
-template <std::size_t size>
-bool Contains(const std::string_view (&names)[size], std::string_view name) {
-  return std::find(names, names + size, name) != names + size;
-}
 
 void Append(std::string& text, const std::string& part, const char* separator) {
   if (part.empty()) return;

@@ -1,6 +1,6 @@
 #include "export/Xml.h"
 
-#include <algorithm>
+#include "Contains.h"
 
 namespace solution {
 namespace {
@@ -8,11 +8,6 @@ namespace {
 constexpr std::string_view kBookkeeping[] = {"UUID",    "SourceUUID",         "TagList",        "ChunkList",
                                              "DDRREF",  "DisplayCalculation", "StepText",       "PasteIndexList",
                                              "OwnerID", "SortOrder",          "CustomOrderList"};
-
-template <std::size_t size>
-bool Contains(const std::string_view (&names)[size], std::string_view name) {
-  return std::find(names, names + size, name) != names + size;
-}
 
 }  // namespace
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <span>
 
+#include "Contains.h"
 #include "design/Names.h"
 #include "formula/Lexer.h"
 #include "formula/Placeholders.h"
@@ -16,11 +17,6 @@ constexpr std::string_view kGetNames[] = {"get", "hole", "obtenir"};
 // Where the name of a field in another file ends at the latest.
 constexpr std::string_view kOperatorWords[] = {"and",   "or", "xor", "not", "und", "oder", "xoder",
                                                "nicht", "et", "ou",  "oux", "non", "e",    "o"};
-
-template <std::size_t size>
-bool Contains(const std::string_view (&words)[size], std::string_view word) {
-  return std::find(words, words + size, word) != words + size;
-}
 
 // The words of a name token, each as a part of it.
 std::vector<std::string_view> Words(std::string_view text) {
