@@ -1,12 +1,11 @@
 #!/bin/sh
-# bundle.sh BUILD [CMAKE-OPTION...]: makes the macOS product, BUILD/bundle/Varnix.fmplugin, for both processors. Environment
-# variables, all optional:
+# bundle.sh BUILD: makes the macOS product, BUILD/bundle/Varnix.fmplugin, for both processors. Environment variables, all
+# optional:
 #   FMWRAPPER_SDK  directory of the vendor's FMWrapper.framework; without it the bundle binds to what FileMaker has loaded
 #   LINUX_PLUGIN   the Linux plug-in to include, named Varnix.fmx; by default BUILD/plugin/Varnix.fmx, if it exists
 #   MACOS_SDK      directory of a macOS SDK; with it, LLVM's tools build the bundle on any system
 set -eu
 build=$1
-shift
 project=$(dirname "$0")/..
 
 fail() {
@@ -41,7 +40,7 @@ bundle=$build/bundle/Varnix.fmplugin
 rm -rf "$bundle"  # with the files of earlier builds
 cmake -S "$project" -B "$build/bundle" -DVARNIX_BUILD_SERVICE=OFF -DVARNIX_BUILD_SIMULATOR=OFF \
   -DVARNIX_BUILD_TESTS=OFF ${toolchain:+--toolchain "$toolchain" "-DMACOS_SDK=$sdk"} "-DCMAKE_OSX_ARCHITECTURES=x86_64;arm64" \
-  "-DFMWRAPPER_SDK=$wrapper" "-DVARNIX_LINUX_PLUGIN=$linux" "$@"
+  "-DFMWRAPPER_SDK=$wrapper" "-DVARNIX_LINUX_PLUGIN=$linux"
 cmake --build "$build/bundle" -j "$(getconf _NPROCESSORS_ONLN)"
 
 # FileMaker refuses a bundle whose signature does not cover all of its files. The linker has signed only the binary.
