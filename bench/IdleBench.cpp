@@ -12,10 +12,10 @@
 #include <vector>
 
 #include "SampleText.h"
-#include "core/State.h"
 #include "bridge/IdleLoop.h"
 #include "clipboard/Clipboard.h"
 #include "core/Clock.h"
+#include "core/State.h"
 #include "plugin/clipboard/x11/XServer.h"
 #include "support/LoopbackServer.h"
 #include "support/Process.h"

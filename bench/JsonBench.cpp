@@ -72,10 +72,10 @@ int main() {
     const bench::Turns xml(bench::CopiedXml(total), size);
     const bench::Turns commands =
         xml.Changed([](const std::string& text) { return "{\"xmlContent\":\"" + JsonEscape(text) + "\","; });
-    comparisons.push_back(Escape("copied XML", xml, 1.75));
-    comparisons.push_back(Escape("saved XML", {bench::SavedXml(total), size}, 1.75));
-    comparisons.push_back(Escape("plain text", {bench::Prose(total), size}, 5));
-    comparisons.push_back(Array({bench::NameList(total), size}, 4));
+    comparisons.push_back(Escape("copied XML", xml, 1.5));
+    comparisons.push_back(Escape("saved XML", {bench::SavedXml(total), size}, 1.4));
+    comparisons.push_back(Escape("plain text", {bench::Prose(total), size}, 4));
+    comparisons.push_back(Array({bench::NameList(total), size}, 3));
     comparisons.push_back(Search("a command with XML", commands, "fileName"));
     comparisons.push_back(
         Search("many members", Repeated(R"({"name":"Orders","types":"","size":"9"},)", size), "type"));
