@@ -225,14 +225,14 @@ TEST(UrlLayer, SendsABodyToNoOtherOrigin) {
   LoopbackServer other(Answering([](const std::string&) { return CannedAnswer{200, "arrived", ""}; }));
   for (const int status : {301, 302, 303, 305, 307, 308}) {
     for (const bool moves : {false, true}) {
-      std::string origin;
+      std::promise<std::string> origin;
       LoopbackServer server(Answering([&](const std::string& request) {
         if (!request.starts_with("POST /from")) return CannedAnswer{200, "arrived", ""};
-        return CannedAnswer{status, "", "Location: " + (moves ? other.Url() : origin) + "/a b\r\n"};
+        return CannedAnswer{status, "", "Location: " + (moves ? other.Url() : origin.get_future().get()) + "/a b\r\n"};
       }));
-      origin = server.Url();
+      origin.set_value(server.Url());
       EXPECT_EQ(Post(server.Url("/from"), "body"),
-                moves && status > 303 ? "ERROR: Refused a redirect that would send the data meant for " + origin +
+                moves && status > 303 ? "ERROR: Refused a redirect that would send the data meant for " + server.Url() +
                                             " to " + other.Url() + "."
                                       : "arrived")
           << status;
