@@ -5,6 +5,7 @@
 #include <xcb/xcb.h>
 
 #include <atomic>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -17,8 +18,8 @@
 
 namespace x11 {
 
-/// How long the server may be silent before it counts as gone.
-inline constexpr std::int64_t kServerPatienceMs = 2000;
+/// How long the server may be silent before it counts as gone. Any thread.
+std::chrono::milliseconds ServerPatience();
 /// The most bytes that are read of one value: several times what people copy, and little enough to fit into memory.
 inline constexpr std::size_t kMaxValueBytes = std::size_t{1} << 28;
 

@@ -28,7 +28,7 @@ std::optional<xcb_timestamp_t> SelectionOwner::ServerTime() {
   serverTime_.reset();
   xcb_change_property(connection_.get(), XCB_PROP_MODE_APPEND, window_.id(), connection_.atoms().answer,
                       XCB_ATOM_INTEGER, 32, 0, nullptr);
-  connection_.WaitUntil([this] { return serverTime_.has_value(); }, SteadyMilliseconds() + kServerPatienceMs);
+  connection_.WaitUntil([this] { return serverTime_.has_value(); }, SteadyMilliseconds() + ServerPatience().count());
   return serverTime_;
 }
 

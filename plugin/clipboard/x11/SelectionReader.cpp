@@ -51,6 +51,8 @@ std::vector<Target> SelectionReader::Targets(std::int64_t limit) {
 
 std::optional<Property> SelectionReader::Read(xcb_atom_t target, std::int64_t limit) {
   const xcb_window_t owner = connection_.OwnerOf(connection_.atoms().clipboard);
+  // Among them the end of an earlier owner, whose window may have had the number of this one's.
+  connection_.HandleArrivedEvents();
   if (owner == XCB_NONE || IsStalled(owner, limit)) return std::nullopt;
   conversion_.emplace(connection_, owner, connection_.atoms().clipboard, limit);
   conversion_->Ask(target);
@@ -78,7 +80,6 @@ void SelectionReader::Handle(const xcb_generic_event_t& event) {
 }
 
 bool SelectionReader::IsStalled(xcb_window_t owner, std::int64_t limit) {
-  if (stalledOwner_ != XCB_NONE) connection_.HandleArrivedEvents();
   if (stalledAtLimit_ && limit == ReadingLimit::kNone) return false;
   return owner == stalledOwner_ && SteadyMilliseconds() < stalledUntil_;
 }

@@ -14,7 +14,6 @@ namespace {
 
 using Milliseconds = std::chrono::milliseconds;
 
-constexpr Milliseconds kServerPatience{kServerPatienceMs};
 constexpr Milliseconds kStopPatience{200};
 
 }  // namespace
@@ -109,7 +108,7 @@ void Session::Call(const Job& job) {
   job_ = &job;
   Wake();
   const auto done = [this] { return job_ == nullptr; };
-  for (unsigned progress = connection_->Progress(); !changed_.wait_for(lock, kServerPatience, done);) {
+  for (unsigned progress = connection_->Progress(); !changed_.wait_for(lock, ServerPatience(), done);) {
     if (connection_->Progress() == progress) connection_->Cut();
     progress = connection_->Progress();
   }

@@ -10,12 +10,6 @@
 
 namespace x11 {
 
-namespace {
-
-constexpr std::chrono::milliseconds kPatience{kServerPatienceMs};
-
-}  // namespace
-
 SystemClipboard& SystemClipboard::Shared() {
   static SystemClipboard clipboard;
   return clipboard;
@@ -24,7 +18,7 @@ SystemClipboard& SystemClipboard::Shared() {
 SystemClipboard::SystemClipboard()
     : content_(std::make_shared<PasteboardContent>()),
       nextAttempt_(SteadyMilliseconds()),
-      patience_(kPatience),
+      patience_(ServerPatience()),
       process_(getpid()) {}
 
 SystemClipboard::~SystemClipboard() {
@@ -90,7 +84,7 @@ Session* SystemClipboard::ConnectedSession() {
   // A server that did not answer in time is not waited for again until it has answered.
   if (state == Session::State::kConnecting) patience_ = {};
   if (state != Session::State::kConnected) return nullptr;
-  patience_ = kPatience;
+  patience_ = ServerPatience();
   if (!contentOffered_) {
     // What was written without a server goes to this one, unless another program has its clipboard already.
     if (!content_->Types().empty()) session_->AcquireIfFree(*content_);
