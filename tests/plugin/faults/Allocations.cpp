@@ -17,6 +17,21 @@ void allocations::FailAfter(std::ptrdiff_t after) { g_left = after; }
 bool allocations::TakeBack() { return g_left.exchange(kNever) >= 0; }
 std::ptrdiff_t allocations::Live() { return g_live; }
 
+int allocations::FailInTurn(const std::function<std::string()>& attempt,
+                            const std::function<void(const std::string&)>& check) {
+  for (int after = 0;; ++after) {
+    std::string result = "ERROR: caught";
+    FailAfter(after);
+    try {
+      result = attempt();
+    } catch (const std::bad_alloc&) {
+    }
+    const bool failed = !TakeBack();
+    check(result);
+    if (!failed) return after;
+  }
+}
+
 // The program's own, which its libraries use too.
 void* operator new(std::size_t size) {
   void* const block = g_left-- == 0 ? nullptr : std::malloc(size > 0 ? size : 1);

@@ -1,6 +1,5 @@
 // Out of memory on the plug-in's own threads.
 #include <atomic>
-#include <new>
 #include <string>
 #include <thread>
 
@@ -18,39 +17,28 @@ TEST_F(Transfers, OutliveEveryAllocationThatFails) {
   const RunningService service(folder_);
   const std::string url = service.url() + "/api/plugin/version", body = service.Get("/api/plugin/version").body;
   ASSERT_GT(body.size(), 16u) << "a string must need memory of its own to hold it";
-  bool failed = true;
-  int failures = 0;
-  for (; failed; ++failures) {
-    SCOPED_TRACE(failures);
+  const auto get = [&] {
     std::string response, error;
-    allocations::FailAfter(failures);
-    bool sent = false;
-    try {
-      sent = Network::Get(url, response, error);
-    } catch (const std::bad_alloc&) {  // on the caller's side
-      error = "ERROR: caught";
-    }
-    failed = !allocations::TakeBack();
-    EXPECT_TRUE(sent ? response == body : error.starts_with("ERROR: ") && error.size() > 7) << response << error;
-    EXPECT_TRUE(Network::Get(url, response, error)) << error;
-    EXPECT_EQ(response, body);
-  }
+    return Network::Get(url, response, error) ? response : error;
+  };
+  const int failures = allocations::FailInTurn(get, [&](const std::string& result) {
+    EXPECT_TRUE(result == body || (result.starts_with("ERROR: ") && result.size() > 7)) << result;
+    EXPECT_EQ(get(), body) << "the next transfer";
+  });
   EXPECT_GT(failures, 6);
 }
 
 TEST(Background, OutlivesEveryAllocationThatFails) {
   static std::atomic<bool> raised;
-  bool failed = true;
-  for (std::size_t after = 0; failed; ++after) {
+  const auto run = [] {
     raised = true;
-    allocations::FailAfter(after);
-    try {
-      bg([flight = LoweredAtEnd(raised)] { std::string(100, 'x'); });
-    } catch (const std::bad_alloc&) {  // on the caller's side
-    }
+    bg([flight = LoweredAtEnd(raised)] { std::string(100, 'x'); });
     while (raised) std::this_thread::yield();
-    failed = !allocations::TakeBack();
-  }
+    return std::string();
+  };
+  allocations::FailInTurn(run, [](const std::string&) {
+    while (raised) std::this_thread::yield();
+  });
 }
 
 }  // namespace

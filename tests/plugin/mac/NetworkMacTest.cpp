@@ -1,33 +1,97 @@
-// The URL layer of macOS over a stand-in of the URL session: what the tests of the HTTP calls do not cover.
+// The HTTP calls on the URL layer of macOS, with a stand-in of the URL session below it: the requests, and the results
+// for every end of a transfer.
+#include "net/Network.h"
+
 #include <gtest/gtest.h>
 
-#include <future>
+#include <fstream>
 
-#include "net/Network.h"
-#include "net/Transfer.h"
 #include "plugin/faults/Allocations.h"
 #include "plugin/mac/standin/StandIn.h"
 #include "support/FakeUrlLayer.h"
+#include "support/FolderTest.h"
+
+using namespace std::chrono_literals;
+using namespace std::string_literals;
+
+static std::chrono::milliseconds g_waitLimit = 1h;
+std::chrono::milliseconds Network::TransferTimeLimit() { return 90s; }
+std::chrono::milliseconds Network::WaitTimeLimit() { return g_waitLimit; }
 
 namespace {
 
 using StandIn::Mood;
 
-constexpr char kUrl[] = "http://a.example/";
+constexpr char kUrl[] = "https://a.example/path?key=a%20b";
 
-struct NetworkMacTest : testing::Test {
+struct NetworkMacTest : FolderTest {
   ~NetworkMacTest() override { StandIn::mood = Mood::kWilling; }
 
-  static Network::Outcome Transfer(Mood mood = Mood::kWilling) {
-    StandIn::mood = mood;
-    const auto promise = std::make_shared<std::promise<Network::Outcome>>();
-    Network::StartTransfer({kUrl, "POST", {{"Accept", "*/*"}}, "body"},
-                           [promise](Network::Outcome outcome) { promise->set_value(std::move(outcome)); });
-    return promise->get_future().get();
-  }
-
   FakeUrlLayer layer;
+  std::string response, error;
 };
+
+TEST_F(NetworkMacTest, SendsTheRequestOfEachCall) {
+  const std::string bytes = "\0\r\n\xFF<x/>"s, file = folder_ + "/file";
+  std::ofstream(file, std::ios::binary) << bytes;
+  EXPECT_TRUE(Network::Post(kUrl, bytes, response, error));
+  EXPECT_TRUE(Network::Post(kUrl, "", response, error));
+  EXPECT_TRUE(Network::Get(kUrl, response, error));
+  EXPECT_TRUE(Network::PostFile(kUrl, file, response, error));
+  const std::map<std::string, std::string> json = {{"Content-Type", "application/json"},
+                                                   {"Accept", "application/json"}};
+  const std::vector<FakeUrlLayer::Call> expected = {
+      {kUrl, "POST", json, bytes},
+      {kUrl, "POST", json, ""},
+      {kUrl, "GET", {{"Accept", "application/json"}}, ""},
+      {kUrl, "POST", {{"Content-Type", "application/octet-stream"}}, bytes},
+  };
+  EXPECT_TRUE(layer.calls == expected);
+  EXPECT_EQ(StandIn::cachePolicy, 1u) << "an answer from the cache";
+  EXPECT_EQ(StandIn::timeoutInterval, 90);
+  std::string body(1 << 20, 'x');
+  const void* const address = body.data();
+  EXPECT_TRUE(Network::Post(kUrl, std::move(body), response, error));
+  EXPECT_EQ(layer.bodyAddress, address) << "a large body is not copied";
+}
+
+TEST_F(NetworkMacTest, ReportsHowTheTransferEnded) {
+  const std::string notStarted = "ERROR: The transfer could not be started.";
+  const struct {
+    Network::Outcome outcome;
+    bool result;
+    std::string response, error;
+    Mood mood = Mood::kWilling;
+  } cases[] = {
+      {{false, "", "", 204}, true, "old response", "old error"},
+      {{true, "moved", "", 399}, true, "moved", "old error"},
+      {{true, "{\"error\":\"x\"}", "", 400}, false, "{\"error\":\"x\"}", "ERROR: HTTP 400 — {\"error\":\"x\"}"},
+      {{false, "", "", 503}, false, "old response", "ERROR: HTTP 503 — "},
+      {{false, "", "Verbindung verloren – Größe", 0}, false, "old response", "ERROR: Verbindung verloren – Größe"},
+      {{true, "not HTTP", "", 404}, true, "not HTTP", "old error", Mood::kIsNotHttp},
+      {{}, false, "old response", notStarted, Mood::kMakesNoTask},
+      {{}, false, "old response", notStarted, Mood::kRaises},
+  };
+  for (const auto& c : cases) {
+    layer.answer = c.outcome;
+    StandIn::mood = c.mood;
+    response = "old response";
+    error = "old error";
+    EXPECT_EQ(Network::Get(kUrl, response, error), c.result) << c.error;
+    EXPECT_EQ(response, c.response) << c.error;
+    EXPECT_EQ(error, c.error);
+  }
+}
+
+TEST_F(NetworkMacTest, GivesUpAfterTheLimitAndTakesALateAnswer) {
+  std::promise<void> givenUp;
+  layer.before = givenUp.get_future().share();
+  g_waitLimit = 1ms;
+  EXPECT_FALSE(Network::Get(kUrl, response, error));
+  EXPECT_EQ(error, "ERROR: Request timed out.");
+  givenUp.set_value();
+  g_waitLimit = 1h;
+}
 
 TEST_F(NetworkMacTest, AcceptsOnlyUrlsThatFoundationAccepts) {
   for (const bool isMacOS14 : {false, true}) {
@@ -39,32 +103,11 @@ TEST_F(NetworkMacTest, AcceptsOnlyUrlsThatFoundationAccepts) {
   }
 }
 
-TEST_F(NetworkMacTest, RequestsNothingCachedWithinTheTimeLimit) {
-  Transfer();
-  EXPECT_EQ(StandIn::cachePolicy, 1u);
-  EXPECT_EQ(StandIn::timeoutInterval, 90);
-}
-
-TEST_F(NetworkMacTest, ReportsTransfersThatTheSessionDoesNotCreate) {
-  for (const Mood mood : {Mood::kMakesNoTask, Mood::kRaises}) {
-    EXPECT_EQ(Transfer(mood).failure, "The transfer could not be started.");
-  }
-  EXPECT_TRUE(layer.calls.empty());
-}
-
-TEST_F(NetworkMacTest, AcceptsAnAnswerThatIsNotHttp) {
-  layer.answer = {true, "body", "", 404};
-  const Network::Outcome outcome = Transfer(Mood::kIsNotHttp);
-  EXPECT_EQ(outcome.body, "body");
-  EXPECT_EQ(outcome.status, 0);
-}
-
 TEST_F(NetworkMacTest, KeepsNothingAliveBeyondATransfer) {
-  const auto transferInEveryMood = [] {
+  const auto transferInEveryMood = [this] {
     for (const Mood mood : {Mood::kWilling, Mood::kMakesNoTask, Mood::kRaises}) {
-      FakeUrlLayer other;
+      FakeUrlLayer each;
       StandIn::mood = mood;
-      std::string response, error;
       Network::Post(kUrl, "body", response, error);
     }
   };
@@ -75,21 +118,15 @@ TEST_F(NetworkMacTest, KeepsNothingAliveBeyondATransfer) {
 TEST_F(NetworkMacTest, SurvivesEveryFailingAllocation) {
   const std::string longText(100, 'x');
   for (const Network::Outcome& answer : {Network::Outcome{true, longText, "", 200}, {false, "", longText, 0}}) {
-    bool failed = true;
-    for (int after = 0; failed; ++after) {
+    const auto post = [&] {
       FakeUrlLayer each;  // whose own allocations are the same every time
       each.answer = answer;
-      std::string response, error;
-      bool isSent = false;
-      allocations::FailAfter(after);
-      try {
-        isSent = Network::Post(kUrl, "body", response, error);
-      } catch (const std::bad_alloc&) {  // on the caller's side
-        error = "ERROR: caught";
-      }
-      failed = !allocations::TakeBack();
-      EXPECT_TRUE(isSent ? response == longText : error.starts_with("ERROR: ")) << after << response << error;
-    }
+      std::string text, failure;
+      return Network::Post(kUrl, "body", text, failure) ? text : failure;
+    };
+    allocations::FailInTurn(post, [&](const std::string& result) {
+      EXPECT_TRUE(result.starts_with("ERROR: ") || (answer.hasBody && result == longText)) << result;
+    });
   }
 }
 
