@@ -1,8 +1,8 @@
 #include "Access.h"
 
 #include <arpa/inet.h>
-#include <sodium.h>
 
+#include "Cryptography.h"
 #include "HttpError.h"
 
 namespace service {
@@ -24,7 +24,7 @@ void Access::RefuseWebPages(const Request& request) const {
 }
 
 bool Access::IsKey(std::string_view key) const {
-  return IsOpen() || (key.size() == key_.size() && sodium_memcmp(key.data(), key_.data(), key.size()) == 0);
+  return IsOpen() || IsSameSecret(key, key_);
 }
 
 void Access::CheckKey(std::string_view key) const {

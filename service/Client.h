@@ -1,8 +1,9 @@
 // The operator interface of a running service, for the other subcommands.
 #pragma once
 
-#include <httplib.h>
+#include <curl/curl.h>
 
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
@@ -21,7 +22,7 @@ class Unreachable : public ServiceError {
   using ServiceError::ServiceError;
 };
 
-/// Every call throws ServiceError or Unreachable when it does not succeed.
+/// Every call waits for the answer, and throws ServiceError or Unreachable when it does not succeed.
 class Client {
  public:
   /// Takes the key that is given, otherwise, for a service on this machine, the one in the data folder.
@@ -34,10 +35,13 @@ class Client {
   std::string GetBytes(const std::string& path);
 
  private:
-  std::string Body(const httplib::Result& result);
+  /// Sends `message` as JSON, or, without one, asks with GET.
+  std::string Exchange(const std::string& path, const std::string* message);
+  void AddHeader(const std::string& line);
 
   std::string url_;
-  httplib::Client http_;
+  std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> transfer_;
+  std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)> headers_;
 };
 
 /// Where the operator interface shows the command. Throws UsageError for what cannot be an id.

@@ -1,6 +1,6 @@
 #include "Layout.h"
 
-#include <sodium.h>
+#include "Cryptography.h"
 
 namespace service {
 namespace {
@@ -93,9 +93,8 @@ void PrepareLayout(Database& database) {
 }
 
 std::int64_t KeepContent(Database& database, std::string_view bytes) {
-  unsigned char hash[crypto_generichash_BYTES];
-  crypto_generichash(hash, sizeof hash, reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size(), nullptr, 0);
-  const Blob key{{reinterpret_cast<const char*>(hash), sizeof hash}};
+  const ContentHash hash = HashOf(bytes);
+  const Blob key{{reinterpret_cast<const char*>(hash.data()), hash.size()}};
   std::int64_t number = 0;
   Statement find(database, "SELECT number FROM contents WHERE hash = ?1", key);
   if (find.Step()) {

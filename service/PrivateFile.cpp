@@ -1,34 +1,22 @@
 #include "PrivateFile.h"
 
 #include <fcntl.h>
-#include <sodium.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <stdexcept>
 
+#include "Cryptography.h"
 #include "Options.h"
 
 namespace service {
 namespace {
 
-constexpr std::size_t kKeyBytes = 32;
-
 std::string KeyPath(const std::string& folder) { return folder + "/key"; }
-
-std::string RandomKey() {
-  if (sodium_init() < 0) throw std::runtime_error("no random numbers can be had");
-  std::array<unsigned char, kKeyBytes> bytes{};
-  randombytes_buf(bytes.data(), bytes.size());
-  constexpr int kVariant = sodium_base64_VARIANT_URLSAFE_NO_PADDING;
-  std::array<char, sodium_base64_ENCODED_LEN(kKeyBytes, sodium_base64_VARIANT_URLSAFE_NO_PADDING)> text{};
-  return sodium_bin2base64(text.data(), text.size(), bytes.data(), bytes.size(), kVariant);
-}
 
 void WriteKey(const std::string& folder, const std::string& key) {
   const std::string path = KeyPath(folder);

@@ -1,7 +1,6 @@
 // Requests that carry whole files: the live upload that answers a schema request, the snapshot and the form of
 // Varnix.UploadFile.
-#include <sodium.h>
-
+#include "Cryptography.h"
 #include "Form.h"
 #include "HttpError.h"
 #include "Message.h"
@@ -10,19 +9,6 @@
 
 namespace service {
 namespace {
-
-// Accepts the standard alphabet, padded, without line endings.
-std::string DecodeBase64(const std::string& text) {
-  std::string bytes(text.size() / 4 * 3, '\0');
-  auto* target = reinterpret_cast<unsigned char*>(bytes.data());
-  std::size_t size = 0;
-  if (sodium_base642bin(target, bytes.size(), text.data(), text.size(), nullptr, &size, nullptr,
-                        sodium_base64_VARIANT_ORIGINAL) != 0) {
-    throw HttpError(400, "content is not base64");
-  }
-  bytes.resize(size);
-  return bytes;
-}
 
 Response Keep(Context& context, const char* kind, const std::string& fileName, std::string_view content) {
   if (!IsUtf8(fileName)) throw HttpError(400, "the file name is not UTF-8");
@@ -39,7 +25,9 @@ Response TakeIngest(Context& context, const Request& request) {
 
 Response TakeSnapshot(Context& context, const Request& request) {
   const Message message = ReadMessage(request.body, {{"content"}, {"filename"}});
-  return Keep(context, "snapshot", message.at("filename"), DecodeBase64(message.at("content")));
+  const auto content = DecodeBase64(message.at("content"));
+  if (!content) throw HttpError(400, "content is not base64");
+  return Keep(context, "snapshot", message.at("filename"), *content);
 }
 
 Response TakeForm(Context& context, const Request& request) {
