@@ -7,10 +7,10 @@ packages=
 for group in "$@"; do
   case $group in
     plugin) packages="$packages g++ cmake make pkg-config libxcb1-dev libxcb-xfixes0-dev libcurl4-openssl-dev" ;;
-    service) packages="$packages nlohmann-json3-dev libsqlite3-dev libsodium-dev libboost-dev libcli11-dev libpugixml-dev
+    service) packages="$packages nlohmann-json3-dev libsqlite3-dev libsodium-dev libboost-dev libcli11-dev librapidxml-dev
                        libicu-dev libdtl-dev" ;;
-    simulator) packages="$packages libgmp-dev libmpfr-dev libicu-dev libpugixml-dev libdtl-dev libedit-dev" ;;
-    test) packages="$packages libcpp-httplib-dev clang libclang-rt-dev? libgtest-dev libbenchmark-dev rapidjson-dev libssl-dev openssl curl
+    simulator) packages="$packages libgmp-dev libmpfr-dev libicu-dev librapidxml-dev libdtl-dev libedit-dev" ;;
+    test) packages="$packages libcpp-httplib-dev libpugixml-dev clang libclang-rt-dev? libgtest-dev libbenchmark-dev rapidjson-dev libssl-dev openssl curl
                     libgnustep-base-dev libblocksruntime-dev binutils xvfb xclip
                     lld llvm libc++-dev musl-dev libplist-utils" ;;
     check) packages="$packages clang-format clang-tidy shellcheck" ;;

@@ -10,15 +10,18 @@ namespace {
 
 using std::operator""sv;
 
-pugi::xml_node Parameter(pugi::xml_node step, const char* type) {
-  return step.child("ParameterValues").find_child_by_attribute("Parameter", "type", type);
+solution::XmlNode Parameter(solution::XmlNode step, const char* type) {
+  for (const solution::XmlNode parameter : step.child("ParameterValues").children("Parameter")) {
+    if (parameter.attribute("type").value() == type) return parameter;
+  }
+  return {};
 }
 
 /// The parameters of the steps that the simulated host runs; those of the others are not kept.
-void ReadParameters(pugi::xml_node element, ScriptStep& step) {
+void ReadParameters(solution::XmlNode element, ScriptStep& step) {
   switch (step.id) {
     case kStepSetVariable: {
-      const pugi::xml_node variable = Parameter(element, "Variable");
+      const solution::XmlNode variable = Parameter(element, "Variable");
       step.text = xml::Text(variable.child("Name").attribute("value"));
       step.calculation = xml::Formula(variable.child("value"));
       step.repetition = xml::Formula(variable.child("repetition"));
@@ -41,8 +44,8 @@ void ReadParameters(pugi::xml_node element, ScriptStep& step) {
       return;
     case kStepSaveAsXml: {
       step.calculation = xml::Formula(Parameter(element, "Calculation"));
-      const pugi::xml_node paths = Parameter(element, "UniversalPathList").child("UniversalPathList");
-      for (const pugi::xml_node location : paths.child("ObjectList").children("Location")) {
+      const solution::XmlNode paths = Parameter(element, "UniversalPathList").child("UniversalPathList");
+      for (const solution::XmlNode location : paths.child("ObjectList").children("Location")) {
         step.destinations.push_back(xml::Text(location));
       }
       return;
@@ -50,7 +53,7 @@ void ReadParameters(pugi::xml_node element, ScriptStep& step) {
   }
 }
 
-ScriptStep ReadStep(pugi::xml_node element) {
+ScriptStep ReadStep(solution::XmlNode element) {
   ScriptStep step;
   step.id = xml::Id(element);
   step.name = xml::Name(element);
@@ -61,18 +64,18 @@ ScriptStep ReadStep(pugi::xml_node element) {
 
 }  // namespace
 
-void ReadScripts(pugi::xml_node design, Solution& solution) {
-  std::unordered_map<int, pugi::xml_node> stepLists;
-  for (const pugi::xml_node element : design.child("StepsForScripts").children("Script")) {
+void ReadScripts(solution::XmlNode design, Solution& solution) {
+  std::unordered_map<int, solution::XmlNode> stepLists;
+  for (const solution::XmlNode element : design.child("StepsForScripts").children("Script")) {
     stepLists[xml::ReferencedId(element, "ScriptReference")] = element.child("ObjectList");
   }
-  for (const pugi::xml_node element : xml::Entries(design.child("ScriptCatalog"), "Script")) {
+  for (const solution::XmlNode element : xml::Entries(design.child("ScriptCatalog"), "Script")) {
     Script& script = solution.scripts.emplace_back();
     script.id = xml::Id(element);
     script.name = xml::Name(element);
     script.kind = xml::Kind(element);
     script.runWithFullAccess = xml::IsTrue(element.child("Options").attribute("runwithfullaccess"));
-    for (const pugi::xml_node step : stepLists[script.id].children("Step")) script.steps.push_back(ReadStep(step));
+    for (const solution::XmlNode step : stepLists[script.id].children("Step")) script.steps.push_back(ReadStep(step));
   }
 }
 

@@ -10,15 +10,15 @@ namespace {
 using std::operator""sv;
 
 /// Versions differ in the element's name and in whether the text is marked as insecure.
-std::u16string AccountName(pugi::xml_node parent) {
-  pugi::xml_node name = parent.child("AccountName");
+std::u16string AccountName(solution::XmlNode parent) {
+  solution::XmlNode name = parent.child("AccountName");
   if (!name) name = parent.child("UserName");
-  const pugi::xml_node insecure = name.child("INSECURE_TEXT");
+  const solution::XmlNode insecure = name.child("INSECURE_TEXT");
   return xml::Text(insecure ? insecure : name);
 }
 
-void GrantToSets(pugi::xml_node extendedPrivilege, std::vector<PrivilegeSet>& sets) {
-  for (const pugi::xml_node reference : extendedPrivilege.child("ObjectList").children("PrivilegeSetReference")) {
+void GrantToSets(solution::XmlNode extendedPrivilege, std::vector<PrivilegeSet>& sets) {
+  for (const solution::XmlNode reference : extendedPrivilege.child("ObjectList").children("PrivilegeSetReference")) {
     for (PrivilegeSet& set : sets) {
       if (set.id == xml::Id(reference)) set.extendedPrivileges.push_back(xml::Name(extendedPrivilege));
     }
@@ -27,18 +27,18 @@ void GrantToSets(pugi::xml_node extendedPrivilege, std::vector<PrivilegeSet>& se
 
 }  // namespace
 
-void ReadSecurity(pugi::xml_node design, Solution& solution) {
-  for (const pugi::xml_node element :
+void ReadSecurity(solution::XmlNode design, Solution& solution) {
+  for (const solution::XmlNode element :
        xml::Entries(design.child("PrivilegeSetsCatalog").child("ObjectList"), "PrivilegeSet")) {
     PrivilegeSet& set = solution.privilegeSets.emplace_back();
     set.id = xml::Id(element);
     set.name = xml::Name(element);
   }
-  for (const pugi::xml_node element :
+  for (const solution::XmlNode element :
        design.child("ExtendedPrivilegesCatalog").child("ObjectList").children("ExtendedPrivilege")) {
     GrantToSets(element, solution.privilegeSets);
   }
-  for (const pugi::xml_node element : xml::Entries(design.child("AccountsCatalog").child("ObjectList"), "Account")) {
+  for (const solution::XmlNode element : xml::Entries(design.child("AccountsCatalog").child("ObjectList"), "Account")) {
     Account& account = solution.accounts.emplace_back();
     account.id = xml::Id(element);
     account.name = AccountName(element.child("Authentication"));
@@ -47,10 +47,10 @@ void ReadSecurity(pugi::xml_node design, Solution& solution) {
   }
 }
 
-void ReadOpening(pugi::xml_node options, Solution& solution) {
-  const pugi::xml_node login = options.child("Login");
+void ReadOpening(solution::XmlNode options, Solution& solution) {
+  const solution::XmlNode login = options.child("Login");
   if (login.attribute("type").value() == "1"sv) solution.autoLoginAccount = AccountName(login);
-  const pugi::xml_node layout = options.child("Defaults").child("LayoutReference");
+  const solution::XmlNode layout = options.child("Defaults").child("LayoutReference");
   if (layout) solution.startLayoutId = xml::Id(layout);
 }
 

@@ -12,7 +12,7 @@
 namespace sim {
 namespace {
 
-constexpr const char* kLanguage = "English";  // of the formulas that can be calculated
+constexpr std::string_view kLanguage = "English";  // of the formulas that can be calculated
 
 std::string OneLine(std::string text) {
   std::replace_if(
@@ -24,13 +24,14 @@ void ReadDesign(const solution::Document& document, Solution& result) {
   result.fileName = xml::Text(document.root().attribute("File"));
   result.name = WithoutExtension(result.fileName);
   result.notes = document.notes;
-  const std::string language = document.root().attribute("locale").as_string(kLanguage);
+  const solution::XmlAttribute locale = document.root().attribute("locale");
+  const std::string_view language = locale ? locale.value() : kLanguage;
   if (language != kLanguage) {
-    result.notes.push_back("was saved by a FileMaker in " + language +
+    result.notes.push_back("was saved by a FileMaker in " + std::string(language) +
                            ": names and scripts can be used, but functions in its formulas are spelled in that "
                            "language and fail; save it with an English FileMaker to calculate them");
   }
-  const pugi::xml_node design = document.Part("Structure");
+  const solution::XmlNode design = document.Part("Structure");
   ReadTables(design, result);
   ReadLists(design, result);
   ReadScripts(design, result);

@@ -31,16 +31,16 @@ Enum Lookup(const Word<Enum> (&words)[size], std::string_view text) {
   return found == words + size ? words[0].value : found->value;
 }
 
-TableOccurrence ReadOccurrence(pugi::xml_node element) {
+TableOccurrence ReadOccurrence(solution::XmlNode element) {
   TableOccurrence occurrence{.id = xml::Id(element), .name = xml::Name(element), .baseTableId = std::nullopt};
   if (element.attribute("type").value() == "External"sv) return occurrence;
-  const pugi::xml_node source = element.child("BaseTableSourceReference");
-  const pugi::xml_node reference = (source ? source : element).child("BaseTableReference");
+  const solution::XmlNode source = element.child("BaseTableSourceReference");
+  const solution::XmlNode reference = (source ? source : element).child("BaseTableReference");
   if (reference) occurrence.baseTableId = xml::Id(reference);
   return occurrence;
 }
 
-Field ReadField(pugi::xml_node element) {
+Field ReadField(solution::XmlNode element) {
   Field field;
   field.id = xml::Id(element);
   field.name = xml::Name(element);
@@ -49,21 +49,22 @@ Field ReadField(pugi::xml_node element) {
   field.comment = xml::Text(element.attribute("comment"));
   field.formula = xml::Formula(element);
 
-  const pugi::xml_node storage = element.child("Storage");
+  const solution::XmlNode storage = element.child("Storage");
   field.global = xml::IsTrue(storage.attribute("global"));
   field.stored = storage.attribute("storeCalculationResults").value() != "False"sv;
-  field.indexed = storage.attribute("index").as_string("None") != "None"sv;
-  field.repetitions = std::max(1, storage.attribute("maxRepetitions").as_int(1));
+  const solution::XmlAttribute index = storage.attribute("index");
+  field.indexed = index && index.value() != "None";
+  field.repetitions = std::max(1, storage.attribute("maxRepetitions").AsInt(1));
 
-  const long long maximum = element.child("Validation").child("MaximumSize").text().as_llong();
+  const auto maximum = solution::NumberIn(element.child("Validation").child("MaximumSize").first_text(), 0LL);
   if (maximum > 0 && maximum != kNoMaximum) field.maximumLength = maximum;
   return field;
 }
 
 /// The table that a field catalog belongs to; the oldest version names it by one of its occurrences.
-BaseTable& TableOfCatalog(pugi::xml_node catalog, Solution& solution) {
+BaseTable& TableOfCatalog(solution::XmlNode catalog, Solution& solution) {
   std::optional<int> id;
-  if (const pugi::xml_node table = catalog.child("BaseTableReference")) {
+  if (const solution::XmlNode table = catalog.child("BaseTableReference")) {
     id = xml::Id(table);
   } else if (const auto* of = solution.FindOccurrence(xml::ReferencedId(catalog, "TableOccurrenceReference"))) {
     id = of->baseTableId;
@@ -76,19 +77,19 @@ BaseTable& TableOfCatalog(pugi::xml_node catalog, Solution& solution) {
 
 }  // namespace
 
-void ReadTables(pugi::xml_node design, Solution& solution) {
-  for (const pugi::xml_node element : xml::Entries(design.child("BaseTableCatalog"), "BaseTable")) {
+void ReadTables(solution::XmlNode design, Solution& solution) {
+  for (const solution::XmlNode element : xml::Entries(design.child("BaseTableCatalog"), "BaseTable")) {
     BaseTable& table = solution.baseTables.emplace_back();
     table.id = xml::Id(element);
     table.name = xml::Name(element);
-    table.modifications = element.child("UUID").attribute("modifications").as_int();
+    table.modifications = element.child("UUID").attribute("modifications").AsInt();
   }
-  for (const pugi::xml_node element : xml::Entries(design.child("TableOccurrenceCatalog"), "TableOccurrence")) {
+  for (const solution::XmlNode element : xml::Entries(design.child("TableOccurrenceCatalog"), "TableOccurrence")) {
     solution.occurrences.push_back(ReadOccurrence(element));
   }
-  for (const pugi::xml_node catalog : design.child("FieldsForTables").children("FieldCatalog")) {
+  for (const solution::XmlNode catalog : design.child("FieldsForTables").children("FieldCatalog")) {
     BaseTable& table = TableOfCatalog(catalog, solution);
-    for (const pugi::xml_node element : xml::Entries(catalog.child("ObjectList"), "Field")) {
+    for (const solution::XmlNode element : xml::Entries(catalog.child("ObjectList"), "Field")) {
       table.fields.push_back(ReadField(element));
     }
   }

@@ -11,7 +11,6 @@
 namespace solution {
 namespace {
 
-using pugi::xml_node;
 using std::operator""sv;
 
 // Counted or computed by FileMaker, or part of the name that a node gets in a path.
@@ -27,7 +26,7 @@ constexpr std::size_t kLongestStream = 80;
 
 // The name of an account stands where other elements have an attribute; a custom function's form repeats its name and
 // parameters.
-bool RepeatsName(xml_node node) {
+bool RepeatsName(XmlNode node) {
   const std::string_view name = node.name();
   return (name == "AccountName" && node.parent().parent().name() == "Account"sv) ||
          (name == "Display" && node.parent().name() == "CustomFunction"sv);
@@ -50,8 +49,11 @@ bool IsLayoutObject(std::string_view name) {
   return name == "LayoutObject" || name == "LayoutObjectReference" || name == "PopoverPanel";
 }
 
-xml_node ReferenceIn(xml_node node) {
-  return node.find_child([](xml_node child) { return std::string_view(child.name()).ends_with("Reference"); });
+XmlNode ReferenceIn(XmlNode node) {
+  for (const XmlNode child : node.children()) {
+    if (child.name().ends_with("Reference")) return child;
+  }
+  return {};
 }
 
 struct NaturalKey {
@@ -62,15 +64,15 @@ constexpr NaturalKey kNaturalKeys[] = {
     {"ScriptTrigger", "action"}, {"Parameter", "type"}, {"Stream", "name"}, {"Part", "type"}};
 
 // A list may have more members in another export.
-bool IsInList(xml_node node) {
+bool IsInList(XmlNode node) {
   const std::string_view parent = node.parent().name();
   const bool isList = parent.ends_with("List") && parent != "List" && parent != "ValueList";
-  return isList || parent == "ParameterValues" || node.next_sibling(node.name()) || node.previous_sibling(node.name());
+  return isList || parent == "ParameterValues" || node.next(node.name()) || node.previous(node.name());
 }
 
-std::string AllText(xml_node node) {
-  std::string text = node.value();
-  for (const xml_node child : node.children()) text += AllText(child);
+std::string AllText(XmlNode node) {
+  std::string text(node.value());
+  for (const XmlNode child : node.children()) text += AllText(child);
   return text;
 }
 
@@ -78,8 +80,9 @@ std::string AllText(xml_node node) {
 struct Path {
   std::string name, object, schema;
 
-  Path At(const char* attribute) const {
-    return {name.empty() ? attribute : name + '/' + attribute, object, schema + '@' + attribute};
+  Path At(std::string_view attribute) const {
+    const std::string text(attribute);
+    return {name.empty() ? text : name + '/' + text, object, schema + '@' + text};
   }
 };
 
@@ -88,7 +91,7 @@ class Flattener {
   Flattener(const Design& design, const Element& element, const Naming& naming, std::vector<Property>& properties)
       : design_(design), element_(element), naming_(naming), properties_(properties) {}
 
-  void Flatten(xml_node node, const Path& path) {
+  void Flatten(XmlNode node, const Path& path) {
     if (IsBookkeeping(node) || RepeatsName(node)) return;
     if (IsFormula(node) || IsLayoutText(node)) return Add(path, FormulaText(design_, element_, node, naming_));
     if (IsSecret(node.name())) return Add(path, "(hidden)", AllText(node));
@@ -101,17 +104,17 @@ class Flattener {
     if (target && !isOwnName) Add(path, TargetName(design_, *target, naming_));
     AddAttributes(node, path, isRoot || target.has_value());
     const Path parent = isOwnName ? Path{"", path.object, path.schema} : path;
-    for (const xml_node child : node.children()) {
-      if (child.type() != pugi::node_element) {
+    for (const XmlNode child : node.children()) {
+      if (!child.IsElement()) {
         AddText(node, path, child.value());
-      } else if (!target || !std::string_view(child.name()).ends_with("Reference")) {
+      } else if (!target || !child.name().ends_with("Reference")) {
         Flatten(child, Below(parent, child));
       }
     }
   }
 
  private:
-  Path Below(const Path& parent, xml_node child) const {
+  Path Below(const Path& parent, XmlNode child) const {
     Path path = parent;
     const std::string_view name = child.name();
     path.schema += '/';
@@ -129,7 +132,7 @@ class Flattener {
   }
 
   // Siblings of one name are told apart by an attribute that is their name, by what they refer to, or by their number.
-  std::string Key(xml_node node) const {
+  std::string Key(XmlNode node) const {
     for (const NaturalKey& key : kNaturalKeys) {
       const std::string_view value = Attribute(node, key.attribute);
       if (key.node == node.name() && !value.empty()) return std::string(value);
@@ -138,8 +141,7 @@ class Flattener {
     if (!target) target = Resolve(design_, ReferenceIn(node));
     if (target) return TargetName(design_, *target, naming_);
     int number = 1;
-    for (xml_node other = node.previous_sibling(node.name()); other; other = other.previous_sibling(node.name()))
-      ++number;
+    for (XmlNode other = node.previous(node.name()); other; other = other.previous(node.name())) ++number;
     return std::to_string(number);
   }
 
@@ -149,24 +151,24 @@ class Flattener {
         {path.name.empty() ? "Calculation" : path.name, std::move(value), std::move(key), path.object, path.schema});
   }
 
-  void AddAttributes(xml_node node, const Path& path, bool isNamed) {
+  void AddAttributes(XmlNode node, const Path& path, bool isNamed) {
     const bool isObject = IsLayoutObject(node.name());
     for (const auto attribute : node.attributes()) {
       const std::string_view name = attribute.name();
       if (Contains(kComputedAttributes, name) || (isNamed && Contains(kNameAttributes, name))) continue;
       if (isObject && name == "id") continue;
       if (name == "index" && Contains(kNumbered, node.name())) continue;
-      Add(path.At(attribute.name()), attribute.value());
+      Add(path.At(name), std::string(attribute.value()));
     }
   }
 
   // What a button or menu item does.
-  void AddStep(xml_node node, const Path& path) {
+  void AddStep(XmlNode node, const Path& path) {
     StepLine line = LineOf(design_, element_, node, naming_);
     Add(path, std::move(line.text), std::move(line.details));
   }
 
-  void AddText(xml_node node, const Path& path, std::string_view text) {
+  void AddText(XmlNode node, const Path& path, std::string_view text) {
     if (node.name() == "Stream"sv && text.size() > kLongestStream) {
       Add(path, std::to_string(text.size()) + " characters, digest " + Digest(text));
     } else {
@@ -174,10 +176,10 @@ class Flattener {
     }
   }
 
-  static std::string Shape(xml_node node) {
+  static std::string Shape(XmlNode node) {
     std::string shape;
     for (const auto attribute : node.attributes()) {
-      shape += (shape.empty() ? "" : ", ") + std::string(attribute.name()) + ' ' + attribute.value();
+      shape.append(shape.empty() ? "" : ", ").append(attribute.name()).append(" ").append(attribute.value());
     }
     return shape;
   }
@@ -190,7 +192,7 @@ class Flattener {
 
 }  // namespace
 
-void Flatten(const Design& design, const Element& element, xml_node node, const Naming& naming,
+void Flatten(const Design& design, const Element& element, XmlNode node, const Naming& naming,
              std::vector<Property>& properties) {
   Flattener(design, element, naming, properties).Flatten(node, {});
 }

@@ -9,7 +9,7 @@
 namespace solution {
 
 /// Appends the properties of `node`, which belongs to `element`, and of everything below it.
-void Flatten(const Design& design, const Element& element, pugi::xml_node node, const Naming& naming,
+void Flatten(const Design& design, const Element& element, XmlNode node, const Naming& naming,
              std::vector<Property>& properties);
 
 }  // namespace solution

@@ -31,7 +31,7 @@ std::string TargetName(const Design& design, const Target& target, const Naming&
   return (occurrence == nullptr ? std::string(target.occurrence) : naming(*occurrence)) + "::" + name;
 }
 
-std::string FormulaText(const Design& design, const Element& element, pugi::xml_node node, const Naming& naming) {
+std::string FormulaText(const Design& design, const Element& element, XmlNode node, const Naming& naming) {
   const std::string formula = Text(node);
   std::string result;
   std::size_t copied = 0;

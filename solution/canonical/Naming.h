@@ -20,6 +20,6 @@ std::string NameOnly(const Element& element);
 std::string TargetName(const Design& design, const Target& target, const Naming& naming);
 
 /// The formula or layout text in `node` of `element`, with the names in it as `naming` gives them.
-std::string FormulaText(const Design& design, const Element& element, pugi::xml_node node, const Naming& naming);
+std::string FormulaText(const Design& design, const Element& element, XmlNode node, const Naming& naming);
 
 }  // namespace solution

@@ -55,7 +55,7 @@ std::string Heading(const Element& element) {
 
 std::vector<Property> PropertiesOf(const Design& design, const Element& element, const Naming& naming) {
   std::vector<Property> properties;
-  for (const pugi::xml_node node : element.nodes) {
+  for (const XmlNode node : element.nodes) {
     if (element.kind == Kind::kScript && node != element.nodes.front()) break;  // its steps
     std::vector<Property> part;
     Flatten(design, element, node, naming, part);

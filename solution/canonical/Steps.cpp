@@ -11,7 +11,6 @@
 namespace solution {
 namespace {
 
-using pugi::xml_node;
 using std::operator""sv;
 
 // Steps by their numbers, which are the same in every language.
@@ -54,6 +53,12 @@ constexpr std::string_view kUnlabelled[] = {"Calculation",
 // Long lists of fields, of which the line gives the length only.
 constexpr std::string_view kLongLists[] = {"ImportField", "Export"};
 
+int CountFields(XmlNode node) {
+  int count = 0;
+  for (const XmlNode child : node.children()) count += (child.name() == "FieldReference") + CountFields(child);
+  return count;
+}
+
 void Append(std::string& text, const std::string& part, const char* separator) {
   if (part.empty()) return;
   if (!text.empty()) text += separator;
@@ -65,13 +70,13 @@ class StepWriter {
   StepWriter(const Design& design, const Element& element, const Naming& naming)
       : design_(design), element_(element), naming_(naming) {}
 
-  std::string Line(xml_node step) const {
+  std::string Line(XmlNode step) const {
     const bool isEnabled = Attribute(step, "enable") != "False"sv;
     std::string line = isEnabled ? "" : "// ";
-    if (step.attribute("id").as_int() == kComment) return line + Comment(step);
+    if (step.attribute("id").AsInt() == kComment) return line + Comment(step);
     line += Attribute(step, "name");
     std::string parameters;
-    for (const xml_node parameter : step.child("ParameterValues").children()) {
+    for (const XmlNode parameter : step.child("ParameterValues").children()) {
       Append(parameters, Parameter(parameter), " ; ");
     }
     if (!parameters.empty()) line += " [ " + parameters + " ]";
@@ -79,28 +84,27 @@ class StepWriter {
   }
 
  private:
-  static std::string Comment(xml_node step) {
-    const xml_node comment = step.child("ParameterValues").child("Parameter").child("Comment");
+  static std::string Comment(XmlNode step) {
+    const XmlNode comment = step.child("ParameterValues").child("Parameter").child("Comment");
     std::string text(Attribute(comment, "value"));
     std::replace(text.begin(), text.end(), '\r', '\n');
     return text.empty() ? text : "# " + text;
   }
 
-  std::string Parameter(xml_node parameter) const {
+  std::string Parameter(XmlNode parameter) const {
     const std::string_view type = Attribute(parameter, "type");
     if (type == "Variable" || type == "Name") return Variable(parameter);
     if (Contains(kLongLists, type)) {
-      const auto fields = parameter.select_nodes(".//FieldReference").size();
-      return std::string(type) + ": " + std::to_string(fields) + " fields";
+      return std::string(type) + ": " + std::to_string(CountFields(parameter)) + " fields";
     }
     std::string value(Attribute(parameter, "value"));
-    for (const xml_node child : parameter.children()) Append(value, Value(child), " ; ");
+    for (const XmlNode child : parameter.children()) Append(value, Value(child), " ; ");
     if (value.empty() || type.empty() || Contains(kUnlabelled, type)) return value;
     return std::string(type) + ": " + value;
   }
 
   // `$name[repetition] ; Value: formula`
-  std::string Variable(xml_node parameter) const {
+  std::string Variable(XmlNode parameter) const {
     std::string name(Attribute(parameter.child("Name"), "value"));
     if (name.empty()) name = Value(parameter.child("Name"));
     if (name.empty()) name = Children(parameter, " ");
@@ -110,9 +114,9 @@ class StepWriter {
     return value.empty() ? name : name + " ; Value: " + value;
   }
 
-  std::string Value(xml_node node) const {
+  std::string Value(XmlNode node) const {
     if (IsBookkeeping(node)) return {};
-    if (node.type() != pugi::node_element) return node.value();
+    if (!node.IsElement()) return std::string(node.value());
     if (IsFormula(node)) return FormulaText(design_, element_, node, naming_);
     const std::string_view name = node.name();
     if (name == "Boolean") return Switch(node);
@@ -129,20 +133,20 @@ class StepWriter {
     return text;
   }
 
-  std::string Children(xml_node node, const char* separator) const {
+  std::string Children(XmlNode node, const char* separator) const {
     std::string text;
-    for (const xml_node child : node.children()) Append(text, Value(child), separator);
+    for (const XmlNode child : node.children()) Append(text, Value(child), separator);
     return text;
   }
 
-  static std::string Switch(xml_node node) {
+  static std::string Switch(XmlNode node) {
     const std::string_view type = Attribute(node, "type");
     if (type == "Collapsed") return {};
     const std::string state = Attribute(node, "value") == "True" ? "On" : "Off";
     return type.empty() ? state : std::string(type) + ": " + state;
   }
 
-  std::string ReferenceText(xml_node node, const Target& target) const {
+  std::string ReferenceText(XmlNode node, const Target& target) const {
     std::string name = TargetName(design_, target, naming_);
     if (target.kind == Kind::kScript || target.kind == Kind::kLayout) name = "\u201C" + name + "\u201D";
     const std::string repetition = Value(node.child("repetition"));
@@ -155,7 +159,7 @@ class StepWriter {
   const Naming& naming_;
 };
 
-std::string Details(const Design& design, const Element& element, xml_node step, const Naming& naming) {
+std::string Details(const Design& design, const Element& element, XmlNode step, const Naming& naming) {
   std::vector<Property> properties;
   Flatten(design, element, step, naming, properties);
   std::string details(Attribute(step, "name"));
@@ -166,16 +170,16 @@ std::string Details(const Design& design, const Element& element, xml_node step,
 
 }  // namespace
 
-StepLine LineOf(const Design& design, const Element& element, xml_node step, const Naming& naming) {
+StepLine LineOf(const Design& design, const Element& element, XmlNode step, const Naming& naming) {
   return {0, StepWriter(design, element, naming).Line(step), Details(design, element, step, naming)};
 }
 
 std::vector<StepLine> StepLines(const Design& design, const Element& script, const Naming& naming) {
   std::vector<StepLine> lines;
   int depth = 0;
-  for (const xml_node part : script.nodes) {
-    for (const xml_node step : part.child("ObjectList").children("Step")) {
-      const int id = step.attribute("id").as_int();
+  for (const XmlNode part : script.nodes) {
+    for (const XmlNode step : part.child("ObjectList").children("Step")) {
+      const int id = step.attribute("id").AsInt();
       const bool isEnabled = Attribute(step, "enable") != "False"sv;
       if (isEnabled && EndsBlock(id)) depth = std::max(0, depth - 1);
       lines.push_back(LineOf(design, script, step, naming));

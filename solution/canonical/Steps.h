@@ -15,7 +15,7 @@ struct StepLine {
 };
 
 /// One step, `step`, which belongs to `element`; at depth 0.
-StepLine LineOf(const Design& design, const Element& element, pugi::xml_node step, const Naming& naming);
+StepLine LineOf(const Design& design, const Element& element, XmlNode step, const Naming& naming);
 
 /// The steps of `script` in their order.
 std::vector<StepLine> StepLines(const Design& design, const Element& script, const Naming& naming = NameOnly);

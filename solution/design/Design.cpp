@@ -11,7 +11,7 @@ typename Map::mapped_type Lookup(const Map& map, const Key& key) {
   return found == map.end() ? nullptr : found->second;
 }
 
-std::string_view OccurrenceName(pugi::xml_node side) {
+std::string_view OccurrenceName(XmlNode side) {
   return side.child("TableOccurrenceReference").attribute("name").value();
 }
 
@@ -60,7 +60,7 @@ void Design::IndexNames() {
 std::string DisplayName(const Element& element) {
   if (element.kind == Kind::kField) return std::string(element.parent->name) + "::" + std::string(element.name);
   if (element.kind != Kind::kRelationship) return std::string(element.name);
-  const pugi::xml_node node = element.nodes.front();
+  const XmlNode node = element.nodes.front();
   return std::string(OccurrenceName(node.child("LeftTable"))) + " <-> " +
          std::string(OccurrenceName(node.child("RightTable")));
 }

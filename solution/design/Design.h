@@ -5,11 +5,11 @@
 #include <deque>
 #include <memory>
 #include <optional>
-#include <pugixml.hpp>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
+#include "export/XmlTree.h"
 
 #include "design/Kind.h"
 #include "export/Document.h"
@@ -19,16 +19,16 @@ namespace solution {
 /// The texts point into the export's document.
 struct Element {
   Kind kind = Kind::kFile;
-  int id = 0;                         ///< unique within its kind, for a field within its table
-  std::string_view uuid;              ///< empty in format 2.0
-  std::string_view name;              ///< as in FileMaker; empty for a relationship
-  const Element* parent = nullptr;    ///< the enclosing folder; a field's table
-  const Element* table = nullptr;     ///< of a table occurrence; null when the table is in another file
-  std::optional<int> modifications;   ///< how often it was changed and saved; absent in format 2.0
-  std::string_view user;              ///< who changed it last
-  std::string_view account;           ///< with which account
-  std::string_view time;              ///< when, "2025-07-02T16:45:56" in local time
-  std::vector<pugi::xml_node> nodes;  ///< its definition; then what other catalogs say about it
+  int id = 0;                        ///< unique within its kind, for a field within its table
+  std::string_view uuid;             ///< empty in format 2.0
+  std::string_view name;             ///< as in FileMaker; empty for a relationship
+  const Element* parent = nullptr;   ///< the enclosing folder; a field's table
+  const Element* table = nullptr;    ///< of a table occurrence; null when the table is in another file
+  std::optional<int> modifications;  ///< how often it was changed and saved; absent in format 2.0
+  std::string_view user;             ///< who changed it last
+  std::string_view account;          ///< with which account
+  std::string_view time;             ///< when, "2025-07-02T16:45:56" in local time
+  std::vector<XmlNode> nodes;        ///< its definition; then what other catalogs say about it
 };
 
 class Design {

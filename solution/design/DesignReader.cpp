@@ -11,7 +11,6 @@
 namespace solution {
 namespace {
 
-using pugi::xml_node;
 using std::operator""sv;
 
 struct Catalog {
@@ -59,7 +58,7 @@ constexpr std::string_view kFolderEnd = "--";
 constexpr std::string_view kGuest = "[Guest]";
 constexpr std::string_view kOldGuest = "[\uE002]";  // in format 2.0
 
-int Id(xml_node node) {
+int Id(XmlNode node) {
   const std::string_view text = node.attribute("id").value();
   int id = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), id);
@@ -67,32 +66,32 @@ int Id(xml_node node) {
   throw Damage{node, "a " + std::string(node.name()) + " without a usable id"};
 }
 
-int ReferencedId(xml_node node, const char* reference) {
-  if (const xml_node child = node.child(reference)) return Id(child);
+int ReferencedId(XmlNode node, const char* reference) {
+  if (const XmlNode child = node.child(reference)) return Id(child);
   throw Damage{node, "a " + std::string(node.name()) + " without a " + reference};
 }
 
 // Some catalogs hold their members in an ObjectList.
-xml_node Members(xml_node catalog) {
-  const xml_node list = catalog.child("ObjectList");
+XmlNode Members(XmlNode catalog) {
+  const XmlNode list = catalog.child("ObjectList");
   return list ? list : catalog;
 }
 
-std::string_view AccountName(xml_node account) {
-  const xml_node name = account.child("Authentication").child("AccountName");
-  const xml_node insecure = name.child("INSECURE_TEXT");
-  const std::string_view text = (insecure ? insecure : name).child_value();
+std::string_view AccountName(XmlNode account) {
+  const XmlNode name = account.child("Authentication").child("AccountName");
+  const XmlNode insecure = name.child("INSECURE_TEXT");
+  const std::string_view text = (insecure ? insecure : name).first_text();
   return text == kOldGuest ? kGuest : text;
 }
 
-Element MakeElement(Kind kind, xml_node node) {
+Element MakeElement(Kind kind, XmlNode node) {
   Element element;
   element.kind = kind;
   element.id = Id(node);
   element.name = kind == Kind::kAccount ? AccountName(node) : node.attribute("name").value();
-  const xml_node uuid = node.child("UUID");
-  element.uuid = uuid.child_value();
-  if (const auto modifications = uuid.attribute("modifications")) element.modifications = modifications.as_int();
+  const XmlNode uuid = node.child("UUID");
+  element.uuid = uuid.first_text();
+  if (const auto modifications = uuid.attribute("modifications")) element.modifications = modifications.AsInt();
   element.user = uuid.attribute("userName").value();
   element.account = uuid.attribute("accountName").value();
   element.time = uuid.attribute("timestamp").value();
@@ -115,7 +114,7 @@ class Reader {
       if (catalog.kind == Kind::kTableOccurrence) ReadFields();
     }
     for (const Detail& detail : kDetails) AddDetails(catalogs_, detail);
-    const xml_node modified = design_.document().Part("Structure", "ModifyAction");
+    const XmlNode modified = design_.document().Part("Structure", "ModifyAction");
     AddDetails(modified, kLayoutDetail);
     AddFieldDetails(modified);
     design_.IndexNames();
@@ -126,7 +125,7 @@ class Reader {
     Element file;
     file.name = design_.document().Attribute("File");
     file.uuid = design_.document().Attribute("UUID");
-    for (const xml_node node : {design_.document().Part("Metadata"), catalogs_.child("FileAccessCatalog")}) {
+    for (const XmlNode node : {design_.document().Part("Metadata"), catalogs_.child("FileAccessCatalog")}) {
       if (node) file.nodes.push_back(node);
     }
     design_.Add(std::move(file));
@@ -136,7 +135,7 @@ class Reader {
     const bool isKnown = element.kind == Kind::kField ? design_.FindField(element.parent, element.id) != nullptr
                                                       : design_.Find(element.kind, element.id) != nullptr;
     if (isKnown) {
-      const xml_node node = element.nodes.front();
+      const XmlNode node = element.nodes.front();
       throw Damage{node, "a second " + std::string(node.name()) + " with the id " + std::to_string(element.id)};
     }
     return design_.Add(std::move(element));
@@ -144,7 +143,7 @@ class Reader {
 
   void ReadCatalog(const Catalog& catalog) {
     std::vector<const Element*> folders;
-    for (const xml_node node : Members(catalogs_.child(catalog.name)).children(catalog.member)) {
+    for (const XmlNode node : Members(catalogs_.child(catalog.name)).children(catalog.member)) {
       const std::string_view folder = node.attribute("isFolder").value();
       if (folder == "Marker" || IsUnmarkedFolderEnd(node)) {
         if (!folders.empty()) folders.pop_back();
@@ -160,17 +159,17 @@ class Reader {
 
   // Before 2.2.3 folders of custom functions look like functions without a formula, in the order of ids: it is lost
   // what they contain.
-  bool IsUnmarkedFolderEnd(xml_node node) const {
+  bool IsUnmarkedFolderEnd(XmlNode node) const {
     return node.name() == "CustomFunction"sv && node.attribute("name").value() == kFolderEnd;
   }
-  bool IsUnmarkedFolder(xml_node node) const {
+  bool IsUnmarkedFolder(XmlNode node) const {
     return node.name() == "CustomFunction"sv && design_.document().Attribute("version") < "2.2.3"sv &&
-           functionsWithFormula_.count(node.attribute("id").as_int()) == 0;
+           functionsWithFormula_.count(node.attribute("id").AsInt()) == 0;
   }
   std::set<int> FunctionsWithFormula() const {
     std::set<int> ids;
-    for (const xml_node node : Members(catalogs_.child("CalcsForCustomFunctions")).children("CustomFunctionCalc")) {
-      if (node.child("Calculation")) ids.insert(node.child("CustomFunctionReference").attribute("id").as_int());
+    for (const XmlNode node : Members(catalogs_.child("CalcsForCustomFunctions")).children("CustomFunctionCalc")) {
+      if (node.child("Calculation")) ids.insert(node.child("CustomFunctionReference").attribute("id").AsInt());
     }
     return ids;
   }
@@ -178,9 +177,9 @@ class Reader {
   void FindTables() {
     for (Element& occurrence : design_.elements()) {
       if (occurrence.kind != Kind::kTableOccurrence) continue;
-      const xml_node node = occurrence.nodes.front();
-      const xml_node source = node.child("BaseTableSourceReference");
-      const xml_node table = (source ? source : node).child("BaseTableReference");
+      const XmlNode node = occurrence.nodes.front();
+      const XmlNode source = node.child("BaseTableSourceReference");
+      const XmlNode table = (source ? source : node).child("BaseTableReference");
       if (table && node.attribute("type").value() != "External"sv) {
         occurrence.table = design_.Find(Kind::kTable, Id(table));
       }
@@ -188,9 +187,9 @@ class Reader {
   }
 
   // The oldest version names a field catalog's table by one of its occurrences.
-  const Element* TableOfCatalog(xml_node catalog) const {
+  const Element* TableOfCatalog(XmlNode catalog) const {
     const Element* table = nullptr;
-    if (const xml_node reference = catalog.child("BaseTableReference")) {
+    if (const XmlNode reference = catalog.child("BaseTableReference")) {
       table = design_.Find(Kind::kTable, Id(reference));
     } else {
       const int id = ReferencedId(catalog, "TableOccurrenceReference");
@@ -201,9 +200,9 @@ class Reader {
   }
 
   void ReadFields() {
-    for (const xml_node catalog : catalogs_.child("FieldsForTables").children("FieldCatalog")) {
+    for (const XmlNode catalog : catalogs_.child("FieldsForTables").children("FieldCatalog")) {
       const Element* table = TableOfCatalog(catalog);
-      for (const xml_node node : catalog.child("ObjectList").children("Field")) {
+      for (const XmlNode node : catalog.child("ObjectList").children("Field")) {
         Element field = MakeElement(Kind::kField, node);
         field.parent = table;
         Add(std::move(field));
@@ -211,8 +210,8 @@ class Reader {
     }
   }
 
-  void AddDetails(xml_node catalogs, const Detail& detail) {
-    for (const xml_node node : Members(catalogs.child(detail.catalog)).children(detail.member)) {
+  void AddDetails(XmlNode catalogs, const Detail& detail) {
+    for (const XmlNode node : Members(catalogs.child(detail.catalog)).children(detail.member)) {
       auto* element = design_.Find(detail.kind, ReferencedId(node, detail.reference));
       if (element == nullptr && detail.kind == Kind::kCustomFunction && !node.child("Calculation")) continue;
       if (element == nullptr) throw Damage{node, "details of an unknown " + std::string(NamesOf(detail.kind).title)};
@@ -221,10 +220,10 @@ class Reader {
   }
 
   // Summaries, lookups and formulas of fields that are listed above.
-  void AddFieldDetails(xml_node catalogs) {
-    for (const xml_node catalog : catalogs.child("FieldsForTables").children("FieldCatalog")) {
+  void AddFieldDetails(XmlNode catalogs) {
+    for (const XmlNode catalog : catalogs.child("FieldsForTables").children("FieldCatalog")) {
       const Element* table = TableOfCatalog(catalog);
-      for (const xml_node node : catalog.child("ObjectList").children("Field")) {
+      for (const XmlNode node : catalog.child("ObjectList").children("Field")) {
         auto* field = design_.FindField(table, ReferencedId(node, "FieldReference"));
         if (field == nullptr) throw Damage{node, "details of an unknown field"};
         field->nodes.push_back(node);
@@ -233,7 +232,7 @@ class Reader {
   }
 
   Design& design_;
-  const xml_node catalogs_;
+  const XmlNode catalogs_;
   const std::set<int> functionsWithFormula_;
 };
 

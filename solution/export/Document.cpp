@@ -9,18 +9,17 @@
 #include <new>
 #include <utility>
 
+#include "export/TagCheck.h"
+
 namespace solution {
 namespace {
 
 constexpr std::string_view kSupportedVersions = "2.";
 constexpr std::size_t kChunk = 1 << 20;
-constexpr int kDeepest = 500;  // real layouts reach about 40
 constexpr std::size_t kLargestFile = std::size_t{1} << 30;
 
-// Carriage returns are data in an export, so line endings stay as they are. As a fragment, so that text outside the
-// root is found instead of skipped.
-constexpr unsigned kParseOptions = pugi::parse_cdata | pugi::parse_escapes | pugi::parse_fragment;
-constexpr const char* kWhiteSpace = " \t\r\n";
+constexpr int kParseOptions = rapidxml::parse_validate_closing_tags;
+constexpr std::string_view kWhiteSpace = " \t\r\n";
 
 std::string Prepare(std::string bytes, std::vector<std::string>& notes) {
   std::string text = DecodeExport(std::move(bytes), notes);
@@ -31,7 +30,6 @@ std::string Prepare(std::string bytes, std::vector<std::string>& notes) {
         " CDATA section(s) inside attribute values, as FileMaker up to 19.4 writes some comments; they were "
         "read as text");
   }
-  text += '\n';  // the parser skips a last character that belongs to no tag
   return text;
 }
 
@@ -39,44 +37,37 @@ std::string Prepare(std::string bytes, std::vector<std::string>& notes) {
 
 Document::Document(std::string bytes) : text_(Prepare(std::move(bytes), notes)), lines_(text_) {
   Parse();
-  CheckDepth();
   CheckRoot();
 }
 
 Refusal Document::Explain(const Damage& damage) const {
-  const auto offset = static_cast<std::size_t>(damage.where.offset_debug());
-  return {"is damaged in line " + std::to_string(lines_.LineOf(offset)) + ": " + damage.reason};
+  return {"is damaged in line " + std::to_string(lines_.LineOf(OffsetOf(damage.where))) + ": " + damage.reason};
+}
+
+std::size_t Document::OffsetOf(XmlNode node) const {
+  return static_cast<std::size_t>((node.IsElement() ? node.name() : node.value()).data() - text_.data());
 }
 
 void Document::Parse() {
-  const auto result = document_.load_buffer_inplace(text_.data(), text_.size(), kParseOptions, pugi::encoding_utf8);
-  if (result.status == pugi::status_out_of_memory) throw std::bad_alloc();
-  if (!result) {
-    const auto line = lines_.LineOf(static_cast<std::size_t>(result.offset));
-    throw Refusal{"is not well-formed XML in line " + std::to_string(line) + ": " + result.description()};
+  const auto lineOf = [this](std::size_t offset) { return std::to_string(lines_.LineOf(offset)); };
+  const auto first = text_.find_first_not_of(kWhiteSpace);
+  if (first == std::string::npos || text_[first] != '<') throw Refusal{"is not XML"};
+  if (const auto flaw = FindFlaw(text_)) {
+    throw Refusal{"is damaged in line " + lineOf(flaw->offset) + ": " + flaw->reason};
+  }
+  try {
+    document_.parse<kParseOptions>(text_.data());
+  } catch (const rapidxml::parse_error& error) {
+    const auto offset = static_cast<std::size_t>(error.where<char>() - text_.data());
+    // Outside the root element the parser expects nothing else.
+    if (error.what() == std::string_view("expected <")) {
+      throw Refusal{"has content outside the root element in line " + lineOf(offset)};
+    }
+    throw Refusal{"is not well-formed XML in line " + lineOf(offset) + ": " + error.what()};
   }
   if (!root()) throw Refusal{"is not XML"};
-  for (const pugi::xml_node node : document_.children()) {
-    if (node == root()) continue;
-    const auto offset = static_cast<std::size_t>(node.offset_debug()) + std::strspn(node.value(), kWhiteSpace);
-    throw Refusal{"has content outside the root element in line " + std::to_string(lines_.LineOf(offset))};
-  }
-}
-
-void Document::CheckDepth() const {
-  int depth = 0;
-  for (pugi::xml_node node = root(); node;) {
-    if (depth > kDeepest) throw Explain({node, "elements are nested too deeply"});
-    if (const pugi::xml_node child = node.first_child()) {
-      node = child;
-      ++depth;
-      continue;
-    }
-    while (node != root() && !node.next_sibling()) {
-      node = node.parent();
-      --depth;
-    }
-    node = node == root() ? pugi::xml_node() : node.next_sibling();
+  if (const XmlNode second = root().next()) {
+    throw Refusal{"has content outside the root element in line " + lineOf(OffsetOf(second))};
   }
 }
 

@@ -1,18 +1,18 @@
 // One opened export: its XML tree and what its root says.
 #pragma once
 
-#include <pugixml.hpp>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "export/ExportText.h"
+#include "export/XmlTree.h"
 
 namespace solution {
 
 /// Thrown for XML that no version of FileMaker writes. Never leaves ReadDesign.
 struct Damage {
-  pugi::xml_node where;
+  XmlNode where;
   std::string reason;
 };
 
@@ -24,13 +24,11 @@ class Document {
   Document(const Document&) = delete;
   Document& operator=(const Document&) = delete;
 
-  pugi::xml_node root() const { return document_.document_element(); }
+  XmlNode root() const { return XmlNode(document_.first_node()); }
   /// An attribute of the root: version, Source, File, UUID, locale ...
   std::string_view Attribute(const char* name) const { return root().attribute(name).value(); }
   /// Structure/AddAction, which holds the catalogs, or another part of the export; empty when there is none.
-  pugi::xml_node Part(const char* part, const char* action = "AddAction") const {
-    return root().child(part).child(action);
-  }
+  XmlNode Part(const char* part, const char* action = "AddAction") const { return root().child(part).child(action); }
 
   /// Damage as a reason that names its line.
   Refusal Explain(const Damage& damage) const;
@@ -39,12 +37,12 @@ class Document {
 
  private:
   void Parse();
-  void CheckDepth() const;
+  std::size_t OffsetOf(XmlNode node) const;
   void CheckRoot() const;
 
   std::string text_;
   LineIndex lines_;
-  pugi::xml_document document_;
+  rapidxml::xml_document<> document_;
 };
 
 /// The bytes of the file at `path` (UTF-8). Throws Refusal.

@@ -9,7 +9,7 @@ using std::operator""sv;
 OtherFiles::OtherFiles(const Design& design, std::vector<const Design*> others) : others_(std::move(others)) {
   if (others_.empty()) return;
   for (const Element& element : design.elements()) {
-    for (const pugi::xml_node node : element.nodes) Learn(node);
+    for (const XmlNode node : element.nodes) Learn(node);
   }
 }
 
@@ -26,7 +26,7 @@ const Element* OtherFiles::FindField(std::string_view occurrence, std::string_vi
   return found == tables_.end() ? nullptr : found->second.design->FindField(found->second.table, name);
 }
 
-void OtherFiles::Learn(pugi::xml_node node) {
+void OtherFiles::Learn(XmlNode node) {
   if (IsBookkeeping(node)) return;
   if (node.name() == "FieldReference"sv) {
     const std::string_view occurrence = Attribute(node.child("TableOccurrenceReference"), "name");
@@ -37,7 +37,7 @@ void OtherFiles::Learn(pugi::xml_node node) {
       }
     }
   }
-  for (const pugi::xml_node child : node.children()) Learn(child);
+  for (const XmlNode child : node.children()) Learn(child);
 }
 
 }  // namespace solution

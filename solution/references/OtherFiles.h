@@ -26,7 +26,7 @@ class OtherFiles {
     const Design* design;
     const Element* table;
   };
-  void Learn(pugi::xml_node node);
+  void Learn(XmlNode node);
 
   std::vector<const Design*> others_;
   std::unordered_map<std::string_view, Table> tables_;  // by the occurrence's name

@@ -9,21 +9,19 @@
 namespace solution {
 namespace {
 
-using pugi::xml_node;
-
 constexpr std::string_view kWrappers[] = {"ObjectList", "Calculation", "Text",          "PartsList",
                                           "Part",       "Definition",  "ScriptTriggers"};
 
-std::string Number(xml_node node) { return std::to_string(node.attribute("index").as_int() + 1); }
+std::string Number(XmlNode node) { return std::to_string(node.attribute("index").AsInt() + 1); }
 
-std::string ObjectPlace(xml_node object) {
+std::string ObjectPlace(XmlNode object) {
   const std::string_view name = Attribute(object, "name");
   const std::string type(Attribute(object, "type"));
   return type + ' ' + (name.empty() ? std::string(Attribute(object, "id")) : '"' + std::string(name) + '"');
 }
 
 // Empty for a node that is only a part of the path.
-std::string Landmark(xml_node node) {
+std::string Landmark(XmlNode node) {
   const std::string_view name = node.name();
   if (name == "Step") return "step " + Number(node) + ' ' + std::string(Attribute(node, "name"));
   if (name == "LayoutObject" || name == "LayoutObjectReference" || name == "PopoverPanel") return ObjectPlace(node);
@@ -43,9 +41,9 @@ std::string Join(const std::vector<std::string>& parts, const char* separator) {
 
 }  // namespace
 
-std::string PlaceOf(xml_node node, xml_node root) {
+std::string PlaceOf(XmlNode node, XmlNode root) {
   std::vector<std::string> landmarks, path;
-  for (xml_node at = node; at && at != root; at = at.parent()) {
+  for (XmlNode at = node; at && at != root; at = at.parent()) {
     if (std::string landmark = Landmark(at); !landmark.empty()) {
       landmarks.push_back(std::move(landmark));
     } else if (at != node && std::find(std::begin(kWrappers), std::end(kWrappers), at.name()) == std::end(kWrappers)) {
@@ -53,7 +51,7 @@ std::string PlaceOf(xml_node node, xml_node root) {
     }
   }
   if (!landmarks.empty()) return Join(landmarks, ", ");
-  if (path.empty()) return IsFormula(node) ? "Calculation" : node.name();
+  if (path.empty()) return std::string(IsFormula(node) ? "Calculation" : node.name());
   return Join(path, "/");
 }
 

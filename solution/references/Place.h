@@ -1,13 +1,13 @@
 // Where in an element something stands, in words.
 #pragma once
 
-#include <pugixml.hpp>
 #include <string>
+#include "export/XmlTree.h"
 
 namespace solution {
 
 /// The place of `node` below `root`, a node of an element: the script step, layout object, trigger or menu item that
 /// holds it, otherwise the path.
-std::string PlaceOf(pugi::xml_node node, pugi::xml_node root);
+std::string PlaceOf(XmlNode node, XmlNode root);
 
 }  // namespace solution

@@ -13,7 +13,6 @@
 namespace solution {
 namespace {
 
-using pugi::xml_node;
 using std::operator""sv;
 
 /// Collects the references of one element after the other.
@@ -25,7 +24,7 @@ class Collector {
   void Collect(const Element& element) {
     from_ = &element;
     seen_.clear();
-    for (const xml_node node : element.nodes) {
+    for (const XmlNode node : element.nodes) {
       root_ = node;
       Walk(node);
     }
@@ -34,24 +33,24 @@ class Collector {
   std::vector<Reference> Take() { return std::move(references_); }
 
  private:
-  void Walk(xml_node node) {
+  void Walk(XmlNode node) {
     if (IsBookkeeping(node) || IsUnusedImport(node)) return;
     if (const auto target = Resolve(design_, node); target && !IsOwnName(node, *target)) AddTarget(node, *target);
     if (IsFormula(node) || IsLayoutText(node)) return AddFormula(node, Text(node));
-    for (const xml_node child : node.children()) {
-      if (child.type() == pugi::node_element) Walk(child);
+    for (const XmlNode child : node.children()) {
+      if (child.IsElement()) Walk(child);
     }
   }
 
   // A field that an import step lists but does not fill.
-  static bool IsUnusedImport(xml_node node) { return node.name() == "Map"sv && Attribute(node, "kind") == "1"; }
+  static bool IsUnusedImport(XmlNode node) { return node.name() == "Map"sv && Attribute(node, "kind") == "1"; }
 
   // The details of an element in another catalog start with a reference to it.
-  bool IsOwnName(xml_node node, const Target& target) const {
+  bool IsOwnName(XmlNode node, const Target& target) const {
     return target.element == from_ && node.parent() == root_ && root_ != from_->nodes.front();
   }
 
-  void AddTarget(xml_node node, const Target& target) {
+  void AddTarget(XmlNode node, const Target& target) {
     // The file itself, as a step names it.
     if (target.kind == Kind::kExternalDataSource && target.element == nullptr && !IsPlaceholder(target.name)) return;
     const Element* element = target.element;
@@ -63,7 +62,7 @@ class Collector {
     return occurrence.empty() ? std::string(name) : std::string(occurrence) + "::" + std::string(name);
   }
 
-  void AddFormula(xml_node node, const std::string& formula) {
+  void AddFormula(XmlNode node, const std::string& formula) {
     for (const FormulaReference& found : FindReferences(design_, *from_, node, formula)) {
       const Element* element = found.target;
       if (element == nullptr && found.kind == Kind::kField) element = others_.FindField(found.occurrence, found.text);
@@ -72,7 +71,7 @@ class Collector {
   }
 
   // `uuid` and `name` as written: for what was not found.
-  void Add(xml_node node, Kind kind, const Element* to, std::string_view uuid, std::string name) {
+  void Add(XmlNode node, Kind kind, const Element* to, std::string_view uuid, std::string name) {
     Reference reference{from_, kind, to, std::string(to == nullptr ? uuid : to->uuid), std::move(name), {}};
     if (to != nullptr) reference.toName = DisplayName(*to);
     reference.place = PlaceOf(node, root_);
@@ -84,7 +83,7 @@ class Collector {
   const Design& design_;
   const OtherFiles others_;
   const Element* from_ = nullptr;
-  xml_node root_;
+  XmlNode root_;
   std::set<std::tuple<Kind, std::string, std::string, std::string>> seen_;
   std::vector<Reference> references_;
 };

@@ -7,8 +7,6 @@
 namespace solution {
 namespace {
 
-using pugi::xml_node;
-
 struct ReferenceName {
   std::string_view node;
   Kind kind;
@@ -35,23 +33,23 @@ constexpr ReferenceName kReferences[] = {
 };
 
 // A data source beside a reference says that the element is in that file.
-bool IsInOtherFile(xml_node node) {
-  const xml_node source = node.parent().child("DataSourceReference");
-  return source && source != node && source.attribute("id").as_int() > 0;
+bool IsInOtherFile(XmlNode node) {
+  const XmlNode source = node.parent().child("DataSourceReference");
+  return source && source != node && source.attribute("id").AsInt() > 0;
 }
 
-const Element* TableOfField(const Design& design, xml_node field) {
-  if (const xml_node table = field.child("BaseTableReference")) {
-    return design.Find(Kind::kTable, table.attribute("id").as_int());
+const Element* TableOfField(const Design& design, XmlNode field) {
+  if (const XmlNode table = field.child("BaseTableReference")) {
+    return design.Find(Kind::kTable, table.attribute("id").AsInt());
   }
-  const xml_node reference = field.child("TableOccurrenceReference");
-  const Element* occurrence = design.Find(Kind::kTableOccurrence, reference.attribute("id").as_int());
+  const XmlNode reference = field.child("TableOccurrenceReference");
+  const Element* occurrence = design.Find(Kind::kTableOccurrence, reference.attribute("id").AsInt());
   return occurrence == nullptr ? nullptr : occurrence->table;
 }
 
-const Element* FindById(const Design& design, xml_node node, Kind kind) {
+const Element* FindById(const Design& design, XmlNode node, Kind kind) {
   if (IsInOtherFile(node)) return nullptr;
-  const int id = node.attribute("id").as_int(-1);
+  const int id = node.attribute("id").AsInt(-1);
   const Element* found =
       kind == Kind::kField ? design.FindField(TableOfField(design, node), id) : design.Find(kind, id);
   // Ids are per file: an element with another name is another file's or a later one.
@@ -59,7 +57,7 @@ const Element* FindById(const Design& design, xml_node node, Kind kind) {
 }
 
 // In custom menus, `<Field table="Occurrence" name="Field"/>` is a reference.
-std::optional<Target> ResolveMenuField(const Design& design, xml_node node) {
+std::optional<Target> ResolveMenuField(const Design& design, XmlNode node) {
   const std::string_view occurrenceName = Attribute(node, "table");
   const std::string_view name = Attribute(node, "name");
   if (occurrenceName.empty() || name.empty()) return std::nullopt;
@@ -70,7 +68,7 @@ std::optional<Target> ResolveMenuField(const Design& design, xml_node node) {
 
 }  // namespace
 
-std::optional<Target> Resolve(const Design& design, xml_node node) {
+std::optional<Target> Resolve(const Design& design, XmlNode node) {
   const std::string_view name = node.name();
   if (name == "Field") return ResolveMenuField(design, node);
   if (!name.ends_with("Reference")) return std::nullopt;

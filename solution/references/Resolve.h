@@ -18,6 +18,6 @@ struct Target {
 };
 
 /// What `node` refers to; nothing when it is no reference to an element.
-std::optional<Target> Resolve(const Design& design, pugi::xml_node node);
+std::optional<Target> Resolve(const Design& design, XmlNode node);
 
 }  // namespace solution

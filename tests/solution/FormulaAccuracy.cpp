@@ -20,7 +20,7 @@ class Measurement {
  public:
   explicit Measurement(const Design& design) : design_(design) {
     for (const Element& element : design.elements()) {
-      for (const pugi::xml_node node : element.nodes) Visit(element, node, node);
+      for (const XmlNode node : element.nodes) Visit(element, node, node);
     }
   }
 
@@ -36,17 +36,17 @@ class Measurement {
 
   double Ratio(int wrong) const { return found_ + wrong == 0 ? 0 : static_cast<double>(found_) / (found_ + wrong); }
 
-  void Visit(const Element& element, pugi::xml_node node, pugi::xml_node root) {
+  void Visit(const Element& element, XmlNode node, XmlNode root) {
     if (IsBookkeeping(node)) return;
-    const pugi::xml_node answer = node.parent().child("ChunkList");
+    const XmlNode answer = node.parent().child("ChunkList");
     if (IsFormula(node) && answer) return Compare(element, node, root, Expected(answer));
-    for (const pugi::xml_node child : node.children()) Visit(element, child, root);
+    for (const XmlNode child : node.children()) Visit(element, child, root);
   }
 
-  Names Expected(pugi::xml_node chunks) const {
+  Names Expected(XmlNode chunks) const {
     Names names;
-    for (const pugi::xml_node chunk : chunks.children("Chunk")) {
-      const pugi::xml_node field = chunk.child("FieldReference");
+    for (const XmlNode chunk : chunks.children("Chunk")) {
+      const XmlNode field = chunk.child("FieldReference");
       if (Attribute(chunk, "type") == "FieldRef")
         names.insert(FieldName(design_.Find(Attribute(field, "UUID")), Attribute(field, "name")));
       if (Attribute(chunk, "type") == "CustomFunctionRef") names.insert("function " + FoldCase(Text(chunk)));
@@ -58,7 +58,7 @@ class Measurement {
     return "field " + (field == nullptr ? std::string(name) : DisplayName(*field) + ' ' + std::string(field->uuid));
   }
 
-  void Compare(const Element& element, pugi::xml_node node, pugi::xml_node root, Names expected) {
+  void Compare(const Element& element, XmlNode node, XmlNode root, Names expected) {
     const std::string formula = Text(node);
     const auto report = [&](const char* what, const std::string& name) {
       std::printf("%s %s in %s %s, %s\n", what, name.c_str(), std::string(NamesOf(element.kind).title).c_str(),

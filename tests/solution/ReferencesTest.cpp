@@ -1,6 +1,7 @@
 #include "references/References.h"
 
 #include <algorithm>
+#include <pugixml.hpp>
 
 #include "references/ReferenceIndex.h"
 #include "solution/SampleDesign.h"
