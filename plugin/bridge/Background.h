@@ -14,8 +14,8 @@ void bg(std::function<void()> job) noexcept;
 /// macOS cannot wait for those that run, so there the plug-in stays in memory from here on.
 void PrepareForUnload();
 
-/// Lowers `flag` when the last copy of the result is destroyed. A job that holds one lowers the flag at its end, even
-/// if it throws or never runs. Any thread.
+/// Lowers `flag` when the last copy of the result is destroyed. A job that holds one lowers the flag when it ends,
+/// even if it throws or never runs. Any thread.
 inline std::shared_ptr<void> LoweredAtEnd(std::atomic<bool>& flag) {
   return {&flag, [](void* raised) { static_cast<std::atomic<bool>*>(raised)->exchange(false); }};
 }

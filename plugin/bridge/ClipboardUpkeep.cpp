@@ -17,7 +17,7 @@
 namespace {
 
 constexpr std::int64_t kPrepareIntervalMs = 500;
-// Other programs clear the clipboard first and add to it later, which need not be reported as a change.
+// Other programs clear the clipboard first and add to it later, and the system may not report that as a change.
 constexpr std::int64_t kAdditionIntervalMs = 500;
 constexpr std::int64_t kNever = std::numeric_limits<std::int64_t>::max();
 
@@ -78,14 +78,14 @@ Found Look(const std::vector<std::string>& types, bool prepareIsDue) {
   std::string text, error;
   Clipboard::GetText(text, error);
   if (HoldsSnippet(text)) return Prepare(text, prepareIsDue);
-  // Files copied in the Finder are an item each, and a probe asks every item for every name.
+  // Each file copied in the Finder is an item, and a probe asks every item for every name.
   if (IncludeFileMakerType(types)) return Mirror();
   return text.empty() ? Found::kIncomplete : Found::kNothingToDo;
 }
 
 std::int64_t PauseAfter(Found found, bool typesStay, std::int64_t ageMs, std::int64_t sincePrepareMs) {
   switch (found) {
-    case Found::kIncomplete:  // ever more rarely, because an owner that is too slow makes FileMaker wait
+    case Found::kIncomplete:  // less and less often, because an owner that is too slow makes FileMaker wait
       return std::max(ageMs, kAdditionIntervalMs);
     case Found::kUnmirrored:
       return 0;

@@ -36,7 +36,7 @@ struct Command {
 /// What to report of a command that has ended.
 struct Ending {
   std::optional<PushRecord> push;
-  std::optional<std::string> error;  // set when the command has failed, whatever comes of the push; may be empty
+  std::optional<std::string> error;  // set when the command has failed, even if the push succeeds; may be empty
 };
 
 Ending Completed(std::optional<PushRecord> push = std::nullopt) { return {std::move(push), std::nullopt}; }

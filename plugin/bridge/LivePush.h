@@ -3,8 +3,8 @@
 
 #include "core/CalcEngine.h"
 
-/// Varnix.LivePush( posixPath ): uploads the file in the background and then deletes it, whatever comes of the upload,
-/// and completes the waiting schema request if it is about the calling file. The result is "OK" at once, or the error
+/// Varnix.LivePush( posixPath ): uploads the file in the background, deletes it even if the upload fails, and
+/// completes the waiting schema request if it is about the calling file. The result is "OK" at once, or the error
 /// of an empty path; later failures are reported to the service and to the user. FileMaker's main thread only. Always
 /// returns 0.
 fmx::errcode Do_LivePush(short funcId, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result);

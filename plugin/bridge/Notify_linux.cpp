@@ -30,7 +30,7 @@ std::string Body(std::string_view message) {
   std::string text = ReplaceIllFormedUtf8(message);
   if (text.size() > kLongestMessage) {
     std::size_t end = kLongestMessage;
-    while ((text[end] & 0xC0) == 0x80) --end;  // no half character
+    while ((text[end] & 0xC0) == 0x80) --end;  // whole characters only
     text.resize(end);
   }
   std::string body;
@@ -55,7 +55,7 @@ std::string Body(std::string_view message) {
   return body;
 }
 
-/// The start of a child process without anything of the host's: no open files, no signal handling.
+/// The attributes of a child process that inherits nothing from the host: no open files, no signal handling.
 class CleanStart {
  public:
   CleanStart() {

@@ -1,5 +1,5 @@
-// What the bridge asks the service of its own accord: for the next command every three seconds, and for the newest
-// version once a day. FileMaker's main thread only; the requests run in the background, and their failures are silent.
+// The bridge's periodic requests: for the next command every three seconds, and for the newest version once a day.
+// FileMaker's main thread only; the requests run in the background, and their failures are silent.
 #pragma once
 
 #include <optional>

@@ -24,6 +24,6 @@ struct SchemaClaim {
   std::string target;     ///< the file that it names, "" when none waits
 };
 
-/// Takes the waiting request, which an upload of `fileName` answers, so that no other one can. Nothing when the request
-/// is about another file; it then stays.
+/// Takes the waiting request, so that only one upload, that of `fileName`, answers it. Returns nothing when the request
+/// is about another file; the request then stays.
 std::optional<SchemaClaim> ClaimSchemaRequest(const std::string& fileName);

@@ -33,7 +33,7 @@ const std::vector<Kind>& Kinds() {
   return kinds;
 }
 
-// How the "dyn." name of every code that begins with "XM" begins, of those too that no table lists.
+// The beginning of the "dyn." name of every code that begins with "XM", even of codes that no table lists.
 constexpr std::string_view kDynamicKindPrefix = "dyn.ah62d4rv4gk8zuxn";
 
 // What Carbon made visible of a four-character flavour type; "" for any other code.
@@ -54,7 +54,7 @@ struct Mark {
   constexpr std::size_t Offset() const { return text.find(rare); }
 };
 
-// In order of precedence: a script with steps is taken for script steps on purpose.
+// In order of precedence: a script with steps counts as script steps on purpose.
 constexpr Mark kMarks[] = {
     {"<Step", '<', "XMSS"},  {"<Script", '<', "XMSC"}, {"ScriptUUID", 'U', "XMSC"}, {"<BaseTable", '<', "XMTB"},
     {"<Table", '<', "XMTB"}, {"<Field", '<', "XMFD"},  {"<ValueList", '<', "XMVL"}, {"<CustomFunction", '<', "XMFN"},

@@ -1,5 +1,6 @@
 // FileMaker's kinds of clipboard XML: their codes, the pasteboard type names that the host may use for each, and the
-// guess of a kind from XML text. FileMaker's main thread only, for the sake of ProbeFileMakerClipboardXML.
+// guess of a kind from XML text. ProbeFileMakerClipboardXML reads the pasteboard: FileMaker's main thread only. The
+// others are safe on any thread.
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,5 @@
 // The pasteboard on Linux: the X server's CLIPBOARD selection, or, without a server, a pasteboard inside the process.
-// There is no older view.
+// Linux has no older view.
 #include <memory>
 #include <optional>
 #include <utility>

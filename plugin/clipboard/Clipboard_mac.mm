@@ -57,8 +57,8 @@ std::string Utf8(NSString* text) {
   return std::string(static_cast<const char*>([data bytes]), [data length]);
 }
 
-/// What `ask` makes of the general pasteboard. AppKit raises when it cannot reach the pasteboard server, which is as
-/// good as a refusal: no, nil or zero.
+/// The result of `ask` for the general pasteboard. AppKit raises when it cannot reach the pasteboard server, which
+/// counts as a refusal: no, nil or zero.
 template <typename Question>
 std::invoke_result_t<Question, NSPasteboard*> Ask(Question ask) {
   @try {
@@ -76,7 +76,7 @@ class MacPasteboard : public Pasteboard {
     [pool_ drain];
   }
 
-  // The number stays the same while an owner goes on adding types to what it has declared, so they count too.
+  // The number does not change when an owner adds types to those that it has declared, so the types count too.
   std::optional<std::uint64_t> ChangeCount() override {
     std::string state = std::to_string(Ask([](NSPasteboard* general) { return [general changeCount]; }));
     for (const auto& type : Types()) state += '\n' + type;

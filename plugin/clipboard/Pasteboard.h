@@ -1,5 +1,4 @@
-// The system pasteboard as this system offers it: the seam below the Clipboard operations.
-// FileMaker's main thread only.
+// The system pasteboard: the seam below the Clipboard operations. // FileMaker's main thread only.
 #pragma once
 
 #include <cstddef>
@@ -22,7 +21,7 @@ class Pasteboard {
   /// means anything. Nothing where the system does not report changes. Reads no data and waits for no other program.
   virtual std::optional<std::uint64_t> ChangeCount() = 0;
 
-  // The older view, which only macOS has: elsewhere these are not overridden. The others are called only after
+  // The older view, which only macOS has: elsewhere these are not overridden. The other ones are called only after
   // OpenItems has succeeded.
 
   /// False where the system does not have this view, or refuses it.
@@ -32,7 +31,7 @@ class Pasteboard {
   virtual bool PutFlavor(const std::string& /*type*/, const std::string& /*bytes*/) { return false; }
   /// Exchanges changes with the other programs.
   virtual void SynchronizeItems() {}
-  /// 0 also when the count cannot be learned.
+  /// The number of items; 0 also when the system does not report it.
   virtual std::size_t ItemCount() { return 0; }
   /// `item` counts from 1.
   virtual bool CopyFlavor(std::size_t /*item*/, const std::string& /*type*/, std::string& /*bytes*/) { return false; }
@@ -43,7 +42,7 @@ class Pasteboard {
   virtual void DeclareTypes(bool text, const std::vector<std::string>& types) = 0;
   virtual bool SetData(const std::string& type, const std::string& bytes) = 0;
   virtual bool SetString(const std::string& text) = 0;
-  /// The type of `candidates` that the pasteboard would rather give; "" when it has none.
+  /// The type among `candidates` that the pasteboard prefers; "" when it has none of them.
   virtual std::string AvailableType(const std::vector<std::string>& candidates) = 0;
   virtual bool DataForType(const std::string& type, std::string& bytes) = 0;
   /// "" when there is no text.

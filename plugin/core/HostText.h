@@ -1,5 +1,5 @@
-// The only crossings between FileMaker's UTF-16 values and the plug-in's UTF-8 strings. FileMaker's main thread only.
-// A text ends at its first zero byte at every crossing. An exception status of the host is raised as std::bad_alloc or
+// All conversions between FileMaker's UTF-16 values and the plug-in's UTF-8 strings. FileMaker's main thread only. Each
+// ends a text at its first zero byte. An exception status of the host is raised as std::bad_alloc or
 // std::exception and passes through.
 #pragma once
 
@@ -15,7 +15,7 @@
 /// Argument `index` (from 0); "" when there is no such argument or it is empty.
 std::string GetTextArg(const fmx::DataVect& args, unsigned int index);
 
-/// "ERROR: <name> is empty." for the first of the named arguments that is empty, or "" when none is.
+/// "ERROR: <name> is empty." for the first of the named arguments that is empty, or "" when every one has text.
 std::string EmptyArgumentError(std::initializer_list<NamedText> arguments);
 
 /// Makes `result` a text value; it keeps its locale.

@@ -33,14 +33,14 @@ std::string HomeDirectory() {
   return found == nullptr ? "" : Absolute(found->pw_dir);
 }
 
-/// With a slash at its end; "" for a user without a home.
+/// The settings' folder, ending in a slash; "" for a user without a home.
 std::string StoreDirectory() {
   if (const std::string config = Absolute(getenv("XDG_CONFIG_HOME")); !config.empty()) return config + kDirectory;
   const std::string home = HomeDirectory();
   return home.empty() ? "" : home + "/.config" + kDirectory;
 }
 
-/// Private ones, whatever the umask takes away. A failure shows when a file is created.
+/// Makes private directories, regardless of the umask. A failure shows when a file is created.
 void MakeDirectories(const std::string& path) {
   for (std::size_t slash = path.find('/', 1); slash != path.npos; slash = path.find('/', slash + 1)) {
     const std::string directory = path.substr(0, slash);
@@ -48,7 +48,7 @@ void MakeDirectories(const std::string& path) {
   }
 }
 
-/// What the file holds; nothing when it is missing, cannot be read or is not one that Save has written.
+/// The bytes of the file; nothing when it is missing, cannot be read or is not one that Save has written.
 std::optional<std::string> ReadFile(const std::string& path) {
   // Without blocking, in case it is a FIFO.
   const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
@@ -73,8 +73,8 @@ bool WriteAll(const FileDescriptor& file, std::string_view bytes) {
   return true;
 }
 
-/// Puts a file with `bytes`, which only its owner may read, in the place of whatever has this path: a symbolic link is
-/// replaced, not followed. On failure the old one stays. Once this returns, a power failure loses nothing.
+/// Replaces whatever has this path by a file with `bytes` that only its owner may read: a symbolic link is replaced,
+/// not followed. On failure the old one stays. Once this returns, a power failure loses nothing.
 bool ReplaceFile(const std::string& path, std::string_view bytes) {
   std::string temporary = path + ".XXXXXX";
   const FileDescriptor file(mkostemp(temporary.data(), O_CLOEXEC));

@@ -30,7 +30,7 @@ FileDescriptor OpenRegularFile(const std::string& path, struct stat& info) {
 /// Adds everything that `file` still holds to `content`, whatever size it reported: it may be growing or shrinking.
 bool ReadToEnd(int file, std::size_t reportedSize, std::string& content) {
   std::size_t used = content.size();
-  // Exactly, since the string would double by itself, and with room for the end of an upload's form.
+  // An exact amount, because the string would double its size otherwise, with room for the end of an upload's form.
   content.reserve(used + reportedSize + 2 * kSpareBytes);
   content.resize(used + reportedSize + kSpareBytes);
   for (;;) {
@@ -49,7 +49,7 @@ bool ReadToEnd(int file, std::size_t reportedSize, std::string& content) {
 
 }  // namespace
 
-bool FileIO::AppendFile(const std::string& path, std::string& content, std::string& error) {
+bool FileIO::ReadAppending(const std::string& path, std::string& content, std::string& error) {
   struct stat info;
   const FileDescriptor file = OpenRegularFile(path, info);
   if (!file.IsOpen() || fstat(file.get(), &info) != 0 || !IsRegular(info)) {
@@ -68,7 +68,7 @@ bool FileIO::AppendFile(const std::string& path, std::string& content, std::stri
 
 bool FileIO::Read(const std::string& path, std::string& content, std::string& error) {
   std::string bytes;
-  if (!AppendFile(path, bytes, error)) return false;
+  if (!ReadAppending(path, bytes, error)) return false;
   content = std::move(bytes);
   return true;
 }

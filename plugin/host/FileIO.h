@@ -7,10 +7,10 @@ namespace FileIO {
 
 /// Reads all bytes of the regular file at `path` (UTF-8, used as given) into `content`. False, with the message in
 /// `error`, on failure; `content` is then unchanged. Anything but a regular file cannot be opened, so that a FIFO or a
-/// device never holds up the caller. Any thread; blocks while it reads.
+/// device never blocks the caller. Any thread; blocks while it reads.
 bool Read(const std::string& path, std::string& content, std::string& error);
 
 /// The same, but appends the bytes to `content`, with some room to spare.
-bool AppendFile(const std::string& path, std::string& content, std::string& error);
+bool ReadAppending(const std::string& path, std::string& content, std::string& error);
 
 }  // namespace FileIO

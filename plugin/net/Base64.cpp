@@ -79,7 +79,7 @@ void Base64Append(std::string_view bytes, std::string& result) {
     from += units * kUnit;
     left -= units * kUnit;
   }
-  // The last bytes are padded with zeros for encoding; what comes of the padding alone is cut off.
+  // The last bytes are padded with zeros for encoding; characters that encode only padding are cut off.
   char rest[2 * kUnit + kOverread] = {};
   std::copy_n(from, left, rest);
   EncodeUnits(rest, 2, piece);

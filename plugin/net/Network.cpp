@@ -28,9 +28,9 @@ bool CheckURL(const std::string& url, std::string& error) {
 }
 
 // Reads the file straight into its place in `body`.
-bool AppendFile(const std::string& path, std::string& body, std::string& error) {
+bool ReadAppending(const std::string& path, std::string& body, std::string& error) {
   std::string detail;
-  if (FileIO::AppendFile(path, body, detail)) return true;
+  if (FileIO::ReadAppending(path, body, detail)) return true;
   error = "ERROR: Could not read file: " + path;
   return false;
 }
@@ -109,7 +109,7 @@ bool Get(const std::string& url, std::string& response, std::string& error, std:
 
 bool PostFile(const std::string& url, const std::string& filePath, std::string& response, std::string& error) {
   std::string body;
-  if (!CheckURL(url, error) || !AppendFile(filePath, body, error)) return false;
+  if (!CheckURL(url, error) || !ReadAppending(filePath, body, error)) return false;
   return PostBody(url, "application/octet-stream", std::move(body), response, error);
 }
 
@@ -120,7 +120,7 @@ bool PostMultipart(const std::string& url, const std::string& accountKey, const 
   std::string body = Field(boundary, "licenseKey", accountKey) + Field(boundary, "filename", filename);
   body += "--" + boundary + "\r\nContent-Disposition: form-data; name=\"file\"; filename=\"" + filename +
           "\"\r\nContent-Type: application/xml\r\n\r\n";
-  if (!AppendFile(filePath, body, error)) return false;
+  if (!ReadAppending(filePath, body, error)) return false;
   body += "\r\n--" + boundary + "--\r\n";
   return PostBody(url, "multipart/form-data; boundary=" + boundary, std::move(body), response, error);
 }

@@ -12,7 +12,7 @@ class Semaphore {
   Semaphore();
   ~Semaphore();
 
-  /// Lets one wait, begun or to come, succeed.
+  /// Lets one wait succeed, whether it has begun or not.
   void Signal() noexcept;
   /// Blocks until there has been a signal; false when none came within `limit`.
   bool WaitFor(std::chrono::milliseconds limit);

@@ -73,7 +73,7 @@ class Data {
     return static_cast<DataType>(result);
   }
 
-  /// The text form. The value owns it; it is good until the value changes.
+  /// The text form. The value owns it; it is valid until the value changes.
   const Text& GetAsText() const {
     _fmxcpt x;
     const Text* result = FM_Data_GetAsText(this, x);

@@ -50,7 +50,7 @@ enum {
 
 using FMX_Application = FMX_UChar;
 
-/// What a plug-in answers to kFMXT_Init when it is not to be used.
+/// A plug-in's answer to kFMXT_Init when the host must not use it.
 enum { kDoNotEnable = -2 };
 
 /// parm1 of kFMXT_Idle; the plug-in may call the host's scripts only below kFMXT_ScriptPaused.

@@ -70,7 +70,7 @@ class QuadChar {
   }
 };
 
-/// The language that a value is formatted in.
+/// The language for formatting a value.
 class Locale {
  public:
   enum Type { kType_None = 0, kType_System = 1 };

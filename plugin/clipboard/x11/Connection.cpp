@@ -32,8 +32,8 @@ constexpr std::pair<xcb_atom_t Atoms::*, const char*> kAtomNames[] = {
 };
 
 constexpr std::size_t kRequestHeaderBytes = 64;  // more than the head of any request
-// Measured: larger pieces are slower. Small ones also let several transfers move on side by side and go easy on the
-// server's memory.
+// Measured: larger pieces are slower. Small ones also let several transfers progress at the same time and take
+// little of the server's memory.
 constexpr std::uint32_t kPieceBytes = 1 << 18;
 
 constexpr std::uint32_t kWatchedEvents = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
@@ -82,8 +82,8 @@ bool Connection::WaitUntil(const std::function<bool()>& done, std::int64_t deadl
   return true;
 }
 
-// In this order: what is no longer waiting on the socket has woken the thread, which does not sleep again before it has
-// handled it.
+// In this order: data that no longer waits on the socket has woken the thread, which does not sleep again before it has
+// handled that data.
 bool Connection::IsAtRest() const {
   pollfd socket{xcb_get_file_descriptor(connection_), POLLIN, 0};
   return poll(&socket, 1, 0) == 0 && asleep_;

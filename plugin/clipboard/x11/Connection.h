@@ -36,7 +36,7 @@ struct Atoms {
   xcb_atom_t targets, multiple, timestamp, saveTargets;  // targets of the protocol
   xcb_atom_t utf8String, utf8Mime, text, plainText;      // targets for text
   xcb_atom_t atomPair, incremental, null;                // property types
-  xcb_atom_t answer;                                     // the property of this program's own windows
+  xcb_atom_t answer;                                     // the property of our own windows
 };
 
 /// What a property holds.

@@ -14,9 +14,9 @@ namespace x11 {
 
 namespace {
 
-constexpr std::size_t kMaxTargets = 1024;  // no sound program offers more
+constexpr std::size_t kMaxTargets = 1024;  // no working program offers more
 
-// What an owner offers besides its content.
+// Targets that an owner offers in addition to its content.
 constexpr std::string_view kProtocolTargets[] = {"TARGETS", "MULTIPLE",         "TIMESTAMP",      "SAVE_TARGETS",
                                                  "DELETE",  "INSERT_SELECTION", "INSERT_PROPERTY"};
 
@@ -51,7 +51,7 @@ std::vector<Target> SelectionReader::Targets(std::int64_t limit) {
 
 std::optional<Property> SelectionReader::Read(xcb_atom_t target, std::int64_t limit) {
   const xcb_window_t owner = connection_.OwnerOf(connection_.atoms().clipboard);
-  // Among them the end of an earlier owner, whose window may have had the number of this one's.
+  // They may include the end of an earlier owner, whose window had the same number as this one's.
   connection_.HandleArrivedEvents();
   if (owner == XCB_NONE || IsStalled(owner, limit)) return std::nullopt;
   conversion_.emplace(connection_, owner, connection_.atoms().clipboard, limit);

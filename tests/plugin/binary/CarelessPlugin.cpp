@@ -1,4 +1,4 @@
-// A plug-in that leaves objects and a function behind, and lets exceptions out.
+// A plug-in that leaves objects and a function behind, and throws exceptions at the host.
 #pragma GCC visibility push(default)
 #include <FMWrapper/FMXExtern.h>
 #pragma GCC visibility pop

@@ -41,7 +41,7 @@ FMX_ErrorCode StartScript(const FMX_Text* file, const FMX_Text* script, FMX_Scri
 
 }  // namespace
 
-// The seams, for the linker to take instead of the plug-in's own.
+// The seams, which the linker uses instead of the plug-in's own.
 void bg(std::function<void()> job) noexcept {
   try {
     BridgeTest::current->jobs.push_back(std::move(job));
@@ -89,7 +89,7 @@ short BridgeTest::Host::Evaluate(std::uint64_t file, std::u16string_view express
 }
 
 void BridgeTest::Idle(int level) {
-  static FMX_ExternCallStruct call;  // one for all calls, also those within others, as the host has it
+  static FMX_ExternCallStruct call;  // one record for all calls, nested ones included, as in the host
   call = {};
   call.whichCall = kFMXT_Idle;
   call.parm1 = static_cast<FMX_UChar>(level);
@@ -107,7 +107,7 @@ void BridgeTest::RunJobs() {
     for (auto& job : std::exchange(jobs, {})) {
       try {
         std::exchange(job, nullptr)();
-      } catch (const std::bad_alloc&) {  // the end of the job, and of no other
+      } catch (const std::bad_alloc&) {  // ends this job only
       }
     }
   }

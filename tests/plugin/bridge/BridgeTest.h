@@ -21,12 +21,12 @@ class BridgeTest : public FolderTest {
  public:
   BridgeTest();
 
-  /// The one that the seams serve.
+  /// The running test, which the seams use.
   static inline BridgeTest* current;
 
   std::int64_t now = 1'000'000;             ///< the clock
   std::function<void()> onClock;            ///< called when it is read
-  std::vector<std::function<void()>> jobs;  ///< those that wait in the background
+  std::vector<std::function<void()>> jobs;  ///< background jobs that have not run
 
   /// What the plug-in has done, in order: requests other than polls ("POST http://s/path body"), starts of scripts
   /// ("start file|script|control|parameter", "-" for none), notifications ("notify title: message").
@@ -38,7 +38,7 @@ class BridgeTest : public FolderTest {
   /// All requests so far, polls among them.
   std::vector<Network::Request> requests;
 
-  /// The commands that the service has; it hands them out in order.
+  /// The service's commands, which it sends in order.
   std::deque<std::string> commands;
   /// Its answers by the beginning of the path; any other request gets an empty 200.
   std::map<std::string, Network::Outcome> answers;
@@ -61,11 +61,11 @@ class BridgeTest : public FolderTest {
   void Idle(int level = 0);
   /// Runs the jobs that wait, in order, and those that they start, while another account is signed in.
   void RunJobs();
-  /// Both, and what came of it.
+  /// Both; returns the effects.
   Texts Step(int level = 0);
   /// A step that polls, after the time that takes; the poll brings the command `id` with further JSON `members`.
   void Poll(const std::string& type, const std::string& members = "", const std::string& id = "c1");
-  /// The same, and the step that carries the command out.
+  /// The same, and the step that carries the command out; returns its effects.
   Texts CarryOut(const std::string& type, const std::string& members = "", const std::string& id = "c1");
 
   /// The pending schema request: "c1 Sales armed", "c1 Sales started", or "".

@@ -1,4 +1,4 @@
-// Varnix.LivePush: which request an upload answers, its name, and what the service and the user learn of it.
+// Varnix.LivePush: which request an upload answers, its name, and the reports to the service and the user.
 #include "bridge/LivePush.h"
 
 #include <filesystem>
@@ -53,7 +53,7 @@ TEST_F(LivePush, NamesTheUploadAndCompletesTheRequestThatItIsAbout) {
   }
 }
 
-TEST_F(LivePush, AFailureIsReportedAndShownWithoutTheKeyAndTheFileGoesAllTheSame) {
+TEST_F(LivePush, AFailureIsReportedWithoutTheKeyInTheNotificationAndDeletesTheFile) {
   const std::string missing = folder_ + "/missing", unreadable = folder_ + "/folder", key = "[account key]";
   std::filesystem::create_directory(unreadable);
   g_licenseKey = "K+%25";
@@ -78,7 +78,7 @@ TEST_F(LivePush, AFailureIsReportedAndShownWithoutTheKeyAndTheFileGoesAllTheSame
   }
 }
 
-TEST_F(LivePush, AnUploadThatNeverRunsStillTakesItsFileWithIt) {
+TEST_F(LivePush, AnUploadThatNeverRunsStillDeletesItsFile) {
   EXPECT_EQ(Call(Save()), "OK");
   jobs.clear();
   EXPECT_FALSE(std::filesystem::exists(path_));

@@ -20,7 +20,7 @@
 
 namespace {
 
-bool g_timeIsUp = false;  // never, unless it is now
+bool g_timeIsUp = false;  // whether poll() reports the end of its time limit; otherwise it waits without one
 int g_endOfJobs = -1;
 
 }  // namespace
@@ -51,13 +51,13 @@ TEST(NotificationScript, QuotesSoThatNoTextCanEndItsLiteral) {
             "display notification \"'Sales'\n\\\\ and \\\\' and 'x' $(x) `x`\" with title \"Varnix — 'Failed'\"");
 }
 
-TEST_F(NotifyTest, GivesTheToolBothTextsAndNoWayToTakeThemForAnythingElse) {
+TEST_F(NotifyTest, PassesBothTextsSoThatTheToolTakesThemForNothingElse) {
   MakeTool("printf '%s|' \"$@\" > $report");
   const std::string most(24'998, '&');
   const std::pair<std::string, std::string> cases[] = {
       {"--version \"x\" $(x) `x` \\n <b>&amp;</b>\n", "--version \"x\" $(x) `x` \\\\n &lt;b&gt;&amp;amp;&lt;/b&gt;\n"},
       {"a\xFF\xE2\x82z\xED\xA0\x80", "a\uFFFD\uFFFD\uFFFDz\uFFFD\uFFFD\uFFFD"},  // not UTF-8
-      // what the system would not pass, and no half character
+      // more than the system passes, cut to whole characters
       {most + "€€", std::regex_replace(most, std::regex("&"), "&amp;")},
   };
   for (const auto& [message, given] : cases) {
@@ -66,8 +66,8 @@ TEST_F(NotifyTest, GivesTheToolBothTextsAndNoWayToTakeThemForAnythingElse) {
   }
 }
 
-TEST_F(NotifyTest, GivesTheToolNothingOfTheHosts) {
-  MakeTool(  // of the signals, those below the C library's own
+TEST_F(NotifyTest, TheToolInheritsNothingFromTheHost) {
+  MakeTool(  // signals below those of the C library
       "files=$(readlink /proc/$$/fd/0 /proc/$$/fd/1 /proc/$$/fd/2 /proc/$$/fd/77)\n"
       "signals=$(sed -n 's/^Sig\\(Blk\\|Ign\\):.*\\(.......\\)$/\\1 \\2/p' /proc/$$/status)\n"
       "echo $files $signals > $report");
@@ -83,7 +83,7 @@ TEST_F(NotifyTest, GivesTheToolNothingOfTheHosts) {
   EXPECT_EQ(Report(), "/dev/null /dev/null /dev/null Blk 0000000 Ign 0000000\n");
 }
 
-TEST_F(NotifyTest, EndsAToolThatHangsInTimeOrAtTheEndOfTheProcessAndDoesWithout) {
+TEST_F(NotifyTest, EndsAToolThatHangsAndIgnoresAMissingOne) {
   MakeTool("exec sleep 1000");
   g_timeIsUp = true;
   Notify("title", "message");

@@ -1,4 +1,4 @@
-// When the bridge asks the service for commands and for the newest version, and what it makes of the answers.
+// When the bridge asks the service for commands and for the newest version, and how it uses the answers.
 #include "bridge/Polling.h"
 
 #include <limits>

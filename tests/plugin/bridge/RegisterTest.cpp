@@ -1,4 +1,4 @@
-// Varnix.Register: what is asked of the service, and what a success and a failure leave behind.
+// Varnix.Register: the request, and the state after a success and after a failure.
 #include "bridge/SignIn.h"
 #include "core/Prefs.h"
 #include "core/Product.h"

@@ -34,7 +34,7 @@ using Clock = std::chrono::steady_clock;
 
 namespace {
 
-/// Far above what an end takes and far below the two minutes that a transfer may.
+/// Far longer than an end takes and far shorter than the two minutes of a transfer.
 constexpr std::chrono::seconds kBound{20};
 std::atomic<std::int64_t> g_now = 1'000'000;
 int g_startedScripts = 0;
@@ -107,7 +107,7 @@ void ExpectNoSignals() {
   for (const int signal : {SIGPIPE, SIGTERM, SIGALRM}) EXPECT_TRUE(sigismember(&blocked, signal)) << signal;
 }
 
-/// Whether every thread but this one waits.
+/// Whether all other threads wait.
 bool OthersWait() {
   for (const auto& task : fs::directory_iterator("/proc/self/task")) {
     std::string status;
@@ -118,8 +118,8 @@ bool OthersWait() {
   return true;
 }
 
-// First, while there is no thread yet.
-TEST_F(Threads, WhatCannotBeStartedIsOverAndTheNextOneComes) {
+// First, while no thread exists.
+TEST_F(Threads, AfterAThreadOrTransferCannotStartTheNextOneRuns) {
   LoopbackServer server([](LoopbackServer::Connection& connection) {  // for one request
     connection.ReadRequest();
     connection.Send("HTTP/1.1 204 No Content\r\nConnection: close\r\n\r\n");
@@ -200,7 +200,7 @@ TEST_F(Threads, EachCommandIsCarriedOutOnceAndThenAllThreadsWait) {
   g_baseUrl = server.Url();
   for (int scripts = 0; ended < kCommands;) {
     Idle(false);
-    for (; scripts < g_startedScripts; ++scripts) {  // what each does once FileMaker comes to it
+    for (; scripts < g_startedScripts; ++scripts) {  // each script's call
       EXPECT_EQ(CallHandler(Do_LivePush, {Save(std::to_string(scripts))}), "OK");
     }
   }
@@ -240,7 +240,7 @@ TEST_F(Threads, TheHostEndsWhileRequestsAndANotificationHang) {
   const auto start = Clock::now();
   EXPECT_EQ(host.End(), 0);
   EXPECT_LT(Clock::now() - start, kBound);
-  EXPECT_TRUE(fs::is_empty(folder_ + "/saved")) << "an upload cut short still takes its file with it";
+  EXPECT_TRUE(fs::is_empty(folder_ + "/saved")) << "an upload that is cut short still deletes its file";
   EXPECT_EQ(fs::file_size(folder_ + "/errors"), 0u);
   EXPECT_NE(kill(tool, 0), 0) << "the notification's tool is left";
 }

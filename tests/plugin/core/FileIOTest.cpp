@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-long long g_reportedSize = -1;  // what fstat() says of every file, unless negative
+long long g_reportedSize = -1;  // the size that fstat() reports for every file, unless negative
 
 class FileIOTest : public FolderTest {
  protected:
@@ -40,7 +40,7 @@ std::string ReadOrError(const std::string& path) {
   std::string content = "old", appended = "old", error = "none";
   const bool read = FileIO::Read(path, content, error);
   EXPECT_EQ(read ? error : content, read ? "none" : "old");
-  EXPECT_EQ(FileIO::AppendFile(path, appended, error), read);
+  EXPECT_EQ(FileIO::ReadAppending(path, appended, error), read);
   EXPECT_TRUE(appended == (read ? "old" + content : "old"));
   return read ? content : error;
 }

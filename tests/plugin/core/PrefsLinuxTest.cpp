@@ -1,4 +1,4 @@
-// Where and how Linux keeps the settings, and that no fault costs a stored value.
+// Where and how Linux stores the settings, and that no fault loses a stored value.
 #include <sys/resource.h>
 #include <sys/stat.h>
 
@@ -32,7 +32,7 @@ class PrefsLinuxTest : public PrefsTest {
   const fs::path old_ = directory_ / "preferences";
 };
 
-TEST_F(PrefsLinuxTest, EachIsAPrivateFileOfNothingButItsText) {
+TEST_F(PrefsLinuxTest, EachIsAPrivateFileThatHoldsOnlyItsText) {
   for (const mode_t mask : {0, 0777}) {
     fs::remove_all(home_ / ".config");
     const mode_t before = umask(mask);
@@ -63,7 +63,7 @@ TEST_F(PrefsLinuxTest, ASaveThatFailsLeavesTheOldTextAlone) {
   ExpectStored("", "");
 }
 
-TEST_F(PrefsLinuxTest, WhatIsNoTextOfOursIsEmptyAndReplacedByTheNextSave) {
+TEST_F(PrefsLinuxTest, AnythingButATextThatWasSavedIsEmptyAndReplacedByTheNextSave) {
   const fs::path linked = home_ / "linked";
   const std::function<void()> obstacles[] = {
       [&] { mkfifo(key_.c_str(), 0666); },

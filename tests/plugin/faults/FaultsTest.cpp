@@ -1,6 +1,6 @@
-// Whatever the host refuses and wherever memory runs out: the exception is the host's to see, no host object stays
-// behind, the key goes to no other service, and the bridge goes on afterwards. Nor does anything grow, to the block,
-// however long it runs.
+// Every call of the host fails in turn, and memory runs out at every point: the exception reaches the host, no host
+// object is left, the key is sent to no other service, and the bridge works on afterwards. Long runs leave not one
+// block of memory more.
 #include <filesystem>
 #include <fstream>
 #include <utility>
@@ -13,10 +13,10 @@
 
 namespace {
 
-// Too long for a string to hold without memory of its own.
+// So long that a string must allocate memory for it.
 const std::string kNewKey = "K2-0123456789-0123456789", kNewUrl = "http://service.example:8080";
 
-/// New ones for every fault.
+/// Made anew for every fault.
 class Surroundings : public BridgeTest {
  public:
   Surroundings() {
@@ -33,7 +33,7 @@ class Surroundings : public BridgeTest {
     g_lastMirroredClipboardHash = g_lastPreparedClipboardHash = 0;
   }
 
-  /// Once all that waits has ended, a new command is carried out, by the account that is signed in.
+  /// After all pending work has ended, a new command is carried out for the account that is signed in.
   void ExpectToWorkOn() {
     g_registered = true;
     for (int call = 0; call < 5; ++call, now += 40'000) Step();

@@ -1,4 +1,4 @@
-// The scripts sent to FileMaker, and what their results become.
+// The scripts sent to FileMaker, and their results.
 #include <gtest/gtest.h>
 
 #include "host/AppleScript.h"

@@ -1,5 +1,5 @@
-// The pasteboard seam of macOS over stand-ins of Carbon and AppKit, beyond what the tests of the clipboard operations
-// show of it.
+// The pasteboard seam of macOS over stand-ins of Carbon and AppKit: what the tests of the clipboard operations do not
+// cover.
 #include <gtest/gtest.h>
 
 #include <cstdint>

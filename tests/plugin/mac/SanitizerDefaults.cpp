@@ -1,5 +1,5 @@
-// What the sanitizers should not report of the Objective-C runtime and GNUstep: they keep tables and objects for good,
-// and take their class locks in either order.
+// Suppressed reports about the Objective-C runtime and GNUstep, which never free their tables and some objects, and
+// which take their class locks in either order.
 
 #define HOOK extern "C" __attribute__((visibility("default"), used))
 

@@ -36,7 +36,7 @@ class FakeOwner {
     thread_.join();
   }
 
-  /// How many requests have come.
+  /// The number of requests so far.
   int Requests() const { return requests_; }
 
  private:

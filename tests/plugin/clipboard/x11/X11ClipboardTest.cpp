@@ -1,4 +1,4 @@
-// The pasteboard of this process on an X server of its own, with xclip and programs of the test's own as the others.
+// The pasteboard of this process on a private X server, with xclip and clients of the test as the other programs.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>

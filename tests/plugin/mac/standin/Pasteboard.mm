@@ -10,7 +10,8 @@ NSPasteboardType const NSPasteboardTypeString = @"public.utf8-plain-text";
 namespace {
 
 constexpr OSStatus kFailed = -25130;
-constexpr std::uintptr_t kItemIdentifiers = 0x5000;  // less the index, which none looks like
+constexpr std::uintptr_t kItemIdentifiers =
+    0x5000;  // minus the index, so that an identifier is never taken for an index
 
 std::string Bytes(NSData* data) {
   if (data == nil) StandIn::Misuse("nil for data or a string");
