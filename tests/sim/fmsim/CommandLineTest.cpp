@@ -53,7 +53,7 @@ TEST_F(Fmsim, SaysWhatFailedAndGoesOn) {
        "?\n",
        "Careless.fmx: Careless.Throw threw std::runtime_error: out of ink\nerror 1200: the calculation failed\n"
        "Careless.fmx: the idle message threw int\nCareless.fmx: left \"Careless.Leak\" registered\n"},
-      {{"--open", Write({.steps = SetVariable("$x", "1 / 0") + Exit("$x")}), "--run", "Go"},
+      {{"--open", Write({.steps = "Set Variable $x | 1 / 0\nExit Script $x"}), "--run", "Go"},
        "?\n",
        "script \"Go\", step 1 \"Set Variable\" failed with error 15: 1 / 0\n"},
   };
