@@ -7,6 +7,7 @@
 
 #include <random>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "net/Base64.h"
@@ -25,15 +26,16 @@ Words Bytes(const std::string& bytes) {
   return words;
 }
 
-using Cases = std::vector<std::pair<std::string, std::string>>;
-
-TEST(JsonEscape, WritesTheShortestFormsOfTheWireFormat) {
-  const Cases cases = {
-      {"plain / text\t\n\r\"\\", "plain / text\\t\\n\\r\\\"\\\\"},
-      {"\0\b\f\x1b\x1f"s, "\\u0000\\u0008\\u000c\\u001b\\u001f"},
-      {"\x7f\xc3\xa9\xff", "\x7f\xc3\xa9\xff"},
+TEST(JsonRoutines, WriteTheShortestFormsOfTheWireFormat) {
+  const std::tuple<std::string (*)(std::string_view), std::string, std::string> cases[] = {
+      {JsonEscape, "plain / text\t\n\r\"\\", "plain / text\\t\\n\\r\\\"\\\\"},
+      {JsonEscape, "\0\b\f\x1b\x1f"s, "\\u0000\\u0008\\u000c\\u001b\\u001f"},
+      {JsonEscape, "\x7f\xc3\xa9\xff", "\x7f\xc3\xa9\xff"},
+      {NlToJsonArray, "\r\n\n\r", "[]"},
+      {NlToJsonArray, "a\r\n\r\nb\r", R"(["a","b"])"},
+      {NlToJsonArray, " \n\t\n say \"x\"\\", R"([" ","\t"," say \"x\"\\"])"},
   };
-  for (const auto& [text, escaped] : cases) EXPECT_EQ(JsonEscape(text), escaped);
+  for (const auto& [routine, text, json] : cases) EXPECT_EQ(routine(text), json);
 }
 
 TEST(JsonWriter, ReservesLittleMoreThanALargeValueNeeds) {
@@ -61,15 +63,6 @@ TEST(JsonGetString, FindsAndUnescapesTheFirstStringWithTheKey) {
       {"", "id", ""},
   };
   for (const auto& c : cases) EXPECT_EQ(JsonGetString(c.json, c.key), c.expected) << c.json;
-}
-
-TEST(NlToJsonArray, KeepsNonEmptyLines) {
-  const Cases cases = {
-      {"\r\n\n\r", "[]"},
-      {"a\r\n\r\nb\r", R"(["a","b"])"},
-      {" \n\t\n say \"x\"\\", R"([" ","\t"," say \"x\"\\"])"},
-  };
-  for (const auto& [text, array] : cases) EXPECT_EQ(NlToJsonArray(text), array);
 }
 
 /// Texts of every size up to several of the 64-byte blocks that the routines use, and of many blocks.
