@@ -1,6 +1,7 @@
 #include "export/TagCheck.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace solution {
 namespace {
@@ -34,8 +35,8 @@ std::optional<Flaw> FindFlaw(std::string_view text) {
   int depth = 0;
   for (std::size_t at = text.find('<'); at < text.size(); at = text.find('<', at)) {
     const std::string_view rest = text.substr(at);
-    const auto section =
-        std::ranges::find_if(kSections, [rest](const Section& s) { return rest.starts_with(s.start); });
+    const auto section = std::find_if(std::begin(kSections), std::end(kSections),
+                                      [rest](const Section& s) { return rest.starts_with(s.start); });
     if (section != std::end(kSections)) {
       at = std::min(text.find(section->end, at + section->start.size()), text.size());
     } else if (rest.starts_with("<!")) {
