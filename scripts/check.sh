@@ -62,7 +62,7 @@ shell_findings() {
 tidy_findings() {
   sed -n 's/^ *"file": "\(.*\)".*/\1/p' "$build/compile_commands.json" | LC_ALL=C sort -u |
     grep -E "^$PWD/(plugin|sim|service|solution|text)/" | grep -v '_mac\.cpp$' |
-    xargs -P "$(nproc)" -I '{}' clang-tidy -p "$build" --quiet '{}' 2>/dev/null
+    xargs -P "$(getconf _NPROCESSORS_ONLN)" -I '{}' clang-tidy -p "$build" --quiet '{}' 2>/dev/null
 }
 
 report "upward includes" < <(upward_includes)

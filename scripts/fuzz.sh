@@ -12,4 +12,4 @@ mkdir -p "$found"
 "$1/tests/fuzz/${name}Fuzz" -max_total_time="$2" -seed="$3" -timeout=20 -artifact_prefix="$found/" "$found" \
   "tests/fuzz/corpus/$name" > "$found.log" 2>&1 &&
   echo "$name: $(tail -n 1 "$found.log")" || { cat "$found.log"; exit 255; }'
-printf '%s\n' tests/fuzz/*Fuzz.cpp | xargs -P "$(nproc)" -I {} sh -c "$run" {} "$1" "$2" "$seed"
+printf '%s\n' tests/fuzz/*Fuzz.cpp | xargs -P "$(getconf _NPROCESSORS_ONLN)" -I {} sh -c "$run" {} "$1" "$2" "$seed"

@@ -29,11 +29,13 @@ kept=$(cd "$build" && pwd)
 [ -n "$interactive" ] || kept=$work
 export XDG_CONFIG_HOME="$kept/config"
 
-# In a session of its own, so that Ctrl-C at the prompt does not end it.
+# In a process group of its own, so that Ctrl-C at the prompt does not end it.
 unset VARNIX_KEY
-setsid "$build/varnix-service" serve --listen 127.0.0.1:0 --data "$kept/service-data" --latest-version 99.0.0 \
+[ -z "$interactive" ] || set -m
+"$build/varnix-service" serve --listen 127.0.0.1:0 --data "$kept/service-data" --latest-version 99.0.0 \
   > "$work/address" 2> "$kept/service.log" &
 service=$!
+set +m
 tries=0
 until [ -s "$work/address" ]; do
   tries=$((tries + 1))
@@ -54,7 +56,9 @@ if [ -n "$solution" ]; then
 else
   set -- --open samples/Timesheets.xml --open samples/Workshop.xml
 fi
-set -- --plugin "$build/Varnix.fmx" "$@"
+plugin=$build/Varnix.fmx
+[ -e "$plugin" ] || plugin=$build/Varnix.fmplugin
+set -- --plugin "$plugin" "$@"
 
 if [ -n "$interactive" ]; then
   trap : INT  # it is fmsim's

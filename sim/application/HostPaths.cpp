@@ -1,5 +1,7 @@
 #include "application/HostPaths.h"
 
+#include <unistd.h>
+
 #include <charconv>
 #include <cstdlib>
 #include <filesystem>

@@ -40,10 +40,11 @@ std::unique_ptr<Plugin> Plugin::Load(const std::string& path, const HostIdentity
     return nullptr;
   }
   const std::string name = file.filename().string();
+  const auto binary = std::filesystem::is_directory(file) ? file / "Contents/MacOS" / file.stem() : file;
   void* library = nullptr;
   {
     const wrapper::Scope asPlugin(name);
-    library = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+    library = dlopen(binary.c_str(), RTLD_NOW | RTLD_LOCAL);
   }
   if (library == nullptr) {
     error = "cannot load plug-in " + path + ": " + dlerror();

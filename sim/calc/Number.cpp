@@ -5,6 +5,9 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <limits>
 #include <memory>
 #include <utility>
@@ -140,9 +143,13 @@ bool Number::InRange() const { return scale_ > -kMaxExponent; }
 
 Number Number::FromDouble(double value) {
   if (!std::isfinite(value)) return {};
-  std::array<char, 64> buffer;
-  const auto written = std::to_chars(buffer.begin(), buffer.end(), std::fabs(value), std::chars_format::scientific);
-  const Number result = ParseAscii(buffer.begin(), written.ptr);
+  const double absolute = std::fabs(value);
+  std::array<char, 32> text;
+  for (const int digits : {15, 16, 17}) {  // as few as give the value back
+    std::snprintf(text.data(), text.size(), "%.*e", digits - 1, absolute);
+    if (std::strtod(text.data(), nullptr) == absolute) break;
+  }
+  const Number result = ParseAscii(text.data(), text.data() + std::strlen(text.data()));
   return std::signbit(value) ? -result : result;
 }
 

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <cctype>
-#include <cstdlib>
 #include <iostream>
 
 #include "calc/Lexer.h"
 #include "calc/Unicode.h"
+#include "fmsim/Seconds.h"
 #include "wrapper/Host.h"
 
 namespace {
@@ -68,13 +68,11 @@ void RunScript(Session& session, const std::string& argument) {
 }
 
 void Idle(Session& session, const std::string& argument) {
-  char* end = nullptr;
-  const double seconds = std::strtod(argument.c_str(), &end);
-  if (*end != '\0' || !(seconds >= 0) || seconds > 86400) {
+  if (const auto duration = ParseSeconds(argument.empty() ? "0" : argument)) {
+    session.IdleFor(*duration);
+  } else {
     session.Fail(".idle takes a number of seconds");
-    return;
   }
-  session.IdleFor(std::chrono::milliseconds(static_cast<long long>(seconds * 1000)));
 }
 
 void Help(Session&, const std::string&);

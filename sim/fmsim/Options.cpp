@@ -4,6 +4,8 @@
 #include <cstring>
 #include <limits>
 
+#include "fmsim/Seconds.h"
+
 namespace {
 
 using Action = std::function<bool(Session&)>;
@@ -28,8 +30,7 @@ bool Choose(const std::string& word, const Choice (&choices)[N], int& value) {
   return false;
 }
 
-template <class Number>
-bool ParseNumber(const std::string& text, Number lowest, Number highest, Number& value) {
+bool ParseNumber(const std::string& text, int lowest, int highest, int& value) {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   return error == std::errc() && end == text.data() + text.size() && value >= lowest && value <= highest;
 }
@@ -71,10 +72,10 @@ const Option kOptions[] = {
      [](const std::string& value) -> Action { return [=](Session& session) { return session.Activate(value); }; }},
     {"--idle", "SECONDS", "send idle messages for some time",
      [](const std::string& value) -> Action {
-       double seconds = 0;
-       if (!ParseNumber(value, 0.0, 86400.0, seconds)) return {};
+       const auto duration = ParseSeconds(value);
+       if (!duration) return {};
        return [=](Session& session) {
-         session.IdleFor(std::chrono::milliseconds(static_cast<long long>(seconds * 1000)));
+         session.IdleFor(*duration);
          return true;
        };
      }},

@@ -14,6 +14,7 @@
 #include <array>
 #include <compare>
 #include <cstdint>
+#include <cstring>
 #include <map>
 #include <memory>
 #include <string>
@@ -32,7 +33,10 @@ struct QuadCharObject {
   using Handle = fmx::QuadChar;
   static constexpr char kKind[] = "QuadChar";
   std::array<fmx::uchar, 4> bytes{};
-  auto operator<=>(const QuadCharObject&) const = default;
+  std::strong_ordering operator<=>(const QuadCharObject& other) const {
+    return std::memcmp(bytes.data(), other.bytes.data(), bytes.size()) <=> 0;
+  }
+  bool operator==(const QuadCharObject&) const = default;
 };
 
 struct LocaleObject {
@@ -83,7 +87,7 @@ struct TextObject {
   /// Positions and sizes beyond the end mean the end, Text::kSize_End among them.
   void Replace(std::size_t position, std::size_t count, const TextObject& other, std::size_t from, std::size_t size);
 
-  auto operator<=>(const TextObject& other) const { return units <=> other.units; }
+  std::strong_ordering operator<=>(const TextObject& other) const { return units.compare(other.units) <=> 0; }
   bool operator==(const TextObject& other) const { return units == other.units; }
 };
 
