@@ -68,16 +68,16 @@ Network::Outcome ToOutcome(NSData* data, NSURLResponse* response, NSError* error
 }
 
 /// Calls the completion once: with the outcome, or with a failure if the last owner releases it without one.
-class Delivery {
+class CompletionCall {
  public:
-  explicit Delivery(std::function<void(Network::Outcome)> completion) : completion_(std::move(completion)) {}
-  ~Delivery() {
+  explicit CompletionCall(std::function<void(Network::Outcome)> completion) : completion_(std::move(completion)) {}
+  ~CompletionCall() {
     if (completion_) completion_(Network::Failure(kNoTransfer));
   }
-  Delivery(const Delivery&) = delete;
-  Delivery& operator=(const Delivery&) = delete;
+  CompletionCall(const CompletionCall&) = delete;
+  CompletionCall& operator=(const CompletionCall&) = delete;
 
-  void Deliver(Network::Outcome outcome) { std::exchange(completion_, nullptr)(std::move(outcome)); }
+  void Make(Network::Outcome outcome) { std::exchange(completion_, nullptr)(std::move(outcome)); }
 
  private:
   std::function<void(Network::Outcome)> completion_;
@@ -93,17 +93,17 @@ bool Network::IsURL(const std::string& text) {
 
 void Network::StartTransfer(Request request, std::function<void(Outcome)> completion) {
   @autoreleasepool {
-    const auto delivery = std::make_shared<Delivery>(std::move(completion));
+    const auto call = std::make_shared<CompletionCall>(std::move(completion));
     @try {
       NSURL* url = ToURL(request.url);
       if (url == nil) return;
       NSURLSessionDataTask* task =
           [[NSURLSession sharedSession] dataTaskWithRequest:ToURLRequest(url, std::move(request))
                                           completionHandler:^(NSData* data, NSURLResponse* response, NSError* error) {
-                                            delivery->Deliver(ToOutcome(data, response, error));
+                                            call->Make(ToOutcome(data, response, error));
                                           }];
       [task resume];
-    } @catch (...) {  // the delivery is released and reports the failure
+    } @catch (...) {  // the call is released and reports the failure
     }
   }
 }

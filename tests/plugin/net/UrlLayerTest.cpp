@@ -7,7 +7,6 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <fstream>
 #include <future>
 #include <memory>
@@ -19,6 +18,7 @@
 #include "support/Entries.h"
 #include "support/FolderTest.h"
 #include "support/LoopbackServer.h"
+#include "support/Process.h"
 
 using namespace std::chrono_literals;
 using Connection = LoopbackServer::Connection;
@@ -262,20 +262,16 @@ TEST_F(Certificates, MustBeTrustedForTheHostAndStayInUse) {
   LoopbackServer plain(Sending(Whole("200 OK", "not encrypted")));
   std::ofstream(folder_ + "/answer") << "HTTP/1.0 200 OK\r\n\r\nbody";
   std::ofstream(folder_ + "/redirect") << "HTTP/1.0 302 Found\r\nLocation: " << plain.Url() << "\r\n\r\n";
-  const std::string files = " -keyout " + folder_ + "/key -out " + folder_ + "/certificate >/dev/null 2>&1";
-  const std::string make = "openssl req -x509 -nodes -newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -subj /CN=x ";
-  ASSERT_EQ(std::system((make + "-addext subjectAltName=IP:127.0.0.1" + files).c_str()), 0);
-  const std::string serve = "cd " + folder_ + " && exec timeout 20 openssl s_server -accept 127.0.0.1:0 -naccept 1 " +
-                            "-HTTP -key key -cert certificate 2>/dev/null";
+  const std::string openssl = "cd " + folder_ + " && exec timeout 20 openssl ";
+  const std::string make = "req -x509 -nodes -newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -subj /CN=x ";
+  const std::string files = "-addext subjectAltName=IP:127.0.0.1 -keyout key -out certificate";
+  ASSERT_EQ(RunProcess({"sh", "-c", openssl + make + files}).status, 0);
+  const std::string serve = openssl + "s_server -accept 127.0.0.1:0 -naccept 1 -HTTP -key key -cert certificate 2>&1";
   const auto get = [&](const std::string& host, const std::string& path = "/answer") {
-    FILE* server = popen(serve.c_str(), "re");
-    char line[256] = "";
+    ChildProcess server({"sh", "-c", serve});
     int port = 0;
-    while (port == 0 && fgets(line, sizeof line, server) != nullptr) std::sscanf(line, "ACCEPT 127.0.0.1:%d", &port);
-    const std::string result = Get("https://" + host + ":" + std::to_string(port) + path);
-    while (fgets(line, sizeof line, server) != nullptr) continue;
-    pclose(server);
-    return result;
+    while (std::sscanf(server.ReadLine().c_str(), "ACCEPT 127.0.0.1:%d", &port) != 1) continue;
+    return Get("https://" + host + ":" + std::to_string(port) + path);
   };
   EXPECT_TRUE(IsError(get("127.0.0.1")));
   g_trusted = folder_ + "/certificate";
@@ -293,11 +289,7 @@ TEST(UrlLayer, LeavesConnectionsToNoChildProcess) {
   g_waitLimit = 60s;
   server.WaitForRequests(1);
   // The server's own sockets are close-on-exec.
-  FILE* child = popen("ls -l /proc/self/fd | grep -c socket:", "re");
-  char count[16] = "";
-  ASSERT_NE(fgets(count, sizeof count, child), nullptr);
-  pclose(child);
-  EXPECT_STREQ(count, "0\n");
+  EXPECT_EQ(RunProcess({"sh", "-c", "ls -l /proc/self/fd | grep -c socket:"}).output, "0\n");
 }
 
 // Last, since it ends all transfers.
