@@ -168,7 +168,8 @@ Property Connection::Take(xcb_window_t window, xcb_atom_t property, std::int64_t
 }
 
 void Connection::Watch(xcb_window_t window) {
-  if (++watched_[window] > 1) return;
+  ++watched_[window];
+  // Even if it is watched already: that may have been a window that has gone unnoticed, with the same number.
   xcb_change_window_attributes(connection_, window, XCB_CW_EVENT_MASK, &kWatchedEvents);
 }
 
