@@ -65,7 +65,7 @@ class Application : public wrapper::Host {
   const std::atomic<int>* cancelFlag = nullptr;
   bool IsCancelled() const { return cancelFlag != nullptr && *cancelFlag != 0; }
 
-  /// Called at once with a line for every exception that a plug-in lets out.
+  /// Called immediately, with a line, for every exception that a plug-in throws.
   std::function<void(const std::string& line)> onPluginThrew;
 
   // What plug-ins ask.

@@ -9,7 +9,7 @@
 
 namespace sim {
 
-/// What the host tells a plug-in about itself.
+/// What a plug-in learns about the host.
 struct HostIdentity {
   short extensionVersion = 71;             ///< 71 is FileMaker 2023
   FMX_Application application = 1;         ///< 1 Pro, 7 server scripts
@@ -21,7 +21,7 @@ struct HostIdentity {
 class Plugin {
  public:
   /// Loads the plug-in at `path`, a library or a macOS bundle, asks its strings and initialises it. On failure returns
-  /// null and `error` says why: the file is missing or no plug-in, or the plug-in does not want to be enabled or
+  /// null and `error` says why: the file is missing or not a plug-in, or the plug-in does not want to be enabled or
   /// throws; a line each follows for what such a one left behind.
   static std::unique_ptr<Plugin> Load(const std::string& path, const HostIdentity& host, std::string& error);
 

@@ -31,7 +31,7 @@ class Execution {
       const ScriptStep& step = steps_[position_];
       if (step.enabled) Perform(step);
       if (application_.IsCancelled()) {
-        Tell(step, "was cancelled, and the script with it");
+        Report(step, "was cancelled, and the script with it");
         return false;
       }
       ++position_;
@@ -56,12 +56,12 @@ class Execution {
                                                        {kStepSetVariable, &Execution::SetVariable},
                                                        {kStepSetErrorCapture, &Execution::SetErrorCapture}};
     const auto known = kSteps.find(step.id);
-    if (known == kSteps.end()) return Tell(step, "is not simulated; skipped");
+    if (known == kSteps.end()) return Report(step, "is not simulated; skipped");
     stepError_ = 0;
     (this->*known->second)(step);
   }
 
-  void Tell(const ScriptStep& step, const std::string& what) {
+  void Report(const ScriptStep& step, const std::string& what) {
     surroundings_.show("script \"" + calc::ToUtf8(frame_.script->name) + "\", step " + std::to_string(position_ + 1) +
                        " \"" + calc::ToUtf8(step.name) + "\" " + what);
   }
@@ -70,11 +70,11 @@ class Execution {
     frame_.lastError = stepError_ = error;
     if (frame_.errorCapture) return;
     failed_ = true;
-    Tell(step, "failed with error " + std::to_string(error) + ": " + what);
+    Report(step, "failed with error " + std::to_string(error) + ": " + what);
   }
 
   // An empty formula is empty text. One that fails while running is shown as a failure, but gives "?" and the step goes
-  // on with that, as in FileMaker. Without a value, for want of a formula that can be parsed, there is nothing to do.
+  // on with that, as in FileMaker. A formula that cannot be parsed has no value, and the step does nothing.
   bool Evaluate(const ScriptStep& step, const std::u16string& formula, calc::Value& value) {
     if (formula.empty()) {
       value = {};
@@ -140,7 +140,7 @@ class Execution {
   }
 
   void Pause(const ScriptStep& step) {
-    if (step.calculation.empty()) return Tell(step, "would wait for the user; going on");
+    if (step.calculation.empty()) return Report(step, "would wait for the user; going on");
     calc::Value seconds;
     if (!Evaluate(step, step.calculation, seconds)) return;
     const double bounded = std::clamp(seconds.AsNumber().ToDouble(), 0.0, kLongestPauseSeconds);
@@ -161,7 +161,8 @@ class Execution {
     if (set == nullptr || set->id != kFullAccess) return Fail(step, errors::kNoPrivilege, "it needs full access");
     calc::Value window;
     if (!Evaluate(step, step.calculation, window)) return;
-    if (step.destinations.empty()) return Fail(step, errors::kCancelled, "it names no file, and nobody can be asked");
+    if (step.destinations.empty())
+      return Fail(step, errors::kCancelled, "it names no file, and the simulator has no dialog to ask for one");
     const OpenFile* file = frame_.file;
     if (!step.calculation.empty()) file = FileOfWindow(window.AsText());
     if (file == nullptr) return Fail(step, errors::kFileMissing, "no window \"" + calc::ToUtf8(window.AsText()) + "\"");

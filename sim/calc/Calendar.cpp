@@ -162,9 +162,9 @@ std::optional<Number> ParseTime(std::u16string_view text) {
 
 std::optional<Number> ParseTimestamp(std::u16string_view text) {
   text = TrimBlanks(text);
-  const size_t blank = text.find(u' ');
-  const auto day = ParseDate(text.substr(0, blank));
-  const auto time = blank == text.npos ? std::optional<Number>(0) : ParseTime(text.substr(blank));
+  const size_t space = text.find(u' ');
+  const auto day = ParseDate(text.substr(0, space));
+  const auto time = space == text.npos ? std::optional<Number>(0) : ParseTime(text.substr(space));
   if (!day || !time) return std::nullopt;
   return (*day - 1) * kSecondsPerDay + *time;
 }

@@ -30,7 +30,7 @@ inline constexpr int kNotSupported = 1225;
 inline constexpr int kNoScriptToStart = 1825;  // asked for by a plug-in
 inline constexpr int kSqlSyntax = 8310;
 
-// FileMaker tells no number of its own for these.
+// FileMaker has no numbers for these.
 inline constexpr int kBadArgument = kGeneral;
 inline constexpr int kOutOfRange = kGeneral;
 inline constexpr int kTooDeep = kGeneral;

@@ -148,13 +148,13 @@ std::u16string Lexer::TakeWord() {
 Token Lexer::TakeName() {
   std::u16string name = TakeWord();
   if (const Operator* op = OperatorWord(name)) return {TokenKind::kOperator, std::move(name), {}, *op};
-  // Names hold blanks without any quoting: the words up to the next sign or operator are one name.
+  // Names may contain spaces without quoting: the words up to the next sign or operator are one name.
   while (true) {
-    const size_t blanks = std::min(rest_.find_first_not_of(u' '), rest_.size());
-    const std::u16string_view word = WordAt(rest_.substr(blanks));
-    if (blanks == 0 || word.empty() || OperatorWord(word) != nullptr) break;
-    name += rest_.substr(0, blanks + word.size());
-    rest_.remove_prefix(blanks + word.size());
+    const size_t spaces = std::min(rest_.find_first_not_of(u' '), rest_.size());
+    const std::u16string_view word = WordAt(rest_.substr(spaces));
+    if (spaces == 0 || word.empty() || OperatorWord(word) != nullptr) break;
+    name += rest_.substr(0, spaces + word.size());
+    rest_.remove_prefix(spaces + word.size());
   }
   return {TokenKind::kName, std::move(name), {}, {}};
 }

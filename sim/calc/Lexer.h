@@ -18,7 +18,7 @@ enum class TokenKind {
   kEnd,
   kText,
   kNumber,
-  kName,        ///< words with single or several blanks between them
+  kName,        ///< words with one or more spaces between them
   kQuotedName,  ///< ${...}: never a function
   kLocalVariable,
   kGlobalVariable,
@@ -43,7 +43,8 @@ class Lexer {
   /// `formula` must outlive the lexer.
   explicit Lexer(std::u16string_view formula) : rest_(formula) {}
 
-  /// The next token; kEnd for ever at the end. Throws SyntaxError for open comments and texts and empty names.
+  /// The next token; kEnd at the end, however often it is called. Throws SyntaxError for open comments and texts and
+  /// empty names.
   Token Next();
 
  private:

@@ -11,7 +11,7 @@
 
 namespace calc {
 
-/// Digits after the point that a division keeps unless told otherwise.
+/// Digits after the point that a division keeps by default.
 inline constexpr int kDivisionPlaces = 16;
 
 /// An irrational function as MPFR has them.

@@ -59,7 +59,7 @@ Value Apply(Operator op, const Value& left, const Value& right, int precision) {
     default:
       break;
   }
-  // Comparisons and logic take an error for what it shows; it spoils everything else.
+  // Comparisons and logic treat an error as its text "?"; everywhere else the result is that error.
   if (left.IsError()) return left;
   if (right.IsError()) return right;
   switch (op) {

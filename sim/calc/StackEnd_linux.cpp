@@ -4,7 +4,7 @@
 
 namespace calc {
 
-// Where the thread library cannot say, as without /proc.
+// Used when the thread library does not know, for example without /proc.
 constexpr std::size_t kAssumedStack = 1024 * 1024;
 
 std::uintptr_t StackEnd() {

@@ -142,7 +142,7 @@ std::vector<std::u16string_view> Words(std::u16string_view text) {
   std::vector<std::u16string_view> words;
   int32_t start = breaks->first();
   for (int32_t end = breaks->next(); end != icu::BreakIterator::DONE; start = end, end = breaks->next()) {
-    // Blanks and punctuation lie between breaks of their own.
+    // Spaces and punctuation also lie between breaks.
     if (breaks->getRuleStatus() < UBRK_WORD_NONE_LIMIT) continue;
     words.push_back(text.substr(static_cast<size_t>(start), static_cast<size_t>(end - start)));
   }

@@ -44,7 +44,7 @@ class Value {
   bool IsError() const { return type_ == Type::kInvalid; }
   /// The number of an error value; 0 for every other value, and for an error value that was kept in a variable.
   int error() const { return error_; }
-  /// The value as a variable gives it back: an error value stays one but no longer tells its number.
+  /// The value as a variable gives it back: an error value stays one but loses its number.
   Value AsKept() const;
 
   /// The text form; dates and times in the American form FileMaker uses for English files.

@@ -93,7 +93,7 @@ constexpr Command kCommands[] = {
     {".scripts", "", "list the scripts of the active file", ListScripts},
     {".run", "SCRIPT [; CALC]", "run a script of the active file, with CALC as its parameter", RunScript},
     {".plugin", "FILE", "load a plug-in", [](Session& session, const std::string& path) { session.LoadPlugin(path); }},
-    {".plugins", "", "show what the plug-ins say of themselves", ListPlugins},
+    {".plugins", "", "show name, description and options of the plug-ins", ListPlugins},
     {".functions", "", "list the functions of the plug-ins", ListFunctions},
     {".idle", "[SECONDS]", "send idle messages for some time, without SECONDS one", Idle},
     {".check", "CALC", "fail unless a calculation is true",

@@ -8,7 +8,7 @@
 
 enum class LineResult { kContinue, kQuit };
 
-/// Carries out one line. Blank lines and lines that begin with "//" do nothing.
+/// Carries out one line. Empty lines and lines that begin with "//" do nothing.
 LineResult Execute(Session& session, const std::string& line);
 
 /// Whether `line` begins a calculation that more lines must complete.

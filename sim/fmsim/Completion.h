@@ -1,4 +1,4 @@
-// What the words that are typed at the prompt can be completed to.
+// Completion of the words typed at the prompt.
 #pragma once
 
 #include <cstddef>

@@ -16,7 +16,7 @@
 namespace {
 
 constexpr int kHistoryLines = 1000;
-// A key typed for a sign-in must not lie in a file.
+// Such a line contains an account key, which must not be written to a file.
 constexpr char kSignIn[] = "Varnix.Register";
 
 LineEditor& Self(EditLine* editor) {

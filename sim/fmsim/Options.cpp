@@ -97,7 +97,7 @@ const Option kOptions[] = {
          return true;
        };
      }},
-    {"--host-version", "N", "extension version told to plug-ins loaded from now on (71)",
+    {"--host-version", "N", "extension version reported to plug-ins loaded from now on (71)",
      [](const std::string& value) -> Action {
        int version = 0;
        if (!ParseNumber(value, 0, int{std::numeric_limits<short>::max()}, version)) return {};
@@ -106,7 +106,7 @@ const Option kOptions[] = {
          return true;
        };
      }},
-    {"--application", "pro|server", "kind of application told to plug-ins loaded from now on (pro)",
+    {"--application", "pro|server", "kind of application reported to plug-ins loaded from now on (pro)",
      [](const std::string& value) -> Action {
        int application = 0;
        if (!Choose(value, kApplications, application)) return {};
@@ -136,7 +136,7 @@ const Option* FindOption(const char* name) {
   return nullptr;
 }
 
-// Empty, with an `error`, when there is no such option or it does not take `value`; nullptr stands for a missing one.
+// Empty, with an `error`, when there is no such option or it does not take `value`; nullptr: it is missing.
 Action ParseOption(const std::string& name, const char* value, std::string& error) {
   const Option* option = FindOption(name.c_str());
   if (option == nullptr) {

@@ -16,5 +16,5 @@ struct CommandLine {
 /// Reads the whole command line before anything is carried out. On wrong usage returns false and `error` says why.
 bool ParseCommandLine(int argc, char** argv, CommandLine& line, std::string& error);
 
-/// The usage text, ending with a line end.
+/// The usage text, with a final newline.
 std::string Usage();

@@ -16,7 +16,7 @@
 
 namespace {
 
-// Carries out a line that nobody watched being typed. False when it was the last.
+// Carries out a line of a pipe or file. False when it was the last.
 bool TakeLine(Session& session, const std::string& line) {
   const bool silent = line.empty() || line.starts_with("//") || line.starts_with(".say") || line.starts_with(".check");
   if (session.echo && !silent) std::cout << kPrompt << line << std::endl;
@@ -53,7 +53,7 @@ void RunPrompt(Session& session) {
       text += (text.empty() ? "" : "\n") + *line;
       if (IsUnfinished(text)) continue;
       ended = Execute(session, text) == LineResult::kQuit;
-      if (ForgetInterrupt()) std::cout << std::endl;  // it has ended what the line began
+      if (ForgetInterrupt()) std::cout << std::endl;  // it ended what the line started
     } else {
       const bool cancelled = ForgetInterrupt();
       std::cout << (cancelled ? "^C" : "") << std::endl;
@@ -72,7 +72,7 @@ void RunLines(Session& session) {
     const ssize_t count = read(STDIN_FILENO, bytes, sizeof bytes);
     if (count < 0 && errno == EINTR) continue;
     if (count <= 0) {
-      TakeLine(session, line);  // a last line without its end
+      TakeLine(session, line);  // a last line without a line ending
       return;
     }
     std::string_view rest(bytes, static_cast<std::size_t>(count));

@@ -15,7 +15,7 @@ namespace {
 
 using std::chrono::steady_clock;
 
-// FileMaker's carriage returns would overwrite each other on a terminal.
+// With FileMaker's carriage returns, lines would overwrite each other on a terminal.
 std::string Printable(const std::string& text) {
   std::string lines;
   lines.reserve(text.size());
@@ -26,7 +26,7 @@ std::string Printable(const std::string& text) {
   return lines;
 }
 
-void Tell(const std::string& line) {
+void Report(const std::string& line) {
   std::cout.flush();
   std::cerr << Printable(line) << '\n';
 }
@@ -40,7 +40,7 @@ Session::Session() {
     pluginThrew_ = true;
   };
   auto behaviour = application_.behaviour();
-  behaviour.tell = Tell;
+  behaviour.report = Report;
   application_.SetBehaviour(behaviour);
 }
 
@@ -59,7 +59,7 @@ bool Session::LoadPlugin(const std::string& path) {
 bool Session::Open(const std::string& path) {
   std::string error;
   if (!application_.files().Open(path, error)) return Fail(error);
-  for (const auto& note : application_.files().all().back()->solution.notes) Tell(note);
+  for (const auto& note : application_.files().all().back()->solution.notes) Report(note);
   return true;
 }
 
@@ -121,7 +121,7 @@ bool Session::RunScript(const std::string& name) {
 
 bool Session::Run(const sim::QueuedScript& queued, bool printResult) {
   const sim::ScriptSurroundings surroundings{
-      Tell, [this](int level, std::chrono::milliseconds duration) { IdleFor(level, duration); }};
+      Report, [this](int level, std::chrono::milliseconds duration) { IdleFor(level, duration); }};
   calc::Value result;
   const bool succeeded =
       sim::RunScript(application_, surroundings, *queued.file, *queued.script, queued.parameter, result);

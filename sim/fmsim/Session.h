@@ -43,7 +43,7 @@ class Session {
   /// Prints `message` to standard error. Always false.
   bool Fail(const std::string& message);
   bool failed() const { return failed_ || pluginThrew_; }
-  /// What a person mistyped at the prompt is no failure of the run.
+  /// Mistakes typed at the prompt do not count as a failure of the run.
   void ForgetFailures() { failed_ = false; }
 
   /// Whether lines read from a pipe are shown before they are carried out.

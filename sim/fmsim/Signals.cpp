@@ -13,8 +13,8 @@ namespace {
 
 static_assert(std::atomic<int>::is_always_lock_free, "the handler sets it");
 std::atomic<int> caught{0};
-// A pipe that is readable while a signal is remembered. The handler may run on a plug-in's thread, where it interrupts
-// nobody's wait.
+// A pipe that is readable while a signal is remembered. The handler may run on a plug-in's thread, where it
+// interrupts no wait.
 int wakeUp[2] = {-1, -1};
 
 void WakeUp() {
@@ -49,7 +49,7 @@ void CatchSignals() {
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
     struct sigaction former {};
     sigaction(signal, nullptr, &former);
-    if (former.sa_handler != SIG_IGN) sigaction(signal, &action, nullptr);  // as nohup wants it
+    if (former.sa_handler != SIG_IGN) sigaction(signal, &action, nullptr);  // as under nohup
   }
 }
 

@@ -10,8 +10,8 @@ namespace sim {
 struct HostBehaviour {
   bool allDesignFunctions = true;  ///< false: PrivilegeSetNames and CustomFunctionNames do not exist, as in FileMaker
   bool lenientSql = false;         ///< true: a doubled quote pair around a literal is accepted as one pair
-  /// Shows a line where the simulator, not what it was asked, is to blame for a failure; empty: nobody watches.
-  std::function<void(const std::string& line)> tell = {};
+  /// Called with a line when something fails because the simulator does not support it; may be empty.
+  std::function<void(const std::string& line)> report = {};
 };
 
 }  // namespace sim

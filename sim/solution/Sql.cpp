@@ -88,7 +88,7 @@ SqlResult SelectRows(std::u16string_view sql, const Solution& solution, std::spa
     Sort(rows, query.order);
     return {0, Project(query, rows)};
   } catch (const SqlUnknown& unknown) {
-    if (behaviour.tell) behaviour.tell(std::string(kNotKnownHere) + calc::ToUtf8(unknown.part));
+    if (behaviour.report) behaviour.report(std::string(kNotKnownHere) + calc::ToUtf8(unknown.part));
   } catch (const SqlRefused&) {
   }
   return {calc::errors::kSqlSyntax, {}};

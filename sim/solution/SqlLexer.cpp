@@ -11,7 +11,8 @@ constexpr std::u16string_view kSpace = u" \t\r\n";
 constexpr std::u16string_view kSymbols[] = {u"<>", u"<=", u">=", u"=", u"<", u">", u"(",  u")", u",",
                                             u"*",  u"?",  u".",  u"+", u"-", u"/", u"||", u"{"};
 constexpr std::u16string_view kDoubledQuote = u"''";
-// What tells an empty literal from a doubled quote that opens a text: the end of the predicate, or an escaped quote.
+// What distinguishes an empty literal from a doubled quote that opens a text: the end of the predicate, or an escaped
+// quote.
 constexpr std::u16string_view kAfterEmptyText = u" \t\r\n,)'";
 
 bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }

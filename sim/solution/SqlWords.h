@@ -11,7 +11,7 @@ bool IsReservedSqlWord(std::u16string_view word);
 /// A word or sign of FileMaker's SQL that the simulator does not know.
 bool IsUnknownSqlPart(std::u16string_view text);
 
-/// The name of a function of FileMaker's SQL, none of which the simulator knows but COUNT ( * ).
+/// The name of a function of FileMaker's SQL. The simulator supports only COUNT ( * ).
 bool IsSqlFunction(std::u16string_view word);
 
 }  // namespace sim

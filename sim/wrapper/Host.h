@@ -40,7 +40,7 @@ class WRAPPER_API Host {
   /// 0 and FileMaker's form of a path in a PathFormat, or a FileMaker error.
   virtual short ConvertToFileMakerPath(std::uint64_t file, std::u16string_view path, int format,
                                        std::u16string& result);
-  /// Plug-in code let an exception out; `line` tells all: "Leaky.fmx: Leaky.Open threw std::bad_alloc".
+  /// Plug-in code threw an exception; `line` describes it: "Leaky.fmx: Leaky.Open threw std::bad_alloc".
   virtual void PluginThrew(const std::string& line);
 };
 
@@ -92,7 +92,7 @@ class WRAPPER_API Scope {
 };
 
 /// Runs `call`, code of the plug-in `owner`, in its Scope. FileMaker would not survive an exception that comes out of
-/// it; here the host is told, with `what` as the name of the call, and the result is false.
+/// it; here it is reported to the host, with `what` as the name of the call, and the result is false.
 WRAPPER_API bool Guard(std::string owner, const std::string& what, const std::function<void()>& call);
 
 /// One line per plug-in and kind of object that is still alive: "Leaky.fmx: 2 Text objects never deleted".

@@ -31,7 +31,8 @@ struct FakePasteboard {
   std::function<void()> onCall;
   /// How often the content was replaced here.
   int writes = 0;
-  /// Another number after each replacement, by whomever, and in each fake; nothing where changes are not reported.
+  /// Another number after each replacement, here or by another program, and in each fake; empty where changes are not
+  /// reported.
   std::optional<std::uint64_t> change = NextChange();
   /// How often data was read, or searched for.
   int reads = 0;

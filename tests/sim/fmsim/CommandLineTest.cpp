@@ -28,7 +28,7 @@ class Fmsim : public SmallExports {
   }
 };
 
-TEST_F(Fmsim, SaysWhatFailedAndGoesOn) {
+TEST_F(Fmsim, ReportsWhatFailedAndGoesOn) {
   const struct {
     Arguments arguments;
     std::string output;

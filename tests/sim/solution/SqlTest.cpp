@@ -57,7 +57,7 @@ TEST(Sql, Filters) {
 }
 
 TEST(Sql, AnyErrorGivesAQuestionMark) {
-  const HostBehaviour silent{.tell = [](const std::string& line) { ADD_FAILURE() << line; }};
+  const HostBehaviour silent{.report = [](const std::string& line) { ADD_FAILURE() << line; }};
   for (const char* end : {"", "Nope", "Orders", "FileMaker_Tables;", "FileMaker_Tables WHERE", "FileMaker_Tables f.x",
                           "FileMaker_Tables WHERE TableName = 'x", "FileMaker_Tables WHERE TableName = 5",
                           "FileMaker_Tables WHERE TableName = ?", "FileMaker_Tables WHERE TableId = 'x'",

@@ -1,4 +1,4 @@
-// What the ledger notices of the misuse of host objects, which every test of the plug-in rests on.
+// Misuse of host objects is recorded; every test of the plug-in relies on it.
 #include <FMWrapper/FMXData.h>
 #include <FMWrapper/FMXText.h>
 #include <gtest/gtest.h>
