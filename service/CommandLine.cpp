@@ -13,6 +13,7 @@ constexpr long kLongestTime = 100L * 365 * 86400;  // seconds
 constexpr long kLongestWait = 86400;
 constexpr long kMostBodyMegabytes = 900;  // SQLite keeps values below 1000 MB
 constexpr long kMostRows = 1'000'000'000;
+constexpr char kJsonLines[] = "print one JSON object per line";
 
 using Run = ExitStatus (*)(const Options&);
 
@@ -43,6 +44,9 @@ class CommandLine {
     AddSend();
     AddQueries();
     AddPrune();
+    AddChanges();
+    AddReferences();
+    AddSearchAndExport();
   }
 
   int Parse(int argc, char** argv) try {
@@ -54,9 +58,14 @@ class CommandLine {
   }
 
  private:
-  CLI::App* Add(const char* name, const char* help, Run run) {
+  CLI::App* AddPlain(const char* name, const char* help, Run run) {
     CLI::App* subcommand = app_.add_subcommand(name, help);
     subcommand->callback([this, run] { run_ = run; });
+    return subcommand;
+  }
+
+  CLI::App* Add(const char* name, const char* help, Run run) {
+    CLI::App* subcommand = AddPlain(name, help, run);
     subcommand->add_option("--data", options_.data, "the service's data folder, where its key is ($VARNIX_DATA)")
         ->type_name("DIR");
     subcommand
@@ -110,8 +119,8 @@ class CommandLine {
         ->default_str("60");
   }
 
-  void AddJson(CLI::App* subcommand) {
-    subcommand->add_flag("--json", options_.json, "print the service's answer, for programs");
+  void AddJson(CLI::App* subcommand, const char* help = "print the service's answer, for programs") {
+    subcommand->add_flag("--json", options_.json, help);
   }
 
   void AddQueries() {
@@ -139,6 +148,36 @@ class CommandLine {
     prune->add_option("--keep", options_.keep, "not the newest N commands and records")
         ->type_name("N")
         ->check(CLI::Range(0L, kMostRows));
+  }
+
+  void AddChanges() {
+    CLI::App* changes = AddPlain("changes", "show what changed between two exports of a file", RunChanges);
+    changes->add_option("OLD", options_.design, "the older export, saved as XML by FileMaker")->required();
+    changes->add_option("NEW", options_.newer, "the newer export")->required();
+    AddJson(changes, kJsonLines);
+  }
+
+  void AddReferences() {
+    CLI::App* references = AddPlain("references", "show which elements of a file use which others", RunReferences);
+    references->add_option("FILE", options_.design, "the export, saved as XML by FileMaker")->required();
+    references->add_option("--of", options_.of, "only what this element uses and is used by; a name or UUID")
+        ->type_name("NAME");
+    auto* unused = references->add_flag("--unused", options_.unused, "instead, the elements that nothing refers to");
+    references->add_flag("--broken", options_.broken, "instead, references to what was deleted")->excludes(unused);
+    references->add_option("--with", options_.others, "export of another file of the solution; may be repeated")
+        ->type_name("FILE")
+        ->allow_extra_args(false);
+    AddJson(references, kJsonLines);
+  }
+
+  void AddSearchAndExport() {
+    CLI::App* search = AddPlain("search", "find text in names, formulas, script steps and comments", RunSearch);
+    search->add_option("TEXT", options_.text, "what to find, in any case")->required();
+    search->add_option("FILE", options_.design, "the export, saved as XML by FileMaker")->required();
+    AddJson(search, kJsonLines);
+    CLI::App* folder = AddPlain("export", "write a design as readable files, for version control", RunExport);
+    folder->add_option("DESIGN", options_.design, "the export, saved as XML by FileMaker")->required();
+    folder->add_option("FOLDER", options_.folder, "a new or empty folder, or that of an earlier export")->required();
   }
 
   CLI::App app_{"A bridge service on this machine.", "varnix-service"};

@@ -4,6 +4,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace service {
 
@@ -39,6 +40,15 @@ struct Options {
 
   std::optional<long> olderThan;  ///< seconds
   std::optional<long> keep;
+
+  std::string design;               ///< an export's path; the older of two
+  std::string newer;                ///< the newer of two
+  std::string of;                   ///< name or UUID of an element
+  std::vector<std::string> others;  ///< exports of other files of the solution
+  bool unused = false;
+  bool broken = false;
+  std::string text;    ///< to search
+  std::string folder;  ///< to write to
 
   std::string Folder() const;
 };

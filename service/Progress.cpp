@@ -3,7 +3,7 @@
 #include <iostream>
 
 #include "CommandTypes.h"
-#include "TerminalText.h"
+#include "Terminal.h"
 
 namespace service {
 namespace {

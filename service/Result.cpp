@@ -8,7 +8,7 @@
 
 #include "Progress.h"
 #include "Subcommands.h"
-#include "TerminalText.h"
+#include "Terminal.h"
 
 namespace service {
 namespace {

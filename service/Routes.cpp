@@ -1,6 +1,6 @@
 #include "Routes.h"
 
-#include "TerminalText.h"
+#include "Terminal.h"
 
 namespace service {
 

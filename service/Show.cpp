@@ -7,7 +7,7 @@
 #include "Progress.h"
 #include "Result.h"
 #include "Subcommands.h"
-#include "TerminalText.h"
+#include "Terminal.h"
 
 namespace service {
 namespace {

@@ -15,4 +15,9 @@ ExitStatus RunRecords(const Options& options);
 ExitStatus RunStatus(const Options& options);
 ExitStatus RunPrune(const Options& options);
 
+ExitStatus RunChanges(const Options& options);
+ExitStatus RunReferences(const Options& options);
+ExitStatus RunSearch(const Options& options);
+ExitStatus RunExport(const Options& options);
+
 }  // namespace service

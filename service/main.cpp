@@ -3,7 +3,7 @@
 
 #include "Client.h"
 #include "Options.h"
-#include "TerminalText.h"
+#include "Terminal.h"
 
 int main(int argc, char** argv) {
   using namespace service;

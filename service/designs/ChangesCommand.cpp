@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <ostream>
 
+#include "changes/Changes.h"
 #include "changes/LineDiff.h"
 #include "designs/DesignCommands.h"
 #include "designs/OpenDesign.h"
@@ -59,29 +60,37 @@ class Printer {
   }
 
   void PrintChange(const Change& change) {
-    const std::string name = Printable(DisplayName(ElementOf(change)));
+    const std::string name = LineForTerminal(DisplayName(ElementOf(change)));
     out_ << "  " << Word(change.change);
     if (change.change == ChangeKind::kRenamed) {
-      out_ << Printable(DisplayName(*change.older)) << " -> " << name << '\n';
+      out_ << LineForTerminal(DisplayName(*change.older)) << " -> " << name << '\n';
     } else if (change.change == ChangeKind::kMoved) {
       const PropertyChange& folder = change.properties.front();
       out_ << name;
       if (folder.name == "folder") out_ << ": from " << Folder(folder.older) << " to " << Folder(folder.newer);
       out_ << '\n';
     } else {
-      out_ << name << '\n';
+      out_ << name << Author(change) << '\n';
       for (const PropertyChange& property : change.properties) PrintProperty(property);
     }
   }
 
+  // Who changed it last, and when.
+  std::string Author(const Change& change) const {
+    if (change.newer == nullptr || change.newer->time.empty()) return {};
+    std::string time(change.newer->time);
+    std::replace(time.begin(), time.end(), 'T', ' ');
+    return colours_.Dim("  " + LineForTerminal(change.newer->user) + ", " + LineForTerminal(time));
+  }
+
   static std::string Folder(const std::string& name) {
-    return name.empty() ? "the top level" : "folder \"" + Printable(name) + '"';
+    return name.empty() ? "the top level" : "folder \"" + LineForTerminal(name) + '"';
   }
 
   static bool IsLong(const std::string& text) { return text.find('\n') != std::string::npos; }
 
   void PrintProperty(const PropertyChange& property) {
-    out_ << "    " << Printable(property.name);
+    out_ << "    " << LineForTerminal(property.name);
     if (property.older == property.newer) {
       out_ << colours_.Dim(" (a detail that is not shown)") << '\n';
     } else if (IsLong(property.older) || IsLong(property.newer)) {
@@ -92,7 +101,7 @@ class Printer {
     }
   }
 
-  static std::string Value(const std::string& value) { return value.empty() ? "(none)" : Printable(value); }
+  static std::string Value(const std::string& value) { return value.empty() ? "(none)" : LineForTerminal(value); }
 
   void PrintLines(const std::vector<DiffLine>& lines) {
     std::size_t shown = 0;
@@ -108,7 +117,7 @@ class Printer {
   }
 
   void PrintLine(const DiffLine& line) {
-    const std::string text = Printable(line.text);
+    const std::string text = LineForTerminal(line.text);
     switch (line.origin) {
       case DiffLine::Origin::kBoth:
         out_ << "        " << text << '\n';
@@ -138,11 +147,11 @@ class Printer {
 
 }  // namespace
 
-void PrintChanges(const ChangesOptions& options, const Colours& colours, std::ostream& out, std::ostream& warnings) {
-  const auto older = OpenDesign(options.older, warnings);
+void PrintChanges(const Options& options, const Colours& colours, std::ostream& out, std::ostream& warnings) {
+  const auto older = OpenDesign(options.design, warnings);
   const auto newer = OpenDesign(options.newer, warnings);
   const auto comparison = Compare(*older, *newer, ShowProgress("comparing"));
-  for (const std::string& warning : comparison.warnings) warnings << "warning: " << Printable(warning) << '\n';
+  for (const std::string& warning : comparison.warnings) warnings << "warning: " << LineForTerminal(warning) << '\n';
   if (!options.json) return Printer(colours, out).Print(comparison.changes);
   for (const Change& change : comparison.changes) PrintJson(change, out);
 }

@@ -1,4 +1,5 @@
-// varnix-service search TEXT FILE and export FILE FOLDER.
+// varnix-service search TEXT FILE and export DESIGN FOLDER.
+#include <nlohmann/json.hpp>
 #include <ostream>
 #include <stdexcept>
 
@@ -8,28 +9,42 @@
 #include "output/Search.h"
 
 namespace service {
+namespace {
 
-bool PrintSearch(const std::string& text, const std::string& file, const Colours& colours, std::ostream& out,
-                 std::ostream& warnings) {
-  const auto design = OpenDesign(file, warnings);
-  const solution::Element* element = nullptr;
-  Search(*design, text, [&](const solution::SearchHit& hit) {
-    if (hit.element != element) {
-      out << (element == nullptr ? "" : "\n") << NamesOf(hit.element->kind).title << ' '
-          << colours.Bold(Printable(DisplayName(*hit.element))) << '\n';
-      element = hit.element;
-    }
-    out << "    " << colours.Dim(Printable(hit.property) + ':' + std::to_string(hit.line)) << ' ' << Printable(hit.text)
-        << '\n';
-  });
-  return element != nullptr;
+void PrintJson(const solution::SearchHit& hit, std::ostream& out) {
+  const nlohmann::ordered_json line = {{"kind", NamesOf(hit.element->kind).word},
+                                       {"uuid", hit.element->uuid},
+                                       {"name", DisplayName(*hit.element)},
+                                       {"property", hit.property},
+                                       {"line", hit.line},
+                                       {"text", hit.text}};
+  out << line.dump() << '\n';
 }
 
-void ExportDesign(const std::string& file, const std::string& folder, std::ostream& out, std::ostream& warnings) {
-  const auto design = OpenDesign(file, warnings);
+}  // namespace
+
+void PrintSearch(const Options& options, const Colours& colours, std::ostream& out, std::ostream& warnings) {
+  const auto design = OpenDesign(options.design, warnings);
+  const solution::Element* element = nullptr;
+  Search(*design, options.text, [&](const solution::SearchHit& hit) {
+    const bool isFirst = element == nullptr, isSame = hit.element == element;
+    element = hit.element;
+    if (options.json) return PrintJson(hit, out);
+    if (!isSame) {
+      out << (isFirst ? "" : "\n") << NamesOf(element->kind).title << ' '
+          << colours.Bold(LineForTerminal(DisplayName(*element))) << '\n';
+    }
+    out << "    " << colours.Dim(LineForTerminal(hit.property) + ':' + std::to_string(hit.line)) << ' '
+        << LineForTerminal(hit.text) << '\n';
+  });
+  if (element == nullptr) throw std::runtime_error(options.design + " does not contain " + options.text);
+}
+
+void ExportDesign(const Options& options, const Colours&, std::ostream& out, std::ostream& warnings) {
+  const auto design = OpenDesign(options.design, warnings);
   std::string error;
-  if (!WriteDesignFolder(*design, folder, error, ShowProgress("writing"))) throw std::runtime_error(error);
-  out << design->elements().size() << " elements in " << folder << '\n';
+  if (!WriteDesignFolder(*design, options.folder, error, ShowProgress("writing"))) throw std::runtime_error(error);
+  out << design->elements().size() << " elements in " << options.folder << '\n';
 }
 
 }  // namespace service

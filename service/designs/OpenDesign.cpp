@@ -3,13 +3,13 @@
 #include <ostream>
 #include <stdexcept>
 
+#include "Terminal.h"
 #include "design/DesignReader.h"
-#include "designs/Terminal.h"
 
 namespace service {
 
 std::unique_ptr<const solution::Design> OpenDesign(const std::string& path, std::ostream& warnings) {
-  const auto progress = ShowProgress("reading " + Printable(path));
+  const auto progress = ShowProgress("reading " + LineForTerminal(path));
   if (progress) progress(0, 1);
   std::string error;
   auto design = solution::ReadDesign(path, error);

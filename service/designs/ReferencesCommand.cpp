@@ -58,19 +58,19 @@ class Printer {
       const std::string_view plural = NamesOf(element->kind).plural;
       if (plural != kind) out_ << (kind.empty() ? "" : "\n") << colours_.Bold(plural) << '\n';
       kind = plural;
-      out_ << "  " << Printable(DisplayName(*element)) << '\n';
+      out_ << "  " << LineForTerminal(DisplayName(*element)) << '\n';
     }
   }
 
  private:
   void Heading(const Element& element) {
     out_ << (isFirst_ ? "" : "\n") << NamesOf(element.kind).title << ' '
-         << colours_.Bold(Printable(DisplayName(element))) << '\n';
+         << colours_.Bold(LineForTerminal(DisplayName(element))) << '\n';
     isFirst_ = false;
   }
 
   void Line(std::string_view kind, std::string_view name, std::string_view place) {
-    out_ << "    " << kind << ' ' << Printable(name) << "  " << colours_.Dim(Printable(place)) << '\n';
+    out_ << "    " << kind << ' ' << LineForTerminal(name) << "  " << colours_.Dim(LineForTerminal(place)) << '\n';
   }
 
   template <typename PrintOne>
@@ -82,7 +82,7 @@ class Printer {
   void Calls(const std::vector<ReferenceIndex::Call>& calls) {
     out_ << "  " << colours_.Yellow("performs") << (calls.empty() ? " no script" : "") << '\n';
     for (const ReferenceIndex::Call& call : calls) {
-      out_ << std::string(2 + 2 * static_cast<std::size_t>(call.depth), ' ') << Printable(call.script->name)
+      out_ << std::string(2 + 2 * static_cast<std::size_t>(call.depth), ' ') << LineForTerminal(call.script->name)
            << (call.isRepeated ? colours_.Dim(" (see above)") : "") << '\n';
     }
   }
@@ -103,9 +103,9 @@ void PrintUnused(const Design& design, const ReferenceIndex& index, bool json, c
   }
 }
 
-std::vector<const Element*> Named(const Design& design, const ReferencesOptions& options) {
+std::vector<const Element*> Named(const Design& design, const Options& options) {
   const auto elements = FindElements(design, options.of);
-  if (elements.empty()) throw std::runtime_error(options.file + " has no element named " + options.of);
+  if (elements.empty()) throw std::runtime_error(options.design + " has no element named " + options.of);
   return elements;
 }
 
@@ -123,9 +123,8 @@ std::vector<const Reference*> Select(const ReferenceIndex& index, const std::vec
 
 }  // namespace
 
-void PrintReferences(const ReferencesOptions& options, const Colours& colours, std::ostream& out,
-                     std::ostream& warnings) {
-  const auto design = OpenDesign(options.file, warnings);
+void PrintReferences(const Options& options, const Colours& colours, std::ostream& out, std::ostream& warnings) {
+  const auto design = OpenDesign(options.design, warnings);
   std::vector<std::unique_ptr<const Design>> files;
   std::vector<const Design*> others;
   for (const std::string& path : options.others) {

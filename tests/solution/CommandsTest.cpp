@@ -1,17 +1,16 @@
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 
-#include "designs/DesignCommands.h"
 #include "solution/SampleDesign.h"
+#include "support/Process.h"
 
 namespace service {
 namespace {
 
 constexpr const char* kOrders = TEST_DATA "/Orders.xml";
-const Colours kPlain(false);
 
 /// An export in a file that lives as long as this does. Its name is its process's own: tests run side by side.
 class SavedExport {
@@ -25,22 +24,25 @@ class SavedExport {
   const std::string path_ = testing::TempDir() + "commands-test-" + std::to_string(getpid()) + ".xml";
 };
 
-struct Printed {
-  std::ostringstream out, warnings;
-};
-
-std::string Changes(const std::string& newer, bool json, const Colours& colours = kPlain) {
-  Printed printed;
-  const SavedExport saved(newer);
-  PrintChanges({kOrders, saved.path(), json}, colours, printed.out, printed.warnings);
-  return printed.out.str() + printed.warnings.str();
+ProcessResult RunService(std::vector<std::string> arguments) {
+  arguments.insert(arguments.begin(), SERVICE);
+  return RunProcess(arguments);
 }
 
-std::string References(ReferencesOptions options) {
-  Printed printed;
-  options.file = kOrders;
-  PrintReferences(options, kPlain, printed.out, printed.warnings);
-  return printed.out.str() + printed.warnings.str();
+std::string Changes(const std::string& newer, const std::vector<std::string>& options = {}) {
+  const SavedExport saved(newer);
+  std::vector<std::string> arguments{"changes", kOrders, saved.path()};
+  arguments.insert(arguments.end(), options.begin(), options.end());
+  const ProcessResult result = RunService(arguments);
+  EXPECT_EQ(result.status, 0);
+  return result.output + result.errors;
+}
+
+std::string References(std::vector<std::string> options) {
+  options.insert(options.begin(), {"references", kOrders});
+  const ProcessResult result = RunService(options);
+  EXPECT_EQ(result.status, 0);
+  return result.output + result.errors;
 }
 
 std::string FirstLine(const std::string& text) { return text.substr(0, text.find('\n')); }
@@ -48,7 +50,7 @@ std::string FirstLine(const std::string& text) { return text.substr(0, text.find
 TEST(ChangesCommand, PrintsOneJsonObjectPerChange) {
   std::string text = solution::SampleWith("<Field id=\"1\" name=\"ID\"", "<Field id=\"1\" name=\"Key\"");
   text.replace(text.find("comment=\"the key\""), 17, "comment=\"&quot;\u00E4\"");
-  EXPECT_EQ(Changes(text, true),
+  EXPECT_EQ(Changes(text, {"--json"}),
             R"({"change":"renamed","kind":"field","uuid":"00000013-0000-4000-8000-000000000000","name":"Orders::Key",)"
             R"("oldName":"Orders::ID","properties":["name"]})"
             "\n"
@@ -61,13 +63,13 @@ TEST(ChangesCommand, ShowsScriptsLineByLine) {
   std::string text = solution::SampleWith("[\"Open\"]", "[\"Closed\"]");
   text.replace(text.find("<Script id=\"7\" name=\"Unused\""), 28, "<Script id=\"7\" name=\"Used\"");
   text.replace(text.find("about Orders"), 12, "bills");
-  EXPECT_EQ(Changes(text, false),
+  EXPECT_EQ(Changes(text),
             "tables\n"
-            "  edited   Orders\n"
+            "  edited   Orders  Ann, 2025-07-02 16:45:56\n"
             "    comment: about Orders -> bills\n"
             "\n"
             "scripts\n"
-            "  edited   Start\n"
+            "  edited   Start  Ann, 2025-07-02 16:45:56\n"
             "    steps\n"
             "      ...\n"
             "            + Orders::${a + b} ]\n"
@@ -79,33 +81,32 @@ TEST(ChangesCommand, ShowsScriptsLineByLine) {
             "  renamed  Unused -> Used\n"
             "\n"
             "1 renamed, 2 edited\n");
-  EXPECT_EQ(Changes(solution::SampleText(), false), "no changes\n");
-  EXPECT_NE(Changes(text, false, Colours(true)).find("\x1B[31m-     Set Field"), std::string::npos);
+  EXPECT_EQ(Changes(solution::SampleText()), "no changes\n");
 }
 
 // A terminal obeys what a foreign file may contain.
 TEST(ChangesCommand, PrintsNoControlCharacters) {
-  const std::string text = Changes(solution::SampleWith("about Orders", "a&#27;[2Jb"), false);
-  EXPECT_NE(text.find("-> a [2Jb"), std::string::npos) << text;
+  const std::string text = Changes(solution::SampleWith("about Orders", "a&#27;[2Jb"));
+  EXPECT_NE(text.find("-> a\\x1B[2Jb"), std::string::npos) << text;
 }
 
 TEST(ReferencesCommand, PrintsOneJsonObjectPerReference) {
-  const std::string all = References({.json = true});
+  const std::string all = References({"--json"});
   EXPECT_EQ(
       FirstLine(all),
       R"({"fromKind":"file","fromUuid":"00000056-0000-4000-8000-000000000000","fromName":"Orders.fmp12",)"
       R"("toKind":"layout","toUuid":"0000003A-0000-4000-8000-000000000000","toName":"Order Form","place":"Defaults"})");
   EXPECT_EQ(all.find("Missing"), std::string::npos);
   EXPECT_EQ(
-      FirstLine(References({.broken = true, .json = true})),
+      FirstLine(References({"--broken", "--json"})),
       R"({"fromKind":"script","fromUuid":"00000029-0000-4000-8000-000000000000","fromName":"Start","toKind":"field",)"
       R"("toUuid":"","toName":"<Field Missing>","place":"step 11 Set Field"})");
-  EXPECT_EQ(FirstLine(References({.unused = true, .json = true})),
+  EXPECT_EQ(FirstLine(References({"--unused", "--json"})),
             R"({"kind":"field","uuid":"00000013-0000-4000-8000-000000000000","name":"Orders::ID"})");
 }
 
 TEST(ReferencesCommand, ShowsWhatOneElementUsesAndIsUsedBy) {
-  EXPECT_EQ(References({.of = "reset"}),
+  EXPECT_EQ(References({"--of", "reset"}),
             "script Reset\n"
             "  used by\n"
             "    layout Order Form  Button \"go\", step 1 Perform Script\n"
@@ -117,7 +118,6 @@ TEST(ReferencesCommand, ShowsWhatOneElementUsesAndIsUsedBy) {
             "    Log\n"
             "    Start\n"
             "      Reset (see above)\n");
-  EXPECT_THROW(References({.of = "nobody"}), std::runtime_error);
 }
 
 TEST(ReferencesCommand, GroupsAllByElement) {
@@ -125,17 +125,40 @@ TEST(ReferencesCommand, GroupsAllByElement) {
   EXPECT_NE(all.find("\ncustomMenuSet"), 0u);
   EXPECT_NE(all.find("\ncustom menu set Office\n    custom menu Orders Menu  CustomMenuList\n"), std::string::npos);
   EXPECT_NE(all.find("2 broken references are not listed; see --broken\n"), std::string::npos);
-  EXPECT_NE(References({.unused = true}).find("\nscripts\n  Unused\n\nvalue lists\n  People\n"), std::string::npos);
+  EXPECT_NE(References({"--unused"}).find("\nscripts\n  Unused\n\nvalue lists\n  People\n"), std::string::npos);
 }
 
-TEST(FileCommands, SearchAndRefuse) {
-  Printed printed;
-  EXPECT_TRUE(PrintSearch("left: ", kOrders, kPlain, printed.out, printed.warnings));
-  EXPECT_EQ(printed.out.str(),
+TEST(SearchCommand, ShowsEveryLineThatContainsTheText) {
+  EXPECT_EQ(RunService({"search", "left: ", kOrders}).output,
             "script Start\n    steps:14 Show Custom Dialog [ Message: \"Left: \" & Stock::On Hand ]\n");
-  EXPECT_FALSE(PrintSearch("nowhere at all", kOrders, kPlain, printed.out, printed.warnings));
-  EXPECT_THROW(PrintSearch("a", "/nowhere", kPlain, printed.out, printed.warnings), std::runtime_error);
-  EXPECT_THROW(ExportDesign(kOrders, kOrders, printed.out, printed.warnings), std::runtime_error);
+  EXPECT_EQ(RunService({"search", "left: ", kOrders, "--json"}).output,
+            R"({"kind":"script","uuid":"00000029-0000-4000-8000-000000000000","name":"Start","property":"steps",)"
+            R"("line":14,"text":"Show Custom Dialog [ Message: \"Left: \" & Stock::On Hand ]"})"
+            "\n");
+}
+
+TEST(DesignCommands, RefuseWithOneLine) {
+  const SavedExport damaged(solution::SampleWith("</ScriptCatalog>", "</Script>"));
+  const struct {
+    std::vector<std::string> arguments;
+    int status;
+    std::string error;
+  } cases[] = {
+      {{"search", "nowhere at all", kOrders}, 1, std::string(kOrders) + " does not contain nowhere at all"},
+      {{"search", "a", "/nowhere"}, 1, "/nowhere cannot be opened: No such file or directory"},
+      {{"references", kOrders, "--of", "nobody"}, 1, std::string(kOrders) + " has no element named nobody"},
+      {{"references", kOrders, "--unused", "--broken"}, 2, "--unused excludes --broken"},
+      {{"changes", kOrders, damaged.path()}, 1, damaged.path() + " is not well-formed XML in line "},
+      {{"export", kOrders, kOrders}, 1, std::string(kOrders) + " is not a folder"},
+      {{"changes", kOrders}, 2, "NEW is required"},
+  };
+  for (const auto& [arguments, status, error] : cases) {
+    const ProcessResult result = RunService(arguments);
+    EXPECT_EQ(result.status, status) << error;
+    EXPECT_EQ(result.output, "") << error;
+    EXPECT_EQ(result.errors.substr(0, 16 + error.size()), "varnix-service: " + error);
+    EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), status) << result.errors;
+  }
 }
 
 }  // namespace

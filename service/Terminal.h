@@ -1,11 +1,9 @@
-// Colours and progress, where someone watches.
+// What is shown on a terminal: colours, progress, and texts that others wrote.
 #pragma once
 
-#include <iosfwd>
+#include <functional>
 #include <string>
 #include <string_view>
-
-#include "changes/Changes.h"
 
 namespace service {
 
@@ -29,9 +27,13 @@ class Colours {
 
 /// Shows how much of `task` is done on the standard error, one line that is overwritten and in the end removed; shows
 /// nothing when that is no terminal, or when the work takes less than a moment.
-solution::Progress ShowProgress(std::string task);
+std::function<void(std::size_t done, std::size_t total)> ShowProgress(std::string task);
 
-/// `text` without control characters, which names in a foreign file may contain and a terminal would obey.
-std::string Printable(std::string_view text);
+/// `text` with its control characters visible, as \x1B, apart from tabs and line endings: a terminal would carry out
+/// what they begin.
+std::string TextForTerminal(std::string_view text);
+
+/// The same with line endings and tabs as spaces.
+std::string LineForTerminal(std::string_view text);
 
 }  // namespace service
