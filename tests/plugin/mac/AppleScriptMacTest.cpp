@@ -1,36 +1,39 @@
 // The scripts sent to FileMaker, and their results.
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <utility>
+
 #include "host/AppleScript.h"
 #include "plugin/mac/standin/StandIn.h"
 
 namespace {
 
 TEST(AppleScript, SendsTheThreeScripts) {
+  const std::string path = "/a \"b\\\".xml";
   std::string result, error;
-  StandIn::scriptText = "Größe";
-  EXPECT_TRUE(AppleScript::GetFrontDocumentName(result, error));
-  EXPECT_EQ(result, "Größe");
-  EXPECT_EQ(StandIn::scriptSource,
-            R"(tell application "FileMaker Pro"
-    get name of front document
-end tell)");
-  EXPECT_TRUE(AppleScript::SaveFrontDocumentAsXML("/a \"b\\\".xml", error));
-  EXPECT_EQ(StandIn::scriptSource,
-            R"(tell application "FileMaker Pro"
+  const std::pair<std::function<bool()>, std::string> cases[] = {
+      {[&] { return AppleScript::SaveFrontDocumentAsXML(path, error); }, R"(tell application "FileMaker Pro"
     save front document in (POSIX file "/a \"b\\".xml") as "XML copy"
-end tell)");
-  StandIn::scriptText = "<x/>";
-  EXPECT_TRUE(AppleScript::ExportFrontDocumentAsXML("/a \"b\\\".xml", result, error));
-  EXPECT_EQ(result, "<x/>");
-  EXPECT_EQ(StandIn::scriptSource,
-            R"(set _varnixPath to "/a \"b\\".xml"
+end tell)"},
+      {[&] { return AppleScript::GetFrontDocumentName(result, error) && std::exchange(result, "") == "Größe"; },
+       R"(tell application "FileMaker Pro"
+    get name of front document
+end tell)"},
+      {[&] { return AppleScript::ExportFrontDocumentAsXML(path, result, error) && result == "Größe"; },
+       R"(set _varnixPath to "/a \"b\\".xml"
 tell application "FileMaker Pro"
     save front document in (POSIX file _varnixPath) as "XML copy"
 end tell
 set _xml to do shell script "/bin/cat " & quoted form of _varnixPath
 do shell script "/bin/rm -f " & quoted form of _varnixPath
-return _xml)");
+return _xml)"},
+  };
+  StandIn::scriptText = "Größe";
+  for (const auto& [call, script] : cases) {
+    EXPECT_TRUE(call());
+    EXPECT_EQ(StandIn::scriptSource, script);
+  }
   EXPECT_EQ(error, "");
 }
 

@@ -34,7 +34,7 @@ TEST(Background, RunsJobsOnAnotherThreadAndDropsTheirExceptions) {
   EXPECT_EQ(owned.use_count(), 1);
 }
 
-class UnloadMacTest : public FolderTest {};
+using UnloadMacTest = FolderTest;
 
 TEST_F(UnloadMacTest, ThePluginStaysInMemoryForJobsThatOutliveIt) {
   void* const plugin = dlopen(MAC_PLUGIN, RTLD_LAZY);
@@ -46,22 +46,17 @@ TEST_F(UnloadMacTest, ThePluginStaysInMemoryForJobsThatOutliveIt) {
   EXPECT_NE(dlopen(MAC_PLUGIN, RTLD_LAZY | RTLD_NOLOAD), nullptr);
 }
 
-class NotifyMacTest : public FolderTest {};
+using NotifyMacTest = FolderTest;
 
-TEST_F(NotifyMacTest, WritesTheScriptToTheTool) {
-  g_tool = "cat > " + folder_ + "/script";
-  Notify("title", "mess\\age");
-  g_job.join();
-  std::ifstream script(folder_ + "/script");
-  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(script), {}), NotificationScript("title", "mess\\age"));
-}
-
-TEST_F(NotifyMacTest, SurvivesAToolThatEndsEarlyOrIsMissing) {
-  for (const char* tool : {"exit 1", ""}) {
+TEST_F(NotifyMacTest, WritesTheScriptToTheToolAndSurvivesOneThatEndsEarlyOrIsMissing) {
+  const std::string message = '\\' + std::string(1 << 20, 'x');
+  for (const std::string& tool : {"cat > " + folder_ + "/script", std::string("exit 1"), std::string()}) {
     g_tool = tool;
-    Notify("title", std::string(1 << 20, 'x'));
+    Notify("title", message);
     g_job.join();
   }
+  std::ifstream script(folder_ + "/script");
+  EXPECT_TRUE(std::string(std::istreambuf_iterator<char>(script), {}) == NotificationScript("title", message));
 }
 
 }  // namespace
