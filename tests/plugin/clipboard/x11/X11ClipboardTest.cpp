@@ -14,6 +14,7 @@
 #include "clipboard/x11/SystemClipboard.h"
 #include "core/Clock.h"
 #include "plugin/clipboard/x11/FakeOwner.h"
+#include "plugin/clipboard/x11/XServer.h"
 #include "support/Entries.h"
 
 namespace {
