@@ -13,7 +13,6 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <set>
-#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -58,10 +57,6 @@ json Command(std::size_t number) {
   if (type == "DEBUG_CONTEXT") command["fileName"] = ContextFile(number);
   if (type == "GET_SCHEMA") command["fileName"] = "Workshop";
   return command;
-}
-
-std::string Contents(const std::string& path) {
-  return (std::ostringstream() << std::ifstream(path, std::ios::binary).rdbuf()).str();
 }
 
 // What a process takes of the system.

@@ -7,7 +7,15 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
+
+/// All bytes of the file at `path`; "" when it cannot be read.
+inline std::string Contents(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
 
 class FolderTest : public testing::Test {
  protected:

@@ -8,10 +8,6 @@
 
 #include "support/FolderTest.h"
 
-inline std::string Contents(const std::string& path) {
-  return (std::ostringstream() << std::ifstream(path, std::ios::binary).rdbuf()).str();
-}
-
 inline std::string Replaced(std::string text, std::string_view what, std::string_view with) {
   for (auto at = text.find(what); at != text.npos; at = text.find(what, at + with.size())) {
     text.replace(at, what.size(), with);
