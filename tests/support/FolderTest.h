@@ -1,5 +1,5 @@
-// A test with a folder of its own, gone with its contents when the test ends, and with surroundings that do not depend on
-// who runs it: settings in the folder, no X server, files that only their owner can write.
+// A test with a folder of its own, gone with its contents when the test ends, and with surroundings that do not depend
+// on who runs it: settings in the folder, no X server, files that only their owner can write.
 #pragma once
 
 #include <gtest/gtest.h>
