@@ -23,9 +23,7 @@ void Access::RefuseWebPages(const Request& request) const {
   }
 }
 
-bool Access::IsKey(std::string_view key) const {
-  return IsOpen() || IsSameSecret(key, key_);
-}
+bool Access::IsKey(std::string_view key) const { return IsOpen() || IsSameSecret(key, key_); }
 
 void Access::CheckKey(std::string_view key) const {
   if (!IsKey(key)) throw HttpError(401, "the account key is wrong");

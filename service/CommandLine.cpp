@@ -3,8 +3,8 @@
 #include <iostream>
 
 #include "CommandTypes.h"
-#include "PrivateFile.h"
 #include "Subcommands.h"
+#include "System.h"
 
 namespace service {
 namespace {
@@ -85,15 +85,21 @@ class CommandLine {
 
   void AddServe() {
     CLI::App* serve = Add("serve", "run the service until it is interrupted", RunServe);
-    serve->add_option("--listen", options_.listen, "listen there; port 0: any that is free")
-        ->type_name("ADDR:PORT")
-        ->capture_default_str();
-    serve->add_flag("--no-key", options_.noKey, "accept every key, from programs of this machine");
+    CLI::App* install = AddPlain("install", "run the service now and at each login", RunInstall);
+    install->add_option("--data", options_.data, "the service's data folder ($VARNIX_DATA)")->type_name("DIR");
+    AddPlain("uninstall", "no longer run the service at login; keeps its data", RunUninstall);
+    for (CLI::App* subcommand : {serve, install}) {
+      subcommand->add_option("--listen", options_.listen, "listen there; port 0: any that is free")
+          ->type_name("ADDR:PORT")
+          ->capture_default_str();
+      subcommand->add_flag("--no-key", options_.noKey, "accept every key, from programs of this machine");
+      subcommand->add_option("--max-body", options_.maxBody, "refuse requests that are larger, in MB")
+          ->check(CLI::Range(1L, kMostBodyMegabytes))
+          ->capture_default_str();
+    }
+    AddClient("sign-in", "print the line that signs FileMaker in to the service", RunSignIn);
     serve->add_option("--latest-version", options_.latestVersion, "plug-in version to report as current")
         ->type_name("V");
-    serve->add_option("--max-body", options_.maxBody, "refuse requests that are larger, in MB")
-        ->check(CLI::Range(1L, kMostBodyMegabytes))
-        ->capture_default_str();
   }
 
   void AddSend() {

@@ -5,13 +5,11 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <stdexcept>
 
 #include "Cryptography.h"
-#include "Options.h"
 
 namespace service {
 namespace {
@@ -54,14 +52,6 @@ std::string ReadOrMakeKey(const std::string& folder) {
   const auto key = ReadKey(folder);
   if (!key) throw std::runtime_error(KeyPath(folder) + " has no key in its first line");
   return *key;
-}
-
-std::string DefaultFolder() {
-  const char* data = std::getenv("XDG_DATA_HOME");
-  if (data != nullptr && *data == '/') return std::string(data) + "/varnix-service";
-  const char* home = std::getenv("HOME");
-  if (home == nullptr || *home == 0) throw UsageError("HOME is not set: use --data DIR");
-  return std::string(home) + "/.local/share/varnix-service";
 }
 
 }  // namespace service

@@ -17,7 +17,4 @@ std::optional<std::string> ReadKey(const std::string& folder);
 /// std::runtime_error.
 std::string ReadOrMakeKey(const std::string& folder);
 
-/// $XDG_DATA_HOME/varnix-service or ~/.local/share/varnix-service. Throws UsageError when neither is known.
-std::string DefaultFolder();
-
 }  // namespace service

@@ -7,6 +7,7 @@
 #include <iostream>
 #include <mutex>
 
+#include "Client.h"
 #include "PrivateFile.h"
 #include "Server.h"
 #include "Subcommands.h"
@@ -63,9 +64,9 @@ void LogLine(const std::string& line) {
   std::cerr << time + line + '\n';
 }
 
-void Announce(const std::string& url, const std::string& key) {
-  std::cout << url << "\nTo sign in, evaluate in FileMaker:  Varnix.Register ( \"you@example.com\" ; \""
-            << (key.empty() ? "local" : key) << "\" ; Get ( PersistentID ) ; \"" << url << "\" )" << std::endl;
+std::string SignInLine(const std::string& url, const std::string& key) {
+  return "Varnix.Register ( \"you@example.com\" ; \"" + (key.empty() ? "local" : key) +
+         "\" ; Get ( PersistentID ) ; \"" + url + "\" )";
 }
 
 }  // namespace
@@ -80,10 +81,18 @@ ExitStatus RunServe(const Options& options) {
   Context context{store, Access(key), BodyLimit(static_cast<std::size_t>(options.maxBody) << 20),
                   options.latestVersion.empty() ? VARNIX_VERSION : options.latestVersion, LogLine};
   const Server server(address, context);
-  Announce(server.url(), key);
+  std::cout << server.url() << "\nTo sign in, evaluate in FileMaker:  " << SignInLine(server.url(), key) << std::endl;
   int signal = 0;
   sigwait(&signals, &signal);
   pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);  // a second one does not wait for running requests
+  return kDone;
+}
+
+// With the wrong key, or for a service that is not running, the line would be of no use.
+ExitStatus RunSignIn(const Options& options) {
+  Client(options).Get("/operator/status");
+  std::cout << SignInLine(options.url, options.key.empty() ? ReadKey(options.Folder()).value_or("") : options.key)
+            << '\n';
   return kDone;
 }
 

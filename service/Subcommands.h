@@ -6,6 +6,9 @@
 namespace service {
 
 ExitStatus RunServe(const Options& options);
+ExitStatus RunSignIn(const Options& options);
+ExitStatus RunInstall(const Options& options);
+ExitStatus RunUninstall(const Options& options);
 ExitStatus RunSend(const Options& options);
 ExitStatus RunResult(const Options& options);
 ExitStatus RunCancel(const Options& options);

@@ -1,0 +1,27 @@
+// What differs between the systems that the service runs on.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace service {
+
+/// The folder for the service's data: $XDG_DATA_HOME/varnix-service or ~/.local/share/varnix-service on Linux,
+/// ~/Library/Application Support/Varnix on macOS. Throws UsageError when the home folder is not known.
+std::string DefaultFolder();
+
+/// The path of the running program. Throws std::runtime_error.
+std::string ProgramPath();
+
+/// How the system starts a program at each login of this user.
+struct Autostart {
+  std::string path;                                  ///< of the file that describes it to the system
+  std::string text;                                  ///< its content
+  std::vector<std::vector<std::string>> load, stop;  ///< the commands that make the system use it, or no longer
+};
+
+/// `command` is the program and its arguments. The system discards its standard output, on which the service prints its
+/// key. Throws UsageError when the home folder is not known.
+Autostart DescribeAutostart(const std::vector<std::string>& command);
+
+}  // namespace service
