@@ -4,8 +4,8 @@
 #include <atomic>
 #include <chrono>
 
-/// From now on SIGINT, SIGTERM and SIGHUP no longer end the process but are remembered, unless they are ignored. Call it
-/// once, before any thread starts.
+/// From now on SIGINT, SIGTERM and SIGHUP no longer end the process but are remembered, unless they are ignored. Call
+/// it once, before any thread starts.
 void CatchSignals();
 
 /// The signal that has come, or 0. SIGTERM and SIGHUP, which end the program, take precedence over SIGINT.

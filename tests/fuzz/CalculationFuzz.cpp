@@ -1,6 +1,6 @@
 // Formulas from outside: whatever the text, the engine ends with a value or with one of FileMaker's error numbers.
-#include "sim/calc/TestEnvironment.h"
 #include "fuzz/Fuzz.h"
+#include "sim/calc/TestEnvironment.h"
 
 void Try(const std::string& input) {
   const std::u16string formula = calc::ToUtf16(input);

@@ -1,6 +1,6 @@
 // Any bytes are either an export or refused with one line, and a refusal leaves the solution alone.
-#include "solution/SolutionReader.h"
 #include "fuzz/Fuzz.h"
+#include "solution/SolutionReader.h"
 
 void Try(const std::string& input) {
   sim::Solution solution;

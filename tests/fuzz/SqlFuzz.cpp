@@ -1,8 +1,8 @@
 // Any text is a query or gives "?"; the lenient reading differs from the strict one only where quotes are doubled.
 #include "calc/Unicode.h"
-#include "solution/Sql.h"
 #include "fuzz/Fuzz.h"
 #include "sim/solution/SampleSolution.h"
+#include "solution/Sql.h"
 
 void Try(const std::string& input) {
   static const sim::Solution solution = SampleSolution();
