@@ -17,7 +17,7 @@ struct Comparison {
 
 /// Measures the two sides of each comparison in turn, several rounds of all, and prints a table of the best of each
 /// side, and our speed as a part of memcpy's. Returns the exit status for main: 1 if a ratio is below what is demanded,
-/// which is told on stderr.
+/// which it reports on stderr.
 int Compare(const std::vector<Comparison>& comparisons);
 
 }  // namespace bench

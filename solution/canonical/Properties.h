@@ -14,7 +14,7 @@ struct Property {
   std::string value;   ///< for people: formulas as text, references as names, steps as readable lines
   std::string key;     ///< what is compared instead of `value` when that leaves something out; else empty
   std::string object;  ///< the layout object that it belongs to: "Button 17"; else empty
-  std::string schema;  ///< the path without what tells siblings apart: which property of a kind this is
+  std::string schema;  ///< the path without what distinguishes siblings: which property of a kind this is
 
   const std::string& compared() const { return key.empty() ? value : key; }
 };

@@ -32,7 +32,7 @@ constexpr ReferenceName kReferences[] = {
     {"BaseDirectoryReference", Kind::kBaseDirectory},
 };
 
-// A data source beside a reference says that the element is in that file.
+// A data source next to a reference shows that the element is in that file.
 bool IsInOtherFile(XmlNode node) {
   const XmlNode source = node.parent().child("DataSourceReference");
   return source && source != node && source.attribute("id").AsInt() > 0;

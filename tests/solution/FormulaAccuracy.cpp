@@ -1,4 +1,4 @@
-// How well references are found in formulas: compared with the analysis that FileMaker itself writes beside every
+// How well references are found in formulas: compared with the analysis that FileMaker itself writes next to every
 // formula in formats 2.2.0 and 2.2.1. Prints precision and recall for each export; fails below 99 %.
 #include <cstdio>
 #include <set>
