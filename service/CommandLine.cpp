@@ -13,6 +13,9 @@ constexpr long kLongestTime = 100L * 365 * 86400;  // seconds
 constexpr long kLongestWait = 86400;
 constexpr long kMostBodyMegabytes = 900;  // SQLite keeps values below 1000 MB
 constexpr long kMostRows = 1'000'000'000;
+constexpr char kDesign[] =
+    "path of an export, saved as XML by FileMaker, or a design in the store: its id, or the name of its file for the "
+    "newest";
 constexpr char kJsonLines[] = "print one JSON object per line";
 
 using Run = ExitStatus (*)(const Options&);
@@ -47,6 +50,7 @@ class CommandLine {
     AddChanges();
     AddReferences();
     AddSearchAndExport();
+    AddHistory();
   }
 
   int Parse(int argc, char** argv) try {
@@ -61,13 +65,12 @@ class CommandLine {
   CLI::App* AddPlain(const char* name, const char* help, Run run) {
     CLI::App* subcommand = app_.add_subcommand(name, help);
     subcommand->callback([this, run] { run_ = run; });
+    subcommand->add_option("--data", options_.data, "the service's data folder ($VARNIX_DATA)")->type_name("DIR");
     return subcommand;
   }
 
   CLI::App* Add(const char* name, const char* help, Run run) {
     CLI::App* subcommand = AddPlain(name, help, run);
-    subcommand->add_option("--data", options_.data, "the service's data folder, where its key is ($VARNIX_DATA)")
-        ->type_name("DIR");
     subcommand
         ->add_option("--key", options_.key,
                      "the service's account key instead of the one in its data folder ($VARNIX_KEY)")
@@ -86,7 +89,6 @@ class CommandLine {
   void AddServe() {
     CLI::App* serve = Add("serve", "run the service until it is interrupted", RunServe);
     CLI::App* install = AddPlain("install", "run the service now and at each login", RunInstall);
-    install->add_option("--data", options_.data, "the service's data folder ($VARNIX_DATA)")->type_name("DIR");
     AddPlain("uninstall", "no longer run the service at login; keeps its data", RunUninstall);
     for (CLI::App* subcommand : {serve, install}) {
       subcommand->add_option("--listen", options_.listen, "listen there; port 0: any that is free")
@@ -158,19 +160,19 @@ class CommandLine {
 
   void AddChanges() {
     CLI::App* changes = AddPlain("changes", "show what changed between two exports of a file", RunChanges);
-    changes->add_option("OLD", options_.design, "the older export, saved as XML by FileMaker")->required();
-    changes->add_option("NEW", options_.newer, "the newer export")->required();
+    changes->add_option("OLD", options_.design, kDesign)->required();
+    changes->add_option("NEW", options_.newer, "likewise; without it, the newest two designs of the file OLD");
     AddJson(changes, kJsonLines);
   }
 
   void AddReferences() {
     CLI::App* references = AddPlain("references", "show which elements of a file use which others", RunReferences);
-    references->add_option("FILE", options_.design, "the export, saved as XML by FileMaker")->required();
+    references->add_option("FILE", options_.design, kDesign)->required();
     references->add_option("--of", options_.of, "only what this element uses and is used by; a name or UUID")
         ->type_name("NAME");
     auto* unused = references->add_flag("--unused", options_.unused, "instead, the elements that nothing refers to");
     references->add_flag("--broken", options_.broken, "instead, references to what was deleted")->excludes(unused);
-    references->add_option("--with", options_.others, "export of another file of the solution; may be repeated")
+    references->add_option("--with", options_.others, "design of another file of the solution; may be repeated")
         ->type_name("FILE")
         ->allow_extra_args(false);
     AddJson(references, kJsonLines);
@@ -179,11 +181,21 @@ class CommandLine {
   void AddSearchAndExport() {
     CLI::App* search = AddPlain("search", "find text in names, formulas, script steps and comments", RunSearch);
     search->add_option("TEXT", options_.text, "what to find, in any case")->required();
-    search->add_option("FILE", options_.design, "the export, saved as XML by FileMaker")->required();
+    search->add_option("FILE", options_.design, "path of an export, or a file in the store; otherwise the whole store");
     AddJson(search, kJsonLines);
     CLI::App* folder = AddPlain("export", "write a design as readable files, for version control", RunExport);
-    folder->add_option("DESIGN", options_.design, "the export, saved as XML by FileMaker")->required();
+    folder->add_option("DESIGN", options_.design, kDesign)->required();
     folder->add_option("FOLDER", options_.folder, "a new or empty folder, or that of an earlier export")->required();
+  }
+
+  void AddHistory() {
+    CLI::App* designs = AddPlain("designs", "list the designs that the service has received", RunDesigns);
+    designs->add_option("FILE", options_.design, "only those of this file; a name or UUID");
+    AddJson(designs, kJsonLines);
+    CLI::App* label = AddPlain("label", "set the label or the note of a stored design", RunLabel);
+    label->add_option("DESIGN", options_.design, "its id")->required()->check(CLI::Range(1L, kMostRows));
+    label->add_option("LABEL", options_.label, "the new label; empty: none");
+    label->add_option("--note", options_.note, "the new note; empty: none")->type_name("TEXT");
   }
 
   CLI::App app_{"A bridge service on this machine.", "varnix-service"};

@@ -19,11 +19,11 @@ Database::Database(const std::string& path) {
   handle_.reset(handle);
   if (handle == nullptr) throw std::bad_alloc();
   Check(handle, result);
-  // A commit returns only when it is on the disk (synchronous). The lock is held until the process ends (exclusive),
-  // so that two services cannot hand out the same commands.
+  // A commit returns only when it is on the disk (synchronous). An earlier version of the service kept its lock until
+  // the process ended, which shows here.
   Execute(
-      "PRAGMA locking_mode = EXCLUSIVE; PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL;"
-      "PRAGMA journal_size_limit = 67108864; PRAGMA foreign_keys = ON; BEGIN EXCLUSIVE; COMMIT");
+      "PRAGMA busy_timeout = 5000; PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL;"
+      "PRAGMA journal_size_limit = 67108864; PRAGMA foreign_keys = ON; BEGIN IMMEDIATE; COMMIT");
 }
 
 void Database::Execute(const char* sql) { Check(handle(), sqlite3_exec(handle(), sql, nullptr, nullptr, nullptr)); }

@@ -24,7 +24,8 @@ struct Blob {
 /// Not for use from two threads at once. Every operation throws std::runtime_error with SQLite's words when it fails.
 class Database {
  public:
-  /// Opens or creates the file at `path`, for this process alone. Throws DatabaseInUse while another has it.
+  /// Opens or creates the file at `path`. Others may read it meanwhile; whoever writes waits for its turn, a few
+  /// seconds at most. Throws DatabaseInUse when another program keeps it for itself.
   explicit Database(const std::string& path);
 
   /// Carries out statements without parameters or rows.

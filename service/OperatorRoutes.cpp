@@ -162,6 +162,7 @@ Response Prune(Context& context, const Request& request) {
   const auto age = Number("olderThan", Find(message, "olderThan"), 0, kLongestTime, 0);
   const auto keep = Number("keep", Find(message, "keep"), 0, INT64_MAX, 0);
   const Pruned pruned = context.store.Prune(std::chrono::seconds(age), keep);
+  context.storeChanged();
   return JsonAnswer({{"commands", pruned.commands}, {"records", pruned.records}});
 }
 

@@ -41,12 +41,14 @@ struct Options {
   std::optional<long> olderThan;  ///< seconds
   std::optional<long> keep;
 
-  std::string design;               ///< an export's path; the older of two
+  std::string design;               ///< path of an export, id or file of a stored one; the older of two
   std::string newer;                ///< the newer of two
   std::string of;                   ///< name or UUID of an element
   std::vector<std::string> others;  ///< exports of other files of the solution
   bool unused = false;
   bool broken = false;
+  std::optional<std::string> label;
+  std::optional<std::string> note;
   std::string text;    ///< to search
   std::string folder;  ///< to write to
 

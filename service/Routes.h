@@ -41,6 +41,7 @@ struct Context {
   std::function<void(const std::string& line)> log = {};
   Times times = {};
   LastPoll lastPoll = {};
+  std::function<void()> storeChanged = [] {};  ///< a file came in or old data was deleted; safe on any thread
 
   /// Logs what happened, on one line and without the key. Safe on any thread if `log` is.
   void Log(const std::string& event) const;

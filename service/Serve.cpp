@@ -11,6 +11,7 @@
 #include "PrivateFile.h"
 #include "Server.h"
 #include "Subcommands.h"
+#include "designs/DesignIndexer.h"
 
 namespace service {
 namespace {
@@ -80,6 +81,8 @@ ExitStatus RunServe(const Options& options) {
   const std::string key = AccountKey(options, address);
   Context context{store, Access(key), BodyLimit(static_cast<std::size_t>(options.maxBody) << 20),
                   options.latestVersion.empty() ? VARNIX_VERSION : options.latestVersion, LogLine};
+  DesignIndexer indexer(options.Folder(), [&context](const std::string& event) { context.Log(event); });
+  context.storeChanged = [&indexer] { indexer.Wake(); };
   const Server server(address, context);
   std::cout << server.url() << "\nTo sign in, evaluate in FileMaker:  " << SignInLine(server.url(), key) << std::endl;
   int signal = 0;

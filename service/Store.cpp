@@ -40,21 +40,28 @@ RecordSummary ReadRecord(const Statement& row) {
 
 #undef TIME_TEXT
 
-std::string PathIn(const std::string& folder) { return (std::filesystem::path(folder) / kFileName).string(); }
-
-Database OpenIn(const std::string& folder) try {
-  if (std::filesystem::create_directories(folder)) {
-    std::filesystem::permissions(folder, std::filesystem::perms::owner_all);
-  }
-  CheckPrivate(folder);
-  CheckPrivate(PathIn(folder));
-  Database database(PathIn(folder));
-  PrepareLayout(database);
-  return database;
+template <class Open>
+auto OpenIn(const std::string& folder, const Open& open) try {
+  return open();
 } catch (const DatabaseInUse&) {
   throw std::runtime_error(folder + " is in use by another service");
 } catch (const std::runtime_error& error) {
   throw std::runtime_error(folder + " cannot be used: " + error.what());
+}
+
+FolderLock LockFolder(const std::string& folder) {
+  if (std::filesystem::create_directories(folder)) {
+    std::filesystem::permissions(folder, std::filesystem::perms::owner_all);
+  }
+  CheckPrivate(folder);
+  CheckPrivate(Store::PathIn(folder));
+  return FolderLock(folder);
+}
+
+Database OpenDatabase(const std::string& path) {
+  Database database(path);
+  PrepareLayout(database);
+  return database;
 }
 
 std::uint64_t InodeOf(const std::string& path) {
@@ -129,7 +136,13 @@ std::int64_t Store::SystemTime() {
 }
 
 Store::Store(const std::string& folder, Clock clock)
-    : clock_(std::move(clock)), path_(PathIn(folder)), database_(OpenIn(folder)), inode_(InodeOf(path_)) {}
+    : clock_(std::move(clock)),
+      path_(PathIn(folder)),
+      lock_(OpenIn(folder, [&] { return LockFolder(folder); })),
+      database_(OpenIn(folder, [&] { return OpenDatabase(path_); })),
+      inode_(InodeOf(path_)) {}
+
+std::string Store::PathIn(const std::string& folder) { return (std::filesystem::path(folder) / kFileName).string(); }
 
 void Store::CheckFile() const {
   if (InodeOf(path_) != inode_) throw StoreGone(path_ + " was removed or replaced: start the service again");

@@ -13,6 +13,7 @@
 
 #include "CommandTypes.h"
 #include "Database.h"
+#include "FolderLock.h"
 
 namespace service {
 
@@ -84,6 +85,9 @@ class Store {
   using Clock = std::function<std::int64_t()>;
   static std::int64_t SystemTime();
 
+  /// The database in `folder`. Any program of the same user may read it.
+  static std::string PathIn(const std::string& folder);
+
   /// Opens the store in `folder`, which is created for its owner alone if it is missing. Only one process may have it
   /// open. Refuses a folder or database that other users can write to.
   explicit Store(const std::string& folder, Clock clock = SystemTime);
@@ -131,6 +135,7 @@ class Store {
   std::mutex mutex_;
   Clock clock_;
   std::string path_;
+  FolderLock lock_;
   Database database_;
   std::uint64_t inode_ = 0;
 };

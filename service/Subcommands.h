@@ -21,6 +21,8 @@ ExitStatus RunPrune(const Options& options);
 ExitStatus RunChanges(const Options& options);
 ExitStatus RunReferences(const Options& options);
 ExitStatus RunSearch(const Options& options);
+ExitStatus RunDesigns(const Options& options);
+ExitStatus RunLabel(const Options& options);
 ExitStatus RunExport(const Options& options);
 
 }  // namespace service

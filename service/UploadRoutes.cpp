@@ -13,6 +13,7 @@ namespace {
 Response Keep(Context& context, const char* kind, const std::string& fileName, std::string_view content) {
   if (!IsUtf8(fileName)) throw HttpError(400, "the file name is not UTF-8");
   const auto record = context.store.Add({kind, fileName, std::nullopt, content});
+  context.storeChanged();
   context.Log("received " + fileName + ", " + std::to_string(content.size()) + " bytes");
   return JsonAnswer({{"ok", true}, {"record", record}});
 }

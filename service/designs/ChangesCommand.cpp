@@ -148,8 +148,10 @@ class Printer {
 }  // namespace
 
 void PrintChanges(const Options& options, const Colours& colours, std::ostream& out, std::ostream& warnings) {
-  const auto older = OpenDesign(options.design, warnings);
-  const auto newer = OpenDesign(options.newer, warnings);
+  const auto [olderName, newerName] =
+      options.newer.empty() ? NewestTwo(options.design, options.Folder()) : std::pair(options.design, options.newer);
+  const auto older = OpenDesign(olderName, options.Folder(), warnings);
+  const auto newer = OpenDesign(newerName, options.Folder(), warnings);
   const auto comparison = Compare(*older, *newer, ShowProgress("comparing"));
   for (const std::string& warning : comparison.warnings) warnings << "warning: " << LineForTerminal(warning) << '\n';
   if (!options.json) return Printer(colours, out).Print(comparison.changes);

@@ -20,4 +20,13 @@ void PrintSearch(const Options& options, const Colours& colours, std::ostream& o
 
 void ExportDesign(const Options& options, const Colours& colours, std::ostream& out, std::ostream& warnings);
 
+/// The designs of the store.
+void PrintDesigns(const Options& options, const Colours& colours, std::ostream& out, std::ostream& warnings);
+
+/// The hits in the store. Throws also when nothing was found.
+void PrintHistorySearch(const Options& options, const Colours& colours, std::ostream& out, std::ostream& warnings);
+
+/// Sets label and note of a stored design.
+void LabelDesign(const Options& options, const Colours& colours, std::ostream& out, std::ostream& warnings);
+
 }  // namespace service

@@ -1,8 +1,9 @@
-// varnix-service changes, references, search and export.
+// varnix-service changes, references, search, export, designs and label.
 #include <iostream>
 
 #include "Subcommands.h"
 #include "designs/DesignCommands.h"
+#include "designs/OpenDesign.h"
 
 namespace service {
 namespace {
@@ -19,7 +20,11 @@ ExitStatus Run(Print& print, const Options& options) {
 
 ExitStatus RunChanges(const Options& options) { return Run(PrintChanges, options); }
 ExitStatus RunReferences(const Options& options) { return Run(PrintReferences, options); }
-ExitStatus RunSearch(const Options& options) { return Run(PrintSearch, options); }
+ExitStatus RunSearch(const Options& options) {
+  return Run(IsPath(options.design) ? PrintSearch : PrintHistorySearch, options);
+}
+ExitStatus RunDesigns(const Options& options) { return Run(PrintDesigns, options); }
+ExitStatus RunLabel(const Options& options) { return Run(LabelDesign, options); }
 ExitStatus RunExport(const Options& options) { return Run(ExportDesign, options); }
 
 }  // namespace service

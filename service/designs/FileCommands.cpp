@@ -24,7 +24,7 @@ void PrintJson(const solution::SearchHit& hit, std::ostream& out) {
 }  // namespace
 
 void PrintSearch(const Options& options, const Colours& colours, std::ostream& out, std::ostream& warnings) {
-  const auto design = OpenDesign(options.design, warnings);
+  const auto design = OpenDesign(options.design, options.Folder(), warnings);
   const solution::Element* element = nullptr;
   Search(*design, options.text, [&](const solution::SearchHit& hit) {
     const bool isFirst = element == nullptr, isSame = hit.element == element;
@@ -41,7 +41,7 @@ void PrintSearch(const Options& options, const Colours& colours, std::ostream& o
 }
 
 void ExportDesign(const Options& options, const Colours&, std::ostream& out, std::ostream& warnings) {
-  const auto design = OpenDesign(options.design, warnings);
+  const auto design = OpenDesign(options.design, options.Folder(), warnings);
   std::string error;
   if (!WriteDesignFolder(*design, options.folder, error, ShowProgress("writing"))) throw std::runtime_error(error);
   out << design->elements().size() << " elements in " << options.folder << '\n';

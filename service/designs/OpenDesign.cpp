@@ -1,18 +1,70 @@
 #include "designs/OpenDesign.h"
 
+#include <algorithm>
+#include <charconv>
 #include <ostream>
 #include <stdexcept>
 
+#include "Options.h"
 #include "Terminal.h"
 #include "design/DesignReader.h"
 
 namespace service {
+namespace {
 
-std::unique_ptr<const solution::Design> OpenDesign(const std::string& path, std::ostream& warnings) {
-  const auto progress = ShowProgress("reading " + LineForTerminal(path));
+std::vector<StoredDesign> Readable(DesignStore& history, const std::string& file) {
+  auto designs = history.List(file);
+  if (designs.empty())
+    throw std::runtime_error("there is no design of " + file + "; a path contains / or ends in .xml");
+  std::erase_if(designs, [](const StoredDesign& design) { return design.problem.has_value(); });
+  return designs;
+}
+
+StoredDesign FindStored(DesignStore& history, const std::string& name) {
+  std::int64_t id = 0;
+  const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), id);
+  if (error == std::errc() && end == name.data() + name.size()) {
+    const auto found = history.Find(id);
+    if (!found) throw std::runtime_error("there is no design " + name);
+    return *found;
+  }
+  const auto designs = Readable(history, name);
+  if (designs.empty()) throw std::runtime_error("no design of " + name + " can be read; see varnix-service designs");
+  return designs.back();
+}
+
+}  // namespace
+
+bool IsPath(const std::string& name) {
+  return name.find('/') != std::string::npos || name.ends_with(".xml") || name.ends_with(".XML");
+}
+
+DesignStore OpenHistory(const std::string& folder) {
+  DesignStore history(folder);
+  history.CatchUp(false);
+  return history;
+}
+
+std::pair<std::string, std::string> NewestTwo(const std::string& file, const std::string& folder) {
+  if (IsPath(file)) throw UsageError("an export needs another to be compared with: NEW is missing");
+  DesignStore history = OpenHistory(folder);
+  const auto designs = Readable(history, file);
+  if (designs.size() < 2) throw std::runtime_error("there are no two designs of " + file + " to compare");
+  return {std::to_string(designs[designs.size() - 2].id), std::to_string(designs.back().id)};
+}
+
+std::unique_ptr<const solution::Design> OpenDesign(const std::string& name, const std::string& folder,
+                                                   std::ostream& warnings) {
+  const auto progress = ShowProgress("reading " + LineForTerminal(name));
   if (progress) progress(0, 1);
   std::string error;
-  auto design = solution::ReadDesign(path, error);
+  std::unique_ptr<const solution::Design> design;
+  if (IsPath(name)) {
+    design = solution::ReadDesign(name, error);
+  } else {
+    DesignStore history = OpenHistory(folder);
+    design = solution::ReadDesignBytes(history.Content(FindStored(history, name).id), "design " + name, error);
+  }
   if (progress) progress(1, 1);
   if (design == nullptr) throw std::runtime_error(error);
   for (const std::string& note : design->document().notes) warnings << "warning: " << note << '\n';

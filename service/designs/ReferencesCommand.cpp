@@ -124,11 +124,11 @@ std::vector<const Reference*> Select(const ReferenceIndex& index, const std::vec
 }  // namespace
 
 void PrintReferences(const Options& options, const Colours& colours, std::ostream& out, std::ostream& warnings) {
-  const auto design = OpenDesign(options.design, warnings);
+  const auto design = OpenDesign(options.design, options.Folder(), warnings);
   std::vector<std::unique_ptr<const Design>> files;
   std::vector<const Design*> others;
   for (const std::string& path : options.others) {
-    files.push_back(OpenDesign(path, warnings));
+    files.push_back(OpenDesign(path, options.Folder(), warnings));
     others.push_back(files.back().get());
   }
   const ReferenceIndex index(FindReferences(*design, others));

@@ -20,4 +20,9 @@ struct SearchHit {
 /// case.
 void Search(const Design& design, std::string_view text, const std::function<void(const SearchHit&)>& found);
 
+/// Calls `found` for every line of `value` that contains `folded`, a text that FoldCase has returned. Lines count
+/// from 1.
+void SearchLines(std::string_view value, const std::string& folded,
+                 const std::function<void(std::size_t line, std::string_view text)>& found);
+
 }  // namespace solution

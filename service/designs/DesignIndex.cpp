@@ -1,0 +1,183 @@
+// How received designs get into the index.
+#include <algorithm>
+
+#include "Cryptography.h"
+#include "design/DesignReader.h"
+#include "design/Names.h"
+#include "designs/DesignStore.h"
+#include "designs/StoredText.h"
+
+namespace service {
+namespace {
+
+constexpr std::size_t kHeadBytes = 4096;  // in which an export shows what it is
+
+struct IndexedElement {
+  std::string kind, uuid, name, text;
+};
+
+bool LooksLikeExport(std::string_view content) {
+  std::string head(content.substr(0, kHeadBytes));
+  std::erase(head, '\0');  // of UTF-16
+  return head.find("<FMSaveAsXML") != std::string::npos;
+}
+
+std::vector<IndexedElement> ElementsOf(const solution::Design& design, const std::atomic<bool>& stop) {
+  std::vector<IndexedElement> elements;
+  for (const auto& element : design.elements()) {
+    if (stop) break;
+    elements.push_back({std::string(NamesOf(element.kind).word), std::string(element.uuid), DisplayName(element),
+                        StoredTextOf(design, element)});
+  }
+  return elements;
+}
+
+std::int64_t KeepText(Database& index, const std::string& text) {
+  const ContentHash hash = HashOf(text);
+  const Blob key{{reinterpret_cast<const char*>(hash.data()), hash.size()}};
+  std::int64_t number = 0;
+  Statement find(index, "SELECT number FROM texts WHERE hash = ?1", key);
+  if (find.Step()) {
+    find.Read(number);
+    return number;
+  }
+  Statement(index, "INSERT INTO texts (hash, body) VALUES (?1, ?2)", key, Blob{text}).Step();
+  number = sqlite3_last_insert_rowid(index.handle());
+  Statement(index, "INSERT INTO words (rowid, body) VALUES (?1, ?2)", number, solution::FoldCase(text)).Step();
+  return number;
+}
+
+// Texts that no element has any more leave both tables.
+void RemoveUnusedTexts(Database& index) {
+  Statement rows(index, "SELECT number, body FROM texts WHERE number NOT IN (SELECT text FROM elements)");
+  while (rows.Step()) {
+    std::int64_t number = 0;
+    std::string text;
+    rows.Read(number, text);
+    Statement(index, "INSERT INTO words (words, rowid, body) VALUES ('delete', ?1, ?2)", number,
+              solution::FoldCase(text))
+        .Step();
+  }
+  index.Execute("DELETE FROM texts WHERE number NOT IN (SELECT text FROM elements)");
+}
+
+bool Exists(Database& database, const char* sql, std::int64_t number) {
+  return Statement(database, sql, number).Step();
+}
+
+}  // namespace
+
+struct DesignStore::Received {
+  std::int64_t number = 0, content = 0, time = 0;
+  std::string kind, name, bytes;
+};
+
+// What is written about one record, computed before anything is locked.
+struct DesignStore::Entry {
+  bool isDesign = false;
+  bool isKnown = false;  // its content is indexed
+  std::string fileUuid, fileName, version;
+  std::optional<std::string> problem;
+  std::vector<IndexedElement> elements;
+};
+
+std::optional<DesignStore::Received> DesignStore::Next() {
+  std::int64_t last = 0;
+  Statement progress(index_, "SELECT record FROM progress");
+  if (progress.Step()) progress.Read(last);
+  Statement row(received_,
+                "SELECT records.number, content, received, kind, name, bytes FROM records JOIN contents"
+                " ON contents.number = content WHERE records.number > ?1 AND kind IN ('ingest', 'snapshot', 'upload')"
+                " ORDER BY records.number LIMIT 1",
+                last);
+  if (!row.Step()) return std::nullopt;
+  Received received;
+  row.Read(received.number, received.content, received.time, received.kind, received.name, received.bytes);
+  return received;
+}
+
+DesignStore::Entry DesignStore::Examine(Received& received, const Begin& begin, const std::atomic<bool>& stop) {
+  Entry entry;
+  entry.isDesign = received.kind != "upload" || LooksLikeExport(received.bytes);
+  if (!entry.isDesign) return entry;
+  Statement known(index_, "SELECT file_uuid, file_name, version, problem FROM designs WHERE content = ?1 LIMIT 1",
+                  received.content);
+  entry.isKnown = known.Step();
+  if (entry.isKnown) {
+    known.Read(entry.fileUuid, entry.fileName, entry.version, entry.problem);
+    return entry;
+  }
+  if (begin) begin(received.name);
+  std::string error;
+  const auto design = solution::ReadDesignBytes(std::move(received.bytes), received.name, error);
+  if (design == nullptr) {
+    entry.problem = error;
+    const std::string_view name = received.name;
+    entry.fileName = name.substr(0, name.size() - (name.ends_with(".xml") ? 4 : 0));
+    return entry;
+  }
+  entry.fileUuid = design->document().Attribute("UUID");
+  entry.fileName = design->fileName();
+  entry.version = design->document().Attribute("Source");
+  entry.elements = ElementsOf(*design, stop);
+  return entry;
+}
+
+void DesignStore::Keep(const Received& received, std::int64_t bytes, const Entry& entry) {
+  Transaction transaction(index_);
+  Statement(index_, "UPDATE progress SET record = max(record, ?1)", received.number).Step();
+  // A design that came again without a change in between says nothing new; another program may have been faster.
+  const bool isNews = entry.isDesign && !Exists(index_, "SELECT 1 FROM designs WHERE id = ?1", received.number) &&
+                      !Statement(index_,
+                                 "SELECT 1 FROM (SELECT content FROM designs WHERE file_uuid = ?1 AND file_name = ?2"
+                                 " ORDER BY id DESC LIMIT 1) WHERE content = ?3",
+                                 entry.fileUuid, entry.fileName, received.content)
+                           .Step();
+  if (isNews) {
+    const bool isIndexed = Exists(index_, "SELECT 1 FROM designs WHERE content = ?1", received.content);
+    Statement(index_,
+              "INSERT INTO designs (id, content, received, file_uuid, file_name, folded_name, version, bytes, problem)"
+              " VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)",
+              received.number, received.content, received.time, entry.fileUuid, entry.fileName,
+              FoldedName(entry.fileName), entry.version, bytes, entry.problem)
+        .Step();
+    for (const auto& element : entry.elements) {
+      if (isIndexed) break;
+      Statement(index_, "INSERT INTO elements (content, text, kind, uuid, name) VALUES (?1, ?2, ?3, ?4, ?5)",
+                received.content, KeepText(index_, element.text), element.kind, element.uuid, element.name)
+          .Step();
+    }
+  }
+  transaction.Commit();
+}
+
+void DesignStore::CatchUp(const std::atomic<bool>& stop, const Begin& begin) {
+  ForgetPruned();
+  while (!stop) {
+    auto next = Next();
+    if (!next) return;
+    const auto bytes = static_cast<std::int64_t>(next->bytes.size());
+    const Entry entry = Examine(*next, begin, stop);
+    if (!stop) Keep(*next, bytes, entry);
+  }
+}
+
+void DesignStore::ForgetPruned() {
+  std::vector<std::int64_t> gone;
+  {
+    Statement rows(index_, "SELECT id FROM designs");
+    while (rows.Step()) {
+      std::int64_t id = 0;
+      rows.Read(id);
+      if (!Exists(received_, "SELECT 1 FROM records WHERE number = ?1", id)) gone.push_back(id);
+    }
+  }
+  if (gone.empty()) return;
+  Transaction transaction(index_);
+  for (const std::int64_t id : gone) Statement(index_, "DELETE FROM designs WHERE id = ?1", id).Step();
+  index_.Execute("DELETE FROM elements WHERE content NOT IN (SELECT content FROM designs)");
+  RemoveUnusedTexts(index_);
+  transaction.Commit();
+}
+
+}  // namespace service
