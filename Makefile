@@ -65,9 +65,11 @@ service:
 	cmake --build $(BUILD) -j $(JOBS) --target service
 
 ## bundle           the macOS product, on a Mac, or elsewhere with MACOS_SDK=dir; FMWRAPPER_SDK=dir links the vendor's
-##                  framework; LINUX_PLUGIN=file includes the Linux plug-in, by default that of an earlier make plugin
+##                  framework; LINUX_PLUGIN=file includes the Linux plug-in, by default that of an earlier make plugin;
+##                  SERVICE=yes builds the service for both processors, too
 bundle:
-	@FMWRAPPER_SDK="$(FMWRAPPER_SDK)" LINUX_PLUGIN="$(LINUX_PLUGIN)" MACOS_SDK="$(MACOS_SDK)" scripts/bundle.sh $(BUILD)
+	@FMWRAPPER_SDK="$(FMWRAPPER_SDK)" LINUX_PLUGIN="$(LINUX_PLUGIN)" MACOS_SDK="$(MACOS_SDK)" SERVICE="$(SERVICE)" \
+	  scripts/bundle.sh $(BUILD)
 
 ## install          the service, the simulator and the plug-in for it, below PREFIX (/usr/local), after make run
 install:

@@ -8,6 +8,7 @@ usage: release.sh [--dry-run] --identity NAME --keychain-profile NAME [--output 
   --identity          the certificate: "Developer ID Application: Name (TEAM)", or its SHA-1 in 40 hexadecimal digits
   --keychain-profile  where "xcrun notarytool store-credentials" keeps the account for notarising
   --output            directory for the archives; by default the bundle's own directory
+The varnix-service to pack is the one in the bundle's directory.
   --dry-run           check what any system can check, and print the commands instead of running them
 TEXT
   exit 2
@@ -54,14 +55,28 @@ has_both_architectures() {
   esac
 }
 
+# Both architectures load the vendor's framework. Where a slice lies is in its entry of the list of architectures.
+links_the_host() {
+  for entry in 8 28; do
+    offset=$((0x$(bytes "$1" $((entry + 8)) 4)))
+    size=$((0x$(bytes "$1" $((entry + 12)) 4)))
+    tail -c +$((offset + 1)) "$1" | head -c $size | LC_ALL=C grep -aqF /FMWrapper.framework/ || return 1
+  done
+}
+
+check_executable() {
+  if [ ! -f "$1" ] || [ ! -x "$1" ]; then fail "$1 is missing or not executable"; fi
+  has_both_architectures "$1" || fail "$1 is not built for both x86_64 and arm64"
+}
+
 check_bundle() {
   case $bundle in *.fmplugin) ;; *) fail "$bundle does not end in .fmplugin" ;; esac
   [ -d "$bundle" ] || fail "no such bundle: $bundle (make bundle builds it)"
   [ -f "$bundle/Contents/Info.plist" ] || fail "$bundle has no Contents/Info.plist"
   [ "$(property CFBundlePackageType)" = FMXT ] || fail "Info.plist does not declare a FileMaker plug-in (FMXT)"
   executable=$bundle/Contents/MacOS/$(property CFBundleExecutable)
-  if [ ! -f "$executable" ] || [ ! -x "$executable" ]; then fail "$executable is missing or not executable"; fi
-  has_both_architectures "$executable" || fail "$executable is not built for both x86_64 and arm64"
+  check_executable "$executable"
+  links_the_host "$executable" || fail "$executable does not link FMWrapper: build it with FMWRAPPER_SDK"
   wanted=$(sed -n 's/^project(Varnix VERSION \([0-9.]*\).*/\1/p' "$(dirname "$0")/../CMakeLists.txt")
   version=$(property CFBundleShortVersionString)
   if [ "$version" != "$wanted" ] || [ "$(property CFBundleVersion)" != "$wanted" ]; then
@@ -119,6 +134,8 @@ done
 [ -n "$bundle" ] || usage
 
 check_bundle
+service=$(dirname "$bundle")/varnix-service
+check_executable "$service"
 check_tools
 check_identity
 check_profile
@@ -126,22 +143,40 @@ check_profile
 [ -d "$output" ] || fail "no such directory: $output"
 output=$(cd "$output" && pwd)
 
+source=$(cd "$(dirname "$0")/.." && pwd)
 name=$(basename "$bundle")
 archive=$output/$name.xar
-base=$output/${name%.fmplugin}-$version
-upload=$base-unstapled.zip
+folder=$output/${name%.fmplugin}-$version  # what people unpack
+upload=$folder-unstapled.zip
+[ ! -e "$folder" ] || fail "$folder exists already"
 
-run codesign --force --timestamp --options runtime --sign "$identity" "$bundle"
-run codesign --verify --strict --verbose=2 "$bundle"
-run ditto -c -k --keepParent "$bundle" "$upload"
+# sign FILE OPTION...
+sign() {
+  file=$1
+  shift
+  run codesign --force --timestamp --options runtime "$@" --sign "$identity" "$file"
+  run codesign --verify --strict --verbose=2 "$file"
+}
+
+[ -n "$dry_run" ] || trap 'rm -rf "$folder" "$upload"' EXIT
+run mkdir -p "$folder/docs" "$folder/samples/snippets"  # as in the source, so that the guide's links work
+run ditto "$bundle" "$folder/$name"
+run cp "$service" "$folder"
+for document in guide functions bridge-service third-party-licences; do
+  run cp "$source/docs/$document.md" "$folder/docs"
+done
+run cp "$source/samples/snippets/XMSC-varnix-live-push.xml" "$folder/samples/snippets"
+sign "$folder/$name"
+sign "$folder/varnix-service" --identifier com.varnix.service
+
+run ditto -c -k --keepParent "$folder" "$upload"
 run xcrun notarytool submit "$upload" --keychain-profile "$profile" --wait
-run rm "$upload"
-run xcrun stapler staple "$bundle"  # fails when the upload was not accepted
-run xcrun stapler validate "$bundle"
-run spctl --assess --type install --verbose=2 "$bundle"
-run ditto -c -k --keepParent "$bundle" "$base.zip"
+run xcrun stapler staple "$folder/$name"  # fails when the upload was not accepted; programs cannot be stapled
+run xcrun stapler validate "$folder/$name"
+run spctl --assess --type install --verbose=2 "$folder/$name"
+run ditto -c -k --keepParent "$folder" "$folder.zip"
 # For the script step Install Plug-In File, which refuses tar and zip archives.
-cd "$(dirname "$bundle")"  # xar stores the paths that it is given
+run cd "$folder"  # xar stores the paths that it is given
 run xar -cf "$archive" "$name"
 run gzip -f "$archive"
 run mv "$archive.gz" "$output/$name.gz"

@@ -3,6 +3,7 @@
 # optional:
 #   FMWRAPPER_SDK  directory of the vendor's FMWrapper.framework; without it the bundle binds to what FileMaker has loaded
 #   LINUX_PLUGIN   the Linux plug-in to include, named Varnix.fmx; by default BUILD/plugin/Varnix.fmx, if it exists
+#   SERVICE        "yes" builds BUILD/bundle/varnix-service too, which needs libraries that scripts/install-packages.sh names
 #   MACOS_SDK      directory of a macOS SDK; with it, LLVM's tools build the bundle on any system
 set -eu
 build=$1
@@ -37,8 +38,10 @@ linux=${LINUX_PLUGIN:-}
 [ -n "$linux" ] || [ ! -f "$build/plugin/Varnix.fmx" ] || linux=$build/plugin/Varnix.fmx
 
 bundle=$build/bundle/Varnix.fmplugin
-rm -rf "$bundle"  # with the files of earlier builds
-cmake -S "$project" -B "$build/bundle" -DVARNIX_BUILD_SERVICE=OFF -DVARNIX_BUILD_SIMULATOR=OFF \
+service=OFF
+[ "${SERVICE:-}" != yes ] || service=ON
+rm -rf "$bundle" "$build/bundle/varnix-service"  # with the files of earlier builds
+cmake -S "$project" -B "$build/bundle" -DVARNIX_BUILD_SERVICE=$service -DVARNIX_BUILD_SIMULATOR=OFF \
   -DVARNIX_BUILD_TESTS=OFF ${toolchain:+--toolchain "$toolchain" "-DMACOS_SDK=$sdk"} "-DCMAKE_OSX_ARCHITECTURES=x86_64;arm64" \
   "-DFMWRAPPER_SDK=$wrapper" "-DVARNIX_LINUX_PLUGIN=$linux"
 cmake --build "$build/bundle" -j "$(getconf _NPROCESSORS_ONLN)"

@@ -1,15 +1,22 @@
 #!/bin/sh
-# release-test.sh RELEASE BUNDLE: the commands and archives of the release script, and what it refuses.
+# release-test.sh RELEASE BUNDLE LLVM: the commands and archives of the release script, and what it refuses. LLVM is the
+# directory of LLVM's tools.
 set -eu
 release=$1
+llvm=$3
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cd "$work"
 cp -R "$2" Varnix.fmplugin
 out="$work/out put"
 mkdir "$out"
+cp "$2/Contents/MacOS/Varnix" varnix-service  # any program for both architectures
+source=$(cd "$(dirname "$1")/.." && pwd)
 plist=Varnix.fmplugin/Contents/Info.plist
 binary=Varnix.fmplugin/Contents/MacOS/Varnix
+# As if linked against the vendor's framework.
+"$llvm/llvm-install-name-tool" -change /System/Library/Frameworks/AppKit.framework/Versions/A/AppKit \
+  @rpath/FMWrapper.framework/Versions/A/FMWrapper $binary
 version=$(sed -n '/CFBundleVersion/{n;s/.*<string>\(.*\)<.*/\1/p;}' $plist)
 failed=0
 
@@ -18,16 +25,28 @@ note() {
   failed=1
 }
 
+folder=$out/Varnix-$version
+signature="--sign 'Developer ID Application: Someone'\\''s Firm (AB12CD34EF)'"
 cat >expected <<TEXT
-codesign --force --timestamp --options runtime --sign 'Developer ID Application: Someone'\\''s Firm (AB12CD34EF)' Varnix.fmplugin
-codesign --verify --strict --verbose=2 Varnix.fmplugin
-ditto -c -k --keepParent Varnix.fmplugin '$out/Varnix-$version-unstapled.zip'
-xcrun notarytool submit '$out/Varnix-$version-unstapled.zip' --keychain-profile varnix --wait
-rm '$out/Varnix-$version-unstapled.zip'
-xcrun stapler staple Varnix.fmplugin
-xcrun stapler validate Varnix.fmplugin
-spctl --assess --type install --verbose=2 Varnix.fmplugin
-ditto -c -k --keepParent Varnix.fmplugin '$out/Varnix-$version.zip'
+mkdir -p '$folder/docs' '$folder/samples/snippets'
+ditto Varnix.fmplugin '$folder/Varnix.fmplugin'
+cp ./varnix-service '$folder'
+cp $source/docs/guide.md '$folder/docs'
+cp $source/docs/functions.md '$folder/docs'
+cp $source/docs/bridge-service.md '$folder/docs'
+cp $source/docs/third-party-licences.md '$folder/docs'
+cp $source/samples/snippets/XMSC-varnix-live-push.xml '$folder/samples/snippets'
+codesign --force --timestamp --options runtime $signature '$folder/Varnix.fmplugin'
+codesign --verify --strict --verbose=2 '$folder/Varnix.fmplugin'
+codesign --force --timestamp --options runtime --identifier com.varnix.service $signature '$folder/varnix-service'
+codesign --verify --strict --verbose=2 '$folder/varnix-service'
+ditto -c -k --keepParent '$folder' '$folder-unstapled.zip'
+xcrun notarytool submit '$folder-unstapled.zip' --keychain-profile varnix --wait
+xcrun stapler staple '$folder/Varnix.fmplugin'
+xcrun stapler validate '$folder/Varnix.fmplugin'
+spctl --assess --type install --verbose=2 '$folder/Varnix.fmplugin'
+ditto -c -k --keepParent '$folder' '$folder.zip'
+cd '$folder'
 xar -cf '$out/Varnix.fmplugin.xar' Varnix.fmplugin
 gzip -f '$out/Varnix.fmplugin.xar'
 mv '$out/Varnix.fmplugin.xar.gz' '$out/Varnix.fmplugin.gz'
@@ -40,7 +59,10 @@ diff expected said || note "the dry run prints other commands"
 "$release" "$@" "$identity" >said 2>&1 || note "the run fails: $(cat said)"
 diff expected said || note "the run prints other commands than the dry run"
 mkdir unpacked && gunzip -c "$out/Varnix.fmplugin.gz" | tar -xf - -C unpacked
-diff -r Varnix.fmplugin unpacked/Varnix.fmplugin || note "the archive differs from the bundle"
+[ "$(ls "$out")" = "Varnix-$version.zip
+Varnix.fmplugin.gz" ] || note "leaves $(ls "$out")"
+diff -r -x _CodeSignature Varnix.fmplugin unpacked/Varnix.fmplugin || note "the archive differs from the bundle"
+codesign --verify unpacked/Varnix.fmplugin || note "the archive's bundle is not signed"
 
 # A refused upload shows at the stapler. Nothing may be packed then.
 rm -r "$out" && mkdir "$out"
@@ -58,6 +80,9 @@ refuses() {
   rm -rf Varnix.fmplugin && mv good Varnix.fmplugin
 }
 refuses "Info.plist does not declare a FileMaker plug-in (FMXT)" "sed -i s/FMXT/BNDL/ $plist" "$@" "$identity"
+refuses "$binary does not link FMWrapper: build it with FMWRAPPER_SDK" \
+  "$llvm/llvm-lipo varnix-service -thin arm64 -output thin && $llvm/llvm-lipo $binary -replace arm64 thin -output $binary" \
+  "$@" "$identity"
 refuses "$binary is missing or not executable" "chmod -x $binary" "$@" "$identity"
 refuses "the bundle has version 9.9, but the source has $version: build it again" "sed -i s/$version/9.9/ $plist" \
   "$@" "$identity"
@@ -67,4 +92,5 @@ refuses "--identity must name a Developer ID Application certificate, the only k
   "$@" "Apple Development: A B (AB12CD34EF)"
 refuses "the keychain has no valid certificate 0123456789012345678901234567890123456789" : \
   "$@" 0123456789012345678901234567890123456789
+refuses "./varnix-service is missing or not executable" "rm varnix-service" "$@" "$identity"
 exit $failed
