@@ -45,11 +45,13 @@ std::string UserName() {
 std::u16string PersistentId() {
   std::string machine;
   std::getline(std::ifstream("/etc/machine-id"), machine);
-  char digits[33];
+  std::string digits;
   std::uint64_t hash = 14695981039346656037u;
   for (int half = 0; half < 2; ++half) {
     for (const char c : machine + UserName()) hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211u;
-    std::snprintf(digits + 16 * half, 17, "%016llX", static_cast<unsigned long long>(hash));
+    char text[17];
+    std::snprintf(text, sizeof text, "%016llX", static_cast<unsigned long long>(hash));
+    digits += text;
   }
   return calc::ToUtf16(digits);
 }

@@ -19,7 +19,7 @@ const Value* FirstError(std::span<const Value> values) {
   return found == values.end() ? nullptr : &*found;
 }
 
-Value CheckLength(Value value) {
+Value CheckLength(const Value& value) {
   const bool tooLong = value.type() == Type::kText && value.AsText().size() > kMaxTextLength;
   return tooLong ? Value::OfError(errors::kOutOfRange) : value;
 }

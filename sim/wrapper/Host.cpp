@@ -46,7 +46,7 @@ void SetHost(Host* newHost) { host = newHost; }
 
 Host* CurrentHost() { return host; }
 
-bool Guard(std::string owner, const std::string& what, const std::function<void()>& call) {
+bool Guard(const std::string& owner, const std::string& what, const std::function<void()>& call) {
   std::string thrown;
   try {
     const Scope asPlugin(owner);

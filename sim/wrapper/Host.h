@@ -93,7 +93,7 @@ class WRAPPER_API Scope {
 
 /// Runs `call`, code of the plug-in `owner`, in its Scope. FileMaker would not survive an exception that comes out of
 /// it; here it is reported to the host, with `what` as the name of the call, and the result is false.
-WRAPPER_API bool Guard(std::string owner, const std::string& what, const std::function<void()>& call);
+WRAPPER_API bool Guard(const std::string& owner, const std::string& what, const std::function<void()>& call);
 
 /// One line per plug-in and kind of object that is still alive: "Leaky.fmx: 2 Text objects never deleted".
 WRAPPER_API std::vector<std::string> LiveObjects();

@@ -131,7 +131,7 @@ FM_API uint32 FM_Text_GetBytesEx(const void* self, char* buffer, uint32 bufferBy
                                  int32 encoding, _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
     const auto bytes = wrapper::EncodeWithin(Part(UnitsAt(self), position, units), encoding, bufferBytes);
-    std::memcpy(buffer, bytes.data(), bytes.size());
+    bytes.copy(buffer, bytes.size());
     return static_cast<uint32>(bytes.size());
   });
 }

@@ -124,7 +124,7 @@ bool SelectionOwner::AnswerMultiple(xcb_window_t requestor, xcb_atom_t property)
       nullptr));
   if (reply == nullptr || reply->format != 32) return false;
   const auto* const first = static_cast<const xcb_atom_t*>(xcb_get_property_value(reply.get()));
-  std::vector<xcb_atom_t> pairs(first, first + reply->value_len / 2 * 2);
+  std::vector<xcb_atom_t> pairs(first, first + (reply->value_len & ~1u));
   bool complete = true;
   for (std::size_t i = 0; i < pairs.size(); i += 2) {
     if (Answer(requestor, pairs[i], pairs[i + 1])) continue;

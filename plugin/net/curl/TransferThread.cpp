@@ -94,16 +94,15 @@ class Transfers {
 }  // namespace
 
 void TransferThread::Start(std::unique_ptr<CurlTransfer> transfer) {
-  const char* refusal = nullptr;
-  {
-    const std::lock_guard lock(mutex_);
-    refusal = stopping_ ? kCancelled : StartThread();
-    if (refusal == nullptr) {
-      arrived_.push_back(std::move(transfer));
-      eventfd_write(wake_->get(), 1);
-    }
+  std::unique_lock lock(mutex_);
+  const char* const refusal = stopping_ ? kCancelled : StartThread();
+  if (refusal == nullptr) {
+    arrived_.push_back(std::move(transfer));
+    eventfd_write(wake_->get(), 1);
+    return;
   }
-  if (refusal != nullptr) transfer->Fail(refusal);
+  lock.unlock();
+  transfer->Fail(refusal);
 }
 
 const char* TransferThread::StartThread() {
