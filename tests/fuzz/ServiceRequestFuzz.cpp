@@ -1,14 +1,11 @@
 // Whatever is sent to the local service, it goes on answering. The first line is the request's, the second a header,
 // the rest the body; an input that begins with an empty line is sent as it is after that.
-#include <netinet/in.h>
-#include <sys/socket.h>
-
 #include <filesystem>
 #include <sstream>
 
 #include "Server.h"
-#include "core/FileDescriptor.h"
 #include "fuzz/Fuzz.h"
+#include "support/RawConnection.h"
 
 namespace {
 
@@ -39,20 +36,9 @@ std::string ToRequest(const std::string& input) {
 
 /// The answer, or what of it has come when nothing more comes for `patience`: not every request is whole.
 std::string Exchange(const std::string& url, const std::string& bytes, timeval patience) {
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  address.sin_port = htons(static_cast<std::uint16_t>(std::stoi(url.substr(url.rfind(':') + 1))));
-  const FileDescriptor connection(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
-  Check(connect(connection.get(), reinterpret_cast<sockaddr*>(&address), sizeof address) == 0);
-  send(connection.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
-  setsockopt(connection.get(), SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
-  std::string answer;
-  char buffer[4096];
-  for (ssize_t count; (count = recv(connection.get(), buffer, sizeof buffer, 0)) > 0;) {
-    answer.append(buffer, static_cast<std::size_t>(count));
-  }
-  return answer;
+  RawConnection connection(url, patience);
+  connection.Send(bytes);
+  return connection.Receive();
 }
 
 }  // namespace

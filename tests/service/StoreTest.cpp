@@ -153,19 +153,7 @@ TEST_F(StoreOverTime, TakesOverTheDatabaseOfTheFirstVersion) {
   std::filesystem::remove_all(folder_ + "/data");
   std::filesystem::create_directory(folder_ + "/data");
   service::Database old(folder_ + "/data/varnix-service.db");
-  old.Execute(R"(
-    CREATE TABLE commands (number INTEGER PRIMARY KEY AUTOINCREMENT, id TEXT NOT NULL UNIQUE, type TEXT NOT NULL,
-      state TEXT NOT NULL DEFAULT 'queued' CHECK (state IN ('queued', 'delivered', 'completed', 'failed')),
-      queued INTEGER NOT NULL, delivered INTEGER, finished INTEGER, records_before INTEGER, file_name TEXT,
-      xml_type TEXT, error TEXT, xml_content TEXT);
-    CREATE INDEX commands_by_state ON commands (state, number);
-    CREATE TABLE records (number INTEGER PRIMARY KEY AUTOINCREMENT, kind TEXT NOT NULL, name TEXT NOT NULL, label TEXT,
-      received INTEGER NOT NULL, command TEXT REFERENCES commands (id), content BLOB NOT NULL);
-    CREATE INDEX records_by_command ON records (command);
-    INSERT INTO commands (id, type, queued) VALUES ('c1', 'LIST_FILES', 1);
-    INSERT INTO commands (id, type, state, queued) VALUES ('c2', 'LIST_FILES', 'completed', 1);
-    INSERT INTO records (kind, name, received, command, content) VALUES ('push', 'FILE_LIST', 2, 'c2', x'4100FF');
-    PRAGMA user_version = 1)");
+  old.Execute(Contents(DATA "/first-version.sql").c_str());
   old = service::Database(folder_ + "/other.db");
   Open();
   EXPECT_EQ(Result("c2"), std::string("A\0\xff", 3));

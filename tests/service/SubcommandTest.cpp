@@ -4,11 +4,14 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <sstream>
 #include <thread>
 
 #include "net/Json.h"
 #include "service/RunningService.h"
 #include "support/FolderTest.h"
+#include "support/Placeholders.h"
 #include "support/Process.h"
 
 namespace {
@@ -42,11 +45,6 @@ class Subcommands : public FolderTest {
     const auto result = Run(arguments, input);
     plugin.join();
     return result;
-  }
-
-  std::string Log() const {
-    std::ifstream log(data_ + ".log");
-    return {std::istreambuf_iterator<char>(log), {}};
   }
 
   const std::string data_ = folder_ + "/data";
@@ -131,61 +129,38 @@ TEST_F(Subcommands, UseTheKeyInTheDataFolderThatServeMade) {
 
   service.Post("/api/bridge/register",
                R"({"email":"E\n1","licenseKey":")" + key + R"(","machineId":"M1","pluginVersion":"1.6.16"})");
-  EXPECT_NE(Log().find("sign-in: E 1, plug-in 1.6.16\n"), std::string::npos) << Log();
-  EXPECT_EQ(Log().find(key), std::string::npos);
+  const std::string log = Contents(data_ + ".log");
+  EXPECT_NE(log.find("sign-in: E 1, plug-in 1.6.16\n"), std::string::npos) << log;
+  EXPECT_EQ(log.find(key), std::string::npos);
 }
 
 TEST_F(Subcommands, RefuseWhatIsWrongAndSayWhatIsRight) {
   const RunningService service(data_);
-  const auto write = [&](const char* name, const char* text) {
-    std::ofstream(folder_ + name) << text;
-    return folder_ + name;
-  };
-  const std::string latin1 = write("/latin1.xml", "\xe4"), other = write("/other.xml", "<a/>");
+  std::ofstream(folder_ + "/latin1.xml") << '\xe4';
+  std::ofstream(folder_ + "/other.xml") << "<a/>";
   std::filesystem::create_directory(folder_ + "/open");
   chmod((folder_ + "/open").c_str(), 0777);
-  const std::string anyPort = "--listen=127.0.0.1:0";
-  const struct {
-    Arguments arguments;
-    int status;
-    std::string errors;
-  } cases[] = {
-      {{"send", "LIST_FILES", "--wait", "1x"}, 2, ""},
-      {{"send", "no-such"},
-       2,
-       "TYPE must be one of get-clipboard, get-clipboard-formats, list-files, debug-context, get-schema, "
-       "set-clipboard"},
-      {{"send", "set-clipboard", "--xml-type=XMSS"}, 2, "set-clipboard needs --content"},
-      {{"send", "list-files", "--file=a"}, 2, "list-files takes no --file"},
-      {{"send", "set-clipboard", "--content", latin1}, 1, latin1 + " is not UTF-8"},
-      {{"send", "set-clipboard", "--xml-type=XMSS", "--content", other},
-       2,
-       "the content is not a FileMaker snippet: it has no <fmxmlsnippet>; --force sends it all the same"},
-      {{"list", "--service", "http://127.0.0.1:1"},
-       4,
-       "no service at http://127.0.0.1:1; start it with \"varnix-service serve\""},
-      {{"show", "../x"}, 2, "../x is not the ID of a command"},
-      {{"prune"}, 2, "prune needs --older-than or --keep"},
-      {{"serve", "--no-key", "--listen", "0.0.0.0:0"}, 2, "to be reached from other machines, the service needs a key"},
-      {{"serve", anyPort, "--data", data_}, 1, data_ + " is in use by another service"},
-      {{"serve", anyPort, "--data", folder_ + "/open"},
-       1,
-       folder_ + "/open cannot be used: others can write to " + folder_ + "/open: run chmod go-w on it"},
-      {{"serve", anyPort, "--data", latin1 + "/x"}, 1, ""},
-      {{"serve", "--listen=127.0.0.1:" + service.port(), "--data", folder_ + "/2"},
-       1,
-       "cannot listen on 127.0.0.1:" + service.port() + ": Address already in use"},
-      {{"serve", "--key", "a/b", "--data", folder_ + "/3"},
-       2,
-       "a key is made of letters, digits and - . _ ~, because it is sent in addresses unescaped"},
-  };
-  for (const auto& [arguments, status, errors] : cases) {
-    const auto result = Run(arguments);
-    const std::string first = result.errors.substr(0, result.errors.find('\n'));
-    EXPECT_EQ(result.status, status) << first;
-    EXPECT_EQ(result.output, "");
-    EXPECT_EQ(first.substr(0, errors.empty() ? 16 : first.npos), "varnix-service: " + errors);
+  std::istringstream lines(Filled(Contents(DATA "/misuse.txt"), {{"{latin1}", folder_ + "/latin1.xml"},
+                                                                 {"{other}", folder_ + "/other.xml"},
+                                                                 {"{open}", folder_ + "/open"},
+                                                                 {"{data}", data_},
+                                                                 {"{folder}", folder_},
+                                                                 {"{port}", service.port()}}));
+  int checked = 0;
+  for (std::string line, expected; std::getline(lines, line);) {
+    if (line.empty() || line.starts_with("# ")) continue;
+    std::getline(lines, expected);
+    std::istringstream words(line);
+    const auto result = Run({std::istream_iterator<std::string>(words), {}});
+    const auto first = std::to_string(result.status) + result.errors.substr(0, result.errors.find('\n'));
+    const bool isBeginning = expected.ends_with(" ...");
+    EXPECT_EQ(first.substr(0, isBeginning ? 17 : first.npos),
+              expected.substr(0, 1) + "varnix-service: " + (isBeginning ? "" : expected.substr(2)))
+        << line;
+    EXPECT_EQ(result.output, "") << line;
+    ++checked;
   }
+  EXPECT_EQ(checked, 15);
   EXPECT_EQ(Run({"--version"}).output, "varnix-service 1.6.16\n");
 }
 
@@ -198,17 +173,13 @@ TEST_F(Subcommands, InstallLetsTheSystemStartTheService) {
     std::ofstream(folder_ + "/systemctl") << "#!/bin/sh\necho \"$@\" >> " << folder_ << "/calls\n" << end << '\n';
     chmod((folder_ + "/systemctl").c_str(), 0700);
   };
-  const auto contents = [](const std::string& file) {
-    std::ifstream stream(file);
-    return std::string(std::istreambuf_iterator<char>(stream), {});
-  };
   systemctl("");
   EXPECT_EQ(Run({"install", "--data", folder_ + "/a $b%"}).status, 0);
-  EXPECT_NE(contents(unit).find(" \"--data\" \"" + folder_ + "/a $$b%%\"\nStandardOutput=null\n"), std::string::npos);
+  EXPECT_NE(Contents(unit).find(" \"--data\" \"" + folder_ + "/a $$b%%\"\nStandardOutput=null\n"), std::string::npos);
   EXPECT_EQ(Run({"uninstall"}).status, 0);
   EXPECT_FALSE(std::filesystem::exists(unit));
   EXPECT_EQ(Run({"uninstall"}).errors, "varnix-service: the service is not installed\n");
-  EXPECT_EQ(contents(folder_ + "/calls"),
+  EXPECT_EQ(Contents(folder_ + "/calls"),
             "--user daemon-reload\n--user enable varnix-service.service\n--user restart varnix-service.service\n"
             "--user disable --now varnix-service.service\n");
   systemctl("exit 1");
