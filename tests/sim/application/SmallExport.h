@@ -4,16 +4,9 @@
 #include <fstream>
 #include <sstream>
 #include <string>
-#include <string_view>
 
 #include "support/FolderTest.h"
-
-inline std::string Replaced(std::string text, std::string_view what, std::string_view with) {
-  for (auto at = text.find(what); at != text.npos; at = text.find(what, at + with.size())) {
-    text.replace(at, what.size(), with);
-  }
-  return text;
-}
+#include "support/Placeholders.h"
 
 /// One step a line: its name, then its options with " | " between them; "//" before it disables it. steps.txt says how
 /// an export writes each: name, id, and the options by their numbers, {=1} as a formula.
@@ -54,16 +47,12 @@ class SmallExports : public FolderTest {
  protected:
   /// Writes the export and returns its path.
   std::string Write(const SmallFile& file) {
-    std::string xml = Contents(DATA "/Small.xml");
-    for (const auto& [place, value] : {std::pair{"{name}", file.name},
-                                       {"{steps}", Steps(file.steps)},
-                                       {"{fullAccess}", file.fullAccess},
-                                       {"{privilegeSet}", file.privilegeSet},
-                                       {"{privilege}", file.privilege}}) {
-      xml = Replaced(xml, place, value);
-    }
     const std::string path = folder_ + "/" + file.name + ".xml";
-    std::ofstream(path) << xml;
+    std::ofstream(path) << Filled(Contents(DATA "/Small.xml"), {{"{name}", file.name},
+                                                                {"{steps}", Steps(file.steps)},
+                                                                {"{fullAccess}", file.fullAccess},
+                                                                {"{privilegeSet}", file.privilegeSet},
+                                                                {"{privilege}", file.privilege}});
     return path;
   }
 };

@@ -21,20 +21,18 @@ class Fmsim : public SmallExports {};
 
 TEST_F(Fmsim, PrintsWhatTheTranscriptsShow) {
   const std::string failing = Write({.steps = "Set Variable $x | 1 / 0\nExit Script $x"});
-  std::istringstream lines(Contents(TRANSCRIPTS) + '\n');
+  std::istringstream lines(Filled(Contents(TRANSCRIPTS) + '\n', {{"{failing}", failing},
+                                                                 {"{design}",
+                                                                  "--plugin | {plugin} | --open | "
+                                                                  "{samples}/Timesheets.xml | --open | "
+                                                                  "{samples}/Workshop.xml"},
+                                                                 {"{samples}", SAMPLES},
+                                                                 {"{plugin}", PLUGIN_FILE},
+                                                                 {"{careless}", CARELESS_PLUGIN}}));
   std::vector<std::string> arguments;
   std::string input, output, errors;
   int run = 0;
   for (std::string line; std::getline(lines, line);) {
-    for (const auto& [place, value] : {std::pair<const char*, std::string>{"{failing}", failing},
-                                       {"{design}",
-                                        "--plugin | {plugin} | --open | {samples}/Timesheets.xml | "
-                                        "--open | {samples}/Workshop.xml"},
-                                       {"{samples}", SAMPLES},
-                                       {"{plugin}", PLUGIN_FILE},
-                                       {"{careless}", CARELESS_PLUGIN}}) {
-      line = Replaced(line, place, value);
-    }
     if (line.starts_with("$ ")) {
       arguments = {FMSIM};
       std::istringstream words(Replaced(line.substr(2), " | ", "\n"));
