@@ -1,0 +1,44 @@
+// Tables in data files: texts, and what each of them gives.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "support/Placeholders.h"
+
+/// The text that a line of a table stands for.
+inline std::string TextOfRow(std::string line) {
+  for (const auto& [picture, character] : {std::pair{"␍", "\r"}, {"␊", "\n"}, {"␉", "\t"}}) {
+    line = Replaced(std::move(line), picture, character);
+  }
+  return line == "(empty)" ? "" : line;
+}
+
+/// Checks the table in the file `path`: lines that each hold a text, and indented below them what every one of them
+/// gives. "␍", "␊" and "␉" stand for control characters, "(empty)" for no text; "# " begins a comment.
+inline void ExpectRows(const std::string& path, const std::function<std::string(const std::string& text)>& gives) {
+  constexpr std::string_view kIndent = "    ";
+  std::vector<std::pair<int, std::string>> texts;  // with their line numbers
+  std::ifstream file(path);
+  int number = 0, checked = 0;
+  for (std::string line; std::getline(file, line);) {
+    ++number;
+    if (line.empty() || line.starts_with("# ")) continue;
+    if (!line.starts_with(kIndent)) {
+      texts.emplace_back(number, line);
+      continue;
+    }
+    for (const auto& [at, text] : std::exchange(texts, {})) {
+      EXPECT_EQ(gives(TextOfRow(text)), TextOfRow(line.substr(kIndent.size()))) << path << ':' << at << ": " << text;
+      ++checked;
+    }
+  }
+  EXPECT_GT(checked, 0) << path;
+  EXPECT_TRUE(texts.empty()) << path << ": the last row has no result";
+}
