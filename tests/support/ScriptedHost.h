@@ -47,3 +47,12 @@ inline std::string CallHandler(fmx::ExtPluginType handler, const std::vector<std
   EXPECT_EQ(wrapper::Call(function, 1, values, result), 0);
   return calc::ToUtf8(result.AsText());
 }
+
+/// Calls the function that comes first in `row`, with the arguments that follow, a "|" before each.
+inline std::string CallRow(const std::map<std::string, fmx::ExtPluginType>& functions, const std::string& row) {
+  std::vector<std::string> words;
+  for (std::size_t at = 0; at <= row.size(); at += words.back().size() + 1) {
+    words.push_back(row.substr(at, row.find('|', at) - at));
+  }
+  return CallHandler(functions.at(words.front()), {words.begin() + 1, words.end()});
+}

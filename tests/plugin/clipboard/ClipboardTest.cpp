@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
 #include <tuple>
 
 #include "bridge/ClipboardUpkeep.h"
@@ -11,6 +12,7 @@
 #include "clipboard/ClipboardTypes.h"
 #include "core/State.h"
 #include "support/FakePasteboard.h"
+#include "support/Rows.h"
 #include "support/ScriptedHost.h"
 
 namespace {
@@ -144,46 +146,18 @@ TEST_F(ClipboardTest, DropsTheHeaderOnlyInFrontOfASnippet) {
   }
 }
 
-// One call after another on the same clipboard. The refused ones change nothing.
 TEST_F(ClipboardTest, TheFunctionsAnswer) {
-  const struct {
-    fmx::ExtPluginType function;
-    Names arguments;
-    std::string answer;
-  } calls[] = {
-      {Do_ClipboardFormats, {}, ""},
-      {Do_GetTextClipboard, {}, ""},
-      {Do_PrepareXMLClipboard, {"XMSS"}, "ERROR: plain text clipboard is empty."},
-      {Do_SetTextClipboard, {"Größe 🎻\r\n"}, "OK"},
-      {Do_GetTextClipboard, {}, "Größe 🎻\r\n"},
-      {Do_SetTextClipboard, {""}, "OK"},
-      {Do_GetTextClipboard, {}, ""},
-      {Do_ClipboardFormats, {}, "public.utf8-plain-text\n"},
-      {Do_SetTextClipboard, {"<FMXMLSNIPPET>"}, "OK"},
-      {Do_PrepareXMLClipboard, {""}, "ERROR: clipboard text does not look like fmxmlsnippet XML."},
-      {Do_SetXMLClipboard, {"", ""}, "ERROR: xmlType is empty."},
-      {Do_SetXMLClipboard, {"XMSS", ""}, "ERROR: xmlContent is empty."},
-      {Do_GetTextClipboard, {}, "<FMXMLSNIPPET>"},
-      {Do_SetTextClipboard, {kSnippet}, "OK"},
-      {Do_PrepareXMLClipboard, {""}, "ERROR: xmlType is empty."},
-      {Do_GetXMLClipboard, {"AUTO"}, ""},
-      {Do_PrepareXMLClipboard, {}, "OK: XMSS"},
-      {Do_GetXMLClipboard, {""}, kSnippet},
-      {Do_GetXMLClipboard, {"AUTO"}, kSnippet},
-      {Do_GetXMLClipboard, {"auto"}, kSnippet},
-      {Do_GetXMLClipboard, {"Auto"}, ""},
-      {Do_GetXMLClipboard, {"XMSC"}, ""},
-      {Do_PrepareXMLClipboard, {"XMSC"}, "OK: XMSC"},  // no check that the kind fits
-      {Do_GetXMLClipboard, {"XMSC"}, kSnippet},
-      {Do_PrepareXMLClipboard, {"AUTO"}, "ERROR: NSPasteboard setData failed for type: AUTO"},
-      {Do_SetXMLClipboard, {"XMSC", "<x/>"}, "ERROR: NSPasteboard setString failed"},
-      {Do_SetTextClipboard, {"x"}, "ERROR: NSPasteboard setString failed"},
+  const std::map<std::string, fmx::ExtPluginType> functions = {
+      {"ClipboardFormats", Do_ClipboardFormats}, {"GetTextClipboard", Do_GetTextClipboard},
+      {"GetXMLClipboard", Do_GetXMLClipboard},   {"PrepareXMLClipboard", Do_PrepareXMLClipboard},
+      {"SetTextClipboard", Do_SetTextClipboard}, {"SetXMLClipboard", Do_SetXMLClipboard},
   };
-  for (const auto& [function, arguments, answer] : calls) {
-    if (answer.ends_with("AUTO")) fake.refused = {"OpenItems", "SetData AUTO"};
-    if (answer.ends_with("setString failed")) fake.refused = {"OpenItems", "SetString"};
-    EXPECT_EQ(CallHandler(function, arguments), answer) << &function - &calls[0].function;
-  }
+  ExpectRows(DATA "/calls.txt", [&](const auto& call) { return CallRow(functions, call); });
+  fake.refused = {"OpenItems", "SetData AUTO"};
+  EXPECT_EQ(CallHandler(Do_PrepareXMLClipboard, {"AUTO"}), "ERROR: NSPasteboard setData failed for type: AUTO");
+  fake.refused = {"OpenItems", "SetString"};
+  EXPECT_EQ(CallHandler(Do_SetXMLClipboard, {"XMSC", "<x/>"}), "ERROR: NSPasteboard setString failed");
+  EXPECT_EQ(CallHandler(Do_SetTextClipboard, {"x"}), "ERROR: NSPasteboard setString failed");
 }
 
 TEST_F(ClipboardTest, ProbesKindsInTheirOwnOrder) {
