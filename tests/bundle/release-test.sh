@@ -4,6 +4,7 @@
 set -eu
 release=$1
 llvm=$3
+data=$(cd "$(dirname "$0")/data" && pwd)
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cd "$work"
@@ -26,31 +27,7 @@ note() {
 }
 
 folder=$out/Varnix-$version
-signature="--sign 'Developer ID Application: Someone'\\''s Firm (AB12CD34EF)'"
-cat >expected <<TEXT
-mkdir -p '$folder/docs' '$folder/samples/snippets'
-ditto Varnix.fmplugin '$folder/Varnix.fmplugin'
-cp ./varnix-service '$folder'
-cp $source/docs/guide.md '$folder/docs'
-cp $source/docs/functions.md '$folder/docs'
-cp $source/docs/bridge-service.md '$folder/docs'
-cp $source/docs/third-party-licences.md '$folder/docs'
-cp $source/samples/snippets/XMSC-varnix-live-push.xml '$folder/samples/snippets'
-codesign --force --timestamp --options runtime $signature '$folder/Varnix.fmplugin'
-codesign --verify --strict --verbose=2 '$folder/Varnix.fmplugin'
-codesign --force --timestamp --options runtime --identifier com.varnix.service $signature '$folder/varnix-service'
-codesign --verify --strict --verbose=2 '$folder/varnix-service'
-ditto -c -k --keepParent '$folder' '$folder-unstapled.zip'
-xcrun notarytool submit '$folder-unstapled.zip' --keychain-profile varnix --wait
-xcrun stapler staple '$folder/Varnix.fmplugin'
-xcrun stapler validate '$folder/Varnix.fmplugin'
-spctl --assess --type install --verbose=2 '$folder/Varnix.fmplugin'
-ditto -c -k --keepParent '$folder' '$folder.zip'
-cd '$folder'
-xar -cf '$out/Varnix.fmplugin.xar' Varnix.fmplugin
-gzip -f '$out/Varnix.fmplugin.xar'
-mv '$out/Varnix.fmplugin.xar.gz' '$out/Varnix.fmplugin.gz'
-TEXT
+sed -e "s|{out}|$out|g" -e "s|{folder}|$folder|g" -e "s|{source}|$source|g" "$data/release.txt" >expected
 set -- --keychain-profile varnix --output "out put" Varnix.fmplugin/ --identity
 identity="Developer ID Application: Someone's Firm (AB12CD34EF)"
 "$release" --dry-run "$@" "$identity" >said
