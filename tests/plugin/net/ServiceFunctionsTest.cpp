@@ -7,6 +7,7 @@
 #include "bridge/LivePush.h"
 #include "bridge/SignIn.h"
 #include "plugin/bridge/BridgeTest.h"
+#include "support/Rows.h"
 
 namespace {
 
@@ -20,18 +21,16 @@ class ServiceFunctions : public BridgeTest {
     std::ofstream(file_) << "<x/>\n";
   }
 
-  const std::string file_ = folder_ + "/a\"b.xml", missing_ = folder_ + "/missing";
-};
-
-struct Case {
-  fmx::ExtPluginType handler;
-  Texts arguments;
-  std::string result, body = "";
+  const std::string file_ = folder_ + "/a\"b.xml";
 };
 
 TEST_F(ServiceFunctions, SendTheirRequestAndReturnTheAnswer) {
   const std::string pushed = R"({"licenseKey":"K","xmlType":"XMSS","xmlContent":"<fmxmlsnippet a=\"1\"/>","label":")";
-  const Case cases[] = {
+  const struct {
+    fmx::ExtPluginType handler;
+    Texts arguments;
+    std::string result, body;
+  } cases[] = {
       {Do_HTTPPost, {kUrl, "no JSON: ä"}, "an answer", "no JSON: ä"},
       {Do_PushSnapshot, {kUrl, file_}, "an answer", R"({"content":"PHgvPgo=","filename":"a\"b.xml"})"},
       {Do_PushScript, {"K", kUrl, "XMSS"}, "OK", pushed + "\"}"},
@@ -82,24 +81,11 @@ TEST_F(ServiceFunctions, AllowLongAnswersLikePollsAndUploadsAlone) {
 }
 
 TEST_F(ServiceFunctions, ReportWhatCannotBeSentAndSendNothing) {
-  const Case cases[] = {
-      {Do_HTTPPost, {kUrl, ""}, "ERROR: jsonBody is empty."},
-      {Do_HTTPPost, {"no url", "{}"}, "ERROR: Invalid URL: no url"},
-      {Do_UploadFile, {"no url", "", "", ""}, "ERROR: Invalid URL: no url"},
-      {Do_UploadFile, {kUrl, "K", "n", missing_}, "ERROR: Could not read file: " + missing_},
-      {Do_PushSnapshot, {kUrl, ""}, "ERROR: xmlPath is empty."},
-      {Do_PushSnapshot, {kUrl, missing_}, "ERROR: Could not open file: " + missing_},
-      {Do_PushScript, {"K", "", ""}, "ERROR: bridgeUrl is empty."},
-      {Do_PushScript, {"K", kUrl, ""}, "ERROR: xmlType is empty."},
-      {Do_PushScript, {"K", "no url", "XMSS"}, "ERROR: Invalid URL: no url"},
-      {Do_LivePush, {""}, "ERROR: posixPath is empty."},
-      {Do_Register, {"", "K2", "M1"}, "ERROR: email is empty."},
-      {Do_Register, {"E1", "", ""}, "ERROR: licenseKey is empty."},
-      {Do_Register, {"E1", "K2", "", kUrl}, "ERROR: machineId is empty."},
-      {Do_Register, {"E1", "K2", "M1", "no url"}, "ERROR: Invalid URL: no url/api/bridge/register"},
-      {Do_PushScript, {"K", kUrl, "XMSC"}, "ERROR: No XMSC XML on clipboard. Copy the FM object first."},
+  const std::map<std::string, fmx::ExtPluginType> functions = {
+      {"HTTPPost", Do_HTTPPost},         {"LivePush", Do_LivePush}, {"PushScript", Do_PushScript},
+      {"PushSnapshot", Do_PushSnapshot}, {"Register", Do_Register}, {"UploadFile", Do_UploadFile},
   };
-  for (const auto& c : cases) EXPECT_EQ(CallHandler(c.handler, c.arguments), c.result);
+  ExpectRows(DATA "/unsendable.txt", [&](const auto& call) { return CallRow(functions, call); });
   EXPECT_TRUE(requests.empty() && jobs.empty());
 }
 

@@ -1,6 +1,7 @@
 // The schema document: which expressions are evaluated, in which order, and the exact JSON.
 #include "schema/SchemaBuilder.h"
 
+#include "support/Rows.h"
 #include "support/ScriptedHost.h"
 
 namespace {
@@ -52,18 +53,7 @@ TEST_F(SchemaBuilder, TakesTablesFromTheQueryAndNamesFromDesignFunctions) {
 }
 
 TEST_F(SchemaBuilder, ReadsRowsByTheirFirstThreeSeparators) {
-  const std::pair<std::string, std::string> cases[] = {
-      {"T||F||varchar", R"([{"name":"T","fields":[{"name":"F","type":"varchar","class":""}]}])"},
-      {"T||F\rT||G||x||y", R"([{"name":"T","fields":[{"name":"G","type":"x","class":"y"}]}])"},
-      {"T||F||varchar||Normal||x", R"([{"name":"T","fields":[{"name":"F","type":"varchar","class":"Normal||x"}]}])"},
-      {"||||||", R"([{"name":"","fields":[{"name":"","type":"","class":""}]}])"},
-      {" T ||| F||t||c", R"([{"name":" T ","fields":[{"name":"| F","type":"t","class":"c"}]}])"},
-      // A table keeps the place of its first row, and gets the fields of all its rows.
-      {"B||1||t||c\rA||2||t||c\n\rB||3||t||c",
-       R"([{"name":"B","fields":[{"name":"1","type":"t","class":"c"},{"name":"3","type":"t","class":"c"}]},)"
-       R"({"name":"A","fields":[{"name":"2","type":"t","class":"c"}]}])"},
-  };
-  for (const auto& [rows, tables] : cases) EXPECT_EQ(Tables(rows), tables) << rows;
+  ExpectRows(DATA "/rows.txt", [this](const auto& rows) { return Tables(rows); });
 }
 
 TEST_F(SchemaBuilder, FallsBackToDesignFunctionsOfTheCurrentFileWhenTheQueryGivesNoRows) {
