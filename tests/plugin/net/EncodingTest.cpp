@@ -13,6 +13,7 @@
 #include "net/Base64.h"
 #include "net/JsonWriter.h"
 #include "plugin/net/JsonReference.h"
+#include "support/Rows.h"
 
 namespace {
 
@@ -47,22 +48,10 @@ TEST(JsonWriter, ReservesLittleMoreThanALargeValueNeeds) {
 }
 
 TEST(JsonGetString, FindsAndUnescapesTheFirstStringWithTheKey) {
-  struct {
-    std::string json, key, expected;
-  } const cases[] = {
-      {R"({"id":"a\"b"})", "id", "a\"b"},
-      {R"({"id": "5"})", "id", ""},
-      {R"({"id":[],"x":{"id":"inner"},"id":"outer"})", "id", "inner"},
-      {R"({"text":"\"id\":\"x\"","id":"y"})", "id", "y"},
-      {R"("id":"unclosed)", "id", "unclosed"},
-      {R"("id":"\n\r\t\b\f\/\\\u0041")", "id", "\n\r\tbf/\\u0041"},
-      {R"("id":"last\)", "id", "last\\"},
-      {R"("id":"\\")", "id", "\\"},
-      {R"("id":")", "id", ""},
-      {R"({"":"no name"})", "", "no name"},
-      {"", "id", ""},
-  };
-  for (const auto& c : cases) EXPECT_EQ(JsonGetString(c.json, c.key), c.expected) << c.json;
+  ExpectRows(DATA "/strings.txt", [](const auto& row) {
+    const auto bar = row.find('|');
+    return JsonGetString(row.substr(bar + 1), row.substr(0, bar));
+  });
 }
 
 /// Texts of every size up to several of the 64-byte blocks that the routines use, and of many blocks.
