@@ -21,10 +21,6 @@ namespace {
 class PrefsLinuxTest : public PrefsTest {
  protected:
   static void Write(const fs::path& path, const std::string& bytes) { std::ofstream(path, std::ios::binary) << bytes; }
-  static std::string Bytes(const fs::path& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-  }
   std::ptrdiff_t Files() const { return std::distance(fs::directory_iterator(directory_), {}); }
 
   const fs::path directory_ = home_ / ".config" / "varnix";
@@ -38,8 +34,8 @@ TEST_F(PrefsLinuxTest, EachIsAPrivateFileThatHoldsOnlyItsText) {
     const mode_t before = umask(mask);
     Save("https://varnix.example", "back\\slash\nline \xF0\x9F\x98\x80 a=b");
     umask(before);
-    EXPECT_EQ(Bytes(key_), "back\\slash\nline \xF0\x9F\x98\x80 a=b");
-    EXPECT_EQ(Bytes(url_), "https://varnix.example");
+    EXPECT_EQ(Contents(key_), "back\\slash\nline \xF0\x9F\x98\x80 a=b");
+    EXPECT_EQ(Contents(url_), "https://varnix.example");
     for (const fs::path& file : {key_, url_}) EXPECT_EQ(fs::status(file).permissions(), fs::perms(0600));
     EXPECT_EQ(fs::status(directory_).permissions(), fs::perms(0700));
     EXPECT_EQ(Files(), 2);
@@ -87,7 +83,7 @@ TEST_F(PrefsLinuxTest, AnythingButATextThatWasSavedIsEmptyAndReplacedByTheNextSa
     EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(key_)));
     ExpectStored("url", "key");
   }
-  EXPECT_EQ(Bytes(linked), "") << "a link must not lead the key elsewhere";
+  EXPECT_EQ(Contents(linked), "") << "a link must not lead the key elsewhere";
 }
 
 TEST_F(PrefsLinuxTest, TheFileOfEarlierVersionsServesUntilBothAreSaved) {
