@@ -19,11 +19,10 @@ Database::Database(const std::string& path) {
   handle_.reset(handle);
   if (handle == nullptr) throw std::bad_alloc();
   Check(handle, result);
-  // A commit returns only when it is on the disk (synchronous). An earlier version of the service kept its lock until
-  // the process ended, which shows here.
+  // A commit returns only when it is on the disk (synchronous).
   Execute(
       "PRAGMA busy_timeout = 5000; PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL;"
-      "PRAGMA journal_size_limit = 67108864; PRAGMA foreign_keys = ON; BEGIN IMMEDIATE; COMMIT");
+      "PRAGMA journal_size_limit = 67108864; PRAGMA foreign_keys = ON");
 }
 
 void Database::Execute(const char* sql) { Check(handle(), sqlite3_exec(handle(), sql, nullptr, nullptr, nullptr)); }

@@ -67,17 +67,21 @@ std::string OpenedIn(const std::string& folder) {
   return path;
 }
 
+std::int64_t VersionOf(Database& index) {
+  std::int64_t version = 0;
+  Statement row(index, "PRAGMA user_version");
+  if (row.Step()) row.Read(version);
+  return version;
+}
+
 Database OpenIndex(const std::string& folder) {
   const std::string path = (std::filesystem::path(folder) / "varnix-designs.db").string();
   const int descriptor = open(path.c_str(), O_CREAT | O_RDWR | O_CLOEXEC, 0600);  // for its owner alone
   if (descriptor >= 0) close(descriptor);
   Database database(path);
+  if (VersionOf(database) == kVersion) return database;  // does not wait for an index that is being written
   Transaction transaction(database);
-  std::int64_t version = 0;
-  {
-    Statement row(database, "PRAGMA user_version");
-    if (row.Step()) row.Read(version);
-  }
+  const std::int64_t version = VersionOf(database);
   if (version > kVersion) throw std::runtime_error(path + " was written by a newer version of this service");
   if (version == 0) database.Execute(kTables);
   transaction.Commit();
@@ -132,6 +136,13 @@ bool DesignStore::Describe(std::int64_t id, const std::optional<std::string>& la
   return sqlite3_changes(index_.handle()) == 1;
 }
 
+std::string DesignStore::TextOf(std::int64_t number) {
+  Statement row(index_, "SELECT body FROM texts WHERE number = ?1", number);
+  std::string body;
+  if (row.Step()) row.Read(body);
+  return body;
+}
+
 void DesignStore::Search(const std::string& text, const std::string& file,
                          const std::function<void(const StoredHit&)>& found) {
   const std::string folded = solution::FoldCase(text);
@@ -140,17 +151,18 @@ void DesignStore::Search(const std::string& text, const std::string& file,
   const bool isIndexed = Characters(folded) >= kShortestIndexed;
   const std::string sql =
       std::string(
-          "SELECT min(id), max(id), file_name, kind, uuid, name, body FROM texts JOIN elements ON text = texts.number"
-          " JOIN designs USING (content) WHERE (?1 = '' OR folded_name = ?2 OR file_uuid = ?1)") +
-      (isIndexed ? " AND texts.number IN (SELECT rowid FROM words WHERE words MATCH ?3)" : "") +
-      " GROUP BY texts.number, file_uuid, file_name, kind, uuid, name ORDER BY file_name, max(id), elements.rowid";
+          "SELECT min(id), max(id), file_name, kind, uuid, name, text FROM elements JOIN designs USING (content)"
+          " WHERE (?1 = '' OR folded_name = ?2 OR file_uuid = ?1)") +
+      (isIndexed ? " AND text IN (SELECT rowid FROM words WHERE words MATCH ?3)" : "") +
+      " GROUP BY text, file_uuid, file_name, kind, uuid, name ORDER BY file_name, max(id), elements.rowid";
   const std::string foldedName = FoldedName(file);
   const auto phrase = isIndexed ? std::optional(AsPhrase(folded)) : std::nullopt;
   Statement rows(index_, sql.c_str(), file, foldedName, phrase);
   while (rows.Step()) {
     StoredHit hit;
-    std::string body;
-    rows.Read(hit.firstDesign, hit.lastDesign, hit.fileName, hit.kind, hit.uuid, hit.name, body);
+    std::int64_t number = 0;
+    rows.Read(hit.firstDesign, hit.lastDesign, hit.fileName, hit.kind, hit.uuid, hit.name, number);
+    const std::string body = TextOf(number);  // sorting the rows must not move the long texts
     ForEachValue(body, [&](std::string_view property, std::string_view value) {
       hit.property = property;
       solution::SearchLines(value, folded, [&](std::size_t line, std::string_view lineText) {

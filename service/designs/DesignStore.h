@@ -68,6 +68,7 @@ class DesignStore {
   Entry Examine(Received& received, const Begin& begin, const std::atomic<bool>& stop);
   void Keep(const Received& received, std::int64_t bytes, const Entry& entry);
   void ForgetPruned();
+  std::string TextOf(std::int64_t number);
 
   Database received_;
   Database index_;
