@@ -45,9 +45,7 @@ TEST(SolutionReader, ReadsTheSameDesignFromEveryFormatVersion) {
   for (const std::string_view version : kFormatVersions) EXPECT_EQ(Open(SampleExport(version)), kSample) << version;
 }
 
-TEST(SolutionReader, RefusesDamagedDesignsWithTheLine) {
-  ExpectRows(SALES_EXPORTS "/damaged.txt", Open);
-}
+TEST(SolutionReader, RefusesDamagedDesignsWithTheLine) { ExpectRows(SALES_EXPORTS "/damaged.txt", Open); }
 
 // FileMaker up to 19.4 writes such comments without escaping their CDATA sections.
 TEST(SolutionReader, ReadsPastCommentsThatBreakTheXmlAndWarns) {
