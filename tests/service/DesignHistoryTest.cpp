@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <csignal>
-#include <fstream>
 #include <thread>
 
 #include "service/RunningService.h"
@@ -11,11 +10,6 @@
 #include "support/Process.h"
 
 namespace {
-
-std::string Read(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 std::string Replaced(std::string text, const std::string& from, const std::string& to) {
   return text.replace(text.find(from), from.size(), to);
@@ -33,7 +27,7 @@ class DesignHistory : public FolderTest {
     EXPECT_EQ(service.Post("/api/live/ingest/K1?filename=" + name, content).status, 200);
   }
 
-  std::string Log() const { return Read(data_ + ".log"); }
+  std::string Log() const { return Contents(data_ + ".log"); }
 
   // Waits until the log contains `text`.
   void AwaitLog(const std::string& text) const {
@@ -41,7 +35,7 @@ class DesignHistory : public FolderTest {
   }
 
   const std::string data_ = folder_ + "/data";
-  const std::string orders_ = Read(ORDERS);
+  const std::string orders_ = Contents(ORDERS);
   const std::string edited_ = Replaced(orders_, "[\"Open\"]", "[\"Shut\"]");
 };
 

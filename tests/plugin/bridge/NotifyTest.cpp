@@ -9,7 +9,6 @@
 
 #include <csignal>
 #include <fstream>
-#include <iterator>
 #include <regex>
 
 #include "bridge/Background.h"
@@ -40,10 +39,7 @@ class NotifyTest : public FolderTest {
     std::ofstream(folder_ + "/notify-send") << "#!/bin/sh\nreport=" << folder_ << "/report\n" << commands << '\n';
     std::filesystem::permissions(folder_ + "/notify-send", std::filesystem::perms::owner_all);
   }
-  std::string Report() const {
-    std::ifstream report(folder_ + "/report", std::ios::binary);
-    return {std::istreambuf_iterator<char>(report), {}};
-  }
+  std::string Report() const { return Contents(folder_ + "/report"); }
 };
 
 TEST(NotificationScript, QuotesSoThatNoTextCanEndItsLiteral) {
