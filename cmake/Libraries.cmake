@@ -1,11 +1,50 @@
 # Libraries that more than one folder needs.
 
+# Where Homebrew keeps what macOS has in another version of its own, so that pkg-config does not see it.
+if(CMAKE_HOST_APPLE AND NOT CMAKE_CROSSCOMPILING)
+  find_program(BREW brew)
+  if(BREW)
+    execute_process(COMMAND ${BREW} --prefix icu4c OUTPUT_VARIABLE prefix OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
+    set(ENV{PKG_CONFIG_PATH} "${prefix}/lib/pkgconfig:$ENV{PKG_CONFIG_PATH}")
+  endif()
+endif()
+
+# Header-only libraries that Homebrew lacks, as Debian archives their sources: the path in its pool, and the SHA-256.
+set(VARNIX_SOURCE_rapidxml r/rapidxml/rapidxml_1.13.orig.tar.gz
+  36237604b5cd34424d8537ba9411f9f2cca842cdcb88c956c5bf39ce243bb44b)
+set(VARNIX_SOURCE_dtl d/dtl/dtl_1.20.orig.tar.gz
+  579f81bca88f4b9760a59d99c5a95bd8dd5dc2f20f33f1f9b5f64cb08979f54d)
+
+# Downloads the library that holds HEADER into the build folder, and sets VARIABLE to the folder to include; leaves it
+# alone for a library that is not in the list.
+function(varnix_download_headers variable header)
+  string(REGEX MATCH "^[a-z]+" name ${header})
+  if(NOT DEFINED VARNIX_SOURCE_${name})
+    return()
+  endif()
+  list(GET VARNIX_SOURCE_${name} 0 path)
+  list(GET VARNIX_SOURCE_${name} 1 checksum)
+  if(POLICY CMP0135)
+    cmake_policy(SET CMP0135 NEW)  # the files' times are those of the download
+  endif()
+  include(FetchContent)
+  FetchContent_Declare(${name} URL https://deb.debian.org/debian/pool/main/${path} URL_HASH SHA256=${checksum})
+  FetchContent_MakeAvailable(${name})
+  set(${variable} ${${name}_SOURCE_DIR} CACHE PATH "Folder of ${header}" FORCE)
+endfunction()
+
 # varnix_headers(TARGET HEADER [SUFFIX]): lets TARGET include the header-only library that holds HEADER, in the folder
 # SUFFIX of an include directory if one is given. For another system than this one, whose own headers must stay out, only
-# the folder of the library becomes visible.
+# the folder of the library becomes visible. On a Mac, what Homebrew lacks is downloaded.
 function(varnix_headers target header)
   string(MAKE_C_IDENTIFIER "INCLUDE_${header}" variable)
-  find_path(${variable} ${header} PATH_SUFFIXES ${ARGN} REQUIRED NO_CMAKE_FIND_ROOT_PATH)
+  find_path(${variable} ${header} PATH_SUFFIXES ${ARGN} NO_CMAKE_FIND_ROOT_PATH)
+  if(NOT ${variable} AND CMAKE_HOST_APPLE)
+    varnix_download_headers(${variable} ${header})
+  endif()
+  if(NOT ${variable})
+    message(FATAL_ERROR "${header} is missing; scripts/install-packages.sh installs what Varnix needs")
+  endif()
   set(directory ${${variable}})
   if(CMAKE_CROSSCOMPILING AND NOT ARGN)
     string(REGEX MATCH "^[^/]+" folder ${header})

@@ -1,7 +1,9 @@
 #!/bin/sh
 # install-packages.sh GROUP...: installs the missing Debian or Ubuntu packages of the groups: plugin, service, simulator,
-# test, check. A trailing "?" marks a package that only some releases have, because in others a different one has its files.
+# test, check. A trailing "?" marks a package that only some releases have, because in others a different one has its
+# files. On a Mac, Homebrew installs the like.
 set -eu
+[ "$(uname -s)" != Darwin ] || exec "$(dirname "$0")/install-formulae.sh" "$@"
 
 packages=
 for group in "$@"; do

@@ -1,0 +1,33 @@
+#!/bin/sh
+# install-formulae.sh GROUP...: install-packages.sh on a Mac. Installs the missing Homebrew formulae of the groups.
+set -eu
+
+fail() {
+  echo "Varnix needs $1" >&2
+  exit 1
+}
+
+formulae="cmake pkgconf"
+for group in "$@"; do
+  case $group in
+    plugin) ;;
+    service) formulae="$formulae boost cli11 nlohmann-json" ;;
+    simulator) formulae="$formulae gmp mpfr icu4c" ;;
+    test) formulae="$formulae googletest google-benchmark cpp-httplib pugixml rapidjson openssl" ;;
+    check) fail "Linux for make check" ;;
+    *) echo "install-packages: unknown group $group" >&2; exit 2 ;;
+  esac
+done
+
+xcode-select -p >/dev/null 2>&1 || fail "Apple's command line tools. Please install them: xcode-select --install"
+command -v brew >/dev/null || fail "these libraries and tools, and this Mac has no Homebrew (https://brew.sh) to install them:
+  $formulae"
+
+missing=
+for formula in $formulae; do
+  brew list --versions "$formula" >/dev/null 2>&1 || missing="$missing $formula"
+done
+[ -n "$missing" ] || exit 0
+echo "Installing with Homebrew:$missing"
+# shellcheck disable=SC2086 # a list of words
+brew install --quiet $missing || fail "these formulae, which Homebrew could not install (see above):$missing"
