@@ -32,7 +32,7 @@ test-sanitizers:
 	cmake --build $(BUILD)/thread -j $(JOBS) --target threaded_tests
 	ctest --test-dir $(BUILD)/thread --output-on-failure -L thread
 
-## check            format, lint, include directions, file and function length
+## check            format, lint, include directions, file and function length, and the units for macOS
 check:
 	scripts/install-packages.sh plugin service simulator test check
 	cmake --preset release -B $(BUILD) > /dev/null

@@ -1,5 +1,6 @@
 #!/bin/sh
-# make-sdk.sh DIRECTORY CLANG GNUSTEP: a stand-in for the macOS SDK that the whole plug-in compiles and links against. C
+# make-sdk.sh DIRECTORY CLANG GNUSTEP: a stand-in for the macOS SDK that the whole plug-in compiles and links against, and most
+# other units for macOS compile against. C
 # comes from musl, whose headers suit any target, Foundation from GNUstep (its include directory), the rest from the
 # tests' stand-ins.
 set -eu
@@ -20,13 +21,21 @@ echo '{"CanonicalName": "macosx11.0", "Version": "11.0", "MaximumDeploymentTarge
 # Apple's C headers declare everything in every language mode; these do on request.
 sed -i '1i #define _GNU_SOURCE' "$sdk/usr/include/features.h"
 grep -v -e '#pragma once' -e include_next "$standin/fcntl.h" >>"$sdk/usr/include/fcntl.h"
-echo 'extern "C" unsigned arc4random();' >>"$sdk/usr/include/stdlib.h"
+cat >>"$sdk/usr/include/stdlib.h" <<'TEXT'
+extern "C" unsigned arc4random();
+extern "C" void arc4random_buf(void*, size_t);
+TEXT
+echo 'extern "C" int timingsafe_bcmp(const void*, const void*, size_t);' >>"$sdk/usr/include/string.h"
+cat >>"$sdk/usr/include/pthread.h" <<'TEXT'
+extern "C" void* pthread_get_stackaddr_np(pthread_t);
+extern "C" size_t pthread_get_stacksize_np(pthread_t);
+TEXT
 cp -pR "$3/." /usr/include/Block*.h "$objc" "$sdk/usr/include"
-for framework in AppKit ApplicationServices dispatch Foundation objc; do
-  cp -pR "$standin/$framework" "$sdk/usr/include"
+for folder in AppKit ApplicationServices CommonCrypto dispatch Foundation objc; do
+  cp -pR "$standin/$folder" "$sdk/usr/include"
 done
 touch -r "$standin/fcntl.h" "$site" "$sdk/usr/include/features.h" "$sdk/usr/include/fcntl.h" \
-  "$sdk/usr/include/stdlib.h"
+  "$sdk/usr/include/stdlib.h" "$sdk/usr/include/string.h" "$sdk/usr/include/pthread.h"
 
 # stub FILE INSTALL_NAME: a library's description, with no symbol but the one that the linker itself needs.
 stub() {
