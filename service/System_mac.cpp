@@ -1,6 +1,7 @@
 #include <mach-o/dyld.h>
 #include <unistd.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 

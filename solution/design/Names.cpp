@@ -3,6 +3,7 @@
 #include <unicode/uchar.h>
 #include <unicode/ustring.h>
 
+#include <cstdint>
 #include <string>
 
 namespace solution {
