@@ -19,9 +19,9 @@ struct CalendarDate {
   int day = 1;
 };
 
-/// The day number; months and days may lie outside their range and then count on. nullopt outside FileMaker's calendar.
+/// The day number. Out-of-range months and days carry over. nullopt outside FileMaker's calendar.
 std::optional<long long> DayNumber(long long year, long long month, long long day);
-/// `dayNumber` must be one of FileMaker's calendar.
+/// `dayNumber` must be within FileMaker's calendar.
 CalendarDate DateOfDay(long long dayNumber);
 bool IsDay(const Number& dayNumber);
 
@@ -30,8 +30,8 @@ long long DayOfWeek(long long dayNumber);
 long long DayOfYear(long long dayNumber);
 long long WeekOfYear(long long dayNumber);
 
-/// "1/31/2024", "13:02:03", "1/31/2024 1:02:03 PM"; a timestamp at a full minute has no seconds, "1/31/2024 1:02 PM".
-/// Fractions of a second are kept. "?" outside the calendar.
+/// "1/31/2024", "13:02:03", "1/31/2024 1:02:03 PM"; a timestamp on a full minute omits the seconds, "1/31/2024 1:02
+/// PM". Fractions of a second are kept. "?" outside the calendar.
 std::u16string FormatDate(const Number& dayNumber);
 std::u16string FormatTime(const Number& seconds);
 std::u16string FormatTimestamp(const Number& seconds);

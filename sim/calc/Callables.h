@@ -1,4 +1,4 @@
-// Everything that a name in a formula can call.
+// Everything that a formula can call by name.
 #pragma once
 
 #include <string_view>
@@ -10,7 +10,7 @@
 
 namespace calc {
 
-/// Calls with a grammar of their own.
+/// Functions with a special call syntax.
 enum class Form { kGet, kLet, kWhile };
 
 struct Callable {

@@ -10,10 +10,10 @@
 
 namespace calc {
 
-/// Evaluates `formula`. Returns 0 and the value; a formula that does not parse gives FileMaker's error number and
-/// leaves `result` empty; one that fails while running gives the number and the value "?". An error that comes out of a
-/// variable no longer has a number: 0 and the value "?". Endless recursion and nesting end with an error, never with
-/// the stack. A cancelled formula ends with error 1.
+/// Evaluates `formula`. Returns 0 and the value. On a syntax error, returns FileMaker's error number and leaves
+/// `result` empty. On a runtime error, returns the number and the value "?". An error value read from a variable has no
+/// number: the result is 0 and "?". Endless recursion and nesting return an error instead of overflowing the stack. A
+/// cancelled formula returns error 1.
 int Evaluate(std::u16string_view formula, Environment& environment, Value& result);
 
 /// 0 when `formula` parses in `environment`, else the error number.

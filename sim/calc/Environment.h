@@ -1,4 +1,4 @@
-// What surrounds a calculation: the file it runs in, its variables, and the functions others bring.
+// The environment of a calculation: its file, its variables and the functions that others add.
 #pragma once
 
 #include <atomic>
@@ -14,7 +14,7 @@
 
 namespace calc {
 
-/// A function that the application or a plug-in adds to the engine's own. Names compare without regard to case.
+/// A function that the application or a plug-in adds to the engine's own. Names are case-insensitive.
 struct HostFunction {
   std::u16string name;
   int minArguments = 0;
@@ -29,8 +29,7 @@ struct CustomFunction {
   std::u16string formula;
 };
 
-/// `$local` or `$$global` variables. A name is kept folded to lower case and without its dollar signs; a repetition
-/// counts from 1.
+/// `$local` or `$$global` variables. Names are stored in lower case without dollar signs; repetitions count from 1.
 using Variables = std::map<std::pair<std::u16string, int>, Value>;
 
 /// Implemented by the simulated application, and by tests. All texts are UTF-16.
@@ -38,16 +37,16 @@ class Environment {
  public:
   virtual ~Environment() = default;
 
-  /// Get ( parameter ); nullopt when there is no such parameter (error 1215). `parameter` as it was written.
+  /// Get ( parameter ); nullopt for an unknown parameter (error 1215). `parameter` is as written.
   virtual std::optional<Value> Get(std::u16string_view parameter) = 0;
 
-  /// The value of a field; nullopt when there is none (error 102). `occurrence` is empty for a bare name.
+  /// The value of a field; nullopt when the field is missing (error 102). `occurrence` is empty for a bare name.
   virtual std::optional<Value> Field(std::u16string_view occurrence, std::u16string_view field, int repetition) = 0;
 
-  /// The whole name of a field, `Occurrence::Field`; empty when there is none.
+  /// The full name of a field, `Occurrence::Field`; empty when the field is missing.
   virtual std::u16string FieldName(std::u16string_view occurrence, std::u16string_view field) = 0;
 
-  /// Called with a name that is neither a field nor a function, as it was written, before the calculation fails for it.
+  /// Called with an unknown name, as written, before the calculation fails because of it.
   virtual void ReportUnknownName(std::u16string_view) {}
 
   /// nullptr when unknown. The result stays valid until the calculation ends.
@@ -57,8 +56,8 @@ class Environment {
   virtual Variables& Locals() = 0;
   virtual Variables& Globals() = 0;
 
-  /// Asked for once per calculation: what ends it with error 1 as soon as it is not zero; a signal handler or another
-  /// thread may set it. nullptr: nothing does.
+  /// The cancel flag, queried once per calculation. A nonzero value ends the calculation with error 1; a signal handler
+  /// or another thread may set it. nullptr: the calculation cannot be cancelled.
   virtual const std::atomic<int>* CancelFlag() const { return nullptr; }
 };
 

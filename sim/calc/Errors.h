@@ -1,4 +1,4 @@
-// FileMaker's error numbers, as far as formulas, scripts and plug-ins run into them here.
+// The FileMaker error numbers that formulas, scripts and plug-ins can return here.
 #pragma once
 
 namespace calc::errors {
@@ -27,7 +27,7 @@ inline constexpr int kFieldRequired = 1214;
 inline constexpr int kInvalidGetParameter = 1215;
 inline constexpr int kNoSuchFunction = 1224;
 inline constexpr int kNotSupported = 1225;
-inline constexpr int kNoScriptToStart = 1825;  // asked for by a plug-in
+inline constexpr int kNoScriptToStart = 1825;  // requested by a plug-in
 inline constexpr int kSqlSyntax = 8310;
 
 // FileMaker has no numbers for these.

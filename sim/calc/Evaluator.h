@@ -12,8 +12,8 @@
 
 namespace calc {
 
-/// Thrown when recursion went too deep. It ends the whole calculation: a function that calls itself twice would else go
-/// through every branch of its endless tree.
+/// Thrown when recursion is too deep. It ends the whole calculation; otherwise a function that calls itself twice would
+/// visit every branch of its endless tree.
 struct RecursionTooDeep {};
 
 /// Thrown once the environment's cancel flag is set.
@@ -27,7 +27,7 @@ class Evaluator {
   /// which may be an error value. Throws RecursionTooDeep and Cancelled.
   int EvaluateText(std::u16string_view source, Value& result);
 
-  // Functions that decide which of their arguments are evaluated, and in which surroundings.
+  // Functions that decide which arguments are evaluated, and in which environment.
   using Nodes = std::vector<Node>;
   Value If(const Nodes& arguments);
   Value Case(const Nodes& arguments);

@@ -1,4 +1,4 @@
-// The functions that decide which of their arguments are evaluated, and in which surroundings.
+// The functions that decide which arguments are evaluated, and in which environment.
 #include <algorithm>
 #include <limits>
 #include <utility>
@@ -51,7 +51,7 @@ Value Evaluator::Choose(const Nodes& arguments) {
   return choice >= 0 && choice < results ? Run(arguments[static_cast<size_t>(choice) + 1]) : Value();
 }
 
-// The fields that may follow only say when a stored calculation is due again.
+// The optional fields only determine when a stored calculation is re-evaluated.
 Value Evaluator::EvaluateFormula(const Nodes& arguments) {
   const Value source = Run(arguments[0]);
   if (source.IsError()) return source;

@@ -14,7 +14,7 @@ using Arguments = std::span<const Value>;
 
 inline constexpr int kAnyNumber = -1;
 
-/// What may stand between the parentheses of a call.
+/// The arguments that a call accepts.
 struct Signature {
   int minArguments = 0;
   int maxArguments = 0;  ///< or kAnyNumber
@@ -22,16 +22,16 @@ struct Signature {
   int listSize = 0;
 };
 
-/// A function of its arguments alone. Those that came in lists follow each other as if there were no lists.
+/// A function that depends only on its arguments. Lists of arguments are passed flattened.
 struct Builtin {
   std::u16string_view name;  ///< as FileMaker spells it
   Signature signature;
   Value (*call)(Arguments) = nullptr;
-  /// Whether it is called with error values too; for every other function an error among the arguments is the result.
+  /// Whether the function accepts error values; otherwise an error argument becomes the result.
   bool takesErrors = false;
 };
 
-/// No text may grow beyond this many units.
+/// The maximum length of a text, in units.
 inline constexpr std::size_t kMaxTextLength = std::size_t{1} << 26;
 
 std::span<const Builtin> TextFunctions();

@@ -1,4 +1,4 @@
-// Functions of any number of values, of which empty ones do not count.
+// Functions of any number of values; empty values are ignored.
 #include <vector>
 
 #include "calc/Functions.h"
@@ -21,7 +21,7 @@ Number Total(const std::vector<Value>& values) {
   return total;
 }
 
-// The first value that no other one beats; `direction` is 1 for the largest, -1 for the smallest.
+// The first extreme value; `direction` is 1 for the largest, -1 for the smallest.
 Value Extreme(Arguments arguments, int direction) {
   Value best;
   for (const Value& value : Filled(arguments)) {

@@ -1,4 +1,4 @@
-// From one type to another, and the questions that take error values too.
+// Type conversions, and the tests that accept error values.
 #include "calc/Functions.h"
 #include "calc/Operators.h"
 
@@ -7,7 +7,7 @@ namespace {
 
 Value GetAsText(Arguments arguments) { return Value::OfText(arguments[0].AsText()); }
 
-// A text without digits is no number at all.
+// Text without digits is not a number.
 Value GetAsNumber(Arguments arguments) {
   if (arguments[0].type() == Type::kText && !NumberIn(arguments[0].AsText())) return {};
   return NumberValue(arguments[0].AsNumber());

@@ -1,4 +1,4 @@
-// Dates, times and timestamps: made of parts, and taken apart.
+// Dates, times and timestamps: composed from parts, and decomposed.
 #include <array>
 #include <optional>
 #include <string_view>
@@ -39,7 +39,7 @@ Value Timestamp(Arguments arguments) {
   return Moment(Type::kTimestamp, TimestampIn(Value::OfNumber((*day - 1) * kSecondsPerDay + *time)));
 }
 
-// One part of a date or of a time; nothing of nothing.
+// One part of a date or time; empty for an empty argument.
 template <typename Part>
 Value PartOf(const Value& value, std::optional<Number> (*read)(const Value&), Part part) {
   if (value.IsEmpty()) return {};

@@ -1,5 +1,5 @@
 // FileMaker's functions for JSON, over the nlohmann library. Like FileMaker they list the keys of an object in the
-// order of the alphabet, and answer what is not JSON with "? " and the place of the error.
+// order of the alphabet, and return for invalid JSON "? " and the place of the error.
 #include <algorithm>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -31,8 +31,7 @@ Value NotJson(const std::string& text, std::size_t offset) {
                 "\r  Syntax error: value, object or array expected.");
 }
 
-/// Parses `text`, and with `failure` empty the result is the document. An empty text is no document but no error
-/// either.
+/// Parses `text`. The result is the document when `failure` is empty. Empty text is neither a document nor an error.
 std::optional<Json> Parsed(const Value& text, Value& failure) {
   const std::string utf8 = ToUtf8(text.AsText());
   if (utf8.empty()) return std::nullopt;
@@ -48,7 +47,7 @@ std::string Dump(const Json& json, int indent = -1) {
   return json.dump(indent, '\t', false, Json::error_handler_t::replace);
 }
 
-// The element that one step leads to; null when there is none.
+// The element that one path step selects; null when missing.
 Json* Child(Json& parent, const JsonStep& step) {
   if (const auto* position = std::get_if<std::size_t>(&step)) {
     return parent.is_array() && *position < parent.size() ? &parent[*position] : nullptr;
@@ -97,7 +96,7 @@ int TypeOf(const Json& element) {
   }
 }
 
-/// What `use` makes of the element at the path; empty text when there is none.
+/// The result of `use` for the element at the path; empty text when the element is missing.
 template <typename Use>
 Value WithElement(Arguments arguments, Use use) {
   Value failure;
@@ -139,7 +138,7 @@ Value JSONListValues(Arguments arguments) {
   });
 }
 
-// A structure that is not empty starts on a line of its own, below its key.
+// A non-empty structure starts on a new line below its key.
 std::string Formatted(const Json& json, const std::string& indent) {
   if (!json.is_structured() || json.empty()) return Dump(json);
   const std::string inner = indent + '\t';
@@ -178,14 +177,14 @@ Value JSONDeleteElement(Arguments arguments) {
   return TextOf(Dump(*document));
 }
 
-// FileMaker's form of a number has no zero before the point, and JSON's must have one.
+// FileMaker omits the zero before the decimal point; JSON requires it.
 Json NumberJson(const Value& value) {
   std::string text = ToUtf8(value.AsNumber().ToText());
   if (const auto point = text.find('.'); point == 0 || (point == 1 && text[0] == '-')) text.insert(point, "0");
   return Json::parse(text);
 }
 
-// A value that does not fit its type becomes a text, as FileMaker does it.
+// As in FileMaker, a value that does not fit its type becomes text.
 Json Converted(const Value& value, long long type) {
   const std::string text = ToUtf8(value.AsText());
   const auto parsed = [&text] { return Json::parse(text, nullptr, false); };
@@ -207,7 +206,7 @@ Json Converted(const Value& value, long long type) {
   }
 }
 
-// Makes what is missing on the way. False when a position is out of bounds.
+// Creates missing elements along the path. False when a position is out of bounds.
 bool Set(Json& document, const JsonPath& path, Json value) {
   Json* at = &document;
   for (const JsonStep& step : path) {

@@ -1,4 +1,4 @@
-// Lists: texts of values that returns separate.
+// Lists: texts with values separated by returns.
 #include <algorithm>
 #include <optional>
 #include <string>
@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::u16string_view kSeparators = u"\r\n\u2028\u2029";
 
-// Moves the next value of `list` to `value`. A separator at the very end does not make another value.
+// Moves the next value of `list` to `value`. A trailing separator does not add a value.
 bool TakeValue(std::u16string_view& list, std::u16string_view& value) {
   if (list.empty()) return false;
   const size_t end = list.find_first_of(kSeparators);
@@ -102,7 +102,7 @@ Value List(Arguments arguments) {
   return Value::OfText(std::move(list));
 }
 
-// A list's values read as numbers, dates...: numbers that stand for them. Texts have none.
+// Numeric sort keys of a list's values, read as numbers, dates... Texts have none.
 std::optional<Number> Serial(std::u16string_view value, Type type) {
   switch (type) {
     case Type::kNumber:
@@ -118,7 +118,7 @@ std::optional<Number> Serial(std::u16string_view value, Type type) {
   }
 }
 
-// The optional argument that says what the values are: 1 text, 2 number, 3 date, 4 time, 5 timestamp.
+// The optional argument with the type of the values: 1 text, 2 number, 3 date, 4 time, 5 timestamp.
 long long TypeArgument(Arguments arguments) { return arguments.size() > 1 ? arguments[1].AsNumber().ToInteger() : 1; }
 
 Type TypeOf(long long argument) {
@@ -156,7 +156,7 @@ Value SortValues(Arguments arguments) {
   for (const std::u16string_view value : ValuesOf(arguments[0].AsText())) {
     entries.emplace_back(Serial(value, type), value);
   }
-  // Values that are not of the type come before all others.
+  // Values that cannot be read as the type come first.
   const auto before = [](const Entry& a, const Entry& b) {
     return a.first || b.first ? a.first < b.first : CompareTexts(a.second, b.second) < 0;
   };

@@ -6,7 +6,7 @@
 namespace calc {
 namespace {
 
-// A real function where it is defined; everything else is an error.
+// A real function; an error outside its domain.
 template <RealFunction function>
 Value Real(Arguments arguments) {
   const auto result = arguments[0].AsNumber().Apply(function);

@@ -1,4 +1,4 @@
-// Rounding, division with rest, and the plain numbers.
+// Rounding, division with remainder, and simple numeric functions.
 #include <algorithm>
 #include <optional>
 #include <random>
@@ -36,7 +36,7 @@ Value Div(Arguments arguments) {
   return quotient ? NumberValue(*quotient) : Value::OfError(errors::kDivisionByZero);
 }
 
-// The rest has the sign of the divisor.
+// The remainder has the sign of the divisor.
 Value Mod(Arguments arguments) {
   const Number divisor = At(arguments, 1);
   const auto quotient = At(arguments, 0).FloorDividedBy(divisor);

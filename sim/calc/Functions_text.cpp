@@ -12,9 +12,9 @@
 namespace calc {
 namespace {
 
-constexpr char16_t kParagraph = u'\u00B6';  // stands for a return in literals
+constexpr char16_t kParagraph = u'\u00B6';  // a return in literals
 constexpr long long kCodeBase = 100000;     // Char and Code give each character five digits
-constexpr size_t kMaxCodes = 80;            // more have no number
+constexpr size_t kMaxCodes = 80;            // longer texts have no code
 
 std::u16string_view TrimSpaces(std::u16string_view text) {
   const size_t first = text.find_first_not_of(u' ');
@@ -100,7 +100,7 @@ Value Code(Arguments arguments) {
   return NumberValue(codes);
 }
 
-// A literal that gives the text back when it is evaluated.
+// A literal that evaluates to the text.
 Value Quote(Arguments arguments) {
   std::u16string result = u"\"";
   for (const char16_t unit : arguments[0].AsText()) {

@@ -9,7 +9,7 @@
 namespace calc {
 namespace {
 
-// What lies between the ends of words number `first` (from 0) to `first + count - 1`, as far as they exist.
+// The text from word `first` (from 0) through word `first + count - 1`, as far as they exist.
 Value WordRange(const std::vector<std::u16string_view>& words, long long first, long long count) {
   const auto size = static_cast<long long>(words.size());
   first = std::clamp(first, 0LL, size);

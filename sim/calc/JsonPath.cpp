@@ -19,7 +19,7 @@ std::string_view TakeUpTo(std::string_view& rest, std::size_t end, std::size_t s
   return taken;
 }
 
-// What stands in brackets; the opening one is taken.
+// The content of brackets; the opening bracket is already consumed.
 std::optional<JsonStep> TakeBracket(std::string_view& rest) {
   const char quote = rest.empty() ? '\0' : rest.front();
   if (quote == '\'' || quote == '"') {

@@ -1,4 +1,4 @@
-// Cuts a formula into tokens.
+// Splits a formula into tokens.
 #include "calc/Lexer.h"
 
 #include <algorithm>
@@ -11,10 +11,10 @@ namespace calc {
 namespace {
 
 constexpr char16_t kParagraph = u'\u00B6';
-// A no-break space comes with formulas that were pasted from web pages.
+// Formulas pasted from web pages contain no-break spaces.
 constexpr std::u16string_view kWhiteSpace = u" \t\r\n\u00A0";
 constexpr std::u16string_view kLineEnds = u"\r\n";
-// What no name may hold.
+// Characters that names must not contain.
 constexpr std::u16string_view kReserved = u" \t\r\n\u00A0,+-*/\\^&=\u2260><\u2264\u2265()[]{}\";:$\u00B6";
 
 struct Sign {
@@ -23,7 +23,7 @@ struct Sign {
   Operator op = Operator::kAdd;
 };
 
-// Longer spellings before their beginnings.
+// Longer spellings precede their prefixes.
 constexpr Sign kSigns[] = {
     {u"<>", TokenKind::kOperator, Operator::kNotEqual},
     {u"<=", TokenKind::kOperator, Operator::kLessOrEqual},
@@ -116,7 +116,7 @@ Token Lexer::TakeText() {
     if (rest_.empty()) throw SyntaxError{errors::kOpenText};
     char16_t unit = rest_.front() == kParagraph ? u'\r' : rest_.front();
     rest_.remove_prefix(1);
-    // A backslash before any other character stands for itself.
+    // A backslash before any other character is literal.
     if (unit == u'\\' && !rest_.empty() && (rest_[0] == u'"' || rest_[0] == u'\\' || rest_[0] == kParagraph)) {
       unit = rest_.front();
       rest_.remove_prefix(1);
@@ -159,7 +159,7 @@ Token Lexer::TakeName() {
   return {TokenKind::kName, std::move(name), {}, {}};
 }
 
-// `$name`, `$$name` or `${name}`; the first dollar sign is taken.
+// `$name`, `$$name` or `${name}`; the first dollar sign is already consumed.
 Token Lexer::TakeDollar() {
   Token token{TokenKind::kLocalVariable};
   if (TakePrefix(u"{")) {

@@ -1,4 +1,4 @@
-// Cuts a formula into tokens.
+// Splits a formula into tokens.
 #pragma once
 
 #include <string>
@@ -33,7 +33,7 @@ enum class TokenKind {
 
 struct Token {
   TokenKind kind = TokenKind::kEnd;
-  std::u16string text = {};  ///< of a literal its value, of a name or variable the name alone
+  std::u16string text = {};  ///< the value of a literal; the bare name of a name or variable
   Number number = {};
   Operator op = Operator::kAdd;
 };

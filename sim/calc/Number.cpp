@@ -62,7 +62,7 @@ size_t TakeDigits(std::u16string_view& text, std::string& digits) {
   return count;
 }
 
-// The exponent at the start of `text`, if there is one; far away values only have to stay far away.
+// The exponent at the start of `text`, if there is one; out-of-range exponents only need to stay out of range.
 std::optional<long long> TakeExponent(std::u16string_view text) {
   if (text.empty()) return 0;
   if (text[0] != u'e' && text[0] != u'E') return std::nullopt;
@@ -94,14 +94,14 @@ class Number::Real {
   }
   ~Real() {
     mpfr_clear(value_);
-    mpfr_free_cache();  // belongs to the thread, which may end without doing so
+    mpfr_free_cache();  // the cache is per thread and is not freed when the thread ends
   }
   Real(const Real&) = delete;
   Real& operator=(const Real&) = delete;
 
   mpfr_ptr value() { return value_; }
 
-  // nullopt for what is no number and for infinity.
+  // nullopt for NaN and infinity.
   std::optional<Number> ToNumber() const {
     if (mpfr_number_p(value_) == 0) return std::nullopt;
     mpfr_exp_t exponent = 0;
@@ -145,7 +145,7 @@ Number Number::FromDouble(double value) {
   if (!std::isfinite(value)) return {};
   const double absolute = std::fabs(value);
   std::array<char, 32> text;
-  for (const int digits : {15, 16, 17}) {  // as few as give the value back
+  for (const int digits : {15, 16, 17}) {  // the fewest digits that round-trip
     std::snprintf(text.data(), text.size(), "%.*e", digits - 1, absolute);
     if (std::strtod(text.data(), nullptr) == absolute) break;
   }

@@ -1,4 +1,4 @@
-// Decimal numbers as FileMaker calculates with them: no binary rounding, long integers exact.
+// FileMaker's decimal numbers: no binary rounding, and exact long integers.
 #pragma once
 
 #include <gmpxx.h>
@@ -11,7 +11,7 @@
 
 namespace calc {
 
-/// Digits after the point that a division keeps by default.
+/// Decimal places that a division keeps by default.
 inline constexpr int kDivisionPlaces = 16;
 
 /// An irrational function as MPFR has them.
@@ -24,10 +24,10 @@ class Number {
  public:
   Number() = default;
   Number(long long value);  // NOLINT: integers are numbers
-  /// The shortest decimal that reads back as `value`; zero for what is no number.
+  /// The shortest decimal that reads back as `value`; zero for NaN and infinity.
   static Number FromDouble(double value);
 
-  /// Reads a literal as formulas write it ("12", ".5", "1e3"); nothing else may stand around it. nullopt if it is none.
+  /// Reads a literal in formula syntax ("12", ".5", "1e3") without surrounding text. nullopt if it is invalid.
   static std::optional<Number> Parse(std::u16string_view literal);
 
   /// FileMaker's text form: ".25", "-.5", "0", no trailing zeros, no separators. Never an exponent.
@@ -54,7 +54,7 @@ class Number {
   /// negative power, a root of a negative number) or is too large.
   std::optional<Number> Power(const Number& exponent) const;
 
-  /// Halves go away from zero; negative places round tens, hundreds...
+  /// Rounds halves away from zero; negative places round to tens, hundreds...
   Number Rounded(int places) const;
   Number Truncated(int places) const;
   Number Floor() const;

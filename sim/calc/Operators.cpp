@@ -1,4 +1,4 @@
-// What the operators do with values.
+// The operators on values.
 #include "calc/Operators.h"
 
 #include <utility>

@@ -1,4 +1,4 @@
-// What the operators do with values.
+// The operators on values.
 #pragma once
 
 #include <span>
@@ -10,12 +10,12 @@ namespace calc {
 
 /// `left op right` for every operator but `&`. Quotients are rounded to `precision` places.
 Value Apply(Operator op, const Value& left, const Value& right, int precision);
-/// The texts of `values` in one, for `&`.
+/// The concatenated texts of `values`, for `&`.
 Value Concatenate(std::span<const Value> values);
 /// `op operand`, for plus, minus and not.
 Value ApplyPrefix(Operator op, const Value& operand);
 
-/// An arithmetic result as a value: an error when it is beyond FileMaker's numbers.
+/// An arithmetic result as a value: an error when out of FileMaker's range.
 Value NumberValue(const Number& number);
 
 /// Negative, zero or positive. Numbers, dates and times compare by their numbers, everything else as text.

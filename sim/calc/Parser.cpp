@@ -23,7 +23,7 @@ constexpr int kLevels[] = {
     3, 3, 3, 3, 3, 3,  // comparisons
     2,                 // and
     1, 1,              // or xor
-    0,                 // not, which only stands before an operand
+    0,                 // not, a prefix operator
 };
 
 int LevelOf(Operator op) { return kLevels[static_cast<std::size_t>(op)]; }
@@ -250,7 +250,7 @@ Node Parser::ParseForm(Form form) {
   return node;
 }
 
-// Up to and with the closing parenthesis.
+// Through the closing parenthesis.
 std::vector<Node> Parser::ParseArguments(const Signature& signature) {
   std::vector<Node> arguments;
   int single = 0;

@@ -1,4 +1,4 @@
-// Formulas to trees.
+// Parses formulas into trees.
 #pragma once
 
 #include <span>
@@ -12,7 +12,7 @@ namespace calc {
 
 /// Parses `source` and resolves its functions in `environment`, which must outlive the tree. The parameters of a custom
 /// function take the first slots, in their order. Returns 0, or FileMaker's error number and leaves `formula`
-/// undefined. Whether fields exist is found out when the formula runs.
+/// undefined. Fields are checked when the formula runs.
 int Parse(std::u16string_view source, Environment& environment, std::span<const std::u16string> parameters,
           Formula& formula);
 

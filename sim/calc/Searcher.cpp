@@ -1,4 +1,4 @@
-// The algorithm of Knuth, Morris and Pratt: patterns of long repetitions must not make a search quadratic.
+// Knuth-Morris-Pratt, so that repetitive patterns do not make a search quadratic.
 #include "calc/Searcher.h"
 
 namespace calc {

@@ -1,4 +1,4 @@
-// Finds a text in another one, in time that grows with their lengths only.
+// Text search in linear time.
 #pragma once
 
 #include <cstddef>
@@ -12,7 +12,7 @@ class Searcher {
   /// `pattern` must not be empty and must outlive the searcher.
   explicit Searcher(std::u16string_view pattern);
 
-  /// The offset of the first occurrence in `text` that starts at `from` or later; npos if there is none.
+  /// The offset of the first occurrence in `text` that starts at `from` or later; npos if not found.
   std::size_t Find(std::u16string_view text, std::size_t from) const;
 
  private:

@@ -4,7 +4,7 @@
 
 namespace calc {
 
-// Used when the thread library does not know, for example without /proc.
+// Used when the thread library cannot determine the size, for example without /proc.
 constexpr std::size_t kAssumedStack = 1024 * 1024;
 
 std::uintptr_t StackEnd() {

@@ -5,10 +5,10 @@
 
 namespace calc {
 
-/// Bytes left of this thread's stack, of which no more than 8 MB count.
+/// Bytes left on this thread's stack, based on at most 8 MB of stack.
 std::size_t StackLeft();
 
-/// What must stay free for everything that a step of the engine calls: host functions, ICU, the destruction of trees.
+/// The reserve for everything that a step of the engine calls: host functions, ICU, the destruction of trees.
 inline constexpr std::size_t kStackReserve = 512 * 1024;
 
 }  // namespace calc

@@ -1,12 +1,12 @@
-// A value for the length of a scope.
+// Changes a variable for the duration of a scope.
 #pragma once
 
 #include <utility>
 
 namespace calc {
 
-/// Gives `variable`, which must outlive the object, a new value, and the old one back at the end of the scope, whether
-/// it is left by a return or an exception.
+/// Sets `variable`, which must outlive the object, and restores the old value at the end of the scope, including on an
+/// exception.
 template <class T>
 class Temporarily {
  public:

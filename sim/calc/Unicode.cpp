@@ -25,7 +25,7 @@ char16_t FoldAscii(char16_t unit) { return unit >= u'A' && unit <= u'Z' ? unit +
 
 int Sign(int value) { return (value > 0) - (value < 0); }
 
-// Case does not count, accents do. nullptr when ICU's data is missing.
+// Ignores case but not accents. nullptr when ICU's data is missing.
 const icu::Collator* DictionaryOrder() {
   static const std::unique_ptr<icu::Collator> collator = [] {
     UErrorCode status = U_ZERO_ERROR;
@@ -38,7 +38,7 @@ const icu::Collator* DictionaryOrder() {
   return collator.get();
 }
 
-// Does not copy: good as long as `text` is.
+// A view; valid as long as `text`.
 icu::UnicodeString Alias(std::u16string_view text) { return {false, text.data(), static_cast<int32_t>(text.size())}; }
 
 std::u16string FromIcu(const icu::UnicodeString& text) {
@@ -120,7 +120,7 @@ int CompareTexts(std::u16string_view a, std::u16string_view b) {
   const int result = order == nullptr ? 0
                                       : order->compare(a.data(), static_cast<int32_t>(a.size()), b.data(),
                                                        static_cast<int32_t>(b.size()), status);
-  // Characters that a dictionary ignores still make texts different.
+  // Characters that dictionary order ignores still distinguish texts.
   return result != 0 ? Sign(result) : Sign(keyA.compare(keyB));
 }
 

@@ -1,4 +1,4 @@
-// What a calculation works on: a typed FileMaker value, or the error value that prints as "?".
+// The values of a calculation: a typed FileMaker value, or the error value that prints as "?".
 #pragma once
 
 #include <memory>
@@ -22,7 +22,8 @@ enum class Type {
   kBoolean = 7
 };
 
-/// All digits of `text` joined: "12abc34" is 1234, "(22)" is -22, "$1,254.50" is 1254.5. nullopt when it has none.
+/// All digits of `text` joined: "12abc34" is 1234, "(22)" is -22, "$1,254.50" is 1254.5. nullopt when there are no
+/// digits.
 std::optional<Number> NumberIn(std::u16string_view text);
 
 /// Copies share their text, so they are cheap. Not for use on several threads at once.
@@ -44,17 +45,17 @@ class Value {
   bool IsError() const { return type_ == Type::kInvalid; }
   /// The number of an error value; 0 for every other value, and for an error value that was kept in a variable.
   int error() const { return error_; }
-  /// The value as a variable gives it back: an error value stays one but loses its number.
+  /// The value after storage in a variable: an error value keeps its type but loses its number.
   Value AsKept() const;
 
   /// The text form; dates and times in the American form FileMaker uses for English files.
   const std::u16string& AsText() const&;
   std::u16string AsText() &&;
-  /// Text gives all its digits joined (see NumberIn); none gives zero.
+  /// For text, all its digits joined (see NumberIn); zero if it has none.
   Number AsNumber() const;
   /// FileMaker's truth: a number other than zero. Error values and the text "?" are true.
   bool AsBoolean() const;
-  /// What OfContainer was given; nullptr for every other value.
+  /// The `content` passed to OfContainer; nullptr for every other value.
   const std::shared_ptr<const void>& container() const { return container_; }
   /// True for empty text and for error values.
   bool IsEmpty() const;
@@ -66,7 +67,7 @@ class Value {
   int error_ = 0;
   Number number_;  // of numbers and moments
   std::shared_ptr<const void> container_;
-  mutable std::shared_ptr<const std::u16string> text_;  // of texts; of others their text form once it was asked for
+  mutable std::shared_ptr<const std::u16string> text_;  // of texts; for others, their cached text form
 };
 
 }  // namespace calc

@@ -29,7 +29,7 @@ auto Find(BinaryDataObject& content, const StreamType& type) {
                       [&](const Stream& stream) { return stream.type == type; });
 }
 
-// A type has one stream: a new one takes the place of the old.
+// A type has one stream; a new stream replaces the old one.
 void SetStream(BinaryDataObject& content, const StreamType& type, std::string bytes) {
   if (const auto stream = Find(content, type); stream != content.streams.end()) {
     stream->bytes = std::move(bytes);

@@ -6,10 +6,10 @@ namespace {
 
 constexpr fmx::uchar kOn = fmx::CharacterStyle::kColorChannel_ON;
 
-// As the vendor's library does it: 0xFF becomes 0xFFFF.
+// Like the vendor's library: 0xFF becomes 0xFFFF.
 fmx::uint16 Upsampled(fmx::uchar channel) { return static_cast<fmx::uint16>(channel * 257); }
 
-// For the life of the process.
+// Lives as long as the process.
 const fmx::CharacterStyle::Color* Constant(const char* function, ColorObject color) {
   Ledger::Instance().EnterCall(function);
   auto* part = new Part<ColorObject>;

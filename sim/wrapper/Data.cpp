@@ -70,7 +70,7 @@ calc::Value ValueOfPart(const fmx::DateTime& moment, fmx::int32 part) {
   }
 }
 
-// A value that is no moment gives the first day at midnight.
+// A value that is not a date, time or timestamp yields midnight of the first day.
 const fmx::DateTime* ShowMoment(const void* self, Part<DateTimeObject> DataObject::*form, ReadMoment read,
                                 void (*set)(DateTimeObject& moment, const calc::Number& serial)) {
   auto& data = DataAt(self);
@@ -80,7 +80,7 @@ const fmx::DateTime* ShowMoment(const void* self, Part<DateTimeObject> DataObjec
   return shown.Show();
 }
 
-// The name of the file that a container holds.
+// The name of the file in a container.
 std::u16string FileName(const Streams& streams) {
   for (const auto& [type, bytes] : streams) {
     if (std::string(type.begin(), type.end()) == "FNAM") return calc::ToUtf16(bytes.substr(bytes.find(':') + 1));
@@ -136,7 +136,7 @@ FM_API void FM_Data_ConvertData(void* self, int32 type, _fmxcpt& x) {
 FM_API const Text* FM_Data_GetAsText(const void* self, _fmxcpt& x) {
   return HostCall(__func__, x, [&] {
     auto& data = DataAt(self);
-    // A text that SetAsText left here still has its styles.
+    // Text stored by SetAsText still has its styles.
     if (data.text->units != data.value.AsText()) data.text->Assign(data.value.AsText());
     return data.text.Show();
   });

@@ -30,10 +30,10 @@ Number& NumberOf(const fmx::FixPt& number) { return Live<FixPtObject>(&number).n
 
 Number Microseconds(long long count) { return *Number(count).DividedBy(kMicroseconds); }
 
-// What is left of `seconds` above whole multiples of `unit`.
+// The remainder of `seconds` divided by `unit`.
 Number Remainder(const Number& seconds, long long unit) { return seconds - *seconds.FloorDividedBy(unit) * unit; }
 
-// A timestamp, a date or a time; anything else is the first day at midnight.
+// A timestamp, date or time; anything else yields midnight of the first day.
 DateTimeObject Read(std::u16string_view text) {
   DateTimeObject moment;
   if (const auto day = calc::ParseDate(text)) {

@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::size_t kMostBytesPerUnit = 4;
 
-// ICU's names, by number of the encoding. Plain text of FileMaker is UTF-8.
+// ICU's names by encoding number. FileMaker's native text is UTF-8.
 constexpr const char* kConverters[] = {"UTF-8",
                                        "UTF-8",
                                        "ibm-437",

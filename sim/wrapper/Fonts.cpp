@@ -1,4 +1,4 @@
-// The numbers of fonts: a font gets the next one when it is first asked for.
+// Font numbers, assigned in order of first request.
 #include <algorithm>
 
 #include "wrapper/Objects.h"

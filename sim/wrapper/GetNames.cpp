@@ -7,7 +7,7 @@ namespace {
 
 constexpr int kFirst = 1001;
 
-// In the order of their numbers; "-" where no function has the number.
+// In numeric order; "-" marks an unused number.
 constexpr std::u16string_view kNames =
     u"ApplicationVersion CurrentDate LastError ActiveFieldName FileName FileSize FoundCount HostName LayoutCount "
     u"LayoutName LayoutNumber SystemLanguage WindowMode MultiUserState PageNumber SystemPlatform "

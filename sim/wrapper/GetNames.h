@@ -1,4 +1,4 @@
-// The Get functions by the numbers that plug-ins know them by.
+// The Get functions by the numbers that plug-ins use for them.
 #pragma once
 
 #include <string_view>

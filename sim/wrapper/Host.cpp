@@ -1,4 +1,4 @@
-// Who answers the plug-ins, and the guard around calls of their code.
+// The current host, and the guard around calls into plug-in code.
 #include "wrapper/Host.h"
 
 #include <cxxabi.h>
@@ -17,7 +17,7 @@ namespace {
 
 Host* host = nullptr;
 
-// Of the exception being handled.
+// The type of the exception being handled.
 std::string TypeName() {
   const std::type_info* type = abi::__cxa_current_exception_type();
   if (type == nullptr) return "a foreign exception";

@@ -1,5 +1,5 @@
 // The host's side of libFMWrapper: what a program that loads plug-ins (the simulated FileMaker, the tests) uses to
-// answer their calls, to call their functions, and to watch over the objects they hold. One thread at a time.
+// answer their calls, call their functions and track the objects they hold. One thread at a time.
 #pragma once
 
 #include <FMWrapper/FMXTypes.h>
@@ -19,10 +19,10 @@
 
 namespace wrapper {
 
-/// Of a query.
+/// The result rows of a query.
 using Rows = std::vector<std::vector<calc::Value>>;
 
-/// The numbers that plug-ins ask with.
+/// The numbers that plug-ins pass to request a path format.
 enum PathFormat { kPosixPath = 1, kWindowsPath = 2, kUrlPath = 3 };
 
 /// Answers what plug-ins ask of a calculation context. A file id is the host's own number of an open file, 0 for none.
@@ -31,7 +31,7 @@ class WRAPPER_API Host {
   virtual ~Host() = default;
   /// 0 and the value, or a FileMaker error.
   virtual short Evaluate(std::uint64_t file, std::u16string_view expression, calc::Value& result) = 0;
-  /// 0 and the rows, or a FileMaker error. `fileName` empty: the file of the context.
+  /// 0 and the rows, or a FileMaker error. An empty `fileName` means the file of the context.
   virtual short ExecuteSql(std::uint64_t file, std::u16string_view fileName, std::u16string_view sql,
                            std::span<const calc::Value> arguments, Rows& rows);
   /// 0 and the path in a PathFormat, or a FileMaker error.
@@ -44,7 +44,7 @@ class WRAPPER_API Host {
   virtual void PluginThrew(const std::string& line);
 };
 
-/// `host` must outlive its time in force; nullptr: every evaluation fails with error 1200.
+/// `host` must stay alive until it is replaced. With nullptr, every evaluation fails with error 1200.
 WRAPPER_API void SetHost(Host* host);
 
 /// Contents of host objects.
@@ -68,18 +68,18 @@ struct Registration {
   fmx::ExtPluginType function = nullptr;
 };
 
-/// In order of registration; good until the next registration or removal.
+/// In order of registration; valid until the next registration or removal.
 WRAPPER_API const std::vector<Registration>& Functions();
-/// nullptr when there is none; names compare without regard to case.
+/// nullptr when not found. Names are case-insensitive.
 WRAPPER_API const Registration* FindFunction(std::u16string_view name);
 /// Calls a plug-in's function in the context of `file`. 0 and the value, 1201/1202 for a wrong number of arguments, or
 /// the error the function returned, or 1200 when it threw.
 WRAPPER_API short Call(const Registration& function, std::uint64_t file, std::span<const calc::Value> arguments,
                        calc::Value& result);
-/// Forgets what `owner` left registered, and returns the names.
+/// Removes everything that `owner` left registered and returns the names.
 WRAPPER_API std::vector<std::u16string> DropRegistrations(const std::string& owner);
 
-/// While a Scope lives, objects that are made and mistakes that happen belong to the plug-in it names.
+/// During a Scope's lifetime, new objects and mistakes are attributed to the plug-in it names.
 class WRAPPER_API Scope {
  public:
   explicit Scope(std::string owner);
@@ -91,21 +91,21 @@ class WRAPPER_API Scope {
   std::string previous_;
 };
 
-/// Runs `call`, code of the plug-in `owner`, in its Scope. FileMaker would not survive an exception that comes out of
-/// it; here it is reported to the host, with `what` as the name of the call, and the result is false.
+/// Runs `call`, code of the plug-in `owner`, in its Scope. FileMaker would not survive an exception that escapes from
+/// it; here the exception is reported to the host, with `what` as the name of the call, and the result is false.
 WRAPPER_API bool Guard(const std::string& owner, const std::string& what, const std::function<void()>& call);
 
 /// One line per plug-in and kind of object that is still alive: "Leaky.fmx: 2 Text objects never deleted".
 WRAPPER_API std::vector<std::string> LiveObjects();
-/// Mistakes so far, one line each: objects deleted twice, used after deletion, deleted though the host owns them.
+/// Mistakes so far, one per line: objects deleted twice, used after deletion, or deleted while owned by the host.
 WRAPPER_API std::vector<std::string> Violations();
-/// Forgets all objects' histories and mistakes; for tests that make mistakes on purpose.
+/// Clears the history and mistakes of all objects; for tests that make mistakes on purpose.
 WRAPPER_API void ForgetViolations();
 
-/// Lets the call of a C function that comes `afterCalls` calls from now, deletions not counted, report exception status
-/// `code` (1 or 2) instead of doing its work, once. Replaces an earlier one that still waits.
+/// Makes one C function call, `afterCalls` calls from now and not counting deletions, report exception status `code`
+/// (1 or 2) instead of doing its work. Replaces a pending fault.
 WRAPPER_API void InjectException(int code, int afterCalls);
-/// Takes it back; false when it has happened, or there was none.
+/// Cancels the pending fault; false when it has already occurred or none was set.
 WRAPPER_API bool TakeBackException();
 
 }  // namespace wrapper

@@ -1,4 +1,4 @@
-// The frame of every C function, and the host objects' way to the plug-ins and back.
+// The frame of every C function, and the conversion between host objects and plug-in handles.
 #pragma once
 
 #include <FMWrapper/FMXClient.h>
@@ -14,13 +14,13 @@
 
 namespace wrapper {
 
-/// What a plug-in knows an object by: its address.
+/// The handle by which a plug-in refers to an object: its address.
 template <class Object>
 auto* HandleOf(Object* object) {
   return reinterpret_cast<typename Object::Handle*>(object);
 }
 
-/// An object that belongs to another: plug-ins may use it, but not delete it.
+/// An object that is part of another one: plug-ins may use it but not delete it.
 template <class Object>
 class Part {
  public:
@@ -34,7 +34,7 @@ class Part {
   Object* operator->() { return &object_; }
   Object& operator*() { return object_; }
 
-  /// Hands the object out.
+  /// Returns the object's handle.
   const auto* Show() {
     if (!shown_) Ledger::Instance().AddPart(&object_, Object::kKind);
     shown_ = true;
@@ -46,9 +46,9 @@ class Part {
   bool shown_ = false;
 };
 
-/// The object at `self`; a dead or foreign one is noted as the current plug-in's mistake and raised. The C functions
-/// take constant addresses of what they only read, and some, FM_Text_Uppercase for one, of what they change: this is
-/// the one place that lifts the qualifier. All objects were made without it.
+/// The object at `self`. A dead or foreign address is recorded as the current plug-in's mistake and throws. The C
+/// functions take const pointers to what they read and, in cases such as FM_Text_Uppercase, to what they modify. This
+/// is the only place that casts const away; no object is created const.
 template <class Object>
 Object& Live(const void* self) {
   if (!Ledger::Instance().IsLive(self, Object::kKind)) {
@@ -58,7 +58,7 @@ Object& Live(const void* self) {
   return *static_cast<Object*>(const_cast<void*>(self));
 }
 
-/// Makes an object for the current plug-in, which must delete it. `members` initialise it in their order.
+/// Creates an object for the current plug-in, which must delete it. `members` initialise it in order.
 template <class Object, class... Members>
 typename Object::Handle* Make(Members&&... members) {
   std::unique_ptr<Object> object(new Object{std::forward<Members>(members)...});
@@ -73,7 +73,7 @@ void Delete(const char* function, void* self) {
   if (self != nullptr && Ledger::Instance().Remove(self, Object::kKind)) delete static_cast<Object*>(self);
 }
 
-/// Runs the body of the C function `function`; what it throws becomes the exception status.
+/// Runs the body of the C function `function` and converts an exception to the exception status.
 template <class Body>
 auto HostCall(const char* function, fmx::_fmxcpt& x, Body body) -> decltype(body()) {
   using Result = decltype(body());

@@ -1,4 +1,4 @@
-// Who holds which host object, and what was done wrong with one. Safe on any thread.
+// The owners of host objects, and the mistakes made with them. Safe on any thread.
 #pragma once
 
 #include <mutex>
@@ -13,27 +13,27 @@ class Ledger {
  public:
   static Ledger& Instance();
 
-  /// The plug-in that acts now; "" is the host itself. Returns the previous one.
+  /// Sets the plug-in that is running; "" is the host itself. Returns the previous one.
   std::string SetOwner(std::string owner);
   std::string owner() const;
 
-  /// Notes a new object of the current owner. `kind` must be a constant of static storage, compared by its address.
+  /// Records a new object of the current owner. `kind` must have static storage; it is compared by address.
   void Add(const void* object, const char* kind);
-  /// Notes a part of another object, which plug-ins may use but not delete.
+  /// Records a part of another object, which plug-ins may use but not delete.
   void AddPart(const void* object, const char* kind);
-  /// False, and a mistake is noted, when `object` is not a live object of its own.
+  /// Returns false and records a mistake when `object` is dead or is part of another object.
   bool Remove(const void* object, const char* kind);
   void RemovePart(const void* object);
   bool IsLive(const void* object, const char* kind) const;
 
   /// Called first in every C function.
   void EnterCall(const char* function);
-  /// Raises what a test has asked for.
+  /// Throws the fault that a test has injected.
   void RaiseInjected();
   void InjectException(int code, int afterCalls);
   bool TakeBackException();
 
-  /// Notes that the current call was given a dead or foreign object.
+  /// Records that the current call received a dead or foreign object.
   void NoteMisuse(const char* kind);
 
   std::vector<std::string> LiveObjects() const;

@@ -1,4 +1,4 @@
-// Locales: the simulated host knows only their number.
+// Locales; the simulated host keeps only their number.
 #include "wrapper/Objects.h"
 
 namespace fmx {

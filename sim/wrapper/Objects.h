@@ -1,4 +1,4 @@
-// What the opaque host objects hold.
+// The contents of the opaque host objects.
 #pragma once
 
 #include <FMWrapper/FMXTypes.h>
@@ -26,7 +26,7 @@
 namespace wrapper {
 
 class Host;
-/// nullptr when there is none.
+/// nullptr when not found.
 Host* CurrentHost();
 
 struct QuadCharObject {
@@ -61,9 +61,9 @@ struct Style {
   bool fontEnabled = false, sizeEnabled = false, colorEnabled = false;
 
   bool operator==(const Style&) const = default;
-  /// Takes over what `other` enables.
+  /// Adopts the attributes that `other` enables.
   void Add(const Style& other);
-  /// Disables what `other` enables.
+  /// Disables the attributes that `other` enables.
   void Remove(const Style& other);
 };
 
@@ -83,8 +83,8 @@ struct TextObject {
 
   /// Texts without a style.
   void Assign(std::u16string newUnits);
-  /// Puts `size` units of `other` from `from` on, with their styles, in the place of `count` units at `position`.
-  /// Positions and sizes beyond the end mean the end, Text::kSize_End among them.
+  /// Replaces `count` units at `position` with `size` units of `other` from `from` on, including their styles.
+  /// Positions and sizes beyond the end, including Text::kSize_End, mean the end.
   void Replace(std::size_t position, std::size_t count, const TextObject& other, std::size_t from, std::size_t size);
 
   std::strong_ordering operator<=>(const TextObject& other) const { return units.compare(other.units) <=> 0; }
@@ -95,7 +95,7 @@ struct FixPtObject {
   using Handle = fmx::FixPt;
   static constexpr char kKind[] = "FixPt";
   calc::Number number;
-  int precision = calc::kDivisionPlaces;  ///< places after the point that a division keeps; all else is exact
+  int precision = calc::kDivisionPlaces;  ///< decimal places that a division keeps; other operations are exact
   auto operator<=>(const FixPtObject& other) const { return number <=> other.number; }
   bool operator==(const FixPtObject& other) const { return number == other.number; }
 };
@@ -104,11 +104,11 @@ struct DateTimeObject {
   using Handle = fmx::DateTime;
   static constexpr char kKind[] = "DateTime";
   long long day = 1;
-  calc::Number seconds;  ///< since midnight; a time may have more than a day has
+  calc::Number seconds;  ///< since midnight; may exceed one day
   bool operator==(const DateTimeObject&) const = default;
 
   calc::Number SecondsSinceEpoch() const;
-  /// Raises std::out_of_range outside FileMaker's calendar.
+  /// Throws std::out_of_range outside FileMaker's calendar.
   void SetSecondsSinceEpoch(const calc::Number& total);
 };
 
@@ -134,7 +134,7 @@ struct DataObject {
 
   calc::Value value;
   fmx::int32 nativeType = fmx::Data::kDTInvalid;
-  // The forms of the value that were asked for.
+  // The forms of the value that have been requested.
   mutable Part<LocaleObject> locale;
   mutable Part<TextObject> text;
   mutable Part<FixPtObject> number;
