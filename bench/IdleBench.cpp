@@ -87,7 +87,7 @@ bool MeasureForeignText() {
 }  // namespace
 
 int main() {
-  unsetenv("DISPLAY");  // the clipboard in the process, not somebody's
+  unsetenv("DISPLAY");  // the in-process clipboard, not a real one
   std::string error;
   Clipboard::SetText(bench::Prose(kOwnBytes), error);
   g_licenseKey = "K1";

@@ -93,7 +93,7 @@ class Writer {
   std::mt19937 random_;
 };
 
-/// `size` bytes of what `next` yields; after a megabyte, far more than a processor learns by heart, it repeats.
+/// `size` bytes of what `next` yields; after a megabyte, far more than a branch predictor remembers, it repeats.
 template <typename Next>
 std::string Fill(std::size_t size, Next next) {
   std::string text;

@@ -8,19 +8,19 @@
 namespace bench {
 
 /// Script steps and fields as FileMaker puts them on the clipboard: quoted attributes, calculations with line feeds and
-/// tabs, umlauts; nothing between the elements.
+/// tabs and non-ASCII characters; nothing between the elements.
 std::string CopiedXml(std::size_t size);
 
 /// Parts of a solution saved as XML: a line for each element, indented with tabs.
 std::string SavedXml(std::size_t size);
 
-/// Words and blanks: nothing that JSON escapes.
+/// Words and spaces: nothing that JSON escapes.
 std::string Prose(std::size_t size);
 
 /// Names of 8 to 40 characters, each ended by a return, as FileMaker's functions list them.
 std::string NameList(std::size_t size);
 
-/// Texts to be taken in turn, so that a processor does not learn a short one by heart, which it never can in use.
+/// Texts used in turn, so that branch prediction does not adapt to a short text, as it never could in real use.
 class Turns {
  public:
   /// Cuts `text` into texts of `size` bytes.

@@ -1,6 +1,6 @@
 #!/bin/sh
 # fuzz.sh BUILD SECONDS SEED: runs every fuzzer of a sanitizer build for SECONDS from its corpus, one per processor at a
-# time. SEED 0 stands for the time. Inputs that reach new code or fail are kept in BUILD/tests/fuzz/found.
+# time. SEED 0 uses the current time. Inputs that reach new code or fail are kept in BUILD/tests/fuzz/found.
 set -eu
 seed=$3
 [ "$seed" != 0 ] || seed=$(date +%s)

@@ -18,7 +18,7 @@ trap 'exit 130' INT
 trap 'exit 143' TERM
 
 if [ -n "$solution" ] && ! "$build/fmsim" --open "$solution" --idle 0; then
-  exit 1  # fmsim has said why
+  exit 1  # fmsim has printed the reason
 fi
 
 interactive=

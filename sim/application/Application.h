@@ -37,7 +37,7 @@ class Application : public wrapper::Host {
 
   /// The names of the design functions, for listings.
   std::vector<std::u16string> DesignFunctionNames() const;
-  /// A design function or a plug-in's function; nullptr when there is none of that name.
+  /// The design function or plug-in function of that name; nullptr when not found.
   const calc::HostFunction* FindHostFunction(std::u16string_view name);
 
   /// Evaluates in the context of the active file and the running script. 0, or FileMaker's error.
@@ -51,24 +51,24 @@ class Application : public wrapper::Host {
   /// The oldest script that waits to run.
   std::optional<QueuedScript> TakeQueuedScript();
 
-  /// The script that runs now, nullptr when none does; set by whoever runs it.
+  /// The running script, nullptr when none is running; set by the script runner.
   ScriptFrame* runningScript = nullptr;
 
-  /// The name for which a calculation failed last because it is neither a field nor a function.
+  /// The unknown name that made the last failed calculation fail.
   std::u16string unknownName;
 
   /// Of calculations while no file is open.
   calc::Variables globals;
   calc::Variables locals;
 
-  /// Ends what is being calculated, and the script that runs, once it is not zero; nullptr: nothing does.
+  /// A nonzero flag ends the current calculation and the running script. nullptr: they cannot be cancelled.
   const std::atomic<int>* cancelFlag = nullptr;
   bool IsCancelled() const { return cancelFlag != nullptr && *cancelFlag != 0; }
 
   /// Called immediately, with a line, for every exception that a plug-in throws.
   std::function<void(const std::string& line)> onPluginThrew;
 
-  // What plug-ins ask.
+  // Requests from plug-ins.
   short Evaluate(std::uint64_t file, std::u16string_view expression, calc::Value& result) override;
   short ExecuteSql(std::uint64_t file, std::u16string_view fileName, std::u16string_view sql,
                    std::span<const calc::Value> arguments, wrapper::Rows& rows) override;

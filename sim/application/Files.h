@@ -14,7 +14,7 @@
 namespace sim {
 
 struct OpenFile {
-  std::uint64_t id = 0;  ///< what plug-ins know it by; never 0
+  std::uint64_t id = 0;  ///< identifies the file to plug-ins; never 0
   Solution solution;
   const Account* account = nullptr;  ///< nullptr: no account of the file could log in
   calc::Variables globals;

@@ -9,7 +9,7 @@
 
 namespace sim {
 
-/// What a plug-in learns about the host.
+/// How the host identifies itself to a plug-in.
 struct HostIdentity {
   short extensionVersion = 71;             ///< 71 is FileMaker 2023
   FMX_Application application = 1;         ///< 1 Pro, 7 server scripts
@@ -48,9 +48,9 @@ class Plugin {
   /// False when the plug-in threw.
   bool Send(FMX_ExternCallSwitch message, FMX_UChar parm1 = 0, FMX_PtrType parm2 = 0, FMX_PtrType parm3 = 0);
   std::u16string AskString(int id);
-  /// On failure `error` says why.
+  /// On failure `error` holds the reason.
   bool Initialise(const HostIdentity& host, std::string& error);
-  /// See Shutdown. The functions are registered no longer.
+  /// See Shutdown. Also unregisters the functions.
   std::vector<std::string> TakeLeftovers();
 
   std::string fileName_;

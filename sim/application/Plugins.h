@@ -11,7 +11,7 @@ namespace sim {
 
 class Plugins {
  public:
-  /// What plug-ins loaded from now on learn of the host.
+  /// The host identity reported to plug-ins loaded from now on.
   HostIdentity& identity() { return identity_; }
   const HostIdentity& identity() const { return identity_; }
 
@@ -22,7 +22,7 @@ class Plugins {
 
   /// Sends one idle message to every plug-in that wants them.
   void Idle(int level);
-  /// Shuts down and unloads all. Returns a line for everything they left behind or did wrong.
+  /// Shuts down and unloads all. Returns one line for each leftover or mistake.
   std::vector<std::string> Quit();
 
  private:

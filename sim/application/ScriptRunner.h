@@ -9,9 +9,9 @@
 
 namespace sim {
 
-/// What the surroundings do for a running script.
+/// The services that a running script needs.
 struct ScriptSurroundings {
-  /// Shows one line to the person who watches.
+  /// Shows one line to the user.
   std::function<void(const std::string& line)> show;
   /// Sends idle messages of `level` for `duration`, at least one.
   std::function<void(int level, std::chrono::milliseconds duration)> idle;

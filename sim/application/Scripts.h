@@ -1,4 +1,4 @@
-// Scripts that run, and scripts that wait to run.
+// Running and queued scripts.
 #pragma once
 
 #include "application/Files.h"
@@ -13,11 +13,11 @@ struct ScriptFrame {
   calc::Value parameter;
   calc::Value result;
   int lastError = 0;
-  bool errorCapture = false;  ///< failures are the script's own business: neither shown nor counted
+  bool errorCapture = false;  ///< the script handles failures: they are neither shown nor counted
   calc::Variables locals;
 };
 
-/// A script that a plug-in has asked for.
+/// A script that a plug-in has queued.
 struct QueuedScript {
   OpenFile* file = nullptr;
   const Script* script = nullptr;

@@ -3,7 +3,7 @@
 
 #include "fmsim/Session.h"
 
-/// Gives the prompt until the user ends it. Idle messages keep flowing while it waits for input. Ctrl-C ends what is
+/// Runs the prompt until the user ends it. Idle messages keep flowing while it waits for input. Ctrl-C ends what is
 /// being typed or carried out.
 void RunPrompt(Session& session);
 

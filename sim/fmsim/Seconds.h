@@ -1,4 +1,4 @@
-// Durations as people give them to fmsim.
+// Durations on fmsim's command line and prompt.
 #pragma once
 
 #include <chrono>

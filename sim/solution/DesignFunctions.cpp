@@ -47,7 +47,7 @@ Value Ids(const std::vector<Item>& items) {
   return std::move(list).Result();
 }
 
-/// In the order of creation, which these functions keep to, whatever the order of the dialog.
+/// In order of creation, which these functions use regardless of the order in the dialog.
 template <typename Item>
 std::vector<Item> ById(std::vector<Item> items) {
   std::stable_sort(items.begin(), items.end(), [](const Item& a, const Item& b) { return a.id < b.id; });
@@ -64,7 +64,7 @@ Value ListedNames(const std::vector<Item>& items) {
   return std::move(list).Result();
 }
 
-/// The table behind a layout or table occurrence; a layout goes before an occurrence of the same name.
+/// The table behind a layout or table occurrence; a layout takes precedence over an occurrence of the same name.
 const BaseTable* TableBehind(const Solution& solution, std::u16string_view name) {
   const Layout* layout = solution.FindLayout(name);
   const TableOccurrence* occurrence = nullptr;
@@ -137,7 +137,7 @@ Value ValueListItems(const Solution& solution, Arguments names) {
   return {};
 }
 
-/// A function over one file, which its first argument names.
+/// A function whose first argument names the file.
 struct FileFunction {
   const char16_t* name;
   int minArguments;

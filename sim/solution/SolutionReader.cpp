@@ -60,7 +60,7 @@ bool Report(const std::string& path, Solution& solution, std::string& error, Rea
     return true;
   } catch (const solution::Refusal& refusal) {
     error = OneLine(path + " " + refusal.reason);
-  } catch (const std::exception&) {  // only the allocation of memory throws one
+  } catch (const std::exception&) {  // only memory allocation throws
     error = OneLine(path + " is too large for the available memory");
   }
   return false;

@@ -62,7 +62,7 @@ class Lexer {
     return digits;
   }
 
-  /// What stands between two of the quotes at the front; a doubled one inside stands for one.
+  /// The text between the quotes at the front; a doubled quote inside is one quote.
   std::u16string Quoted() {
     const char16_t quote = rest_.front();
     std::u16string text;

@@ -63,7 +63,7 @@ class Parser {
     if (!Accept(text)) Refuse();
   }
 
-  /// The current token cannot stand here, as far as the simulator knows. With GROUP BY it might.
+  /// The current token is not allowed here, as far as the simulator knows. With GROUP BY it might.
   [[noreturn]] void Refuse() const {
     const SqlToken& token = Current();
     const bool quoted = token.kind == SqlToken::kQuotedName || token.kind == SqlToken::kText;
@@ -106,7 +106,7 @@ class Parser {
     return {};
   }
 
-  /// No name stands for all columns.
+  /// An empty list means all columns.
   std::vector<SqlName> ColumnNames() {
     std::vector<SqlName> names;
     if (Accept(u"*")) return names;

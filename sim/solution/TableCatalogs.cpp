@@ -24,7 +24,7 @@ constexpr Word<DataType> kDataTypes[] = {{"Text"sv, DataType::kText},           
                                          {"Date"sv, DataType::kDate},           {"Time"sv, DataType::kTime},
                                          {"Timestamp"sv, DataType::kTimestamp}, {"Binary"sv, DataType::kContainer}};
 
-/// The first entry stands for a missing or unknown word.
+/// The first entry is the default for a missing or unknown word.
 template <typename Enum, std::size_t size>
 Enum Lookup(const Word<Enum> (&words)[size], std::string_view text) {
   const auto found = std::find_if(words, words + size, [text](const Word<Enum>& word) { return word.text == text; });

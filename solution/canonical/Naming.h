@@ -16,7 +16,7 @@ using Naming = std::function<std::string(const Element&)>;
 /// The name alone, under which other elements refer to `element`: a field without its table.
 std::string NameOnly(const Element& element);
 
-/// What `target` is called: a field as `Occurrence::Field`.
+/// The name of `target`: a field as `Occurrence::Field`.
 std::string TargetName(const Design& design, const Target& target, const Naming& naming);
 
 /// The formula or layout text in `node` of `element`, with the names in it as `naming` gives them.

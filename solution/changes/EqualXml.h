@@ -1,4 +1,4 @@
-// A quick look whether two definitions are literally the same.
+// A quick check for literally identical definitions.
 #pragma once
 
 #include <vector>

@@ -6,7 +6,7 @@
 
 namespace solution {
 
-/// `name` (UTF-8) without regard to case: equal for names that FileMaker takes for the same.
+/// `name` (UTF-8) without regard to case: equal for names that FileMaker considers the same.
 std::string FoldCase(std::string_view name);
 
 /// A file's name without the ".fmp12" that may end it, in any case.

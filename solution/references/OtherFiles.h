@@ -1,4 +1,4 @@
-// The other files of a solution, as far as their exports are at hand.
+// The other files of a solution, as far as their exports are available.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// Questions about who uses what.
+// Queries about references.
 #pragma once
 
 #include <string_view>

@@ -1,4 +1,4 @@
-// Who uses what in a design.
+// References between the elements of a design.
 #pragma once
 
 #include <string>
@@ -12,7 +12,7 @@ namespace solution {
 struct Reference {
   const Element* from = nullptr;  ///< the whole element: the script and not its step, the layout and not its object
   Kind toKind = Kind::kField;
-  const Element* to = nullptr;  ///< null when it is missing or in a file whose export is not at hand
+  const Element* to = nullptr;  ///< null when it is missing or in a file whose export is not available
   std::string toUuid;           ///< empty when the export gives none
   std::string toName;           ///< of a field `Table::Field`; of a missing element FileMaker's placeholder
   std::string place;            ///< where in `from`: "step 3 Set Field", "AutoEnter/Calculated"

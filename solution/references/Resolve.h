@@ -17,7 +17,7 @@ struct Target {
   std::string_view occurrence;       ///< of a field: the occurrence through which it is named
 };
 
-/// What `node` refers to; nothing when it is no reference to an element.
+/// What `node` refers to; nothing when it is not a reference to an element.
 std::optional<Target> Resolve(const Design& design, XmlNode node);
 
 }  // namespace solution
