@@ -3,13 +3,12 @@
 
 #include "HttpError.h"
 #include "Message.h"
+#include "Parameters.h"
 #include "Routes.h"
 
 namespace service {
 namespace {
 
-constexpr std::int64_t kDefaultRows = 100;
-constexpr std::int64_t kMostRows = 1000;
 constexpr std::int64_t kLongestTime = 100LL * 365 * 86400;  // seconds
 
 void Set(Json& json, const char* name, const std::optional<std::string>& value) {
@@ -45,28 +44,6 @@ Json DescribeAll(const Rows& rows) {
   Json json = Json::array();
   for (const auto& row : rows) json.push_back(Describe(row));
   return json;
-}
-
-std::optional<std::string> Parameter(const Request& request, const std::string& name) {
-  const auto found = request.query.find(name);
-  return found == request.query.end() ? std::nullopt : std::optional(found->second);
-}
-
-// `text` as a whole number, `otherwise` where there is none. Throws HttpError 400.
-std::int64_t Number(const char* name, const std::optional<std::string>& text, std::int64_t lowest, std::int64_t highest,
-                    std::int64_t otherwise) {
-  if (!text) return otherwise;
-  std::int64_t number = 0;
-  const auto [end, error] = std::from_chars(text->data(), text->data() + text->size(), number);
-  if (error != std::errc() || end != text->data() + text->size() || number < lowest || number > highest) {
-    throw HttpError(
-        400, std::string(name) + " must be a number from " + std::to_string(lowest) + " to " + std::to_string(highest));
-  }
-  return number;
-}
-
-std::int64_t Rows(const Request& request) {
-  return Number("limit", Parameter(request, "limit"), 1, kMostRows, kDefaultRows);
 }
 
 Response Queue(Context& context, const Request& request) {

@@ -63,7 +63,7 @@ constexpr KeyMark kKeyMarks[] = {{"\"licenseKey\":\"", "\""}, {"name=\"licenseKe
 
 const Route& FindRoute(Request& request) {
   const char* allowed = nullptr;
-  for (const auto& routes : {ProtocolRoutes(), UploadRoutes(), OperatorRoutes()}) {
+  for (const auto& routes : {ProtocolRoutes(), UploadRoutes(), OperatorRoutes(), DesignRoutes()}) {
     for (const auto& route : routes) {
       auto captures = Match(route.pattern, request.path);
       if (!captures) continue;

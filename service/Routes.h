@@ -56,6 +56,9 @@ std::span<const Route> UploadRoutes();
 /// What people, editors and the other subcommands ask.
 std::span<const Route> OperatorRoutes();
 
+/// What they ask about the designs that were received.
+std::span<const Route> DesignRoutes();
+
 /// `json` as compact UTF-8.
 Response JsonAnswer(const Json& json, int status = 200);
 

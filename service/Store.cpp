@@ -144,6 +144,8 @@ Store::Store(const std::string& folder, Clock clock)
 
 std::string Store::PathIn(const std::string& folder) { return (std::filesystem::path(folder) / kFileName).string(); }
 
+std::string Store::Folder() const { return std::filesystem::path(path_).parent_path().string(); }
+
 void Store::CheckFile() const {
   if (InodeOf(path_) != inode_) throw StoreGone(path_ + " was removed or replaced: start the service again");
 }

@@ -87,6 +87,7 @@ class Store {
 
   /// The database in `folder`. Any program of the same user may read it.
   static std::string PathIn(const std::string& folder);
+  std::string Folder() const;
 
   /// Opens the store in `folder`, which is created for its owner alone if it is missing. Only one process may have it
   /// open. Refuses a folder or database that other users can write to.

@@ -1,12 +1,12 @@
 // varnix-service changes OLD NEW.
 #include <algorithm>
 #include <map>
-#include <nlohmann/json.hpp>
 #include <ostream>
 
 #include "changes/Changes.h"
 #include "changes/LineDiff.h"
 #include "designs/DesignCommands.h"
+#include "designs/DesignJson.h"
 #include "designs/OpenDesign.h"
 
 namespace service {
@@ -20,20 +20,6 @@ using solution::PropertyChange;
 constexpr std::size_t kContext = 2;  // unchanged lines around a change
 
 const solution::Element& ElementOf(const Change& change) { return *(change.newer ? change.newer : change.older); }
-
-void PrintJson(const Change& change, std::ostream& out) {
-  const solution::Element& element = ElementOf(change);
-  const std::string name = DisplayName(element);
-  const std::string oldName = change.older == nullptr ? "" : DisplayName(*change.older);
-  nlohmann::ordered_json line = {{"change", WordOf(change.change)},
-                                 {"kind", NamesOf(element.kind).word},
-                                 {"uuid", element.uuid},
-                                 {"name", name},
-                                 {"oldName", oldName == name ? "" : oldName},
-                                 {"properties", nlohmann::ordered_json::array()}};
-  for (const PropertyChange& property : change.properties) line["properties"].push_back(property.name);
-  out << line.dump() << '\n';
-}
 
 class Printer {
  public:
@@ -155,7 +141,7 @@ void PrintChanges(const Options& options, const Colours& colours, std::ostream& 
   const auto comparison = Compare(*older, *newer, ShowProgress("comparing"));
   for (const std::string& warning : comparison.warnings) warnings << "warning: " << LineForTerminal(warning) << '\n';
   if (!options.json) return Printer(colours, out).Print(comparison.changes);
-  for (const Change& change : comparison.changes) PrintJson(change, out);
+  for (const Change& change : comparison.changes) out << DescribeChange(change).dump() << '\n';
 }
 
 }  // namespace service

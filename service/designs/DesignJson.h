@@ -1,35 +1,23 @@
-// Designs of the store as JSON, for programs.
+// Designs, and what is found in them, as JSON for programs: the same on the command line and in requests.
 #pragma once
 
 #include <nlohmann/json.hpp>
+#include <vector>
 
+#include "changes/Changes.h"
 #include "designs/DesignStore.h"
+#include "output/Search.h"
+#include "references/References.h"
 
 namespace service {
 
-inline nlohmann::ordered_json DescribeDesign(const StoredDesign& design) {
-  nlohmann::ordered_json json = {{"id", design.id},
-                                 {"fileUuid", design.fileUuid},
-                                 {"fileName", design.fileName},
-                                 {"receivedAt", design.receivedAt},
-                                 {"version", design.version},
-                                 {"bytes", design.bytes}};
-  if (design.label) json["label"] = *design.label;
-  if (design.note) json["note"] = *design.note;
-  if (design.problem) json["problem"] = *design.problem;
-  return json;
-}
+nlohmann::ordered_json DescribeDesign(const StoredDesign& design);
+nlohmann::ordered_json DescribeHit(const StoredHit& hit);
+nlohmann::ordered_json DescribeHit(const solution::SearchHit& hit);
+nlohmann::ordered_json DescribeChange(const solution::Change& change);
+nlohmann::ordered_json DescribeReference(const solution::Reference& reference);
 
-inline nlohmann::ordered_json DescribeHit(const StoredHit& hit) {
-  return {{"firstDesign", hit.firstDesign},
-          {"lastDesign", hit.lastDesign},
-          {"fileName", hit.fileName},
-          {"kind", hit.kind},
-          {"uuid", hit.uuid},
-          {"name", hit.name},
-          {"property", hit.property},
-          {"line", hit.line},
-          {"text", hit.text}};
-}
+/// Its kind, UUID and name.
+nlohmann::ordered_json DescribeElement(const solution::Element& element);
 
 }  // namespace service

@@ -1,27 +1,13 @@
 // varnix-service search TEXT FILE and export DESIGN FOLDER.
-#include <nlohmann/json.hpp>
 #include <ostream>
 #include <stdexcept>
 
 #include "designs/DesignCommands.h"
+#include "designs/DesignJson.h"
 #include "designs/OpenDesign.h"
 #include "output/DesignFolder.h"
-#include "output/Search.h"
 
 namespace service {
-namespace {
-
-void PrintJson(const solution::SearchHit& hit, std::ostream& out) {
-  const nlohmann::ordered_json line = {{"kind", NamesOf(hit.element->kind).word},
-                                       {"uuid", hit.element->uuid},
-                                       {"name", DisplayName(*hit.element)},
-                                       {"property", hit.property},
-                                       {"line", hit.line},
-                                       {"text", hit.text}};
-  out << line.dump() << '\n';
-}
-
-}  // namespace
 
 void PrintSearch(const Options& options, const Colours& colours, std::ostream& out, std::ostream& warnings) {
   const auto design = OpenDesign(options.design, options.Folder(), warnings);
@@ -29,7 +15,10 @@ void PrintSearch(const Options& options, const Colours& colours, std::ostream& o
   Search(*design, options.text, [&](const solution::SearchHit& hit) {
     const bool isFirst = element == nullptr, isSame = hit.element == element;
     element = hit.element;
-    if (options.json) return PrintJson(hit, out);
+    if (options.json) {
+      out << DescribeHit(hit).dump() << '\n';
+      return;
+    }
     if (!isSame) {
       out << (isFirst ? "" : "\n") << NamesOf(element->kind).title << ' '
           << colours.Bold(LineForTerminal(DisplayName(*element))) << '\n';

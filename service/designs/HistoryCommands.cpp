@@ -1,6 +1,5 @@
 // varnix-service designs, label, and search in the store.
 #include <iomanip>
-#include <nlohmann/json.hpp>
 #include <ostream>
 #include <stdexcept>
 

@@ -1,10 +1,10 @@
 // varnix-service references FILE.
 #include <algorithm>
-#include <nlohmann/json.hpp>
 #include <ostream>
 #include <stdexcept>
 
 #include "designs/DesignCommands.h"
+#include "designs/DesignJson.h"
 #include "designs/OpenDesign.h"
 #include "references/ReferenceIndex.h"
 
@@ -15,17 +15,6 @@ using solution::Design;
 using solution::Element;
 using solution::Reference;
 using solution::ReferenceIndex;
-
-void PrintJson(const Reference& reference, std::ostream& out) {
-  const nlohmann::ordered_json line = {{"fromKind", NamesOf(reference.from->kind).word},
-                                       {"fromUuid", reference.from->uuid},
-                                       {"fromName", DisplayName(*reference.from)},
-                                       {"toKind", NamesOf(reference.toKind).word},
-                                       {"toUuid", reference.toUuid},
-                                       {"toName", reference.toName},
-                                       {"place", reference.place}};
-  out << line.dump() << '\n';
-}
 
 class Printer {
  public:
@@ -96,29 +85,13 @@ void PrintUnused(const Design& design, const ReferenceIndex& index, bool json, c
                  std::ostream& out) {
   const auto unused = index.Unused(design);
   if (!json) return Printer(colours, out).Elements(unused);
-  for (const Element* element : unused) {
-    const nlohmann::ordered_json line = {
-        {"kind", NamesOf(element->kind).word}, {"uuid", element->uuid}, {"name", DisplayName(*element)}};
-    out << line.dump() << '\n';
-  }
+  for (const Element* element : unused) out << DescribeElement(*element).dump() << '\n';
 }
 
 std::vector<const Element*> Named(const Design& design, const Options& options) {
   const auto elements = FindElements(design, options.of);
   if (elements.empty()) throw std::runtime_error(options.design + " has no element named " + options.of);
   return elements;
-}
-
-std::vector<const Reference*> Select(const ReferenceIndex& index, const std::vector<const Element*>& of, bool broken) {
-  const auto isOneOf = [&of](const Element* element) {
-    return of.empty() || std::find(of.begin(), of.end(), element) != of.end();
-  };
-  std::vector<const Reference*> selected;
-  for (const Reference& reference : index.all()) {
-    if (IsBroken(reference) == broken && (isOneOf(reference.from) || isOneOf(reference.to)))
-      selected.push_back(&reference);
-  }
-  return selected;
 }
 
 }  // namespace
@@ -134,10 +107,10 @@ void PrintReferences(const Options& options, const Colours& colours, std::ostrea
   const ReferenceIndex index(FindReferences(*design, others));
   if (options.unused) return PrintUnused(*design, index, options.json, colours, out);
   const auto of = options.of.empty() ? std::vector<const Element*>() : Named(*design, options);
-  const auto references = Select(index, of, options.broken);
+  const auto references = index.Select(of, options.broken);
   Printer printer(colours, out);
   if (options.json) {
-    for (const Reference* reference : references) PrintJson(*reference, out);
+    for (const Reference* reference : references) out << DescribeReference(*reference).dump() << '\n';
   } else if (of.empty() || options.broken) {
     printer.References(references);
     const auto broken = std::count_if(index.all().begin(), index.all().end(), solution::IsBroken);

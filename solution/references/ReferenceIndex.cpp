@@ -48,6 +48,18 @@ std::vector<const Reference*> ReferenceIndex::Uses(const Element& element) const
   return found == bySource_.end() ? std::vector<const Reference*>() : found->second;
 }
 
+std::vector<const Reference*> ReferenceIndex::Select(const std::vector<const Element*>& of, bool broken) const {
+  const auto isOneOf = [&of](const Element* element) {
+    return of.empty() || std::find(of.begin(), of.end(), element) != of.end();
+  };
+  std::vector<const Reference*> selected;
+  for (const Reference& reference : references_) {
+    if (IsBroken(reference) == broken && (isOneOf(reference.from) || isOneOf(reference.to)))
+      selected.push_back(&reference);
+  }
+  return selected;
+}
+
 std::vector<const Element*> ReferenceIndex::Unused(const Design& design) const {
   std::vector<const Element*> unused;
   for (const Element& element : design.elements()) {

@@ -19,6 +19,9 @@ class ReferenceIndex {
   std::vector<const Reference*> UsedBy(const Element& element) const;
   std::vector<const Reference*> Uses(const Element& element) const;
 
+  /// The references from or to one of `of`, in order; all when that is empty. Either the broken ones or the others.
+  std::vector<const Reference*> Select(const std::vector<const Element*>& of, bool broken) const;
+
   /// The elements of `design` that no other element refers to. Privilege sets name everything they grant, so they do
   /// not count. Kinds whose elements serve without being referred to are left out: relationships, accounts, FileMaker's
   /// own menus ...

@@ -87,6 +87,46 @@ TEST_F(DesignHistory, RefusesWhatItDoesNotHave) {
   }
 }
 
+TEST_F(DesignHistory, AnswersRequests) {
+  const RunningService service(data_);
+  Upload(service, "Orders.fmp12.xml", orders_);
+  Upload(service, "Orders.fmp12.xml", edited_);
+  Upload(service, "Broken.fmp12.xml", orders_.substr(0, 3000));
+  const struct {
+    std::string path;
+    int status;
+    std::vector<std::string> contains;
+  } cases[] = {
+      {"?file=orders", 200, {R"({"designs":[{"id":1,"fileUuid":)", R"(},{"id":2,)"}},
+      {"?file=Broken.fmp12", 200, {R"("problem":"Broken.fmp12.xml is )"}},
+      {"?file=Sales", 200, {R"({"designs":[]})"}},
+      {"/1/changes/2", 200, {R"({"warnings":[],"changes":[{"change":"edited","kind":"script",)", R"(["steps"]}]})"}},
+      {"/1/changes/1", 200, {R"("changes":[])"}},
+      {"/1/references?of=Reset", 200, {R"("place":"step 5 Perform Script"})", R"("toName":"Log")"}},
+      {"/1/references?broken=1", 200, {"{\"references\":["}},
+      {"/1/references?unused=1", 200, {R"({"elements":[{"kind":)", R"("name":"Unused")"}},
+      {"/1/references?unused=1&of=Reset", 400, {"unused excludes of and broken"}},
+      {"/1/references?broken=yes", 400, {"broken must be a number from 0 to 1"}},
+      {"/1/references?of=Nothing", 404, {"the design has no element named Nothing"}},
+      {"/search?text=set%20field%20%5B&limit=1", 200, {R"("hits":[{"firstDesign":)", R"("line":)"}},
+      {"/search?text=shut", 200, {R"({"total":1,"hits":[{"firstDesign":2,"lastDesign":2,)"}},
+      {"/search", 400, {"text is missing"}},
+      {"/1/elements", 200, {R"({"elements":[{"kind":"file",)", R"("name":"Orders::Status"})"}},
+      {"/2/elements/start", 200, {R"("name":"Start","text":")", R"(Set Field [ Orders::Status ; \"Shut\" ])"}},
+      {"/1/elements/Orders::Status", 200, {R"({"elements":[{"kind":"field",)"}},
+      {"/7/elements", 404, {"no such design"}},
+      {"/x/elements", 404, {"no such design"}},
+      {"/3/elements", 409, {"design 3 is "}},
+  };
+  for (const auto& [path, status, contains] : cases) {
+    const auto answer = service.Get("/operator/designs" + path);
+    EXPECT_EQ(answer.status, status) << path << ": " << answer.body;
+    for (const auto& text : contains) {
+      EXPECT_NE(answer.body.find(text), std::string::npos) << path << ": " << answer.body.substr(0, 2000);
+    }
+  }
+}
+
 TEST_F(DesignHistory, PruneRemovesDesignsAndTheirTexts) {
   const RunningService service(data_);
   Upload(service, "Orders.fmp12.xml", orders_);
