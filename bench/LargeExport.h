@@ -1,0 +1,14 @@
+// An export as large as those of big solutions, and the memory that working on it takes.
+#pragma once
+
+#include <string>
+
+namespace bench {
+
+/// The sample with copies of its longest script until it has 14 MB, in UTF-16 as FileMaker writes it.
+std::string LargeExport();
+
+/// The most memory that this process has had so far, in bytes.
+double PeakMemory();
+
+}  // namespace bench
