@@ -8,7 +8,8 @@
 
 #include <string>
 
-namespace [[gnu::visibility("default")]] AppleScript {
+#pragma GCC visibility push(default)
+namespace AppleScript {
 
 /// The beginning of every error.
 inline constexpr char kErrorStart[] = "ERROR (AppleScript): ";
@@ -25,4 +26,5 @@ bool SaveFrontDocumentAsXML(const std::string& posixPath, std::string& error);
 /// The same, then moves the file's text into `xml`: the file is gone afterwards, unless it could not be read.
 bool ExportFrontDocumentAsXML(const std::string& posixPath, std::string& xml, std::string& error);
 
-}  // namespace gnu::visibility("default")]]AppleScript
+}  // namespace AppleScript
+#pragma GCC visibility pop
