@@ -7,7 +7,7 @@
 namespace service {
 namespace {
 
-// Of the XDG base directory specification, which ignores relative paths.
+// A relative path in the variable is ignored, as the desktop environments do.
 std::string UserFolder(const char* variable, const char* inHome) {
   const char* folder = std::getenv(variable);
   if (folder != nullptr && *folder == '/') return folder;
