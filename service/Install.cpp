@@ -68,8 +68,8 @@ ExitStatus RunInstall(const Options& options) {
       throw std::runtime_error(failure + "; " + autostart.path + " stays for the next login");
     }
   }
-  std::cout << "The service runs now and after each login, as " << autostart.path
-            << " says.\n\"varnix-service sign-in\" prints the line that signs FileMaker in.\n";
+  std::cout << "The service is running and starts at each login (" << autostart.path
+            << ").\n\"varnix-service sign-in\" prints the line that signs FileMaker in.\n";
   return kDone;
 }
 
@@ -80,7 +80,7 @@ ExitStatus RunUninstall(const Options& options) {
     if (const std::string failure = Run(command); !failure.empty()) std::cerr << "varnix-service: " << failure << '\n';
   }
   std::filesystem::remove(autostart.path);
-  std::cout << "The service no longer starts at login. Its data stay in " << options.Folder() << ".\n";
+  std::cout << "The service no longer starts at login. Its data remain in " << options.Folder() << ".\n";
   return kDone;
 }
 
