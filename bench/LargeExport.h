@@ -8,7 +8,7 @@ namespace bench {
 /// The sample with copies of its longest script until it has 14 MB, in UTF-16 as FileMaker writes it.
 std::string LargeExport();
 
-/// The most memory that this process has had so far, in bytes.
+/// The peak memory of this process so far, in bytes.
 double PeakMemory();
 
 }  // namespace bench

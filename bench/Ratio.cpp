@@ -21,8 +21,8 @@ namespace {
 constexpr int kRounds = 15;
 constexpr double kSecondsPerRun = 0.01;
 
-/// Keeps freed memory in the process. Else every call with a large result would have the system clear fresh pages,
-/// which takes longer than what is to be measured.
+/// Keeps freed memory in the process. Otherwise the system would clear fresh pages for every large result,
+/// which takes longer than the work to be measured.
 void KeepMemory() {
 #ifdef __GLIBC__
   mallopt(M_MMAP_MAX, 0);

@@ -28,7 +28,7 @@ class Turns {
 
   const std::string& Next();
 
-  /// Each text replaced by what `change` makes of it.
+  /// Each text after `change`.
   template <typename Change>
   Turns Changed(Change change) const {
     Turns changed = *this;

@@ -80,7 +80,7 @@ class CommandLine {
 
   CLI::App* AddClient(const char* name, const char* help, Run run) {
     CLI::App* subcommand = Add(name, help, run);
-    subcommand->add_option("--service", options_.url, "where the service is ($VARNIX_SERVICE)")
+    subcommand->add_option("--service", options_.url, "address of the service ($VARNIX_SERVICE)")
         ->type_name("URL")
         ->capture_default_str();
     return subcommand;
@@ -91,11 +91,11 @@ class CommandLine {
     CLI::App* install = AddPlain("install", "run the service now and at each login", RunInstall);
     AddPlain("uninstall", "no longer run the service at login; keeps its data", RunUninstall);
     for (CLI::App* subcommand : {serve, install}) {
-      subcommand->add_option("--listen", options_.listen, "listen there; port 0: any that is free")
+      subcommand->add_option("--listen", options_.listen, "address to listen on; port 0 picks a free one")
           ->type_name("ADDR:PORT")
           ->capture_default_str();
-      subcommand->add_flag("--no-key", options_.noKey, "accept every key, from programs of this machine");
-      subcommand->add_option("--max-body", options_.maxBody, "refuse requests that are larger, in MB")
+      subcommand->add_flag("--no-key", options_.noKey, "accept every key, but only from programs on this machine");
+      subcommand->add_option("--max-body", options_.maxBody, "largest accepted request, in MB")
           ->check(CLI::Range(1L, kMostBodyMegabytes))
           ->capture_default_str();
     }
@@ -109,15 +109,15 @@ class CommandLine {
     send->add_option("TYPE", options_.type, "what to do")->required();
     send->add_option("--file", options_.file, "FileMaker file that the command is about")->type_name("NAME");
     send->add_option("--xml-type", options_.xmlType, "kind of FileMaker XML, such as XMSS")->type_name("KIND");
-    send->add_option("--content", options_.content, "XML for the clipboard; -: from the standard input")
+    send->add_option("--content", options_.content, "file with the XML for the clipboard; - reads standard input")
         ->type_name("FILE");
-    send->add_flag("--force", options_.force, "send content that is not a FileMaker snippet too");
+    send->add_flag("--force", options_.force, "send content even if it is not a FileMaker snippet");
     send->add_option("--expires", options_.expires,
                      "withdraw the command when no plug-in has asked for it by then (clipboard commands 60 s, others "
                      "10 min)")
         ->transform(Duration())
         ->check(CLI::Range(1L, kLongestTime));
-    AddWait(send, "wait that long; 0: print the command's ID instead of its result");
+    AddWait(send, "how long to wait; 0 prints the command's ID instead of its result");
   }
 
   void AddWait(CLI::App* subcommand, const char* help) {
@@ -127,15 +127,15 @@ class CommandLine {
         ->default_str("60");
   }
 
-  void AddJson(CLI::App* subcommand, const char* help = "print the service's answer, for programs") {
+  void AddJson(CLI::App* subcommand, const char* help = "print the service's JSON answer") {
     subcommand->add_flag("--json", options_.json, help);
   }
 
   void AddQueries() {
     CLI::App* result = AddClient("result", "wait for a command and print its result", RunResult);
-    AddWait(result, "wait that long");
+    AddWait(result, "how long to wait");
     CLI::App* cancel = AddClient("cancel", "withdraw a command that no plug-in has asked for yet", RunCancel);
-    CLI::App* show = AddClient("show", "show everything about one command but its result", RunShow);
+    CLI::App* show = AddClient("show", "show everything about one command except its result", RunShow);
     for (CLI::App* subcommand : {result, cancel, show}) {
       subcommand->add_option("ID", options_.id, "of the command")->required();
     }
@@ -150,10 +150,10 @@ class CommandLine {
 
   void AddPrune() {
     CLI::App* prune = AddClient("prune", "delete old commands and what was received", RunPrune);
-    prune->add_option("--older-than", options_.olderThan, "only what is older, such as 30d or 12h")
+    prune->add_option("--older-than", options_.olderThan, "delete only what is older, such as 30d or 12h")
         ->transform(Duration())
         ->check(CLI::Range(0L, kLongestTime));
-    prune->add_option("--keep", options_.keep, "not the newest N commands and records")
+    prune->add_option("--keep", options_.keep, "keep the newest N records of each kind and name")
         ->type_name("N")
         ->check(CLI::Range(0L, kMostRows));
   }
@@ -161,7 +161,8 @@ class CommandLine {
   void AddChanges() {
     CLI::App* changes = AddPlain("changes", "show what changed between two exports of a file", RunChanges);
     changes->add_option("OLD", options_.design, kDesign)->required();
-    changes->add_option("NEW", options_.newer, "likewise; without it, the newest two designs of the file OLD");
+    changes->add_option("NEW", options_.newer,
+                        "the newer one; without it, the newest two designs of the file OLD are compared");
     AddJson(changes, kJsonLines);
   }
 
@@ -170,8 +171,9 @@ class CommandLine {
     references->add_option("FILE", options_.design, kDesign)->required();
     references->add_option("--of", options_.of, "only what this element uses and is used by; a name or UUID")
         ->type_name("NAME");
-    auto* unused = references->add_flag("--unused", options_.unused, "instead, the elements that nothing refers to");
-    references->add_flag("--broken", options_.broken, "instead, references to what was deleted")->excludes(unused);
+    auto* unused =
+        references->add_flag("--unused", options_.unused, "list the elements that nothing refers to instead");
+    references->add_flag("--broken", options_.broken, "list references to deleted elements instead")->excludes(unused);
     references->add_option("--with", options_.others, "design of another file of the solution; may be repeated")
         ->type_name("FILE")
         ->allow_extra_args(false);
@@ -180,7 +182,7 @@ class CommandLine {
 
   void AddSearchAndExport() {
     CLI::App* search = AddPlain("search", "find text in names, formulas, script steps and comments", RunSearch);
-    search->add_option("TEXT", options_.text, "what to find, in any case")->required();
+    search->add_option("TEXT", options_.text, "text to find; case does not matter")->required();
     search->add_option("FILE", options_.design, "path of an export, or a file in the store; otherwise the whole store");
     AddJson(search, kJsonLines);
     CLI::App* folder = AddPlain("export", "write a design as readable files, for version control", RunExport);
@@ -194,8 +196,8 @@ class CommandLine {
     AddJson(designs, kJsonLines);
     CLI::App* label = AddPlain("label", "set the label or the note of a stored design", RunLabel);
     label->add_option("DESIGN", options_.design, "its id")->required()->check(CLI::Range(1L, kMostRows));
-    label->add_option("LABEL", options_.label, "the new label; empty: none");
-    label->add_option("--note", options_.note, "the new note; empty: none")->type_name("TEXT");
+    label->add_option("LABEL", options_.label, "the new label; an empty one removes it");
+    label->add_option("--note", options_.note, "the new note; an empty one removes it")->type_name("TEXT");
   }
 
   CLI::App app_{"A bridge service on this machine.", "varnix-service"};

@@ -93,7 +93,7 @@ Response ShowCommand(Context& context, const Request& request) {
   return JsonAnswer(json);
 }
 
-// The bytes as they came; a browser must not take them for a page of this service.
+// The bytes as they came; a browser must not mistake them for a page of this service.
 Response AnswerContent(Context& context, std::int64_t record) {
   return {200, context.store.Content(record), "application/octet-stream"};
 }

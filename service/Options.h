@@ -14,7 +14,7 @@ class UsageError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// What the subcommands are given. Each uses its own; the others keep their defaults.
+/// The options of all subcommands. Each uses its own; the others keep their defaults.
 struct Options {
   std::string url = "http://127.0.0.1:8765";
   std::string key;   ///< empty: the one in the data folder

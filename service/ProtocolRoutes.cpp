@@ -54,7 +54,7 @@ Response Complete(Context& context, const Request& request) {
     case Completion::kNotDelivered:
       throw HttpError(409, "the command has not been delivered");
     case Completion::kFinishedOtherwise:
-      throw HttpError(409, "the command is finished already");
+      throw HttpError(409, "the command has already finished");
     case Completion::kAccepted:
       break;
   }

@@ -54,10 +54,10 @@ ExitStatus Report(Client& client, const std::string& path, const nlohmann::json&
               << '\n';
     return kFailed;
   }
-  std::cerr << "varnix-service: not in time: command " << command.at("id").get<std::string>() << ": "
+  std::cerr << "varnix-service: timed out: command " << command.at("id").get<std::string>() << ": "
             << DescribeState(command) << '\n';
   if (client.Get("/operator/status").at("secondsSincePoll").is_null()) {
-    std::cerr << "No plug-in has asked this service for commands since it was started.\n";
+    std::cerr << "No plug-in has asked this service for commands since it started.\n";
   }
   return kNotInTime;
 }

@@ -31,7 +31,7 @@ CommandArguments ReadArguments(const CommandType& type, const Options& options) 
   if (!fault.empty()) throw UsageError(fault);
   if (arguments.xmlContent && arguments.xmlContent->find(kSnippet) == std::string::npos && !options.force) {
     throw UsageError("the content is not a FileMaker snippet: it has no " + std::string(kSnippet) +
-                     ">; --force sends it all the same");
+                     ">; --force sends it anyway");
   }
   return arguments;
 }

@@ -64,7 +64,7 @@ class Server::Listener {
       try {
         io_.run();
         break;
-      } catch (const std::exception& error) {  // memory ran out; the connection that it befell is closed
+      } catch (const std::exception& error) {  // memory ran out; the affected connection is closed
         context_.Log(std::string("a connection failed: ") + error.what());
       }
     }
@@ -86,7 +86,7 @@ class Server::Listener {
     });
   }
 
-  // When all places are taken, the client that has been connected longest without a right to it gives up its own.
+  // When all places are taken, the client that has been connected longest without showing the key is dropped.
   void Serve(tcp::socket socket) {
     connections_.remove_if([](const auto& entry) { return entry.expired(); });
     if (connections_.size() >= most_ && !CloseOldestIdle()) return;

@@ -68,7 +68,7 @@ void ShowRecords(const json& answer) {
 
 void ShowStatus(const json& status) {
   if (status.at("secondsSincePoll").is_null()) {
-    std::cout << "plug-in: none has asked for commands since the service was started\n";
+    std::cout << "plug-in: none has asked for commands since the service started\n";
   } else {
     std::cout << "plug-in: asked for a command " << DescribeDuration(status.at("secondsSincePoll")) << " ago,"
               << Column(status, "pluginVersion") << '\n';

@@ -22,7 +22,7 @@ class Plugin {
  public:
   /// Loads the plug-in at `path`, a library or a macOS bundle, asks its strings and initialises it. On failure returns
   /// null and `error` says why: the file is missing or not a plug-in, or the plug-in does not want to be enabled or
-  /// throws; a line each follows for what such a one left behind.
+  /// throws. A line for each thing that it left behind follows.
   static std::unique_ptr<Plugin> Load(const std::string& path, const HostIdentity& host, std::string& error);
 
   /// Unloads; call Shutdown before.

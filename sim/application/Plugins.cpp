@@ -10,11 +10,11 @@ namespace sim {
 
 bool Plugins::Load(const std::string& path, std::string& error) {
   // Reports of what a plug-in leaves behind name its file, so no other may have that name.
-  std::error_code unknown;  // a path that does not exist is the loader's to report
+  std::error_code unknown;  // a path that does not exist is reported by the loader
   const auto name = std::filesystem::weakly_canonical(path, unknown).filename();
   const auto sameFile = [&name](const auto& plugin) { return plugin->fileName() == name; };
   if (std::any_of(plugins_.begin(), plugins_.end(), sameFile)) {
-    error = "cannot load plug-in " + path + ": one of that name is loaded already";
+    error = "cannot load plug-in " + path + ": a plug-in with that file name is already loaded";
     return false;
   }
   auto plugin = Plugin::Load(path, identity_, error);

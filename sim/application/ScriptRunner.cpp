@@ -140,7 +140,7 @@ class Execution {
   }
 
   void Pause(const ScriptStep& step) {
-    if (step.calculation.empty()) return Report(step, "would wait for the user; going on");
+    if (step.calculation.empty()) return Report(step, "would wait for the user; continuing");
     calc::Value seconds;
     if (!Evaluate(step, step.calculation, seconds)) return;
     const double bounded = std::clamp(seconds.AsNumber().ToDouble(), 0.0, kLongestPauseSeconds);

@@ -18,8 +18,8 @@ struct ScriptSurroundings {
 };
 
 /// Runs `script` of `file` to its end. Returns false when a step failed (the script goes on, as in FileMaker, and the
-/// failure is shown), or when the application's cancel flag ended it. Steps that are not simulated are named and passed
-/// over. `result` is that of Exit Script.
+/// failure is shown), or when the application's cancel flag ended it. Steps that are not simulated are reported and
+/// skipped. `result` is that of Exit Script.
 bool RunScript(Application& application, const ScriptSurroundings& surroundings, OpenFile& file, const Script& script,
                const calc::Value& parameter, calc::Value& result);
 

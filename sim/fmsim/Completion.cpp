@@ -76,7 +76,7 @@ Completion Matching(std::vector<std::string> names, std::string_view line, std::
   return {start, std::move(names)};
 }
 
-// How many bytes must be changed, added or taken away to make `b` of `a`, letters of either case being the same.
+// The number of bytes to change, add or remove to turn `a` into `b`, without regard to case.
 std::size_t Distance(const std::string& a, const std::string& b) {
   std::vector<std::size_t> row(b.size() + 1);
   std::iota(row.begin(), row.end(), std::size_t{0});
@@ -107,7 +107,7 @@ Completion Complete(Session& session, std::string_view line) {
 
 std::string NearestName(Session& session, const std::string& name) {
   std::string nearest;
-  std::size_t least = std::max<std::size_t>(1, name.size() / 4) + 1;  // more is no slip of the fingers
+  std::size_t least = std::max<std::size_t>(1, name.size() / 4) + 1;  // a larger distance is unlikely to be a typo
   for (auto& candidate : FunctionNames(session)) {
     const auto distance = Distance(name, candidate);
     if (distance >= least || distance >= name.size()) continue;

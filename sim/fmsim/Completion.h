@@ -17,5 +17,5 @@ struct Completion {
 /// function or Get parameter of a calculation.
 Completion Complete(Session& session, std::string_view line);
 
-/// The name of a function, Get parameter or command that `name` may have been meant to be; empty when none is near.
+/// The function, Get parameter or command whose name is closest to the misspelled `name`; empty when none is close.
 std::string NearestName(Session& session, const std::string& name);

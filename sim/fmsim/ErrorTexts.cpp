@@ -9,7 +9,7 @@ struct Entry {
 
 constexpr Entry kTexts[] = {
     {1, "cancelled"},
-    {9, "the account has not enough privileges"},
+    {9, "the account does not have enough privileges"},
     {10, "the requested data is missing"},
     {14, "a value is out of range"},
     {15, "division by zero"},

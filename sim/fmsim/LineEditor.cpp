@@ -29,7 +29,7 @@ bool SameLetter(char a, char b) {
   return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b));
 }
 
-// How far all of `names` begin alike, without regard to case.
+// The length of the common prefix of `names`, without regard to case.
 std::size_t CommonLength(const std::vector<std::string>& names) {
   std::size_t length = names.front().size();
   for (const auto& name : names) {

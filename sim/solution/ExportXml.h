@@ -21,7 +21,7 @@ std::u16string Text(solution::XmlNode element);
 /// FileMaker writes `True` and `False`; a missing attribute is false.
 bool IsTrue(solution::XmlAttribute attribute);
 
-/// Throws Damage when there is no attribute `id`, or when it is no number from 0 on.
+/// Throws Damage when there is no attribute `id`, or when it is not a number of 0 or more.
 int Id(solution::XmlNode element);
 /// The id in the child `reference` of `element`. Throws Damage when there is none.
 int ReferencedId(solution::XmlNode element, const char* reference);

@@ -1,4 +1,4 @@
-// The simulated host's ways that differ from FileMaker's.
+// Where the simulated host differs from FileMaker.
 #pragma once
 
 #include <functional>
@@ -6,7 +6,7 @@
 
 namespace sim {
 
-/// How closely the simulated host follows the real one where that hides something from a test.
+/// How closely the simulated host follows the real one, where following it would hide something from a test.
 struct HostBehaviour {
   bool allDesignFunctions = true;  ///< false: PrivilegeSetNames and CustomFunctionNames do not exist, as in FileMaker
   bool lenientSql = false;         ///< true: a doubled quote pair around a literal is accepted as one pair

@@ -15,7 +15,7 @@ using std::operator""sv;
 
 // Counted or computed by FileMaker, or part of the name that a node gets in a path.
 constexpr std::string_view kComputedAttributes[] = {"hash", "membercount", "UUID"};
-// Nodes whose index says no more than their order.
+// Nodes whose index only repeats their order.
 constexpr std::string_view kNumbered[] = {"Step", "CustomMenuItem", "FindRequest", "Map"};
 constexpr std::string_view kNameAttributes[] = {"id", "name"};
 // Nodes that only wrap others.
@@ -24,7 +24,7 @@ constexpr std::string_view kWrappers[] = {"ObjectList", "PartsList", "MenuItemLi
 constexpr std::string_view kShapes[] = {"Bounds", "CoordRect", "Color"};
 constexpr std::size_t kLongestStream = 80;
 
-// The name of an account stands where other elements have an attribute; a custom function's form repeats its name and
+// An account's name is an element where others have an attribute; a custom function's form repeats its name and
 // parameters.
 bool RepeatsName(XmlNode node) {
   const std::string_view name = node.name();
@@ -131,7 +131,7 @@ class Flattener {
     return path;
   }
 
-  // Siblings of one name are told apart by an attribute that is their name, by what they refer to, or by their number.
+  // Siblings with the same name are distinguished by a name attribute, by what they refer to, or by their number.
   std::string Key(XmlNode node) const {
     for (const NaturalKey& key : kNaturalKeys) {
       const std::string_view value = Attribute(node, key.attribute);

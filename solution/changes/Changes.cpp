@@ -102,7 +102,7 @@ class Comparer {
     return parent != newer.parent && newer.kind != Kind::kField && !(foldersAreLost_ && IsFunction(newer));
   }
 
-  // Before 2.2.3 exports do not tell in which folder a custom function is.
+  // Before 2.2.3, exports do not say which folder a custom function is in.
   static bool LosesFolders(const Design& design) { return design.document().Attribute("version") < "2.2.3"; }
   static bool IsFunction(const Element& element) {
     return element.kind == Kind::kCustomFunction || element.kind == Kind::kCustomFunctionFolder;
@@ -132,7 +132,7 @@ class Comparer {
     return !EqualXml(older.nodes, newer.nodes);
   }
 
-  // Elements of the lists that the user arranges which no longer stand in their order.
+  // Elements that the user moved within a list.
   void FindMoved() {
     std::map<const Element*, std::vector<const Element*>> siblings;
     for (const Element& element : newer_.elements()) {

@@ -33,7 +33,7 @@ struct Comparison {
   std::vector<std::string> warnings;  ///< what limits the comparison, a line each
 };
 
-/// Called now and then during long work with how much of it is done.
+/// Called periodically during long operations with the progress so far.
 using Progress = std::function<void(std::size_t done, std::size_t total)>;
 
 /// Compares the definitions of all elements. An element that refers to a renamed one is not edited by that. When

@@ -45,7 +45,7 @@ struct Detail {
   Kind kind;
 };
 
-// What stands apart from the definition of an element, in some versions.
+// What some versions write apart from the definition of an element.
 constexpr Detail kDetails[] = {
     {"StepsForScripts", "Script", "ScriptReference", Kind::kScript},
     {"CalcsForCustomFunctions", "CustomFunctionCalc", "CustomFunctionReference", Kind::kCustomFunction},
@@ -157,8 +157,8 @@ class Reader {
     }
   }
 
-  // Before 2.2.3 folders of custom functions look like functions without a formula, in the order of ids: it is lost
-  // what they contain.
+  // Before 2.2.3, folders of custom functions look like functions without a formula, listed by id; which functions they
+  // contain is not recorded.
   bool IsUnmarkedFolderEnd(XmlNode node) const {
     return node.name() == "CustomFunction"sv && node.attribute("name").value() == kFolderEnd;
   }
@@ -236,7 +236,7 @@ class Reader {
   const std::set<int> functionsWithFormula_;
 };
 
-// Turns each way in which reading can fail into one line.
+// Turns every failure of reading into one line.
 std::unique_ptr<const Design> Report(const std::string& path, std::string& error,
                                      const std::function<std::string()>& bytes) {
   std::string reason;
@@ -252,7 +252,7 @@ std::unique_ptr<const Design> Report(const std::string& path, std::string& error
     return design;
   } catch (const Refusal& refusal) {
     reason = refusal.reason;
-  } catch (const std::exception&) {  // nothing but the allocation of memory throws
+  } catch (const std::exception&) {  // only memory allocation throws
     reason = "is too large for the available memory";
   }
   error = path + " " + reason;

@@ -59,7 +59,7 @@ void Document::Parse() {
     document_.parse<kParseOptions>(text_.data());
   } catch (const rapidxml::parse_error& error) {
     const auto offset = static_cast<std::size_t>(error.where<char>() - text_.data());
-    // Outside the root element the parser expects nothing else.
+    // The parser expects nothing else outside the root element.
     if (error.what() == std::string_view("expected <")) {
       throw Refusal{"has content outside the root element in line " + lineOf(offset)};
     }

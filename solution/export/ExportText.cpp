@@ -62,7 +62,7 @@ int ContinuationBytes(char32_t character) {
 }
 
 std::string ToUtf8(std::string_view bytes, std::endian order, std::vector<std::string>& notes) {
-  // The exact length first: touching memory that is not needed costs more than a second look at the text.
+  // The exact length first: touching unneeded memory costs more than reading the text twice.
   std::size_t length = 0;
   ForEachCharacter(bytes, order, [&length](char32_t character) {
     length += 1 + static_cast<std::size_t>(ContinuationBytes(character));

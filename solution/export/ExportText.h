@@ -24,7 +24,7 @@ std::string DecodeExport(std::string bytes, std::vector<std::string>& notes);
 /// how many sections were escaped.
 std::size_t EscapeCdataInAttributes(std::string& text);
 
-/// Finds line numbers. Made before a parser that works in place destroys the text.
+/// Finds line numbers. Must be built before a parser that works in place destroys the text.
 class LineIndex {
  public:
   explicit LineIndex(std::string_view text);

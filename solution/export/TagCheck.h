@@ -1,4 +1,4 @@
-// A look at the tags of an XML text before it is parsed.
+// Checks the tags of an XML text before it is parsed.
 #pragma once
 
 #include <cstddef>
@@ -12,9 +12,9 @@ struct Flaw {
   const char* reason;  ///< follows "is damaged in line N: "
 };
 
-/// Finds the first tag that nests too deeply, for the parser calls itself for each level, and what the parser would
-/// read otherwise than this check does: a document type, quotation marks outside attribute values. FileMaker writes
-/// none of these. All other faults of the text are left to the parser.
+/// Finds the first tag that is nested too deeply (the parser recurses for each level) or that the parser would read
+/// differently from this check: a document type, or quotation marks outside attribute values. FileMaker writes none of
+/// these. The parser reports all other faults.
 std::optional<Flaw> FindFlaw(std::string_view text);
 
 }  // namespace solution

@@ -18,8 +18,8 @@ bool IsFormula(XmlNode node);
 /// True when the text directly inside `node` is shown on a layout: it may contain `<<Field>>`.
 bool IsLayoutText(XmlNode node);
 
-/// True for what describes the export or repeats what stands elsewhere: ids of objects, hashes, FileMaker's analysis of
-/// formulas. It says nothing about an element, and its analysis must not be taken for references.
+/// True for what describes the export or repeats what is written elsewhere: ids of objects, hashes, FileMaker's
+/// analysis of formulas. It says nothing about an element, and its analysis must not be taken for references.
 bool IsBookkeeping(XmlNode node);
 
 }  // namespace solution

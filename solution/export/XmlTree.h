@@ -1,4 +1,4 @@
-// A parsed XML text as a tree that is only read. Nodes and attributes are handles, cheap to copy; they stay valid as
+// A parsed XML text as a read-only tree. Nodes and attributes are handles, cheap to copy; they stay valid as
 // long as the document that they belong to. An empty handle answers every question with an empty handle or text.
 #pragma once
 

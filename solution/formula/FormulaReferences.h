@@ -24,8 +24,8 @@ struct FormulaScope {
 };
 
 /// Finds the references in `formula`, which must outlive the result, in its order. Works for formulas in every
-/// language of FileMaker, because names are looked up in the design instead of being told from functions. Placeholders
-/// such as `<Field Missing>`, which FileMaker writes for what was deleted, have no target.
+/// language of FileMaker, because names are looked up in the design instead of being recognized by a list of functions.
+/// Placeholders such as `<Field Missing>`, which FileMaker writes for what was deleted, have no target.
 std::vector<FormulaReference> FindReferences(const Design& design, std::string_view formula, const FormulaScope& scope);
 
 }  // namespace solution

@@ -1,4 +1,4 @@
-// Cuts a formula into tokens, without knowing the language of its functions.
+// Splits a formula into tokens, without knowing the language of its functions.
 #pragma once
 
 #include <string_view>

@@ -1,4 +1,4 @@
-// What FileMaker writes in the place of a deleted element: `<Field Missing>`, `<unknown>`, and the same in other
+// What FileMaker writes in place of a deleted element: `<Field Missing>`, `<unknown>`, and the same in other
 // languages.
 #pragma once
 
@@ -14,7 +14,7 @@ std::string_view PlaceholderAt(std::string_view text);
 
 bool IsPlaceholder(std::string_view name);
 
-/// FileMaker turns a formula that it can no longer parse into one comment. These are the placeholders in such a one.
+/// FileMaker turns a formula that it can no longer parse into one comment. Returns the placeholders in such a comment.
 std::vector<std::string_view> PlaceholdersInComment(std::string_view formula);
 
 /// Guessed from the placeholder's words; a field when they do not say.

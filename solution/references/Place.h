@@ -1,4 +1,4 @@
-// Where in an element something stands, in words.
+// Where in an element something is, in words.
 #pragma once
 
 #include <string>
