@@ -1,6 +1,7 @@
 #include "Access.h"
 
 #include <arpa/inet.h>
+#include <strings.h>
 
 #include "Cryptography.h"
 #include "HttpError.h"
@@ -10,13 +11,44 @@ namespace {
 
 constexpr std::string_view kUnreserved = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~";
 
+constexpr char kNotForPages[] = "web pages may not use this service";
+
+bool IsAddress(const std::string& host) {
+  in6_addr address{};
+  return inet_pton(AF_INET, host.c_str(), &address) == 1 || inet_pton(AF_INET6, host.c_str(), &address) == 1;
+}
+
+// A link, a bookmark or the address bar, as opposed to a frame, a script or an image.
+bool FillsWindow(const Request& request) {
+  return request.method == "GET" && request.Header("sec-fetch-mode") == "navigate" &&
+         request.Header("sec-fetch-dest") == "document" && !request.headers.contains("origin");
+}
+
 }  // namespace
 
-void Access::RefuseWebPages(const Request& request) const {
-  const std::string site = request.Header("sec-fetch-site");
-  if (request.headers.contains("origin") || (!site.empty() && site != "none")) {
-    throw HttpError(403, "web pages may not use this service");
+Sender Access::SenderOf(const Request& request) const {
+  const std::string site = request.Header("sec-fetch-site"), host = request.Header("host");
+  const bool hasOrigin = request.headers.contains("origin");
+  if (!hasOrigin && (site.empty() || site == "none")) return Sender::kProgram;
+  const bool isOwn = (site.empty() || site == "same-origin") &&
+                     (!hasOrigin || request.Header("origin") == "http://" + host) && IsOwnHost(host);
+  return isOwn ? Sender::kOwnPage : Sender::kOtherPage;
+}
+
+void Access::RefuseOtherPages(const Request& request) const {
+  if (SenderOf(request) == Sender::kOtherPage && !FillsWindow(request)) throw HttpError(403, kNotForPages);
+  if (!IsOwnHost(request.Header("host"))) {
+    throw HttpError(403, "the console is at localhost, at an IP address or at the name that the service listens on");
   }
+}
+
+bool Access::IsOwnHost(const std::string& hostHeader) const {
+  const std::string host = HostName(hostHeader);
+  return IsLoopback(host) || IsAddress(host) || (!host.empty() && strcasecmp(host.c_str(), host_.c_str()) == 0);
+}
+
+void Access::RefuseWebPages(const Request& request) const {
+  if (SenderOf(request) != Sender::kProgram) throw HttpError(403, kNotForPages);
   // A page may also have its own name resolved to this machine. With a key that gains it nothing.
   if (IsOpen() && !IsLoopback(HostName(request.Header("host")))) {
     throw HttpError(403, "the service is known as 127.0.0.1, [::1] or localhost only");
@@ -41,6 +73,11 @@ std::string Access::WithoutKey(std::string text) const {
   return text;
 }
 
+std::string Access::SignInLine(const std::string& url) const {
+  return "Varnix.Register ( \"you@example.com\" ; \"" + (IsOpen() ? "local" : key_) + "\" ; Get ( PersistentID ) ; \"" +
+         url + "\" )";
+}
+
 bool IsSendableKey(std::string_view key) {
   return !key.empty() && key.find_first_not_of(kUnreserved) == std::string_view::npos;
 }
@@ -48,6 +85,11 @@ bool IsSendableKey(std::string_view key) {
 std::string HostName(const std::string& hostHeader) {
   if (hostHeader.rfind('[', 0) == 0) return hostHeader.substr(1, hostHeader.find(']') - 1);
   return hostHeader.substr(0, hostHeader.find(':'));
+}
+
+std::string HostPort(const std::string& hostHeader) {
+  const auto colon = hostHeader.find(':', hostHeader.rfind('[', 0) == 0 ? hostHeader.find(']') : 0);
+  return colon == std::string::npos ? "80" : hostHeader.substr(colon + 1);
 }
 
 bool IsLoopback(const std::string& host) {

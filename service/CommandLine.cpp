@@ -100,6 +100,8 @@ class CommandLine {
           ->capture_default_str();
     }
     AddClient("sign-in", "print the line that signs FileMaker in to the service", RunSignIn);
+    CLI::App* console = AddClient("console", "print the address that opens the console in a browser", RunConsole);
+    console->add_flag("--open", options_.open, "open it in the browser");
     serve->add_option("--latest-version", options_.latestVersion, "plug-in version to report as current")
         ->type_name("V");
   }

@@ -5,7 +5,7 @@
 namespace service {
 namespace {
 
-constexpr std::int64_t kVersion = 2;
+constexpr std::int64_t kVersion = 3;
 
 constexpr char kTables[] = R"(
   CREATE TABLE commands (
@@ -38,8 +38,15 @@ constexpr char kTables[] = R"(
     content INTEGER NOT NULL REFERENCES contents (number));
   CREATE INDEX records_by_command ON records (command);
   CREATE INDEX records_by_content ON records (content);
-  CREATE INDEX records_by_name ON records (kind, name, number);
-  PRAGMA user_version = 2)";
+  CREATE INDEX records_by_name ON records (kind, name, number))";
+
+constexpr char kConsoleTables[] = R"(
+  CREATE TABLE sessions (       -- of browsers that show the console
+    hash BLOB PRIMARY KEY,      -- of the secret in the browser's cookie
+    ends INTEGER NOT NULL);
+  CREATE TABLE settings (
+    name TEXT PRIMARY KEY,
+    value INTEGER NOT NULL))";
 
 // Version 1 kept a content with each record, and its commands were never cancelled and never expired.
 constexpr char kSetVersion1Aside[] = R"(
@@ -83,12 +90,14 @@ void PrepareLayout(Database& database) {
   if (version > kVersion) throw std::runtime_error("it was written by a newer version of this service");
   Transaction transaction(database);
   if (version == 1) database.Execute(kSetVersion1Aside);
-  database.Execute(kTables);
+  if (version < 2) database.Execute(kTables);
+  database.Execute(kConsoleTables);
   if (version == 1) {
     database.Execute(kCopyCommands);
     CopyRecords(database);
     database.Execute("DROP TABLE old_records; DROP TABLE old_commands");
   }
+  database.Execute("PRAGMA user_version = 3");
   transaction.Commit();
 }
 

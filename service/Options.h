@@ -20,6 +20,7 @@ struct Options {
   std::string key;   ///< empty: the one in the data folder
   std::string data;  ///< empty: DefaultFolder()
   bool json = false;
+  bool open = false;  ///< in the browser
 
   std::string listen = "127.0.0.1:8765";
   bool noKey = false;

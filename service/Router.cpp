@@ -4,6 +4,7 @@
 
 #include "HttpError.h"
 #include "Routes.h"
+#include "console/Console.h"
 
 namespace service {
 namespace {
@@ -26,16 +27,32 @@ std::optional<std::vector<std::string>> Match(std::string_view pattern, std::str
   }
 }
 
-void CheckKey(const Context& context, const Request& request, KeyPlace place) {
+// The console's page has a session in place of the key. An old browser sends no Origin with its GET, but no cookie
+// either when the page is of another site.
+void CheckOperator(const Context& context, const Request& request) {
+  const bool isOldBrowser = request.method == "GET" && request.Header("sec-fetch-site").empty() &&
+                            !request.headers.contains("origin") && HasSessionCookie(request);
+  const bool isOwnPage = context.access.SenderOf(request) == Sender::kOwnPage || isOldBrowser;
+  if (!isOwnPage || request.headers.contains("authorization")) {
+    context.access.RefuseWebPages(request);
+    return context.access.CheckAuthorization(request);
+  }
+  context.access.RefuseOtherPages(request);
+  if (!HasSession(context.sessions, request)) {
+    throw HttpError(401, "the console is not open in this browser; \"varnix-service console\" prints its address");
+  }
+}
+
+void CheckAccess(const Context& context, const Request& request, KeyPlace place) {
+  if (place == KeyPlace::kHeader) return CheckOperator(context, request);
+  if (place == KeyPlace::kConsole) return context.access.RefuseOtherPages(request);
+  context.access.RefuseWebPages(request);
   switch (place) {
     case KeyPlace::kPath:
       return context.access.CheckKey(request.captures.back());
     case KeyPlace::kQuery:
       return context.access.CheckKey(request.Parameter("licenseKey"));
-    case KeyPlace::kHeader:
-      return context.access.CheckAuthorization(request);
-    case KeyPlace::kBody:
-    case KeyPlace::kNone:
+    default:
       return;
   }
 }
@@ -63,7 +80,7 @@ constexpr KeyMark kKeyMarks[] = {{"\"licenseKey\":\"", "\""}, {"name=\"licenseKe
 
 const Route& FindRoute(Request& request) {
   const char* allowed = nullptr;
-  for (const auto& routes : {ProtocolRoutes(), UploadRoutes(), OperatorRoutes(), DesignRoutes()}) {
+  for (const auto& routes : {ProtocolRoutes(), UploadRoutes(), OperatorRoutes(), DesignRoutes(), ConsoleRoutes()}) {
     for (const auto& route : routes) {
       auto captures = Match(route.pattern, request.path);
       if (!captures) continue;
@@ -79,9 +96,8 @@ const Route& FindRoute(Request& request) {
 }
 
 const Route& Admit(Context& context, Request& request) {
-  context.access.RefuseWebPages(request);
   const Route& route = FindRoute(request);
-  CheckKey(context, request, route.key);
+  CheckAccess(context, request, route.key);
   CheckBody(route, request);
   return route;
 }

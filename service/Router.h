@@ -10,8 +10,9 @@ namespace service {
 
 struct Context;
 
-/// Where a request carries the account key.
-enum class KeyPlace { kNone, kPath, kQuery, kHeader, kBody };
+/// Where a request carries the account key. Instead of one in a header, the console's page may have a session. Without
+/// key, and open to the console's page too, are the requests of `kConsole`.
+enum class KeyPlace { kNone, kPath, kQuery, kHeader, kBody, kConsole };
 
 struct Route {
   const char* method;

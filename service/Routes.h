@@ -13,6 +13,7 @@
 #include "Limits.h"
 #include "Router.h"
 #include "Store.h"
+#include "console/Sessions.h"
 
 namespace service {
 
@@ -41,6 +42,8 @@ struct Context {
   std::function<void(const std::string& line)> log = {};
   Times times = {};
   LastPoll lastPoll = {};
+  Sessions sessions{store};
+  std::string url = {};                        ///< of the service, "http://127.0.0.1:8765"; set by the server
   std::function<void()> storeChanged = [] {};  ///< a file came in or old data was deleted; safe on any thread
 
   /// Logs what happened, on one line and without the key. Safe on any thread if `log` is.
@@ -58,6 +61,9 @@ std::span<const Route> OperatorRoutes();
 
 /// What they ask about the designs that were received.
 std::span<const Route> DesignRoutes();
+
+/// The console's page, and who may use it.
+std::span<const Route> ConsoleRoutes();
 
 /// `json` as compact UTF-8.
 Response JsonAnswer(const Json& json, int status = 200);

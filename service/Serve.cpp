@@ -11,6 +11,7 @@
 #include "PrivateFile.h"
 #include "Server.h"
 #include "Subcommands.h"
+#include "console/Console.h"
 #include "designs/DesignIndexer.h"
 
 namespace service {
@@ -65,11 +66,6 @@ void LogLine(const std::string& line) {
   std::cerr << time + line + '\n';
 }
 
-std::string SignInLine(const std::string& url, const std::string& key) {
-  return "Varnix.Register ( \"you@example.com\" ; \"" + (key.empty() ? "local" : key) +
-         "\" ; Get ( PersistentID ) ; \"" + url + "\" )";
-}
-
 }  // namespace
 
 ExitStatus RunServe(const Options& options) {
@@ -79,12 +75,13 @@ ExitStatus RunServe(const Options& options) {
   if (options.noKey) AccountKey(options, address);  // refuses before a folder is made
   Store store(options.Folder());
   const std::string key = AccountKey(options, address);
-  Context context{store, Access(key), BodyLimit(static_cast<std::size_t>(options.maxBody) << 20),
+  Context context{store, Access(key, address.host), BodyLimit(static_cast<std::size_t>(options.maxBody) << 20),
                   options.latestVersion.empty() ? VARNIX_VERSION : options.latestVersion, LogLine};
   DesignIndexer indexer(options.Folder(), [&context](const std::string& event) { context.Log(event); });
   context.storeChanged = [&indexer] { indexer.Wake(); };
   const Server server(address, context);
-  std::cout << server.url() << "\nTo sign in, evaluate in FileMaker:  " << SignInLine(server.url(), key) << std::endl;
+  std::cout << context.url << "\nTo sign in, evaluate in FileMaker:  " << context.access.SignInLine(context.url)
+            << "\nConsole:  " << ConsoleAddress(context.url, context.sessions.NewToken()) << std::endl;
   int signal = 0;
   sigwait(&signals, &signal);
   pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);  // a second one does not wait for running requests
@@ -94,8 +91,8 @@ ExitStatus RunServe(const Options& options) {
 // With the wrong key, or for a service that is not running, the line would be of no use.
 ExitStatus RunSignIn(const Options& options) {
   Client(options).Get("/operator/status");
-  std::cout << SignInLine(options.url, options.key.empty() ? ReadKey(options.Folder()).value_or("") : options.key)
-            << '\n';
+  const Access access(options.key.empty() ? ReadKey(options.Folder()).value_or("") : options.key);
+  std::cout << access.SignInLine(options.url) << '\n';
   return kDone;
 }
 

@@ -22,6 +22,9 @@ using asio::ip::tcp;
 
 constexpr auto kPauseWithoutDescriptors = std::chrono::milliseconds(100);
 
+// An IPv6 address has brackets around it before a port.
+std::string InAddress(const std::string& host) { return host.find(':') != std::string::npos ? '[' + host + ']' : host; }
+
 }  // namespace
 
 // Accepts connections, keeps them below their number, and runs the threads.
@@ -35,7 +38,7 @@ class Server::Listener {
     acceptor_.set_option(tcp::acceptor::reuse_address(true));
     acceptor_.bind(endpoint);
     acceptor_.listen();
-    port_ = acceptor_.local_endpoint().port();
+    context_.url = "http://" + InAddress(address.host) + ':' + std::to_string(acceptor_.local_endpoint().port());
     asio::post(acceptor_.get_executor(), [this] { Accept(); });
     for (std::size_t i = 0; i < kThreads; ++i) threads_.emplace_back([this] { Run(); });
   }
@@ -55,8 +58,6 @@ class Server::Listener {
     io_.stop();
     for (auto& thread : threads_) thread.join();
   }
-
-  int port() const { return port_; }
 
  private:
   void Run() {
@@ -112,7 +113,6 @@ class Server::Listener {
   tcp::acceptor acceptor_;
   asio::steady_timer pause_;
   std::list<std::weak_ptr<Connection>> connections_;  // oldest first; used on the acceptor's strand
-  int port_ = 0;
   std::mutex mutex_;
   std::condition_variable ended_;
   std::size_t running_ = kThreads;  // under the mutex
@@ -120,14 +120,12 @@ class Server::Listener {
 };
 
 Server::Server(const ListenAddress& address, Context& context) {
-  const std::string host = address.host.find(':') != std::string::npos ? '[' + address.host + ']' : address.host;
   try {
     listener_ = std::make_unique<Listener>(address, context);
   } catch (const boost::system::system_error& error) {
-    throw std::runtime_error("cannot listen on " + host + ':' + std::to_string(address.port) + ": " +
+    throw std::runtime_error("cannot listen on " + InAddress(address.host) + ':' + std::to_string(address.port) + ": " +
                              error.code().message());
   }
-  url_ = "http://" + host + ':' + std::to_string(listener_->port());
 }
 
 Server::~Server() = default;

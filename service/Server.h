@@ -16,17 +16,14 @@ struct ListenAddress {
 /// Answers requests from its construction to its destruction, which lets requests at work end within their time.
 class Server {
  public:
-  /// Throws std::runtime_error when the address cannot be listened on. `context` must outlive the server.
+  /// Sets the url of `context`, with the port that is really used; `context` must outlive the server. Throws
+  /// std::runtime_error when the address cannot be listened on.
   Server(const ListenAddress& address, Context& context);
   ~Server();
-
-  /// "http://127.0.0.1:8765", with the port that is really used.
-  const std::string& url() const { return url_; }
 
  private:
   class Listener;
   std::unique_ptr<Listener> listener_;
-  std::string url_;
 };
 
 }  // namespace service

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "CommandTypes.h"
+#include "Cryptography.h"
 #include "Database.h"
 #include "FolderLock.h"
 
@@ -72,6 +73,12 @@ struct Totals {
   std::int64_t bytes = 0;  ///< of the records' contents, each counted once
 };
 
+/// A browser that shows the console. The hash is that of a secret which only the browser has.
+struct ConsoleSession {
+  ContentHash hash{};
+  std::int64_t ends = 0;  ///< milliseconds since 1970
+};
+
 /// The database file was removed or replaced while the service runs: nothing would survive it.
 class StoreGone : public std::runtime_error {
   using std::runtime_error::runtime_error;
@@ -128,6 +135,15 @@ class Store {
   Pruned Prune(std::chrono::seconds age, std::int64_t keep);
 
   Totals Count();
+
+  /// The sessions of the console that have not ended, oldest first.
+  std::vector<ConsoleSession> Sessions();
+
+  /// Keeps a session, and of all of them only the newest `most`.
+  void KeepSession(const ConsoleSession& session, std::size_t most);
+
+  /// The present time by the store's clock.
+  std::int64_t Now() const { return clock_(); }
 
  private:
   void CheckFile() const;

@@ -7,6 +7,7 @@ namespace service {
 
 ExitStatus RunServe(const Options& options);
 ExitStatus RunSignIn(const Options& options);
+ExitStatus RunConsole(const Options& options);
 ExitStatus RunInstall(const Options& options);
 ExitStatus RunUninstall(const Options& options);
 ExitStatus RunSend(const Options& options);

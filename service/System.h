@@ -13,6 +13,9 @@ std::string DefaultFolder();
 /// The path of the running program. Throws std::runtime_error.
 std::string ProgramPath();
 
+/// The program that opens an address in the user's browser.
+extern const char* const kOpenProgram;
+
 /// How the system starts a program at each login of this user.
 struct Autostart {
   std::string path;                                  ///< of the file that describes it to the system

@@ -29,6 +29,8 @@ std::string Quoted(const std::string& word) {
 
 }  // namespace
 
+const char* const kOpenProgram = "xdg-open";
+
 std::string DefaultFolder() { return UserFolder("XDG_DATA_HOME", "/.local/share") + "/varnix-service"; }
 
 std::string ProgramPath() { return std::filesystem::read_symlink("/proc/self/exe").string(); }

@@ -35,6 +35,8 @@ std::string Element(const std::string& text) {
 
 }  // namespace
 
+const char* const kOpenProgram = "open";
+
 std::string DefaultFolder() { return Library() + "Application Support/Varnix"; }
 
 std::string ProgramPath() {

@@ -45,7 +45,7 @@ std::string Exchange(const std::string& url, const std::string& bytes, timeval p
 
 void Try(const std::string& input) {
   static const LocalService local;
-  const std::string& url = local.server.url();
+  const std::string& url = local.context.url;
   Check(!Exchange(url, ToRequest(input), {0, 50'000}).starts_with("HTTP/1.1 500"));
   const std::string next = Exchange(url, "GET /api/plugin/version HTTP/1.1\r\nHost: 127.0.0.1\r\n\r\n", {10, 0});
   Check(next.starts_with("HTTP/1.1 200") && next.ends_with(R"({"version":"1.0.0"})"));

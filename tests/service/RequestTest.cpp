@@ -3,14 +3,12 @@
 
 #include <csignal>
 #include <list>
-#include <sstream>
-#include <utility>
 
 #include "Server.h"
 #include "net/Json.h"
+#include "service/RequestRows.h"
 #include "service/RunningService.h"
 #include "support/FolderTest.h"
-#include "support/Placeholders.h"
 #include "support/RawConnection.h"
 
 namespace {
@@ -21,47 +19,6 @@ using Requests = FolderTest;
 std::string Upload(const std::string& key, std::size_t size, const std::string& headers = "") {
   return "POST /api/live/ingest/" + key + "?filename=f HTTP/1.1\r\nHost: localhost\r\n" + headers +
          "Content-Length: " + std::to_string(size) + "\r\n\r\n";
-}
-
-struct Row {
-  std::string request;  // as it is sent
-  std::string answer;   // the status and, where it matters, the body
-};
-
-// The rows of a file in the folder "data"; refused.txt describes its lines.
-std::vector<Row> ReadRows(const std::string& name, const Placeholders& placeholders) {
-  std::istringstream lines(Filled(Contents(DATA "/" + name), placeholders));
-  std::vector<Row> rows;
-  std::string head, body;
-  const char* separator = "";
-  for (std::string line; std::getline(lines, line);) {
-    if (line.starts_with('|')) {
-      body += separator + line.substr(1);
-      separator = "\r\n";
-    } else if (head.empty() && !line.empty() && line[0] != '#') {
-      head = line + " HTTP/1.1\r\n";
-    } else if (!line.empty() && std::isdigit(line[0])) {
-      if (head.find("Host:") == head.npos) head += "Host: localhost\r\n";
-      if (*separator != '\0') head += "Content-Length: " + std::to_string(body.size()) + "\r\n";
-      rows.push_back({std::exchange(head, "") + "\r\n" + std::exchange(body, ""), line});
-      separator = "";
-    } else if (!head.empty()) {
-      head += line + "\r\n";
-    }
-  }
-  EXPECT_GT(rows.size(), 8u) << name;
-  return rows;
-}
-
-void ExpectAnswers(const std::string& url, const std::vector<Row>& rows) {
-  for (const auto& row : rows) {
-    RawConnection connection(url);
-    connection.Send(row.request);
-    const std::string answer = connection.Receive();
-    EXPECT_TRUE(answer.starts_with("HTTP/1.1 " + row.answer.substr(0, 3))) << row.request << '\n' << answer;
-    const std::string body = row.answer.size() > 3 ? "\r\n\r\n" + row.answer.substr(4) : "";
-    EXPECT_TRUE(answer.ends_with(body)) << row.request << '\n' << answer;
-  }
 }
 
 const std::vector<Row> kVersion{
@@ -131,7 +88,7 @@ TEST_F(Requests, AreGivenUpAfterTheirTime) {
   const auto serve = [&](service::Times times, const std::string& request) {
     service::Context context{store, service::Access(""), service::BodyLimit(1 << 20), "1", {}, times};
     const service::Server server({"127.0.0.1", 0}, context);
-    RawConnection connection(server.url());
+    RawConnection connection(context.url);
     connection.Send(request);
     return connection.Receive();
   };

@@ -21,7 +21,8 @@ RunningService::RunningService(const std::string& folder, const std::vector<std:
                                const std::string& port)
     : process_(Serve(folder, options, port), folder + ".log"),
       url_(process_.ReadLine()),
-      signInLine_(process_.ReadLine()) {
+      signInLine_(process_.ReadLine()),
+      consoleLine_(process_.ReadLine()) {
   EXPECT_TRUE(url_.starts_with("http://127.0.0.1:")) << url_;
 }
 

@@ -22,6 +22,7 @@ class RunningService {
   std::string port() const { return url_.substr(url_.rfind(':') + 1); }
   /// What is printed after the address.
   const std::string& signInLine() const { return signInLine_; }
+  const std::string& consoleLine() const { return consoleLine_; }
 
   /// The answer to a request, with the status -1 when there is none.
   httplib::Response Exchange(const std::string& method, const std::string& path, const httplib::Headers& headers = {},
@@ -46,4 +47,5 @@ class RunningService {
   ChildProcess process_;
   std::string url_;
   std::string signInLine_;
+  std::string consoleLine_;
 };
