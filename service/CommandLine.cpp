@@ -51,6 +51,7 @@ class CommandLine {
     AddReferences();
     AddSearchAndExport();
     AddHistory();
+    AddClient("mcp", "serve an AI assistant on the standard input and output (Model Context Protocol)", RunMcp);
   }
 
   int Parse(int argc, char** argv) try {

@@ -26,4 +26,6 @@ ExitStatus RunDesigns(const Options& options);
 ExitStatus RunLabel(const Options& options);
 ExitStatus RunExport(const Options& options);
 
+ExitStatus RunMcp(const Options& options);
+
 }  // namespace service

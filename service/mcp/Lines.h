@@ -1,0 +1,54 @@
+// Lines from the standard input and to the standard output.
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <mutex>
+#include <string>
+#include <string_view>
+
+namespace service::mcp {
+
+/// Reads lines from a descriptor. One thread at a time.
+class LineReader {
+ public:
+  LineReader(int descriptor, std::size_t longest) : descriptor_(descriptor), longest_(longest) {}
+
+  enum class Outcome { kLine, kTooLong, kEnd };
+
+  /// Waits for the next line, which is in `line` without its ending until the next call. kTooLong: a line was longer
+  /// than permitted and has been skipped. What follows the last newline is a line, too.
+  Outcome Next(std::string_view& line);
+
+ private:
+  bool Fill();
+
+  const int descriptor_;
+  const std::size_t longest_;
+  std::string buffer_;
+  std::size_t begin_ = 0;    // of what has not been given out
+  std::size_t scanned_ = 0;  // up to there is no newline
+  bool isSkipping_ = false;
+};
+
+/// Writes whole lines. Safe on any thread.
+class LineWriter {
+ public:
+  explicit LineWriter(int descriptor) : descriptor_(descriptor) {}
+
+  /// Writes `line` and a newline, and waits as long as the other side does not read. Does nothing once a line could not
+  /// be written or Close was called.
+  void Write(const std::string& line);
+
+  /// Ends writes that wait, at once. A line may stay incomplete.
+  void Close() { isClosed_ = true; }
+
+  bool IsClosed() const { return isClosed_; }
+
+ private:
+  const int descriptor_;
+  std::mutex mutex_;
+  std::atomic<bool> isClosed_ = false;
+};
+
+}  // namespace service::mcp
