@@ -14,6 +14,7 @@
 #include "Router.h"
 #include "Store.h"
 #include "console/Sessions.h"
+#include "designs/DesignCache.h"
 
 namespace service {
 
@@ -43,7 +44,8 @@ struct Context {
   Times times = {};
   LastPoll lastPoll = {};
   Sessions sessions{store};
-  std::string url = {};                        ///< of the service, "http://127.0.0.1:8765"; set by the server
+  std::string url = {};  ///< of the service, "http://127.0.0.1:8765"; set by the server
+  DesignCache designs = {};
   std::function<void()> storeChanged = [] {};  ///< a file came in or old data was deleted; safe on any thread
 
   /// Logs what happened, on one line and without the key. Safe on any thread if `log` is.

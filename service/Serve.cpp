@@ -78,7 +78,10 @@ ExitStatus RunServe(const Options& options) {
   Context context{store, Access(key, address.host), BodyLimit(static_cast<std::size_t>(options.maxBody) << 20),
                   options.latestVersion.empty() ? VARNIX_VERSION : options.latestVersion, LogLine};
   DesignIndexer indexer(options.Folder(), [&context](const std::string& event) { context.Log(event); });
-  context.storeChanged = [&indexer] { indexer.Wake(); };
+  context.storeChanged = [&context, &indexer] {
+    context.designs.Forget([&context](std::int64_t id) { return !context.store.FindRecord(id); });
+    indexer.Wake();
+  };
   const Server server(address, context);
   std::cout << context.url << "\nTo sign in, evaluate in FileMaker:  " << context.access.SignInLine(context.url)
             << "\nConsole:  " << ConsoleAddress(context.url, context.sessions.NewToken()) << std::endl;

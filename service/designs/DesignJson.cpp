@@ -1,5 +1,9 @@
 #include "designs/DesignJson.h"
 
+#include "changes/LineDiff.h"
+#include "design/Key.h"
+#include "output/Detail.h"
+
 namespace service {
 
 using Json = nlohmann::ordered_json;
@@ -62,8 +66,60 @@ Json DescribeReference(const solution::Reference& reference) {
           {"place", reference.place}};
 }
 
+namespace {
+
+Json DescribeLine(const solution::DiffLine& line) {
+  constexpr const char* kIn[] = {"both", "older", "newer"};
+  return {{"in", kIn[static_cast<int>(line.origin)]}, {"text", line.text}};
+}
+
+Json DescribeProperty(const solution::PropertyChange& property) {
+  Json json = {{"name", property.name}, {"older", property.older}, {"newer", property.newer}};
+  if ((property.older + property.newer).find('\n') == std::string::npos) return json;
+  json["lines"] = Json::array();
+  for (const auto& line : solution::DiffLines(property.older, property.newer)) {
+    json["lines"].push_back(DescribeLine(line));
+  }
+  return json;
+}
+
+}  // namespace
+
 Json DescribeElement(const Element& element) {
   return {{"kind", NamesOf(element.kind).word}, {"uuid", element.uuid}, {"name", DisplayName(element)}};
+}
+
+Json DescribeElement(const solution::Design& design, const Element& element) {
+  Json json = {{"key", KeyOf(design, element)}};
+  json.update(DescribeElement(element));
+  json["id"] = element.id;
+  json["parent"] = ParentPath(element);
+  json["parentKey"] = element.parent == nullptr ? "" : KeyOf(design, *element.parent);
+  json["detail"] = DetailOf(design, element);
+  json["modifications"] = element.modifications ? Json(*element.modifications) : Json(nullptr);
+  json["user"] = element.user;
+  json["account"] = element.account;
+  json["time"] = element.time;
+  return json;
+}
+
+Json DescribeReference(const solution::Design& design, const solution::Reference& reference) {
+  Json json = DescribeReference(reference);
+  json["fromKey"] = KeyOf(design, *reference.from);
+  json["toKey"] = reference.to == nullptr ? "" : KeyOf(design, *reference.to);
+  return json;
+}
+
+Json DescribeChange(const solution::Design& older, const solution::Design& newer, const solution::Change& change) {
+  const Element& element = *(change.newer ? change.newer : change.older);
+  Json json = DescribeChange(change);
+  json["key"] = KeyOf(change.newer ? newer : older, element);
+  json["user"] = element.user;
+  json["account"] = element.account;
+  json["time"] = element.time;
+  json["details"] = Json::array();
+  for (const auto& property : change.properties) json["details"].push_back(DescribeProperty(property));
+  return json;
 }
 
 }  // namespace service

@@ -20,4 +20,10 @@ nlohmann::ordered_json DescribeReference(const solution::Reference& reference);
 /// Its kind, UUID and name.
 nlohmann::ordered_json DescribeElement(const solution::Element& element);
 
+/// What requests get more: keys of elements, who changed what, values before and after.
+nlohmann::ordered_json DescribeElement(const solution::Design& design, const solution::Element& element);
+nlohmann::ordered_json DescribeReference(const solution::Design& design, const solution::Reference& reference);
+nlohmann::ordered_json DescribeChange(const solution::Design& older, const solution::Design& newer,
+                                      const solution::Change& change);
+
 }  // namespace service

@@ -23,18 +23,33 @@ Json DescribeAll(const Items& items, Describe describe) {
   return json;
 }
 
+Json DescribeElements(const Design& design, const std::vector<const Element*>& elements) {
+  return DescribeAll(elements, [&design](const Element* element) { return DescribeElement(design, *element); });
+}
+
+Json DescribeReferences(const Design& design, const std::vector<const solution::Reference*>& references) {
+  return DescribeAll(references, [&design](const auto* reference) { return DescribeReference(design, *reference); });
+}
+
+std::unique_ptr<const Design> ReadStored(Context& context, std::int64_t id) {
+  DesignStore history(context.store.Folder());
+  if (!history.Find(id)) history.CatchUp(false);
+  if (!history.Find(id)) throw HttpError(404, "no such design");
+  std::string error;
+  auto design = solution::ReadDesignBytes(history.Content(id), "design " + std::to_string(id), error);
+  if (design == nullptr) throw HttpError(409, error);
+  return design;
+}
+
 // The design whose id is the open segment `index` of the path.
-std::unique_ptr<const Design> Open(Context& context, const Request& request, std::size_t index) {
+std::shared_ptr<const OpenedDesign> Open(Context& context, const Request& request, std::size_t index) {
   const std::string& digits = request.captures[index];
   std::int64_t id = 0;
   const auto [end, fault] = std::from_chars(digits.data(), digits.data() + digits.size(), id);
-  DesignStore history = OpenHistory(context.store.Folder());
   const bool isNumber = fault == std::errc() && end == digits.data() + digits.size();
-  if (!isNumber || !history.Find(id)) throw HttpError(404, "no such design");
-  std::string error;
-  auto design = solution::ReadDesignBytes(history.Content(id), "design " + digits, error);
-  if (design == nullptr) throw HttpError(409, error);
-  return design;
+  const auto record = isNumber ? context.store.FindRecord(id) : std::nullopt;
+  if (!record) throw HttpError(404, "no such design");
+  return context.designs.Open(id, record->bytes, [&context, id] { return ReadStored(context, id); });
 }
 
 std::vector<const Element*> Named(const Design& design, const std::string& name) {
@@ -61,9 +76,14 @@ Response SearchDesigns(Context& context, const Request& request) {
 }
 
 Response ShowChanges(Context& context, const Request& request) {
-  const auto older = Open(context, request, 0), newer = Open(context, request, 1);
-  const auto comparison = Compare(*older, *newer);
-  return JsonAnswer({{"warnings", comparison.warnings}, {"changes", DescribeAll(comparison.changes, DescribeChange)}});
+  const bool withDetails = Number("details", Parameter(request, "details"), 0, 1, 0) == 1;
+  const auto olderOpened = Open(context, request, 0), newerOpened = Open(context, request, 1);
+  const Design &older = olderOpened->design(), &newer = newerOpened->design();
+  const auto comparison = Compare(older, newer);
+  const auto describe = [&](const solution::Change& change) {
+    return withDetails ? DescribeChange(older, newer, change) : DescribeChange(change);
+  };
+  return JsonAnswer({{"warnings", comparison.warnings}, {"changes", DescribeAll(comparison.changes, describe)}});
 }
 
 Response ShowReferences(Context& context, const Request& request) {
@@ -71,28 +91,30 @@ Response ShowReferences(Context& context, const Request& request) {
   const bool unused = Number("unused", Parameter(request, "unused"), 0, 1, 0) == 1;
   const bool broken = Number("broken", Parameter(request, "broken"), 0, 1, 0) == 1;
   if (unused && (broken || !of.empty())) throw HttpError(400, "unused excludes of and broken");
-  const auto design = Open(context, request, 0);
-  const auto elements = of.empty() ? std::vector<const Element*>() : Named(*design, of);
-  const solution::ReferenceIndex index(FindReferences(*design));
-  if (unused) {
-    return JsonAnswer({{"elements", DescribeAll(index.Unused(*design),
-                                                [](const Element* element) { return DescribeElement(*element); })}});
-  }
-  return JsonAnswer(
-      {{"references", DescribeAll(index.Select(elements, broken), [](const solution::Reference* reference) {
-          return DescribeReference(*reference);
-        })}});
+  const auto opened = Open(context, request, 0);
+  const Design& design = opened->design();
+  const auto elements = of.empty() ? std::vector<const Element*>() : Named(design, of);
+  if (unused) return JsonAnswer({{"elements", DescribeElements(design, opened->references().Unused(design))}});
+  return JsonAnswer({{"references", DescribeReferences(design, opened->references().Select(elements, broken))}});
 }
 
 Response ListElements(Context& context, const Request& request) {
-  return JsonAnswer({{"elements", DescribeAll(Open(context, request, 0)->elements(), DescribeElement)}});
+  const std::string kind = request.Parameter("kind");
+  const auto opened = Open(context, request, 0);
+  Json elements = Json::array();
+  for (const Element& element : opened->design().elements()) {
+    if (!kind.empty() && kind != NamesOf(element.kind).word) continue;
+    elements.push_back(DescribeElement(opened->design(), element));
+  }
+  return JsonAnswer({{"elements", std::move(elements)}});
 }
 
 Response ShowElements(Context& context, const Request& request) {
-  const auto design = Open(context, request, 0);
-  return JsonAnswer({{"elements", DescribeAll(Named(*design, request.captures[1]), [&](const Element* element) {
-                        Json json = DescribeElement(*element);
-                        json["text"] = CanonicalText(*design, *element);
+  const auto opened = Open(context, request, 0);
+  const Design& design = opened->design();
+  return JsonAnswer({{"elements", DescribeAll(Named(design, request.captures[1]), [&](const Element* element) {
+                        Json json = DescribeElement(design, *element);
+                        json["text"] = CanonicalText(design, *element);
                         return json;
                       })}});
 }

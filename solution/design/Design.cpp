@@ -41,6 +41,11 @@ const Element* Design::FindField(const Element* table, std::string_view name) co
   return scope == fields_.end() ? nullptr : Lookup(scope->second.byName, FoldCase(name));
 }
 
+std::size_t Design::CountFields(const Element* table) const {
+  const auto scope = fields_.find(table);
+  return scope == fields_.end() ? 0 : scope->second.byId.size();
+}
+
 Element& Design::Add(Element element) {
   Element& added = elements_.emplace_back(std::move(element));
   if (!added.uuid.empty()) byUuid_.emplace(added.uuid, &added);

@@ -52,6 +52,7 @@ class Design {
   const Element* FindField(const Element* table, int id) const;
   Element* FindField(const Element* table, int id);
   const Element* FindField(const Element* table, std::string_view name) const;
+  std::size_t CountFields(const Element* table) const;
 
   /// Appends an element and makes it known to the lookups by id and UUID. For the reader.
   Element& Add(Element element);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 
+#include "design/Key.h"
 #include "design/Names.h"
 
 namespace solution {
@@ -93,6 +94,7 @@ std::vector<ReferenceIndex::Call> ReferenceIndex::CallChain(const Element& scrip
 }
 
 std::vector<const Element*> FindElements(const Design& design, std::string_view name) {
+  if (const Element* element = FindKey(design, name)) return {element};
   std::vector<const Element*> found;
   const std::string folded = FoldCase(name);
   for (const Element& element : design.elements()) {

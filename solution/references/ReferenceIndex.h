@@ -42,7 +42,7 @@ class ReferenceIndex {
   Map byTarget_, bySource_;
 };
 
-/// The elements of `design` with this name (without regard to case) or UUID. A field is found as `Table::Field`, as
+/// The elements of `design` with this key, or with this name or UUID (without regard to case). A field is found as `Table::Field`, as
 /// `Occurrence::Field` and by its own name.
 std::vector<const Element*> FindElements(const Design& design, std::string_view name);
 

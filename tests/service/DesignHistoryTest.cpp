@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <regex>
 #include <thread>
 
 #include "service/RunningService.h"
@@ -92,6 +93,8 @@ TEST_F(DesignHistory, AnswersRequests) {
   Upload(service, "Orders.fmp12.xml", orders_);
   Upload(service, "Orders.fmp12.xml", edited_);
   Upload(service, "Broken.fmp12.xml", orders_.substr(0, 3000));
+  Upload(service, "Old.fmp12.xml", std::regex_replace(orders_, std::regex("<UUID.*?</UUID>| UUID=\".*?\""), ""));
+  Upload(service, "Hostile.fmp12.xml", Replaced(orders_, "name=\"Unused\"", "name=\"&lt;/script>&quot;/\\&#9;\""));
   const struct {
     std::string path;
     int status;
@@ -99,22 +102,44 @@ TEST_F(DesignHistory, AnswersRequests) {
   } cases[] = {
       {"?file=orders", 200, {R"({"designs":[{"id":1,"fileUuid":)", R"(},{"id":2,)"}},
       {"?file=Broken.fmp12", 200, {R"("problem":"Broken.fmp12.xml is )"}},
-      {"?file=Sales", 200, {R"({"designs":[]})"}},
+      {"?file=Nothing", 200, {R"({"designs":[]})"}},
       {"/1/changes/2", 200, {R"({"warnings":[],"changes":[{"change":"edited","kind":"script",)", R"(["steps"]}]})"}},
+      {"/1/changes/2?details=1",
+       200,
+       {R"("key":"00000029-0000-4000-8000-000000000000","user":"Ann","account":"Admin","time":"2025-07-02T16:45:56",)",
+        R"("details":[{"name":"steps","older":"# prepares\n)", R"("lines":[{"in":"both","text":"# prepares"},)",
+        R"({"in":"older","text":"    Set Field [ Orders::Status ; \"Open\" ]"},{"in":"newer",)"}},
       {"/1/changes/1", 200, {R"("changes":[])"}},
-      {"/1/references?of=Reset", 200, {R"("place":"step 5 Perform Script"})", R"("toName":"Log")"}},
+      {"/1/references?of=Reset", 200, {R"("place":"step 5 Perform Script","fromKey":)", R"("toName":"Log")"}},
       {"/1/references?broken=1", 200, {"{\"references\":["}},
-      {"/1/references?unused=1", 200, {R"({"elements":[{"kind":)", R"("name":"Unused")"}},
+      {"/1/references?unused=1", 200, {R"({"elements":[{"key":)", R"("name":"Unused",)"}},
       {"/1/references?unused=1&of=Reset", 400, {"unused excludes of and broken"}},
       {"/1/references?broken=yes", 400, {"broken must be a number from 0 to 1"}},
       {"/1/references?of=Nothing", 404, {"the design has no element named Nothing"}},
       {"/search?text=set%20field%20%5B&limit=1", 200, {R"("hits":[{"firstDesign":)", R"("line":)"}},
       {"/search?text=shut", 200, {R"({"total":1,"hits":[{"firstDesign":2,"lastDesign":2,)"}},
       {"/search", 400, {"text is missing"}},
-      {"/1/elements", 200, {R"({"elements":[{"kind":"file",)", R"("name":"Orders::Status"})"}},
-      {"/2/elements/start", 200, {R"("name":"Start","text":")", R"(Set Field [ Orders::Status ; \"Shut\" ])"}},
-      {"/1/elements/Orders::Status", 200, {R"({"elements":[{"kind":"field",)"}},
-      {"/7/elements", 404, {"no such design"}},
+      {"/1/elements",
+       200,
+       {R"({"elements":[{"key":"00000056-0000-4000-8000-000000000000","kind":"file",)", R"("name":"Orders::Status",)"}},
+      {"/2/elements/start",
+       200,
+       {R"("name":"Start",)", R"("text":"script: Start\n)", R"(Set Field [ Orders::Status ; \"Shut\" ])"}},
+      {"/1/elements/Orders::Status", 200, {R"("parent":"Orders",)", R"("text":"field: Orders::Status\n)"}},
+      {"/1/elements?kind=script",
+       200,
+       {R"({"elements":[{"key":"00000029-0000-4000-8000-000000000000","kind":"script",)"
+        R"("uuid":"00000029-0000-4000-8000-000000000000","name":"Start","id":1,"parent":"","parentKey":"",)"
+        R"("detail":"12 steps","modifications":2,"user":"Ann","account":"Admin",)"
+        R"("time":"2025-07-02T16:45:56"},)",
+        R"("name":"Reset","id":3,"parent":"Admin","parentKey":"0000002A-0000-4000-8000-000000000000",)"}},
+      {"/1/elements?kind=nothing", 200, {R"({"elements":[]})"}},
+      {"/4/elements/script:1",
+       200,
+       {R"({"elements":[{"key":"script:1","kind":"script","uuid":"",)", R"("text":"script: )"}},
+      {"/4/references?of=field:129.2", 200, {R"("fromKey":"relationship:1","toKey":"field:129.2")"}},
+      {"/5/elements/%3c/script%3e%22/%5c%09", 200, {R"("name":"</script>\"/\\\t")"}},
+      {"/9/elements", 404, {"no such design"}},
       {"/x/elements", 404, {"no such design"}},
       {"/3/elements", 409, {"design 3 is "}},
   };
@@ -132,7 +157,12 @@ TEST_F(DesignHistory, PruneRemovesDesignsAndTheirTexts) {
   Upload(service, "Orders.fmp12.xml", orders_);
   Upload(service, "Orders.fmp12.xml", edited_);
   EXPECT_EQ(Service({"search", "shut"}).status, 0);
+  for (const char* id : {"1", "2"}) {
+    EXPECT_EQ(service.Get("/operator/designs/" + std::string(id) + "/elements").status, 200);
+  }
   EXPECT_EQ(Service({"prune", "--keep", "1", "--service", service.url()}).status, 0);
+  EXPECT_EQ(service.Get("/operator/designs/1/elements").status, 404) << "though it was at hand";
+  EXPECT_EQ(service.Get("/operator/designs/2/elements").status, 200);
   EXPECT_EQ(Service({"search", "status ; \"open\""}).status, 1);
   EXPECT_EQ(Service({"search", "shut"}).status, 0);
   const std::string list = Service({"designs", "--json"}).output;

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <regex>
 #include <string>
 #include <string_view>
 
@@ -23,6 +24,12 @@ inline std::string SampleWith(std::string_view from, std::string_view to) {
   const auto at = text.find(from);
   EXPECT_NE(at, text.npos) << "the sample does not contain " << from;
   return at == text.npos ? text : text.replace(at, from.size(), to);
+}
+
+/// The sample as a version without UUIDs writes it.
+inline std::string SampleWithoutUuids() {
+  static const std::regex uuids("<UUID.*?</UUID>| UUID=\".*?\"");
+  return std::regex_replace(SampleWith("2.2.3.0", "2.0.0.0"), uuids, "");
 }
 
 inline std::unique_ptr<const Design> ReadText(std::string text) {
