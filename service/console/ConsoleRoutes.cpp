@@ -45,6 +45,10 @@ Response ShowPage(Context&, const Request&) { return AnswerFile("index.html"); }
 
 Response ShowFile(Context&, const Request& request) { return AnswerFile(request.captures[0]); }
 
+Response ShowFileInFolder(Context&, const Request& request) {
+  return AnswerFile(request.captures[0] + '/' + request.captures[1]);
+}
+
 Response OpenSession(Context& context, const Request& request) {
   const auto secret = context.sessions.Open(ReadMessage(request.body, {{"token"}}).at("token"));
   if (!secret) {
@@ -69,6 +73,7 @@ Response MakeAddress(Context& context, const Request& request) {
 constexpr Route kRoutes[] = {
     {"GET", "/", KeyPlace::kConsole, false, false, ShowPage},
     {"GET", "/console/*", KeyPlace::kConsole, false, false, ShowFile},
+    {"GET", "/console/*/*", KeyPlace::kConsole, false, false, ShowFileInFolder},
     {"POST", "/console/session", KeyPlace::kConsole, false, false, OpenSession},
     {"POST", "/operator/console", KeyPlace::kHeader, false, false, MakeAddress},
 };

@@ -1,8 +1,205 @@
-// Signs in with the token of the address, and shows whether the plug-in is connected.
-const token = new URLSearchParams(location.hash.slice(1)).get("token");
-if (token !== null) {
-  history.replaceState(null, "", "/");
-  await fetch("/console/session", { method: "POST", body: JSON.stringify({ token }) });
+// The frame: chooses the page for the address, marks it in the navigation, and shows the state of the connection.
+import {get, onServiceState, openSession} from './api.js';
+import {announce, h} from './dom.js';
+import {duration} from './format.js';
+import {connect, subscribe} from './live.js';
+import {Page} from './page.js';
+import * as changes from './pages/changes.js';
+import * as clip from './pages/clip.js';
+import * as clips from './pages/clips.js';
+import * as commands from './pages/commands.js';
+import * as compareClips from './pages/compare-clips.js';
+import * as design from './pages/design.js';
+import * as element from './pages/element.js';
+import * as file from './pages/file.js';
+import * as files from './pages/files.js';
+import * as relationships from './pages/relationships.js';
+import * as report from './pages/report.js';
+import * as result from './pages/result.js';
+import * as search from './pages/search.js';
+import * as setup from './pages/setup.js';
+import * as storage from './pages/storage.js';
+
+// Address, page, and the entry of the navigation that it belongs to.
+const kRoutes = [
+  ['/files', files, 'files'],
+  ['/files/:file', file, 'files'],
+  ['/designs/:design', design, 'files'],
+  ['/designs/:design/elements/:key', element, 'files'],
+  ['/designs/:design/relationships', relationships, 'files'],
+  ['/designs/:design/report', report, 'files'],
+  ['/changes/:older/:newer', changes, 'files'],
+  ['/search', search, 'search'],
+  ['/clips', clips, 'clips'],
+  ['/clips/:clip', clip, 'clips'],
+  ['/clips/:older/compare/:newer', compareClips, 'clips'],
+  ['/commands', commands, 'commands'],
+  ['/commands/:command', result, 'commands'],
+  ['/storage', storage, 'storage'],
+  ['/setup', setup, 'setup'],
+];
+const kPolling = 10; // seconds after the last poll in which the plug-in counts as connected
+
+const main = document.getElementById('main');
+const positions = new Map(); // address -> how far it was scrolled
+let current;
+let address;
+let followedLink = false;
+
+function match(pattern, path) {
+  const wanted = pattern.split('/');
+  const given = path.split('/');
+  if (wanted.length !== given.length) return undefined;
+  const params = {};
+  for (let i = 0; i < wanted.length; ++i) {
+    if (wanted[i].startsWith(':')) params[wanted[i].slice(1)] = decode(given[i]);
+    else if (wanted[i] !== given[i]) return undefined;
+  }
+  return params;
 }
-const answer = await (await fetch("/operator/status")).json();
-document.querySelector("#status").textContent = answer.error ?? `${answer.commands} commands`;
+
+function decode(text) {
+  try {
+    return decodeURIComponent(text);
+  } catch {
+    return text;
+  }
+}
+
+function markNavigation(section) {
+  for (const link of document.querySelectorAll('.top nav a')) {
+    if (link.hash === `#/${section}`) link.setAttribute('aria-current', 'page');
+    else link.removeAttribute('aria-current');
+  }
+}
+
+async function firstPage() {
+  try {
+    const status = await get('status');
+    return status.secondsSincePoll !== null && status.secondsSincePoll <= kPolling ? '/files' : '/setup';
+  } catch {
+    return '/setup';
+  }
+}
+
+async function exchangeToken() {
+  const token = location.hash.slice('#token='.length);
+  history.replaceState(null, '', '/');
+  try {
+    await openSession(token);
+  } catch (error) {
+    announce(`${error.message} Run “varnix-service console” for a new address.`, true);
+  }
+  connect();
+}
+
+async function route({isFirst = false} = {}) {
+  if (location.hash.startsWith('#token=')) await exchangeToken();
+  if (!location.hash.startsWith('#/')) {
+    const first = await firstPage();
+    if (!location.hash.startsWith('#/')) history.replaceState(null, '', `#${first}`);
+  }
+  const goesBack = !followedLink && !isFirst;
+  followedLink = false;
+  current?.abort.abort();
+  address = location.hash;
+  const position = goesBack ? (positions.get(address) ?? 0) : 0;
+  const [path, query] = address.slice(1).split(/\?(.*)/s);
+  const [, shown, section, params] = kRoutes.map((row) => [...row, match(row[0], path)]).find((row) => row[3]) ?? [];
+  const page = new Page(main, path, params, new URLSearchParams(query));
+  current = page;
+  markNavigation(section);
+  if (shown) {
+    await shown.show(page);
+  } else {
+    page.show(
+      'Not found',
+      {},
+      h('p', {}, 'There is no such page. '),
+      h('p', {}, h('a', {href: '#/files'}, 'Go to Files')),
+    );
+  }
+  if (current !== page) return;
+  scrollTo(0, 0);
+  if (!isFirst && !main.contains(document.activeElement)) page.heading?.focus({preventScroll: true});
+  if (position > 0) await scrollBack(page, position);
+}
+
+// Long lists grow only as one scrolls.
+async function scrollBack(page, position) {
+  await Promise.allSettled(page.loads);
+  for (let frame = 0; frame < 60 && current === page && scrollY < position; ++frame) {
+    scrollTo(0, position);
+    await new Promise(requestAnimationFrame);
+  }
+}
+
+async function showConnection() {
+  const link = document.getElementById('connection');
+  try {
+    const {secondsSincePoll, pluginVersion} = await get('status');
+    const polls = secondsSincePoll !== null && secondsSincePoll <= kPolling;
+    link.dataset.state = polls ? 'on' : 'off';
+    link.textContent = polls
+      ? `FileMaker connected${pluginVersion ? ` · ${pluginVersion}` : ''}`
+      : secondsSincePoll === null
+        ? 'FileMaker not connected'
+        : `FileMaker silent for ${duration(secondsSincePoll)}`;
+  } catch {
+    // onTrouble has the words
+  }
+}
+
+function onTrouble(state) {
+  const trouble = document.getElementById('trouble');
+  const link = document.getElementById('connection');
+  trouble.hidden = state === 'ok';
+  if (state === 'gone') {
+    trouble.replaceChildren(
+      'The service does not answer. What you typed stays; the page goes on by itself when the service is back. ',
+      'To start it: ',
+      h('code', {}, 'varnix-service serve'),
+    );
+  } else if (state === 'signedOut') {
+    trouble.replaceChildren(
+      'This browser is not signed in, or no longer. What you typed stays. Run ',
+      h('code', {}, 'varnix-service console --open'),
+      '; this page then goes on by itself.',
+    );
+  } else {
+    announce('Connected to the service');
+    showConnection();
+    return;
+  }
+  link.dataset.state = 'gone';
+  link.textContent = state === 'gone' ? 'Service not reached' : 'Signed out';
+}
+
+addEventListener('hashchange', () => {
+  if (address !== undefined) route();
+});
+addEventListener('scroll', () => positions.set(location.hash, scrollY), {passive: true});
+document.addEventListener('click', (event) => {
+  const link = event.target.closest('a[href^="#"], a[*|href^="#"]');
+  if (link?.classList.contains('skip')) {
+    event.preventDefault();
+    main.focus();
+  } else if (link) {
+    followedLink = true;
+  }
+});
+document.addEventListener('keydown', (event) => {
+  if (event.key !== '/' || event.ctrlKey || event.metaKey || event.altKey) return;
+  if (event.target.closest('input, textarea, select, dialog')) return;
+  event.preventDefault();
+  followedLink = true;
+  location.hash = '#/search';
+});
+
+history.scrollRestoration = 'manual';
+onServiceState(onTrouble);
+await route({isFirst: true});
+connect();
+subscribe(['status', 'commands'], showConnection);
+showConnection();
+setInterval(showConnection, 10000);

@@ -1,0 +1,96 @@
+// Requests to the service. Every failure is an Error whose message can be shown as it is.
+
+/** The service refused; `status` is that of HTTP. */
+export class Refusal extends Error {
+  constructor(status, message) {
+    super(message);
+    this.status = status;
+  }
+}
+
+/** The service was not reached. */
+export class Unreachable extends Error {
+  constructor() {
+    super('The service does not answer.');
+  }
+}
+
+const watchers = new Set();
+let state = 'ok';
+
+/** 'ok', 'gone' (the service does not answer) or 'signedOut' (it no longer knows this browser). */
+export const serviceState = () => state;
+
+export function onServiceState(watcher) {
+  watchers.add(watcher);
+}
+
+export function setServiceState(next) {
+  if (next === state) return;
+  state = next;
+  for (const watcher of watchers) watcher(state);
+}
+
+async function request(method, path, {body, type, signal} = {}) {
+  let answer;
+  try {
+    answer = await fetch(path, {
+      method,
+      body,
+      signal,
+      cache: 'no-store',
+      headers: type ? {'Content-Type': type} : {},
+    });
+  } catch (error) {
+    if (error.name === 'AbortError') throw error;
+    setServiceState('gone');
+    throw new Unreachable();
+  }
+  if (answer.ok) {
+    setServiceState('ok');
+    return answer;
+  }
+  const reason = await answer.json().then(
+    (json) => json.error,
+    () => answer.statusText,
+  );
+  if (answer.status === 401 && path.startsWith('/operator/')) setServiceState('signedOut');
+  throw new Refusal(answer.status, sentence(reason || `The service answered with status ${answer.status}`));
+}
+
+const sentence = (text) => text.charAt(0).toUpperCase() + text.slice(1) + (/[.!?]$/.test(text) ? '' : '.');
+
+/** The JSON of `GET /operator/PATH`. */
+export async function get(path, signal) {
+  return (await request('GET', `/operator/${path}`, {signal})).json();
+}
+
+/** The same as text. */
+export async function getText(path, signal) {
+  return (await request('GET', `/operator/${path}`, {signal})).text();
+}
+
+/** `POST /operator/PATH` with a message of texts. */
+export async function post(path, message = {}) {
+  const body = JSON.stringify(message);
+  return (await request('POST', `/operator/${path}`, {body, type: 'application/json'})).json();
+}
+
+/** `POST /operator/PATH` with the bytes of a file. */
+export async function postFile(path, content) {
+  return (await request('POST', `/operator/${path}`, {body: content, type: 'application/octet-stream'})).json();
+}
+
+/** Exchanges the one-time token of the address for a session. */
+export async function openSession(token) {
+  await request('POST', '/console/session', {body: JSON.stringify({token}), type: 'application/json'});
+  setServiceState('ok');
+}
+
+export const segment = encodeURIComponent;
+
+/** "?a=1&b=2" of the values that are set. */
+export function query(values) {
+  const set = Object.entries(values).filter(([, value]) => value !== '' && value !== undefined && value !== null);
+  return set.length ? `?${new URLSearchParams(set)}` : '';
+}

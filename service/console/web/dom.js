@@ -1,0 +1,165 @@
+// Elements, small controls and the status line. Whatever comes from an export becomes text, never markup.
+
+const kSvg = 'http://www.w3.org/2000/svg';
+
+function fill(element, attributes, children) {
+  for (const [name, value] of Object.entries(attributes ?? {})) {
+    if (value === undefined || value === null || value === false) continue;
+    if (name.startsWith('on')) element.addEventListener(name.slice(2), value);
+    else element.setAttribute(name, value === true ? '' : value);
+  }
+  element.append(
+    ...children.flat(Infinity).filter((child) => child !== undefined && child !== null && child !== false),
+  );
+  return element;
+}
+
+/** An element with attributes, listeners (`onclick`) and children: elements, texts, lists of both, or nothing. */
+export function h(tag, attributes, ...children) {
+  return fill(document.createElement(tag), attributes, children);
+}
+
+/** The same for SVG. */
+export function svg(tag, attributes, ...children) {
+  return fill(document.createElementNS(kSvg, tag), attributes, children);
+}
+
+let nextId = 0;
+export const uniqueId = (stem) => `${stem}-${++nextId}`;
+
+/** Shows `text` in the status region for a while, and has screen readers read it. */
+export function announce(text, isError = false) {
+  const status = document.getElementById('status');
+  status.textContent = '';
+  status.classList.toggle('error', isError);
+  clearTimeout(announce.timer);
+  requestAnimationFrame(() => (status.textContent = text));
+  announce.timer = setTimeout(() => (status.textContent = ''), isError ? 15000 : 7000);
+}
+
+/** A button that runs `action`, is disabled meanwhile, and announces what goes wrong. */
+export function button(label, action, attributes) {
+  const element = h('button', {type: 'button', ...attributes}, label);
+  element.addEventListener('click', () => whileBusy(element, action));
+  return element;
+}
+
+export async function whileBusy(control, action) {
+  if (control.getAttribute('aria-disabled') === 'true') return;
+  control.setAttribute('aria-disabled', 'true');
+  try {
+    await action();
+  } catch (error) {
+    if (error.name !== 'AbortError') announce(error.message, true);
+  } finally {
+    control.removeAttribute('aria-disabled');
+  }
+}
+
+/** A form whose submission runs `action(values)`; what was typed stays until `action` clears it. */
+export function form(action, attributes, ...children) {
+  const element = h('form', {...attributes}, ...children);
+  element.addEventListener('submit', (event) => {
+    event.preventDefault();
+    whileBusy(event.submitter ?? element, () => action(Object.fromEntries(new FormData(element, event.submitter))));
+  });
+  return element;
+}
+
+/** A control with its visible label. */
+export function field(label, control, hint) {
+  control.id ||= uniqueId('field');
+  const note = hint && h('small', {id: `${control.id}-hint`}, hint);
+  if (note) control.setAttribute('aria-describedby', note.id);
+  return h('div', {class: 'field'}, h('label', {for: control.id}, label), control, note);
+}
+
+export function select(options, value, attributes) {
+  return h(
+    'select',
+    attributes,
+    options.map(([key, text]) => h('option', {value: key, selected: key === value}, text)),
+  );
+}
+
+/** A table in a box that scrolls sideways. `columns` are names, or {name, class, isHidden}; none: a table without a head. */
+export function table(label, columns, rows, attributes) {
+  const cells = columns.map((column) => {
+    const {name, isHidden, ...rest} = typeof column === 'string' ? {name: column} : column;
+    return h('th', {scope: 'col', ...rest}, isHidden ? h('span', {class: 'offscreen'}, name) : name);
+  });
+  const head = cells.length > 0 && h('thead', {}, h('tr', {}, cells));
+  return h('div', {class: 'table-box'}, h('table', {'aria-label': label, ...attributes}, head, h('tbody', {}, rows)));
+}
+
+/** A table of [name, value] pairs. */
+export function properties(label, pairs) {
+  const rows = pairs.map(([name, value]) => h('tr', {}, h('th', {scope: 'row'}, name), h('td', {}, value)));
+  return table(label, [], rows, {class: 'properties'});
+}
+
+/** Asks before something is deleted. Resolves to whether it was confirmed. */
+export function confirmed(question, explanation, verb) {
+  const title = uniqueId('title');
+  const dialog = h(
+    'dialog',
+    {'aria-labelledby': title},
+    h(
+      'form',
+      {method: 'dialog'},
+      h('h2', {id: title}, question),
+      h('p', {}, explanation),
+      h(
+        'div',
+        {class: 'actions'},
+        h('button', {value: 'no', class: 'plain'}, 'Cancel'),
+        h('button', {value: 'yes', class: 'danger'}, verb),
+      ),
+    ),
+  );
+  document.body.append(dialog);
+  dialog.showModal();
+  return new Promise((resolve) => {
+    dialog.addEventListener('close', () => {
+      dialog.remove();
+      resolve(dialog.returnValue === 'yes');
+    });
+  });
+}
+
+/** What a page says where there is nothing yet, and what to do next. */
+export function empty(title, ...content) {
+  return h('div', {class: 'empty'}, h('p', {class: 'empty-title'}, title), content);
+}
+
+/** Puts `text` on the clipboard, also where browsers withhold theirs: pages that come without encryption. */
+export async function copy(text, what) {
+  if (navigator.clipboard) {
+    await navigator.clipboard.writeText(text);
+  } else {
+    const area = h('textarea', {class: 'offscreen', 'aria-hidden': true});
+    area.value = text;
+    document.body.append(area);
+    area.select();
+    document.execCommand('copy');
+    area.remove();
+  }
+  announce(`${what} copied`);
+}
+
+/** Has the browser save `content` as a file. */
+export function save(content, name, type) {
+  const url = URL.createObjectURL(new Blob([content], {type}));
+  const link = h('a', {href: url, download: name});
+  link.click();
+  setTimeout(() => URL.revokeObjectURL(url), 1000);
+}
+
+/** Calls `action` once things have been quiet for `milliseconds`. */
+export function settled(action, milliseconds) {
+  let timer;
+  return () => {
+    clearTimeout(timer);
+    timer = setTimeout(action, milliseconds);
+  };
+}

@@ -1,0 +1,123 @@
+// What every page is made of: a heading, and regions that load by themselves and again after events.
+import {Refusal, Unreachable, serviceState} from './api.js';
+import {empty, h} from './dom.js';
+import {subscribe} from './live.js';
+
+/** One page while it is shown. */
+export class Page {
+  constructor(main, path, params, query) {
+    this.main = main;
+    this.path = path;
+    this.params = params;
+    this.query = query;
+    this.abort = new AbortController();
+    this.signal = this.abort.signal;
+    this.loads = []; // the first load of each region
+  }
+
+  /** Fills the page; `trail` are the links above the heading. */
+  show(heading, {trail = [], actions = []} = {}, ...content) {
+    const hadFocus = this.heading !== undefined && this.heading === document.activeElement;
+    this.heading = h('h1', {tabindex: '-1'}, heading);
+    this.main.replaceChildren(
+      trail.length
+        ? h(
+            'nav',
+            {class: 'trail', 'aria-label': 'Path'},
+            h(
+              'ol',
+              {},
+              trail.map(([text, href]) => h('li', {}, h('a', {href}, text))),
+            ),
+          )
+        : '',
+      h('div', {class: 'heading'}, this.heading, h('div', {class: 'actions'}, actions)),
+      ...content.flat(),
+    );
+    if (hadFocus) this.heading.focus({preventScroll: true});
+  }
+
+  /** Remembers a choice in the address, so that Back and a copied link restore it. */
+  setQuery(changes) {
+    for (const [name, value] of Object.entries(changes)) {
+      if (value) this.query.set(name, value);
+      else this.query.delete(name);
+    }
+    const query = this.query.toString();
+    history.replaceState(history.state, '', `#${this.path}${query ? `?${query}` : ''}`);
+  }
+
+  /**
+   * Calls `apply` with what `load` gives, now and after changes of `topics`, when it differs from the last time.
+   * `failed` gets an error while there is nothing to show yet. Returns a function that loads again.
+   */
+  watch({topics = [], load, apply, failed}) {
+    let last;
+    let running = 0;
+    const refresh = async () => {
+      const turn = ++running;
+      try {
+        const data = await load(this.signal);
+        if (turn !== running || this.signal.aborted) return;
+        const print = JSON.stringify(data);
+        if (print === last) return;
+        last = print;
+        apply(data);
+      } catch (error) {
+        if (this.signal.aborted) return;
+        if (error instanceof Refusal || error instanceof Unreachable) {
+          if (last === undefined) failed?.(error);
+        } else {
+          throw error;
+        }
+      }
+    };
+    const end = subscribe([...topics, 'reconnected'], refresh);
+    this.signal.addEventListener('abort', end);
+    this.loads.push(refresh());
+    return refresh;
+  }
+
+  /** An element whose content is `render(data)`. It keeps the focus where it was. */
+  region({topics, load, render}, attributes) {
+    const element = h('div', {class: 'region', ...attributes}, h('p', {class: 'loading'}, 'Loading…'));
+    const refresh = this.watch({
+      topics,
+      load,
+      apply: (data) => keepingFocus(element, () => element.replaceChildren(...[render(data)].flat(Infinity))),
+      failed: (error) => element.replaceChildren(failure(error)),
+    });
+    return Object.assign(element, {refresh});
+  }
+}
+
+function failure(error) {
+  if (serviceState() === 'signedOut')
+    return empty('Nothing can be shown', h('p', {}, 'This browser is not signed in.'));
+  return empty('This cannot be shown', h('p', {}, error.message));
+}
+
+/**
+ * Runs `change`, which replaces the content of `element`, and focuses the counterpart of what had the focus: the
+ * element with the same name, address and text.
+ */
+export function keepingFocus(element, change) {
+  const focused = element.contains(document.activeElement) ? document.activeElement : undefined;
+  const mark = focused && signature(focused);
+  change();
+  if (!focused || element.contains(document.activeElement)) return;
+  const again = [...element.querySelectorAll('a, button, input, select, textarea, [tabindex]')].find(
+    (candidate) => signature(candidate) === mark,
+  );
+  again?.focus({preventScroll: true});
+}
+
+const signature = (element) =>
+  [
+    element.tagName,
+    element.id,
+    element.getAttribute('href'),
+    element.getAttribute('aria-label'),
+    element.name,
+    element.textContent,
+  ].join('\n');

@@ -1,0 +1,177 @@
+// What changed between two designs.
+import {get, segment} from '../api.js';
+import {formulaLine, stepLine} from '../code.js';
+import {elementAddress, fileKey, findDesign} from '../data.js';
+import {sideBySide} from '../diff.js';
+import {button, copy, empty, field, h, save, select} from '../dom.js';
+import {count, fileTitle, number, timeText, when} from '../format.js';
+import {byKind, kindName, kindPlural} from '../kinds.js';
+import {markdown} from '../markdown.js';
+import {groupBy} from './element.js';
+
+const kWords = ['added', 'removed', 'renamed', 'moved', 'edited'];
+const kOpen = 30; // with more changes than these, details are folded
+
+const person = (change) => change.user || change.account || '';
+
+function detail(change, entry) {
+  const isScript = change.kind === 'script' && entry.name === 'steps';
+  const title = h('h4', {}, entry.name.split('/').join(' › '));
+  if (entry.lines) {
+    const content = isScript ? (text) => stepLine(text) : (text) => formulaLine(text);
+    return [title, sideBySide(entry.lines, {label: `${entry.name} of ${change.name}`, content})];
+  }
+  return [
+    title,
+    h('p', {class: 'values'}, h('del', {}, entry.older || '(empty)'), ' → ', h('ins', {}, entry.newer || '(empty)')),
+  ];
+}
+
+function changeElement(change, designs, isOpen) {
+  const design = change.change === 'removed' ? designs.older : designs.newer;
+  const details = change.details ?? [];
+  const summary = [
+    h('span', {class: `change ${change.change}`}, change.change),
+    h('a', {href: elementAddress(design.id, change.key)}, change.name || '(no name)'),
+    change.oldName && h('span', {class: 'old-name'}, `was ${change.oldName}`),
+    person(change) && h('span', {class: 'by'}, person(change), ', ', when(change.time)),
+  ];
+  if (!details.length) return h('div', {class: 'change-row'}, summary);
+  return h(
+    'details',
+    {open: isOpen},
+    h(
+      'summary',
+      {class: 'change-row'},
+      summary,
+      h(
+        'span',
+        {class: 'amount'},
+        details
+          .map((entry) => entry.name.split('/').at(-1))
+          .slice(0, 4)
+          .join(', '),
+      ),
+    ),
+    details.map((entry) => detail(change, entry)),
+  );
+}
+
+function tally(changes) {
+  return kWords
+    .map((word) => [word, changes.filter((change) => change.change === word).length])
+    .filter(([, n]) => n > 0)
+    .map(([word, n]) => `${number(n)} ${word}`)
+    .join(', ');
+}
+
+function render(changes, all, designs) {
+  if (!all.changes.length) return empty('Nothing has changed', h('p', {}, 'The two designs are the same.'));
+  if (!changes.length) return empty('No change matches', h('p', {}, 'Choose another kind, person or change above.'));
+  const groups = [...groupBy(changes, (change) => change.kind)].sort((a, b) => byKind(a[0], b[0]));
+  return groups.map(([kind, entries]) =>
+    h(
+      'section',
+      {class: 'changes'},
+      h('h2', {}, kindPlural(kind), h('span', {class: 'amount'}, tally(entries))),
+      entries.map((change) => changeElement(change, designs, changes.length <= kOpen)),
+    ),
+  );
+}
+
+function filterForm(page, all, changed) {
+  const choices = (values, everything, name = (value) => value) => [
+    ['', everything],
+    ...values.map((value) => [value, name(value)]),
+  ];
+  const unique = (value) => [...new Set(all.changes.map(value))].filter(Boolean);
+  const control = (name, options) => {
+    const element = select(options, page.query.get(name) ?? '', {name});
+    element.addEventListener('change', () => {
+      page.setQuery({[name]: element.value});
+      changed();
+    });
+    return element;
+  };
+  return h(
+    'form',
+    {class: 'filters', role: 'search', 'aria-label': 'Filter changes'},
+    field('Kind', control('kind', choices(unique((change) => change.kind).sort(byKind), 'All kinds', kindName))),
+    field('Person', control('person', choices(unique(person).sort(), 'Everybody'))),
+    field(
+      'Change',
+      control(
+        'change',
+        choices(
+          kWords.filter((word) => all.changes.some((change) => change.change === word)),
+          'All changes',
+        ),
+      ),
+    ),
+  );
+}
+
+const isChosen = (query) => (change) =>
+  [
+    ['kind', change.kind],
+    ['person', person(change)],
+    ['change', change.change],
+  ].every(([name, value]) => !query.get(name) || query.get(name) === value);
+
+function fill(page, {older, newer, all}) {
+  const designs = {older, newer};
+  const name = fileTitle(newer.fileName);
+  const chosen = () => all.changes.filter(isChosen(page.query));
+  const report = () => markdown(name, designs, all.warnings, chosen());
+  const place = h('div');
+  const summary = h('p', {class: 'total'});
+  const update = () => {
+    const changes = chosen();
+    summary.textContent = changes.length ? `${count(changes.length, 'change')}: ${tally(changes)}` : '';
+    place.replaceChildren(...[render(changes, all, designs)].flat());
+  };
+  page.show(
+    `Changes in ${name}`,
+    {
+      trail: [
+        ['Files', '#/files'],
+        [name, `#/files/${segment(fileKey(newer))}`],
+      ],
+      actions: [
+        button('Copy as Markdown', () => copy(report(), 'Report'), {class: 'plain'}),
+        button('Save as Markdown', () => save(report(), `${name} changes.md`, 'text/markdown'), {class: 'plain'}),
+      ],
+    },
+    h(
+      'p',
+      {class: 'facts'},
+      'from ',
+      h('a', {href: `#/designs/${older.id}`}, timeText(older.receivedAt)),
+      ' to ',
+      h('a', {href: `#/designs/${newer.id}`}, timeText(newer.receivedAt)),
+    ),
+    all.warnings.map((warning) => h('p', {class: 'warning'}, warning)),
+    filterForm(page, all, update),
+    summary,
+    place,
+  );
+  update();
+}
+
+export function show(page) {
+  page.show('Changes', {}, h('p', {class: 'loading'}, 'Comparing…'));
+  const {older, newer} = page.params;
+  page.watch({
+    load: async (signal) => {
+      const [first, second, all] = await Promise.all([
+        findDesign(older, signal),
+        findDesign(newer, signal),
+        get(`designs/${segment(older)}/changes/${segment(newer)}?details=1`, signal),
+      ]);
+      return {older: first, newer: second, all};
+    },
+    apply: (data) => fill(page, data),
+    failed: (error) =>
+      page.main.lastElementChild.replaceWith(empty('The changes cannot be shown', h('p', {}, error.message))),
+  });
+}

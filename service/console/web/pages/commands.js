@@ -1,0 +1,221 @@
+// The six commands as forms, what is at work, and what was asked before.
+import {get, post, segment} from '../api.js';
+import {announce, button, field, form, h, select} from '../dom.js';
+import {designs} from '../data.js';
+import {duration, fileTitle, when} from '../format.js';
+import {clipKind, clipKinds} from '../kinds.js';
+import {list} from '../list.js';
+import {keepingFocus} from '../page.js';
+import {commandName, isOpen, queue, reasonOf} from '../work.js';
+
+const kHistory = 200;
+const kWaits = 'The plug-in waits up to 30 seconds until the file is active and no script runs.';
+const kWait = 30; // seconds that the plug-in waits for a file to be active
+
+const kDescriptions = {
+  GET_SCHEMA: 'The design of a file, which its script “Varnix Live Push” saves.',
+  DEBUG_CONTEXT: 'Windows, account, privileges and scripts, as the plug-in sees them.',
+  GET_CLIPBOARD: 'The FileMaker objects on the clipboard. They become a clip.',
+  LIST_FILES: 'The names of the open files.',
+  GET_CLIPBOARD_FORMATS: 'The type names of what is on the clipboard.',
+  SET_CLIPBOARD: 'FileMaker XML becomes objects that can be pasted in FileMaker.',
+};
+
+const kinds = (first) =>
+  select([...first, ...clipKinds.map(([key, name]) => [key, `${name} (${key})`])], first[0]?.[0] ?? 'XMSS', {
+    name: 'xmlType',
+  });
+
+function fileField(suggestions, hint) {
+  return field(
+    'File',
+    h('input', {name: 'fileName', list: suggestions.id, autocomplete: 'off', placeholder: 'The active file'}),
+    hint,
+  );
+}
+
+function fieldsOf(type, suggestions) {
+  if (type === 'GET_CLIPBOARD') return field('Look first for', kinds([['', 'Whatever is there']]));
+  if (type === 'DEBUG_CONTEXT') return fileField(suggestions, 'Without a name: the file that is active');
+  if (type === 'GET_SCHEMA') return fileField(suggestions, 'Without a name: the file that signed in');
+  if (type !== 'SET_CLIPBOARD') return undefined;
+  return [
+    field('Kind', kinds([])),
+    field(
+      'FileMaker XML',
+      h('textarea', {
+        name: 'xmlContent',
+        rows: '2',
+        required: true,
+        spellcheck: 'false',
+        placeholder: '<fmxmlsnippet type="FMObjectList">…',
+      }),
+    ),
+  ];
+}
+
+function commandForm(type, suggestions) {
+  const element = form(
+    async (values) => {
+      await queue(type, values);
+      announce(`${commandName(type)}: FileMaker is asked`);
+    },
+    {class: 'card', 'aria-label': commandName(type)},
+    h('h3', {}, commandName(type)),
+    h('p', {class: 'hint'}, kDescriptions[type]),
+    fieldsOf(type, suggestions),
+    h('button', {}, commandName(type)),
+  );
+  return element;
+}
+
+/** Where a command is, in words. `command.fetchedAt` is when the page learnt `secondsInState`. */
+export function stateText(command) {
+  const seconds = command.secondsInState + (performance.now() - command.fetchedAt) / 1000;
+  if (command.state === 'queued') return `Waits until FileMaker asks, for ${duration(seconds)} so far`;
+  if (command.state !== 'delivered') return command.state;
+  if (command.type !== 'GET_SCHEMA') return `At work for ${duration(seconds)}`;
+  return seconds <= kWait
+    ? `At work for ${duration(seconds)}. ${kWaits}`
+    : `At work for ${duration(seconds)}. FileMaker saves the design, or is busy.`;
+}
+
+async function repeat(command) {
+  let xmlContent;
+  if (command.type === 'SET_CLIPBOARD') {
+    const whole = await get(`commands/${segment(command.id)}`);
+    xmlContent = whole.xmlContent;
+    if (!xmlContent)
+      throw new Error('The service no longer has the XML of this command. Put the clip on the clipboard instead.');
+  }
+  await queue(command.type, {fileName: command.fileName, xmlType: command.xmlType, xmlContent});
+  announce(`${commandName(command.type)}: FileMaker is asked again`);
+}
+
+async function cancel(command) {
+  await post(`commands/${segment(command.id)}/cancel`);
+  announce('The command is cancelled');
+}
+
+const about = (command) => [command.fileName, command.xmlType && clipKind(command.xmlType)].filter(Boolean).join(', ');
+
+function openCommand(command) {
+  const text = h('span', {class: 'state-text'}, stateText(command));
+  const meter =
+    command.type === 'GET_SCHEMA' &&
+    command.state === 'delivered' &&
+    h('progress', {
+      max: String(kWait),
+      value: String(command.secondsInState),
+      'aria-label': 'Time that the plug-in waits',
+    });
+  return Object.assign(
+    h(
+      'li',
+      {},
+      h('a', {href: `#/commands/${segment(command.id)}`}, commandName(command.type)),
+      about(command) && h('span', {class: 'by'}, about(command)),
+      text,
+      meter,
+      command.state === 'queued' &&
+        button('Cancel', () => cancel(command), {class: 'plain', 'aria-label': `Cancel ${commandName(command.type)}`}),
+    ),
+    {
+      tick: () => {
+        text.textContent = stateText(command);
+        if (meter) meter.value = command.secondsInState + (performance.now() - command.fetchedAt) / 1000;
+      },
+    },
+  );
+}
+
+function columns() {
+  return [
+    {
+      name: 'Command',
+      text: (command) => commandName(command.type),
+      cell: (command) => h('a', {href: `#/commands/${segment(command.id)}`}, commandName(command.type)),
+    },
+    {name: 'About', text: about, cell: about},
+    {
+      name: 'State',
+      text: (command) => command.state,
+      cell: (command) => [
+        h('span', {class: `state ${command.state}`}, command.state),
+        reasonOf(command) && h('small', {}, reasonOf(command)),
+      ],
+    },
+    {name: 'Asked', text: (command) => command.queuedAt, cell: (command) => when(command.queuedAt)},
+    {
+      name: '',
+      label: 'Repeat',
+      sortable: false,
+      class: 'links',
+      text: () => '',
+      cell: (command) =>
+        !isOpen(command) &&
+        button('Repeat', () => repeat(command), {
+          class: 'quiet',
+          'aria-label': `Repeat ${commandName(command.type)} of ${when(command.queuedAt).textContent}`,
+        }),
+    },
+  ];
+}
+
+async function load(signal) {
+  const {commands} = await get(`commands?limit=${kHistory}`, signal);
+  return commands.reverse();
+}
+
+export function show(page) {
+  const suggestions = h('datalist', {id: 'file-names'});
+  const work = h('ul', {class: 'work', 'aria-label': 'At work'});
+  const table = list({
+    page,
+    label: 'History',
+    noun: 'command',
+    columns: columns(),
+    emptyText: 'Nothing has been asked yet.',
+  });
+  page.show(
+    'Commands',
+    {},
+    suggestions,
+    h('section', {class: 'at-work'}, h('h2', {}, 'At work'), work),
+    h(
+      'section',
+      {},
+      h('h2', {}, 'Ask FileMaker'),
+      h(
+        'div',
+        {class: 'cards'},
+        Object.keys(kDescriptions).map((type) => commandForm(type, suggestions)),
+      ),
+    ),
+    h('section', {}, h('h2', {}, 'History'), table.element),
+  );
+  page.watch({
+    topics: ['designs'],
+    load: designs,
+    apply: (all) =>
+      suggestions.replaceChildren(
+        ...[...new Set(all.map((design) => fileTitle(design.fileName)))].map((value) => h('option', {value})),
+      ),
+  });
+  page.watch({
+    topics: ['commands'],
+    load,
+    apply: (commands) => {
+      const fetchedAt = performance.now();
+      const open = commands.filter(isOpen).map((command) => ({...command, fetchedAt}));
+      keepingFocus(work, () =>
+        work.replaceChildren(
+          ...(open.length ? open.map(openCommand) : [h('li', {class: 'hint'}, 'Nothing at present.')]),
+        ),
+      );
+      table.update(commands.filter((command) => !isOpen(command)));
+    },
+  });
+  const timer = setInterval(() => [...work.children].forEach((item) => item.tick?.()), 1000);
+  page.signal.addEventListener('abort', () => clearInterval(timer));
+}

@@ -1,0 +1,218 @@
+// One element: its definition, what uses it, and what it uses.
+import {get, segment} from '../api.js';
+import {codeBlock, linker, parseText, stepLine} from '../code.js';
+import {elementAddress} from '../data.js';
+import {button, copy, empty, h, properties as propertyTable} from '../dom.js';
+import {count, number, when} from '../format.js';
+import {kindName, kindPlural, byKind} from '../kinds.js';
+import {list} from '../list.js';
+import {showInDesign} from '../shell.js';
+import {shortName} from './design.js';
+
+const kManyReferences = 12; // more than these are folded for each kind
+
+function facts(element) {
+  const by = element.user || element.account;
+  return h(
+    'p',
+    {class: 'facts'},
+    h('span', {class: 'badge'}, kindName(element.kind)),
+    element.parent &&
+      h(
+        'span',
+        {},
+        'in ',
+        element.parentAddress ? h('a', {href: element.parentAddress}, element.parent) : element.parent,
+      ),
+    element.detail && h('span', {}, element.detail),
+    element.time && h('span', {}, 'modified ', when(element.time), by && ` by ${by}`),
+    element.modifications &&
+      Number(element.modifications) > 0 &&
+      h('span', {}, count(Number(element.modifications), 'modification')),
+  );
+}
+
+const isPlain = (value) => value.length === 1;
+
+function definition(element, links) {
+  const {properties, lines} = parseText(element.text, element.kind);
+  const link = linker(links);
+  const plain = properties.filter(([, value]) => isPlain(value));
+  const long = properties.filter(([, value]) => !isPlain(value));
+  const name = element.kind === 'script' ? 'Steps' : 'Definition';
+  return [
+    lines.length > 0 &&
+      h(
+        'section',
+        {},
+        h(
+          'h2',
+          {},
+          name,
+          h('span', {class: 'amount'}, number(lines.length)),
+          button('Copy', () => copy(lines.join('\n'), 'Steps'), {class: 'quiet'}),
+        ),
+        codeBlock(lines, {label: name, line: stepLine, link, numbered: true}),
+      ),
+    long.map(([path, value]) =>
+      h('section', {}, h('h2', {}, words(path)), codeBlock(value, {label: words(path), link})),
+    ),
+    plain.length > 0 &&
+      h(
+        'section',
+        {},
+        h('h2', {}, 'Properties'),
+        propertyTable(
+          'Properties',
+          plain.map(([path, [value]]) => [words(path), link(value)]),
+        ),
+      ),
+  ];
+}
+
+// "Storage/LanguageReference/name" is easier to read with its parts apart.
+const words = (path) => path.split('/').join(' › ');
+
+function groups(title, references, side, design) {
+  const kinds = groupBy(references, (reference) => reference[`${side}Kind`]);
+  const sorted = [...kinds].sort((a, b) => byKind(a[0], b[0]));
+  return h(
+    'section',
+    {class: 'references'},
+    h('h2', {}, title, h('span', {class: 'amount'}, number(references.length))),
+    references.length === 0 &&
+      h('p', {class: 'hint'}, title === 'Used by' ? 'Nothing in this file refers to it.' : 'It refers to nothing.'),
+    sorted.map(([kind, entries]) =>
+      h(
+        'details',
+        {open: entries.length <= kManyReferences || sorted.length === 1},
+        h('summary', {}, kindPlural(kind), h('span', {class: 'amount'}, number(entries.length))),
+        h(
+          'ul',
+          {},
+          merged(entries, side).map(({reference, places}) =>
+            h('li', {}, target(reference, side, design), h('span', {class: 'place'}, places.join(', '))),
+          ),
+        ),
+      ),
+    ),
+  );
+}
+
+export function groupBy(items, keyOf) {
+  const map = new Map();
+  for (const item of items) {
+    const key = keyOf(item);
+    if (!map.has(key)) map.set(key, []);
+    map.get(key).push(item);
+  }
+  return map;
+}
+
+// One entry for each element, with all the places.
+function merged(references, side) {
+  const entries = new Map();
+  for (const reference of references) {
+    const id = reference[`${side}Key`] || reference[`${side}Name`];
+    if (!entries.has(id)) entries.set(id, {reference, places: []});
+    if (reference.place) entries.get(id).places.push(reference.place);
+  }
+  return [...entries.values()];
+}
+
+function target(reference, side, design) {
+  const key = reference[`${side}Key`];
+  const name = reference[`${side}Name`] || '(no name)';
+  return key
+    ? h('a', {href: elementAddress(design, key)}, name)
+    : h('span', {class: 'bad', title: 'It does not exist any more'}, name);
+}
+
+// A table shows its fields, a folder what is in it.
+function children(page, element, index) {
+  const inside = index.elements.filter((child) => child.parentKey === element.key);
+  if (!inside.length) return undefined;
+  const kind = inside[0].kind;
+  const table = list({
+    page,
+    label: kindPlural(kind),
+    noun: kindName(kind).toLowerCase(),
+    nouns: kindPlural(kind).toLowerCase(),
+    compact: true,
+    columns: [
+      {
+        name: 'Name',
+        text: shortName,
+        cell: (child) => h('a', {href: elementAddress(page.params.design, child.key)}, shortName(child)),
+      },
+      {name: 'Details', text: (child) => child.detail, cell: (child) => child.detail},
+    ],
+  });
+  table.update(inside);
+  return h('section', {}, h('h2', {}, kindPlural(kind)), table.element);
+}
+
+// A name can belong to several elements.
+const choice = (design, elements) =>
+  h(
+    'section',
+    {},
+    h('p', {}, 'Several elements have this name:'),
+    h(
+      'ul',
+      {class: 'plain-list'},
+      elements.map((element) =>
+        h('li', {}, h('a', {href: elementAddress(design, element.key)}, element.name), `, ${kindName(element.kind)}`),
+      ),
+    ),
+  );
+
+export function show(page) {
+  const {design, key} = page.params;
+  showInDesign(page, {
+    heading: 'Element',
+    current: (index) => index.byKey.get(key)?.kind,
+    fill: async (_, index) => {
+      page.heading.textContent = index.byKey.get(key)?.name ?? key;
+      try {
+        return await load(page, design, key, index);
+      } catch (error) {
+        if (error.name === 'AbortError') return [];
+        return empty('This element cannot be shown', h('p', {}, error.message));
+      }
+    },
+  });
+}
+
+async function load(page, design, key, index) {
+  const path = `designs/${segment(design)}`;
+  const [{elements}, {references}] = await Promise.all([
+    get(`${path}/elements/${segment(key)}`, page.signal),
+    get(`${path}/references?of=${segment(key)}`, page.signal),
+  ]);
+  if (elements.length > 1) return choice(design, elements);
+  const [element] = elements;
+  page.heading.textContent = shortName(element) || '(no name)';
+  element.parentAddress = element.parentKey && elementAddress(design, element.parentKey);
+  const uses = references.filter((reference) => reference.fromKey === element.key);
+  const usedBy = references.filter((reference) => reference.toKey === element.key && reference.fromKey !== element.key);
+  const links = new Map(
+    uses
+      .filter((reference) => reference.toKey)
+      .map((reference) => [reference.toName, elementAddress(design, reference.toKey)]),
+  );
+  return [
+    facts(element),
+    h(
+      'div',
+      {class: 'element'},
+      h('div', {class: 'definition'}, children(page, element, index), definition(element, links)),
+      h(
+        'aside',
+        {'aria-label': 'References'},
+        groups('Used by', usedBy, 'from', design),
+        groups('Uses', uses, 'to', design),
+      ),
+    ),
+  ];
+}

@@ -1,0 +1,209 @@
+// One box over all designs and clips, with results as one types.
+import {get, query, segment} from '../api.js';
+import {designs, elementAddress} from '../data.js';
+import {empty, field, h, select, settled} from '../dom.js';
+import {count, fileTitle, number, when} from '../format.js';
+import {clipKind, kindName} from '../kinds.js';
+
+const kHits = 100;
+const kClips = 20;
+const kQuiet = 90; // ms without a key before the service is asked
+const kLongest = 240; // characters of a line around the hit
+
+// The line with the hit marked, shortened around it.
+function marked(text, wanted) {
+  const at = text.toLowerCase().indexOf(wanted.toLowerCase());
+  if (at < 0) return text.slice(0, kLongest);
+  const start = Math.max(0, at - kLongest / 2);
+  const end = Math.min(text.length, at + wanted.length + kLongest / 2);
+  return [
+    start > 0 && '…',
+    text.slice(start, at),
+    h('mark', {}, text.slice(at, at + wanted.length)),
+    text.slice(at + wanted.length, end),
+    end < text.length && '…',
+  ];
+}
+
+const lifeOf = (hit, newest) => (hit.lastDesign === newest.get(hit.fileName) ? '' : 'not in the newest design');
+
+// The hits of one element stand together; what is no longer there comes last.
+function byElement(hits, newest) {
+  const groups = new Map();
+  for (const hit of hits) {
+    const id = [hit.fileName, hit.kind, hit.uuid || hit.name].join('\n');
+    if (!groups.has(id)) groups.set(id, []);
+    groups.get(id).push(hit);
+  }
+  const isGone = ([hit]) => lifeOf(hit, newest) !== '';
+  return [...groups.values()].sort((a, b) => isGone(a) - isGone(b));
+}
+
+function elementHits(hits, wanted, newest) {
+  const [first] = hits;
+  const life = lifeOf(first, newest);
+  return h(
+    'li',
+    {},
+    h(
+      'div',
+      {class: 'hit-head'},
+      h(
+        'a',
+        {href: elementAddress(first.lastDesign, first.key || first.uuid || first.name)},
+        marked(first.name || '(no name)', wanted),
+      ),
+      h('span', {class: 'badge'}, kindName(first.kind)),
+      h('span', {class: 'by'}, fileTitle(first.fileName), life && `, ${life}`),
+    ),
+    hits
+      .filter((hit) => hit.property !== 'name')
+      .slice(0, 5)
+      .map((hit) =>
+        h(
+          'div',
+          {class: 'hit-line'},
+          h(
+            'span',
+            {class: 'place'},
+            hit.property === 'steps' ? `line ${hit.line}` : hit.property.split('/').slice(-2).join(' › '),
+          ),
+          h('code', {}, marked(hit.text.trim(), wanted)),
+        ),
+      ),
+    hits.length > 6 && h('div', {class: 'hint'}, `and ${number(hits.length - 6)} more lines`),
+  );
+}
+
+function clipHit(clip, wanted) {
+  return h(
+    'li',
+    {},
+    h(
+      'div',
+      {class: 'hit-head'},
+      h('a', {href: `#/clips/${segment(clip.id)}`}, marked(clip.title || clip.label || 'Untitled', wanted)),
+      h('span', {class: 'badge'}, clipKind(clip.xmlType)),
+      h('span', {class: 'by'}, 'clip, ', when(clip.receivedAt)),
+    ),
+  );
+}
+
+function results({found, clips, newest}, wanted) {
+  if (!found.total && !clips.total) {
+    return empty('Nothing found', h('p', {}, `No name, formula, step, property or clip contains “${wanted}”.`));
+  }
+  return [
+    found.total > 0 &&
+      h(
+        'section',
+        {},
+        h('h2', {}, 'In designs', h('span', {class: 'amount'}, number(found.total))),
+        h(
+          'ul',
+          {class: 'hits', 'aria-label': 'Hits in designs'},
+          byElement(found.hits, newest).map((hits) => elementHits(hits, wanted, newest)),
+        ),
+        found.total > found.hits.length &&
+          h(
+            'p',
+            {class: 'hint'},
+            `The first ${number(found.hits.length)} of ${count(found.total, 'line')} are shown. Type more.`,
+          ),
+      ),
+    clips.total > 0 &&
+      h(
+        'section',
+        {},
+        h('h2', {}, 'In clips', h('span', {class: 'amount'}, number(clips.total))),
+        h(
+          'ul',
+          {class: 'hits', 'aria-label': 'Hits in clips'},
+          clips.clips.map((clip) => clipHit(clip, wanted)),
+        ),
+        clips.total > clips.clips.length &&
+          h('p', {}, h('a', {href: `#/clips${query({text: wanted})}`}, 'Show all of them in Clips')),
+      ),
+  ];
+}
+
+const introduction = () =>
+  empty(
+    'Search everything that was received',
+    h(
+      'p',
+      {},
+      'Names, formulas, script steps, layout texts and all other properties of all designs, and the clips. ' +
+        'Press / on any page to come here.',
+    ),
+  );
+
+function fileChoice(page, all, changed) {
+  const names = [...new Set(all.map((design) => design.fileName))].sort();
+  const choice = select(
+    [['', 'All files'], ...names.map((name) => [name, fileTitle(name)])],
+    page.query.get('file') ?? '',
+    {name: 'file'},
+  );
+  choice.addEventListener('change', () => {
+    page.setQuery({file: choice.value});
+    changed();
+  });
+  return field('File', choice);
+}
+
+export function show(page) {
+  const input = h('input', {
+    type: 'search',
+    name: 'text',
+    value: page.query.get('text') ?? '',
+    autocomplete: 'off',
+    spellcheck: 'false',
+  });
+  const files = h('div');
+  const total = h('p', {class: 'total', 'aria-live': 'polite'});
+  const place = h('div', {class: 'results'});
+  const box = h(
+    'form',
+    {role: 'search', class: 'search-form', onsubmit: (event) => event.preventDefault()},
+    field('Search', input),
+    files,
+  );
+  page.show('Search', {}, box, total, place);
+  let newest = new Map();
+  const load = async (signal) => {
+    const text = input.value.trim();
+    if (!text) return {text};
+    const file = page.query.get('file') ?? '';
+    const [found, clips] = await Promise.all([
+      get(`designs/search${query({text, file, limit: kHits})}`, signal),
+      file ? {total: 0, clips: []} : get(`clips${query({text, limit: kClips})}`, signal),
+    ]);
+    return {text, found, clips, newest: [...newest]};
+  };
+  const apply = (data) => {
+    total.textContent = data.text
+      ? `${count(data.found.total, 'line')} in designs, ${count(data.clips.total, 'clip')}`
+      : '';
+    place.replaceChildren(
+      ...[data.text ? results({...data, newest}, data.text) : introduction()].flat().filter(Boolean),
+    );
+  };
+  const failed = (error) => place.replaceChildren(empty('The search failed', h('p', {}, error.message)));
+  page.watch({
+    topics: ['designs'],
+    load: designs,
+    apply: (all) => {
+      newest = new Map(all.map((design) => [design.fileName, design.id]));
+      files.replaceChildren(fileChoice(page, all, () => refresh()));
+      refresh();
+    },
+  });
+  const refresh = page.watch({topics: ['clips', 'designs'], load, apply, failed});
+  const soon = settled(refresh, kQuiet);
+  input.addEventListener('input', () => {
+    page.setQuery({text: input.value});
+    soon();
+  });
+  input.focus();
+}

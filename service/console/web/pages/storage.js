@@ -1,0 +1,158 @@
+// How much there is, how long it is kept, and ways to delete and to save it.
+import {get, post, query} from '../api.js';
+import {announce, button, confirmed, field, form, h, select, table} from '../dom.js';
+import {count, number, size, when} from '../format.js';
+import {list} from '../list.js';
+
+const kRecords = 1000;
+const kDay = 86400; // seconds
+
+const kKindNames = {
+  'sign-in': 'Sign-ins',
+  push: 'Clipboard, lists and reports',
+  diagnostic: 'Diagnostics',
+  ingest: 'Designs',
+  snapshot: 'Snapshots',
+  upload: 'Uploads',
+};
+const kindTitle = (kind) => kKindNames[kind] ?? kind;
+
+const kSizeColumns = ['What', {name: 'Count', class: 'number'}, {name: 'Size', class: 'number'}];
+
+function sizes(storage) {
+  const row = (name, amount, bytes) =>
+    h(
+      'tr',
+      {},
+      h('th', {scope: 'row'}, name),
+      h('td', {class: 'number'}, amount),
+      h('td', {class: 'number'}, size(bytes)),
+    );
+  const rows = [
+    ...storage.kinds.map((kind) => row(kindTitle(kind.kind), number(kind.count), kind.bytes)),
+    row('Database on the disk', '', storage.databaseBytes),
+    row('Index of the designs', '', storage.indexBytes),
+  ];
+  return [
+    h('p', {class: 'facts'}, 'In ', h('code', {}, storage.folder)),
+    table('Sizes', kSizeColumns, rows, {class: 'compact narrow'}),
+  ];
+}
+
+function retentionForm(retention) {
+  const input = (name, value) =>
+    h('input', {
+      name,
+      type: 'number',
+      min: '1',
+      max: '36500',
+      value: value ?? '',
+      inputmode: 'numeric',
+      autocomplete: 'off',
+    });
+  return form(
+    async ({days, keep}) => {
+      const explanation =
+        days || keep
+          ? 'The service deletes what is older at each start and once a day. Deleted data cannot be restored.'
+          : '';
+      if (explanation && !(await confirmed('Delete old data regularly?', explanation, 'Save the rule'))) return;
+      await post('retention', {days, keep});
+      announce(days || keep ? 'Old data is deleted regularly' : 'Everything is kept');
+    },
+    {class: 'inline', 'aria-label': 'Retention'},
+    field('Delete what is older than (days)', input('days', retention.days), 'Empty: never'),
+    field('Always keep the newest of each kind and name', input('keep', retention.keep), 'Empty: none'),
+    h('button', {class: 'plain'}, 'Save'),
+  );
+}
+
+function pruneForm() {
+  return form(
+    async ({days, keep}) => {
+      if (!days && !keep) throw new Error('Enter an age, a number, or both.');
+      if (!(await confirmed('Delete now?', 'Deleted data cannot be restored. A backup keeps it.', 'Delete'))) return;
+      const message = {...(days && {olderThan: String(days * kDay)}), ...(keep && {keep})};
+      const pruned = await post('prune', message);
+      announce(`Deleted: ${count(pruned.commands, 'command')}, ${count(pruned.records, 'record')}`);
+    },
+    {class: 'inline', 'aria-label': 'Delete now'},
+    field('Older than (days)', h('input', {name: 'days', type: 'number', min: '0', max: '36500', autocomplete: 'off'})),
+    field('Keep the newest', h('input', {name: 'keep', type: 'number', min: '0', autocomplete: 'off'})),
+    h('button', {class: 'danger'}, 'Delete now'),
+  );
+}
+
+function recordColumns() {
+  const remove = async (record) => {
+    if (!(await confirmed(`Delete record ${record.number}?`, 'Deleted data cannot be restored.', 'Delete the record')))
+      return;
+    await post(`records/${record.number}/delete`);
+    announce('Record deleted');
+  };
+  return [
+    {name: 'Number', class: 'number', text: (record) => record.number, cell: (record) => String(record.number)},
+    {name: 'Kind', text: (record) => kindTitle(record.kind), cell: (record) => kindTitle(record.kind)},
+    {
+      name: 'Name',
+      text: (record) => record.name,
+      cell: (record) =>
+        h('a', {href: `/operator/records/${record.number}/content`, download: record.name}, record.name),
+    },
+    {name: 'Received', text: (record) => record.receivedAt, cell: (record) => when(record.receivedAt)},
+    {name: 'Size', class: 'number', text: (record) => record.bytes, cell: (record) => size(record.bytes)},
+    {
+      name: '',
+      label: 'Delete',
+      sortable: false,
+      text: () => '',
+      cell: (record) =>
+        button('Delete', () => remove(record), {class: 'quiet', 'aria-label': `Delete record ${record.number}`}),
+    },
+  ];
+}
+
+export function show(page) {
+  const retention = h('div');
+  const records = list({
+    page,
+    label: 'Records',
+    noun: 'record',
+    columns: recordColumns(),
+    compact: true,
+    emptyText: 'Nothing has been received yet.',
+  });
+  const kind = select([['', 'All kinds'], ...Object.entries(kKindNames)], page.query.get('kind') ?? '');
+  kind.addEventListener('change', () => {
+    page.setQuery({kind: kind.value});
+    refresh();
+  });
+  page.show(
+    'Storage',
+    {actions: h('a', {class: 'button', href: '/operator/backup', download: 'varnix-service.db'}, 'Save a backup')},
+    page.region({
+      topics: ['records', 'designs', 'clips', 'commands'],
+      load: (signal) => get('storage', signal),
+      render: sizes,
+    }),
+    h('section', {}, h('h2', {}, 'Retention'), retention),
+    h('section', {}, h('h2', {}, 'Delete once'), pruneForm()),
+    h(
+      'section',
+      {},
+      h('h2', {}, 'What was received'),
+      h('div', {class: 'filters'}, field('Kind', kind)),
+      records.element,
+    ),
+  );
+  page.watch({
+    load: async (signal) => (await get('storage', signal)).retention,
+    apply: (rule) => retention.replaceChildren(retentionForm(rule)),
+  });
+  const refresh = page.watch({
+    topics: ['records'],
+    load: async (signal) =>
+      (await get(`records${query({kind: page.query.get('kind') ?? '', limit: kRecords})}`, signal)).records.reverse(),
+    apply: (all) => records.update(all),
+  });
+}

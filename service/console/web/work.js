@@ -1,0 +1,83 @@
+// Commands for the plug-in, and waiting for what becomes of them.
+import {get, getText, post, segment} from './api.js';
+import {announce} from './dom.js';
+import {subscribe} from './live.js';
+
+const kLook = 2000; // ms between looks when no event arrives
+
+export const kCommands = {
+  LIST_FILES: 'List open files',
+  GET_CLIPBOARD: 'Get the clipboard',
+  GET_CLIPBOARD_FORMATS: 'List clipboard formats',
+  SET_CLIPBOARD: 'Set the clipboard',
+  DEBUG_CONTEXT: 'Report the context',
+  GET_SCHEMA: 'Get a design',
+};
+
+export const commandName = (type) => kCommands[type] ?? type;
+export const isOpen = (command) => command.state === 'queued' || command.state === 'delivered';
+
+/** Queues a command; the id. */
+export async function queue(type, values = {}) {
+  const set = Object.entries(values).filter(([, value]) => value);
+  return (await post('commands', {type, ...Object.fromEntries(set)})).id;
+}
+
+/** Resolves to the command once it is finished. `changed` sees it after each change until then. */
+export function finished(id, {signal, changed = () => {}} = {}) {
+  return new Promise((resolve, reject) => {
+    const look = async () => {
+      let command;
+      try {
+        command = await get(`commands/${segment(id)}`, signal);
+      } catch (error) {
+        if (error.status || error.name === 'AbortError') end(reject, error);
+        return; // otherwise the service is away, and comes back
+      }
+      changed(command);
+      if (!isOpen(command)) end(resolve, command);
+    };
+    const unsubscribe = subscribe(['commands', 'reconnected'], look);
+    const timer = setInterval(look, kLook);
+    const end = (settle, value) => {
+      clearInterval(timer);
+      unsubscribe();
+      settle(value);
+    };
+    look();
+  });
+}
+
+/** The text of a command's result; an Error with the plug-in's reason when there is none. */
+export async function resultOf(type, values, signal) {
+  const command = await finished(await queue(type, values), {signal});
+  if (command.state !== 'completed') throw new Error(reasonOf(command));
+  return getText(`commands/${segment(command.id)}/result`, signal);
+}
+
+/** Why a command did not complete, in one sentence. */
+export function reasonOf(command) {
+  if (command.state === 'failed')
+    return command.error?.replace(/^ERROR:\s*/, '') || 'The plug-in reported a failure without a reason.';
+  if (command.state === 'expired') return 'FileMaker did not ask for the command in time.';
+  if (command.state === 'cancelled') return 'The command was cancelled.';
+  return '';
+}
+
+/** Asks FileMaker for the design of a file and announces how that goes. */
+export async function requestDesign(fileName, signal) {
+  announce(`FileMaker is asked for the design of ${fileName}…`);
+  const command = await finished(await queue('GET_SCHEMA', {fileName}), {signal});
+  if (command.state !== 'completed') throw new Error(reasonOf(command));
+  announce(`The design of ${fileName} has arrived`);
+  return command;
+}
+
+/** The snippet of the service goes to FileMaker's clipboard. */
+export async function placed(path, what) {
+  const {id} = await post(path);
+  announce(`${what} is on its way to FileMaker's clipboard…`);
+  const command = await finished(id);
+  if (command.state !== 'completed') throw new Error(reasonOf(command));
+  announce(`${what} is on FileMaker's clipboard`);
+}
