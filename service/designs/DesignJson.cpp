@@ -89,7 +89,7 @@ Json DescribeElement(const Element& element) {
   return {{"kind", NamesOf(element.kind).word}, {"uuid", element.uuid}, {"name", DisplayName(element)}};
 }
 
-Json DescribeElement(const solution::Design& design, const Element& element) {
+Json DescribeElementIn(const solution::Design& design, const Element& element) {
   Json json = {{"key", KeyOf(design, element)}};
   json.update(DescribeElement(element));
   json["id"] = element.id;
@@ -103,14 +103,15 @@ Json DescribeElement(const solution::Design& design, const Element& element) {
   return json;
 }
 
-Json DescribeReference(const solution::Design& design, const solution::Reference& reference) {
+Json DescribeReferenceIn(const solution::Design& design, const solution::Reference& reference) {
   Json json = DescribeReference(reference);
   json["fromKey"] = KeyOf(design, *reference.from);
   json["toKey"] = reference.to == nullptr ? "" : KeyOf(design, *reference.to);
   return json;
 }
 
-Json DescribeChange(const solution::Design& older, const solution::Design& newer, const solution::Change& change) {
+Json DescribeChangeBetween(const solution::Design& older, const solution::Design& newer,
+                           const solution::Change& change) {
   const Element& element = *(change.newer ? change.newer : change.older);
   Json json = DescribeChange(change);
   json["key"] = KeyOf(change.newer ? newer : older, element);

@@ -21,9 +21,9 @@ nlohmann::ordered_json DescribeReference(const solution::Reference& reference);
 nlohmann::ordered_json DescribeElement(const solution::Element& element);
 
 /// What requests get more: keys of elements, who changed what, values before and after.
-nlohmann::ordered_json DescribeElement(const solution::Design& design, const solution::Element& element);
-nlohmann::ordered_json DescribeReference(const solution::Design& design, const solution::Reference& reference);
-nlohmann::ordered_json DescribeChange(const solution::Design& older, const solution::Design& newer,
-                                      const solution::Change& change);
+nlohmann::ordered_json DescribeElementIn(const solution::Design& design, const solution::Element& element);
+nlohmann::ordered_json DescribeReferenceIn(const solution::Design& design, const solution::Reference& reference);
+nlohmann::ordered_json DescribeChangeBetween(const solution::Design& older, const solution::Design& newer,
+                                             const solution::Change& change);
 
 }  // namespace service

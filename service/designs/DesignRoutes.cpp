@@ -24,11 +24,11 @@ Json DescribeAll(const Items& items, Describe describe) {
 }
 
 Json DescribeElements(const Design& design, const std::vector<const Element*>& elements) {
-  return DescribeAll(elements, [&design](const Element* element) { return DescribeElement(design, *element); });
+  return DescribeAll(elements, [&design](const Element* element) { return DescribeElementIn(design, *element); });
 }
 
 Json DescribeReferences(const Design& design, const std::vector<const solution::Reference*>& references) {
-  return DescribeAll(references, [&design](const auto* reference) { return DescribeReference(design, *reference); });
+  return DescribeAll(references, [&design](const auto* reference) { return DescribeReferenceIn(design, *reference); });
 }
 
 std::unique_ptr<const Design> ReadStored(Context& context, std::int64_t id) {
@@ -81,7 +81,7 @@ Response ShowChanges(Context& context, const Request& request) {
   const Design &older = olderOpened->design(), &newer = newerOpened->design();
   const auto comparison = Compare(older, newer);
   const auto describe = [&](const solution::Change& change) {
-    return withDetails ? DescribeChange(older, newer, change) : DescribeChange(change);
+    return withDetails ? DescribeChangeBetween(older, newer, change) : DescribeChange(change);
   };
   return JsonAnswer({{"warnings", comparison.warnings}, {"changes", DescribeAll(comparison.changes, describe)}});
 }
@@ -104,7 +104,7 @@ Response ListElements(Context& context, const Request& request) {
   Json elements = Json::array();
   for (const Element& element : opened->design().elements()) {
     if (!kind.empty() && kind != NamesOf(element.kind).word) continue;
-    elements.push_back(DescribeElement(opened->design(), element));
+    elements.push_back(DescribeElementIn(opened->design(), element));
   }
   return JsonAnswer({{"elements", std::move(elements)}});
 }
@@ -113,7 +113,7 @@ Response ShowElements(Context& context, const Request& request) {
   const auto opened = Open(context, request, 0);
   const Design& design = opened->design();
   return JsonAnswer({{"elements", DescribeAll(Named(design, request.captures[1]), [&](const Element* element) {
-                        Json json = DescribeElement(design, *element);
+                        Json json = DescribeElementIn(design, *element);
                         json["text"] = CanonicalText(design, *element);
                         return json;
                       })}});
