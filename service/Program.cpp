@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <cstring>
 
-extern char** environ;
+extern char** environ;  // NOLINT(readability-redundant-declaration): macOS does not declare it
 
 namespace service {
 
