@@ -36,14 +36,14 @@ includes_of_the_plugin() {
 }
 
 long_files() {
-  git ls-files -- '*.cpp' '*.h' '*.mm' '*.js' '*.css' '*.html' '*.py' '*.sh' '*.cmake' '*CMakeLists.txt' Makefile |
+  git ls-files -- '*.cpp' '*.h' '*.mm' '*.js' '*.mjs' '*.css' '*.html' '*.py' '*.sh' '*.cmake' '*CMakeLists.txt' Makefile |
     xargs wc -l | awk '$2 != "total" && $1 > 400 { print $2 ": " $1 " lines" }'
 }
 
 # A function begins at the left margin and ends with a brace there. clang-tidy sees those within classes.
 long_functions() {
   # shellcheck disable=SC2016 # awk's own variables
-  git ls-files -- '*.cpp' '*.h' '*.mm' '*.js' '*.sh' .ci/run | xargs awk '
+  git ls-files -- '*.cpp' '*.h' '*.mm' '*.js' '*.mjs' '*.sh' .ci/run | xargs awk '
     FNR == 1 { inside = 0; start = "" }
     !inside && /^[-+A-Za-z_~:]/ { start = $0; first = FNR }
     !inside && /\{$/ && start !~ /^(namespace|extern "C"|class|struct|enum|union)/ { inside = 1 }
