@@ -11,6 +11,7 @@
 
 #include "HttpError.h"
 #include "Routes.h"
+#include "console/EventStream.h"
 
 namespace service {
 namespace {
@@ -129,7 +130,9 @@ void Connection::AcceptBody(Error error) {
 void Connection::AnswerRequest() {
   Try([&] {
     request_.body = body_->bytes();
-    Send(route_->answer(context_, request_));
+    Response response = route_->answer(context_, request_);
+    if (!response.streamsEvents) return Send(std::move(response));
+    std::make_shared<EventStream>(stream_.release_socket(), context_)->Start();
   });
 }
 

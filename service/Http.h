@@ -28,6 +28,7 @@ struct Response {
   std::string body;
   std::string contentType = "application/json";
   std::vector<std::pair<std::string, std::string>> headers = {};
+  bool streamsEvents = false;  ///< instead of all this, the connection is told of changes until it ends
 };
 
 /// Sets path and query of `request` from the target of a request line, "/path?name=value".

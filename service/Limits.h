@@ -21,6 +21,9 @@ struct Times {
   std::chrono::milliseconds request = std::chrono::seconds(150);  ///< all of it; the plug-in gives up after 120 s
   std::chrono::milliseconds linger = std::chrono::seconds(10);    ///< for a sender that is answered before its end
   std::chrono::milliseconds end = std::chrono::seconds(3);        ///< for requests at work when the service ends
+  std::chrono::milliseconds comment = std::chrono::seconds(15);   ///< between two signs of life in a stream of events
+  std::chrono::milliseconds poll = std::chrono::seconds(10);      ///< without a poll, until no plug-in is connected
+  std::chrono::milliseconds watch = std::chrono::seconds(1);      ///< between two looks at what time has changed
 };
 
 /// Bodies above the limit, and bodies that come while the others already fill twice the limit, are refused.

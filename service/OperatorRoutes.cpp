@@ -140,6 +140,7 @@ Response Prune(Context& context, const Request& request) {
   const auto keep = Number("keep", Find(message, "keep"), 0, INT64_MAX, 0);
   const Pruned pruned = context.store.Prune(std::chrono::seconds(age), keep);
   context.storeChanged();
+  context.events.Fire(Change::kClips);
   return JsonAnswer({{"commands", pruned.commands}, {"records", pruned.records}});
 }
 

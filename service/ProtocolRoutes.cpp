@@ -30,12 +30,15 @@ Response Keep(Context& context, const Message& message, const KeptMembers& kept)
 Response SignIn(Context& context, const Request& request) {
   const Message message = ReadSigned(context, request, {{"email"}, {"licenseKey"}, {"machineId"}, {"pluginVersion"}});
   context.Log("sign-in: " + message.at("email") + ", plug-in " + message.at("pluginVersion"));
+  context.events.Fire(Change::kStatus);
   return Keep(context, message, {"sign-in", "email", "machineId", "pluginVersion"});
 }
 
 Response TakePush(Context& context, const Request& request) {
   const Message message = ReadSigned(context, request, {{"licenseKey"}, {"xmlType"}, {"xmlContent"}, {"label", false}});
-  return Keep(context, message, {"push", "xmlType", "label", "xmlContent"});
+  Response response = Keep(context, message, {"push", "xmlType", "label", "xmlContent"});
+  context.events.Fire(Change::kClips);
+  return response;
 }
 
 Response TakeDiagnostic(Context& context, const Request& request) {

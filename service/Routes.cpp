@@ -18,9 +18,16 @@ Json LastPoll::Describe() const {
           {"pluginVersion", pluginVersion_}};
 }
 
+bool LastPoll::IsRecent(std::chrono::milliseconds age) const {
+  const std::lock_guard lock(mutex_);
+  return time_ && std::chrono::steady_clock::now() - *time_ <= age;
+}
+
 void Context::Log(const std::string& event) const {
   if (log) log(LineForTerminal(access.WithoutKey(event)));
 }
+
+std::string ServiceVersion() { return VARNIX_VERSION; }
 
 Response JsonAnswer(const Json& json, int status) {
   // What is kept is UTF-8 when it comes in; only the echo of a wrong request may be cut or never have been.

@@ -13,6 +13,7 @@
 #include "Limits.h"
 #include "Router.h"
 #include "Store.h"
+#include "console/EventHub.h"
 #include "console/Sessions.h"
 #include "designs/DesignCache.h"
 
@@ -27,6 +28,9 @@ class LastPoll {
 
   /// {"secondsSincePoll":N,"pluginVersion":"V"}, both null when there was no poll since the service started.
   Json Describe() const;
+
+  /// True when the last poll was not longer ago than `age`.
+  bool IsRecent(std::chrono::milliseconds age) const;
 
  private:
   mutable std::mutex mutex_;
@@ -43,6 +47,7 @@ struct Context {
   std::function<void(const std::string& line)> log = {};
   Times times = {};
   LastPoll lastPoll = {};
+  EventHub events = {};
   Sessions sessions{store};
   std::string url = {};  ///< of the service, "http://127.0.0.1:8765"; set by the server
   DesignCache designs = {};
@@ -66,6 +71,9 @@ std::span<const Route> DesignRoutes();
 
 /// The console's page, and who may use it.
 std::span<const Route> ConsoleRoutes();
+
+/// The version of this service.
+std::string ServiceVersion();
 
 /// `json` as compact UTF-8.
 Response JsonAnswer(const Json& json, int status = 200);

@@ -12,6 +12,7 @@
 #include "Server.h"
 #include "Subcommands.h"
 #include "console/Console.h"
+#include "console/Watch.h"
 #include "designs/DesignIndexer.h"
 
 namespace service {
@@ -77,11 +78,15 @@ ExitStatus RunServe(const Options& options) {
   const std::string key = AccountKey(options, address);
   Context context{store, Access(key, address.host), BodyLimit(static_cast<std::size_t>(options.maxBody) << 20),
                   options.latestVersion.empty() ? VARNIX_VERSION : options.latestVersion, LogLine};
-  DesignIndexer indexer(options.Folder(), [&context](const std::string& event) { context.Log(event); });
+  store.Observe([&context](Change change) { context.events.Fire(change); });
+  DesignIndexer indexer(
+      options.Folder(), [&context](const std::string& event) { context.Log(event); },
+      [&context] { context.events.Fire(Change::kDesigns); });
   context.storeChanged = [&context, &indexer] {
     context.designs.Forget([&context](std::int64_t id) { return !context.store.FindRecord(id); });
     indexer.Wake();
   };
+  const Watch watch(context);
   const Server server(address, context);
   std::cout << context.url << "\nTo sign in, evaluate in FileMaker:  " << context.access.SignInLine(context.url)
             << "\nConsole:  " << ConsoleAddress(context.url, context.sessions.NewToken()) << std::endl;

@@ -44,6 +44,7 @@ class Server::Listener {
   }
 
   ~Listener() {
+    context_.events.End();
     asio::post(acceptor_.get_executor(), [this] {
       acceptor_.close();
       pause_.cancel();

@@ -155,6 +155,13 @@ void Store::ExpireCommands() {
             "UPDATE commands SET state = 'expired', finished = expires WHERE state = 'queued' AND expires <= ?1",
             clock_())
       .Step();
+  if (sqlite3_changes(database_.handle()) > 0) changed_(Change::kCommands);
+}
+
+void Store::Expire() {
+  const std::lock_guard lock(mutex_);
+  CheckFile();
+  ExpireCommands();
 }
 
 std::string Store::Enqueue(const CommandType& type, const CommandArguments& arguments,
@@ -171,6 +178,7 @@ std::string Store::Enqueue(const CommandType& type, const CommandArguments& argu
   std::string id;
   insert.Read(id);
   insert.Step();  // ends the statement, which commits it
+  changed_(Change::kCommands);
   return id;
 }
 
@@ -191,6 +199,7 @@ std::optional<Command> Store::Deliver() {
   update.Read(command.id, command.type, command.arguments.fileName, command.arguments.xmlType,
               command.arguments.xmlContent);
   update.Step();  // ends the statement, which commits it
+  changed_(Change::kCommands);
   return command;
 }
 
@@ -204,6 +213,7 @@ Cancellation Store::Cancel(const std::string& id) {
   find.Read(state);
   if (state != "queued") return Cancellation::kNotQueued;
   Statement(database_, "UPDATE commands SET state = 'cancelled', finished = ?1 WHERE id = ?2", clock_(), id).Step();
+  changed_(Change::kCommands);
   return Cancellation::kCancelled;
 }
 
@@ -228,6 +238,8 @@ Completion Store::Complete(const std::string& id, const std::string& state, cons
       .Step();
   if (state == "completed") ClaimResult(database_, command, recordsBefore);
   transaction.Commit();
+  changed_(Change::kCommands);
+  changed_(Change::kRecords);
   return Completion::kAccepted;
 }
 
@@ -244,6 +256,8 @@ std::int64_t Store::Add(const Record& record) {
       .Step();
   const std::int64_t number = sqlite3_last_insert_rowid(database_.handle());
   transaction.Commit();
+  changed_(Change::kRecords);
+  if (record.kind == "diagnostic") changed_(Change::kCommands);
   return number;
 }
 
@@ -296,32 +310,6 @@ std::string Store::Content(std::int64_t number) {
   std::string bytes;
   if (row.Step()) row.Read(bytes);
   return bytes;
-}
-
-Pruned Store::Prune(std::chrono::seconds age, std::int64_t keep) {
-  const std::lock_guard lock(mutex_);
-  CheckFile();
-  const std::int64_t before = clock_() - Milliseconds(age);
-  Pruned pruned;
-  {
-    Transaction transaction(database_);
-    Statement(database_,
-              "DELETE FROM records WHERE received < ?1 AND (SELECT count(*) FROM records AS newer"
-              " WHERE newer.kind = records.kind AND newer.name = records.name AND newer.number > records.number) >= ?2",
-              before, keep)
-        .Step();
-    pruned.records = sqlite3_changes(database_.handle());
-    Statement(database_,
-              "DELETE FROM commands WHERE finished < ?1 AND id NOT IN (SELECT command FROM records"
-              " WHERE command IS NOT NULL)",
-              before)
-        .Step();
-    pruned.commands = sqlite3_changes(database_.handle());
-    database_.Execute("DELETE FROM contents WHERE number NOT IN (SELECT content FROM records)");
-    transaction.Commit();
-  }
-  database_.Execute("VACUUM");
-  return pruned;
 }
 
 Totals Store::Count() {

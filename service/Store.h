@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Change.h"
 #include "CommandTypes.h"
 #include "Cryptography.h"
 #include "Database.h"
@@ -100,6 +101,9 @@ class Store {
   /// open. Refuses a folder or database that other users can write to.
   explicit Store(const std::string& folder, Clock clock = SystemTime);
 
+  /// Has `changed` called after each change, on the thread that made it. Call it before others use the store.
+  void Observe(std::function<void(Change)> changed) { changed_ = std::move(changed); }
+
   /// Queues a command and returns its new id, 16 hexadecimal digits. It expires when nobody has asked for it within
   /// `queuedFor`, or within the time that its type has.
   std::string Enqueue(const CommandType& type, const CommandArguments& arguments,
@@ -109,6 +113,9 @@ class Store {
   /// A command whose result could be confused with that of one delivered before waits until that one is finished, or
   /// has had as long as its type takes.
   std::optional<Command> Deliver();
+
+  /// Ends the queued commands whose time is over. Every other operation on commands does so too.
+  void Expire();
 
   /// Ends a queued command.
   Cancellation Cancel(const std::string& id);
@@ -152,6 +159,7 @@ class Store {
   std::mutex mutex_;
   Clock clock_;
   std::string path_;
+  std::function<void(Change)> changed_ = [](Change) {};
   FolderLock lock_;
   Database database_;
   std::uint64_t inode_ = 0;

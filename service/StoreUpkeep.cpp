@@ -1,9 +1,37 @@
-// What the store keeps about itself: the sessions of the console.
+// How the store gets rid of what is old, and what it keeps for the console.
 #include <algorithm>
 
 #include "Store.h"
 
 namespace service {
+
+Pruned Store::Prune(std::chrono::seconds age, std::int64_t keep) {
+  const std::lock_guard lock(mutex_);
+  CheckFile();
+  const std::int64_t before = clock_() - std::chrono::milliseconds(age).count();
+  Pruned pruned;
+  {
+    Transaction transaction(database_);
+    Statement(database_,
+              "DELETE FROM records WHERE received < ?1 AND (SELECT count(*) FROM records AS newer"
+              " WHERE newer.kind = records.kind AND newer.name = records.name AND newer.number > records.number) >= ?2",
+              before, keep)
+        .Step();
+    pruned.records = sqlite3_changes(database_.handle());
+    Statement(database_,
+              "DELETE FROM commands WHERE finished < ?1 AND id NOT IN (SELECT command FROM records"
+              " WHERE command IS NOT NULL)",
+              before)
+        .Step();
+    pruned.commands = sqlite3_changes(database_.handle());
+    database_.Execute("DELETE FROM contents WHERE number NOT IN (SELECT content FROM records)");
+    transaction.Commit();
+  }
+  changed_(Change::kCommands);
+  changed_(Change::kRecords);
+  database_.Execute("VACUUM");
+  return pruned;
+}
 
 std::vector<ConsoleSession> Store::Sessions() {
   const std::lock_guard lock(mutex_);

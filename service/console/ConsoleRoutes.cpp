@@ -45,10 +45,6 @@ Response ShowPage(Context&, const Request&) { return AnswerFile("index.html"); }
 
 Response ShowFile(Context&, const Request& request) { return AnswerFile(request.captures[0]); }
 
-Response ShowFileInFolder(Context&, const Request& request) {
-  return AnswerFile(request.captures[0] + '/' + request.captures[1]);
-}
-
 Response OpenSession(Context& context, const Request& request) {
   const auto secret = context.sessions.Open(ReadMessage(request.body, {{"token"}}).at("token"));
   if (!secret) {
@@ -70,11 +66,18 @@ Response MakeAddress(Context& context, const Request& request) {
   return JsonAnswer({{"url", ConsoleAddress(url, context.sessions.NewToken(kTokenTime))}});
 }
 
+Response StreamEvents(Context& context, const Request&) {
+  if (!context.events.HasRoom()) throw HttpError(503, "too many pages show the console at the same time");
+  Response response;
+  response.streamsEvents = true;
+  return response;
+}
+
 constexpr Route kRoutes[] = {
     {"GET", "/", KeyPlace::kConsole, false, false, ShowPage},
     {"GET", "/console/*", KeyPlace::kConsole, false, false, ShowFile},
-    {"GET", "/console/*/*", KeyPlace::kConsole, false, false, ShowFileInFolder},
     {"POST", "/console/session", KeyPlace::kConsole, false, false, OpenSession},
+    {"GET", "/operator/events", KeyPlace::kHeader, false, false, StreamEvents},
     {"POST", "/operator/console", KeyPlace::kHeader, false, false, MakeAddress},
 };
 

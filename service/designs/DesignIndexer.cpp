@@ -6,8 +6,9 @@
 
 namespace service {
 
-DesignIndexer::DesignIndexer(std::string folder, std::function<void(const std::string&)> log)
-    : folder_(std::move(folder)), log_(std::move(log)), thread_([this] { Run(); }) {}
+DesignIndexer::DesignIndexer(std::string folder, std::function<void(const std::string&)> log,
+                             std::function<void()> changed)
+    : folder_(std::move(folder)), log_(std::move(log)), changed_(std::move(changed)), thread_([this] { Run(); }) {}
 
 DesignIndexer::~DesignIndexer() {
   stop_ = true;
@@ -35,6 +36,7 @@ void DesignIndexer::Run() {
         log_("indexing " + name);
       });
       if (isBusy) log_("designs are indexed");
+      changed_();
     } catch (const std::exception& error) {  // whatever comes next tries again
       log_(std::string("designs are not indexed: ") + error.what());
     }

@@ -13,8 +13,8 @@ namespace service {
 /// Works on a thread of its own with its own database connections, from construction to destruction.
 class DesignIndexer {
  public:
-  /// `log` is called on the thread.
-  DesignIndexer(std::string folder, std::function<void(const std::string&)> log);
+  /// Called on the thread: `log` when a design is indexed, `changed` after each look at what was received or deleted.
+  DesignIndexer(std::string folder, std::function<void(const std::string&)> log, std::function<void()> changed);
   ~DesignIndexer();
 
   /// Something was received or deleted. Returns at once; safe on any thread.
@@ -25,6 +25,7 @@ class DesignIndexer {
 
   std::string folder_;
   std::function<void(const std::string&)> log_;
+  std::function<void()> changed_;
   std::atomic<bool> stop_ = false;
   std::mutex mutex_;
   std::condition_variable woken_;

@@ -1,0 +1,45 @@
+// Passes on that something has changed to those who show it.
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <vector>
+
+#include "Change.h"
+
+namespace service {
+
+class EventListener {
+ public:
+  virtual ~EventListener() = default;
+
+  /// Both return at once, and are called on any thread. Nothing is told after End.
+  virtual void Tell(Change change) = 0;
+  virtual void End() = 0;
+};
+
+/// Safe on any thread.
+class EventHub {
+ public:
+  static constexpr std::size_t kMost = 20;  ///< listeners at the same time
+
+  /// True while another listener may join.
+  bool HasRoom();
+
+  /// Tells `listener` of all changes for as long as it lives. False when there is no room.
+  bool Join(const std::shared_ptr<EventListener>& listener);
+
+  void Fire(Change change);
+
+  /// Ends all listeners, and accepts no others.
+  void End();
+
+ private:
+  bool HasRoomLocked();
+
+  std::mutex mutex_;
+  bool hasEnded_ = false;
+  std::vector<std::weak_ptr<EventListener>> listeners_;
+};
+
+}  // namespace service

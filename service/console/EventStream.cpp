@@ -1,0 +1,94 @@
+#include "console/EventStream.h"
+
+#include <boost/asio/post.hpp>
+#include <boost/asio/write.hpp>
+
+namespace service {
+namespace {
+
+namespace asio = boost::asio;
+
+constexpr char kHead[] =
+    "HTTP/1.1 200 OK\r\nContent-Type: text/event-stream\r\nCache-Control: no-store\r\n"
+    "X-Content-Type-Options: nosniff\r\nConnection: close\r\n\r\n";
+
+constexpr int kUnreadBytes = 16 << 10;  // that the system keeps for a page which does not read
+
+constexpr const char* kNames[] = {"commands", "records", "designs", "clips", "status"};  // as in Change
+
+std::string Event(const std::string& name, const std::string& data) {
+  return "event: " + name + "\ndata: " + data + "\n\n";
+}
+
+unsigned Bit(std::size_t change) { return 1u << change; }
+
+}  // namespace
+
+EventStream::EventStream(asio::ip::tcp::socket socket, Context& context)
+    : stream_(std::move(socket)), silence_(stream_.get_executor()), context_(context) {}
+
+void EventStream::Start() {
+  Error error;
+  stream_.socket().set_option(asio::socket_base::send_buffer_size(kUnreadBytes), error);
+  if (error || !context_.events.Join(shared_from_this())) return Close();
+  Await();
+  Write(kHead + Event("hello", Json{{"version", ServiceVersion()}}.dump()));
+  AwaitSilence();
+}
+
+void EventStream::Tell(Change change) {
+  const unsigned bit = Bit(static_cast<std::size_t>(change));
+  if ((changes_.fetch_or(bit) & bit) != 0) return;  // is still to be written
+  asio::post(stream_.get_executor(), [self = shared_from_this()] { self->WriteChanges(); });
+}
+
+void EventStream::End() {
+  asio::post(stream_.get_executor(), [self = shared_from_this()] { self->Close(); });
+}
+
+// A page says nothing more; only its end is of interest.
+void EventStream::Await() {
+  stream_.expires_never();
+  stream_.async_read_some(asio::buffer(ignored_), [self = shared_from_this()](Error error, std::size_t) {
+    if (error) return self->Close();
+    self->Await();
+  });
+}
+
+// A page that went away without a word shows when it is written to.
+void EventStream::AwaitSilence() {
+  silence_.expires_after(context_.times.comment);
+  silence_.async_wait([self = shared_from_this()](Error error) {
+    if (error || !self->stream_.socket().is_open()) return;
+    if (!self->isWriting_) self->Write(":\n\n");
+    self->AwaitSilence();
+  });
+}
+
+void EventStream::WriteChanges() {
+  if (isWriting_) return;
+  std::string text;
+  const unsigned changes = changes_.exchange(0);
+  for (std::size_t change = 0; change < std::size(kNames); ++change) {
+    if ((changes & Bit(change)) != 0) text += Event(kNames[change], "{}");
+  }
+  if (!text.empty()) Write(std::move(text));
+}
+
+void EventStream::Write(std::string text) {
+  isWriting_ = true;
+  text_ = std::move(text);
+  stream_.expires_after(context_.times.silence);
+  asio::async_write(stream_, asio::buffer(text_), [self = shared_from_this()](Error error, std::size_t) {
+    self->isWriting_ = false;
+    if (error) return self->Close();
+    self->WriteChanges();
+  });
+}
+
+void EventStream::Close() {
+  silence_.cancel();
+  stream_.close();
+}
+
+}  // namespace service

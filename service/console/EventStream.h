@@ -1,0 +1,48 @@
+// One page that is told what has changed, as server-sent events.
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/steady_timer.hpp>
+#include <boost/beast/core/tcp_stream.hpp>
+#include <memory>
+#include <string>
+
+#include "Routes.h"
+#include "console/EventHub.h"
+
+namespace service {
+
+/// Needs a thread only while it writes. Lives until the page goes away, reads too slowly, or the service ends. All
+/// private members belong to the strand of its socket.
+class EventStream : public EventListener, public std::enable_shared_from_this<EventStream> {
+ public:
+  /// `socket` has an executor of its own, a strand. `context` must outlive the stream.
+  EventStream(boost::asio::ip::tcp::socket socket, Context& context);
+
+  /// Answers the request that asked for the events.
+  void Start();
+
+  void Tell(Change change) override;
+  void End() override;
+
+ private:
+  using Error = boost::beast::error_code;
+
+  void Await();
+  void AwaitSilence();
+  void WriteChanges();
+  void Write(std::string text);
+  void Close();
+
+  boost::beast::tcp_stream stream_;
+  boost::asio::steady_timer silence_;
+  Context& context_;
+  std::array<char, 512> ignored_;
+  bool isWriting_ = false;
+  std::atomic<unsigned> changes_ = 0;  ///< a bit for each that the page has not been told; set on any thread
+  std::string text_;
+};
+
+}  // namespace service
