@@ -1,5 +1,6 @@
 #include "console/Console.h"
 
+#include <algorithm>
 #include <string_view>
 #include <vector>
 

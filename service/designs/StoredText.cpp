@@ -1,5 +1,7 @@
 #include "designs/StoredText.h"
 
+#include <algorithm>
+
 #include "canonical/Properties.h"
 #include "design/Names.h"
 

@@ -1,5 +1,6 @@
 // Lists: texts with values separated by returns.
 #include <algorithm>
+#include <cmath>
 #include <optional>
 #include <string>
 #include <unordered_set>

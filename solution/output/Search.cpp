@@ -1,5 +1,7 @@
 #include "output/Search.h"
 
+#include <algorithm>
+
 #include "canonical/Properties.h"
 #include "design/Names.h"
 

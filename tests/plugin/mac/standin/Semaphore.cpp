@@ -2,6 +2,7 @@
 #include <dispatch/dispatch.h>
 
 #include <chrono>
+#include <cstdint>
 #include <semaphore>
 
 #include "plugin/mac/standin/StandIn.h"

@@ -3,6 +3,8 @@
 
 #include <stdint.h>
 
+#include <cstdint>
+
 typedef uint32_t CC_LONG;
 typedef struct CC_SHA256state_st {
   CC_LONG count[2];
