@@ -62,6 +62,7 @@ Client::Client(const Options& options)
   AddHeader("Content-Type: application/json");
   AddHeader("Expect:");
   if (const std::string key = Key(options); !key.empty()) AddHeader("Authorization: Bearer " + key);
+  if (!options.agent.empty()) AddHeader("Varnix-Agent: " + options.agent);
   curl_easy_setopt(transfer, CURLOPT_HTTPHEADER, headers_.get());
 }
 

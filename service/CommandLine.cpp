@@ -95,6 +95,10 @@ class CommandLine {
       subcommand->add_option("--listen", options_.listen, "address to listen on; port 0 picks a free one")
           ->type_name("ADDR:PORT")
           ->capture_default_str();
+      subcommand->add_option("--agents", options_.agents, "what AI assistants may use: full, read-only or off")
+          ->check(CLI::IsMember({"full", "read-only", "off"}))
+          ->type_name("MODE")
+          ->capture_default_str();
       subcommand->add_flag("--no-key", options_.noKey, "accept every key, but only from programs on this machine");
       subcommand->add_option("--max-body", options_.maxBody, "largest accepted request, in MB")
           ->check(CLI::Range(1L, kMostBodyMegabytes))

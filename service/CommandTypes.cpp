@@ -11,13 +11,13 @@ using namespace std::chrono_literals;
 
 // clang-format off
 constexpr CommandType kTypes[] = {
-    //                         fileName   xmlType    xmlContent  result                        queued  takes
-    {"GET_CLIPBOARD",          kNone,     kOptional, kNone,      "push", nullptr,              1min,   10s},
-    {"GET_CLIPBOARD_FORMATS",  kNone,     kNone,     kNone,      "push", "CLIPBOARD_FORMATS",  1min,   10s},
-    {"LIST_FILES",             kNone,     kNone,     kNone,      "push", "FILE_LIST",          10min,  10s},
-    {"DEBUG_CONTEXT",          kOptional, kNone,     kNone,      "push", "CONTEXT_DEBUG",      10min,  10s},
-    {"GET_SCHEMA",             kOptional, kNone,     kNone,      "ingest", nullptr,            10min,  45s},
-    {"SET_CLIPBOARD",          kNone,     kRequired, kRequired,  nullptr, nullptr,             1min,   0s},
+    //                         fileName   xmlType    xmlContent  writes  result                        queued  takes
+    {"GET_CLIPBOARD",          kNone,     kOptional, kNone,      false,  "push", nullptr,              1min,   10s},
+    {"GET_CLIPBOARD_FORMATS",  kNone,     kNone,     kNone,      false,  "push", "CLIPBOARD_FORMATS",  1min,   10s},
+    {"LIST_FILES",             kNone,     kNone,     kNone,      false,  "push", "FILE_LIST",          10min,  10s},
+    {"DEBUG_CONTEXT",          kOptional, kNone,     kNone,      false,  "push", "CONTEXT_DEBUG",      10min,  10s},
+    {"GET_SCHEMA",             kOptional, kNone,     kNone,      false,  "ingest", nullptr,            10min,  45s},
+    {"SET_CLIPBOARD",          kNone,     kRequired, kRequired,  true,   nullptr, nullptr,             1min,   0s},
 };
 // clang-format on
 

@@ -15,6 +15,7 @@ struct CommandType {
   Need fileName;
   Need xmlType;
   Need xmlContent;
+  bool writes;                     ///< to FileMaker's clipboard
   const char* resultKind;          ///< kind of the record that holds the result; null when there is none
   const char* resultName;          ///< name of that record; null when the name is the answer's own
   std::chrono::seconds queuedFor;  ///< expires after that when no plug-in asked for it; the sender may say otherwise

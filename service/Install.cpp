@@ -19,7 +19,8 @@ void Write(const std::string& path, const std::string& text) {
 }
 
 Words ServeCommand(const Options& options) {
-  Words command{ProgramPath(), "serve", "--listen", options.listen, "--max-body", std::to_string(options.maxBody)};
+  Words command{ProgramPath(), "serve",       "--listen", options.listen, "--max-body", std::to_string(options.maxBody),
+                "--agents",    options.agents};
   if (!options.data.empty())
     command.insert(command.end(), {"--data", std::filesystem::absolute(options.data).string()});
   if (options.noKey) command.emplace_back("--no-key");

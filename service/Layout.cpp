@@ -40,7 +40,10 @@ constexpr char kTables[] = R"(
   CREATE INDEX records_by_content ON records (content);
   CREATE INDEX records_by_name ON records (kind, name, number))";
 
-constexpr char kConsoleTables[] = R"(
+constexpr char kLaterTables[] = R"(
+  CREATE TABLE agents (         -- AI assistants that queued commands
+    command TEXT PRIMARY KEY REFERENCES commands (id) ON DELETE CASCADE,
+    name TEXT NOT NULL);
   CREATE TABLE sessions (       -- of browsers that show the console
     hash BLOB PRIMARY KEY,      -- of the secret in the browser's cookie
     ends INTEGER NOT NULL);
@@ -91,7 +94,7 @@ void PrepareLayout(Database& database) {
   Transaction transaction(database);
   if (version == 1) database.Execute(kSetVersion1Aside);
   if (version < 2) database.Execute(kTables);
-  database.Execute(kConsoleTables);
+  database.Execute(kLaterTables);
   if (version == 1) {
     database.Execute(kCopyCommands);
     CopyRecords(database);

@@ -19,6 +19,7 @@ Json Describe(const CommandSummary& command) {
   Json json{{"id", command.id}, {"type", command.type}};
   Set(json, "fileName", command.fileName);
   Set(json, "xmlType", command.xmlType);
+  if (!command.agent.empty()) json["by"] = "agent " + command.agent;
   json["state"] = command.state;
   json["secondsInState"] = command.secondsInState;
   Set(json, "error", command.error);
@@ -46,17 +47,20 @@ Json DescribeAll(const Rows& rows) {
   return json;
 }
 
+std::string ByAgent(const std::string& agent) { return agent.empty() ? "" : " by agent " + agent; }
+
 Response Queue(Context& context, const Request& request) {
   const Message message = ReadMessage(
       request.body, {{"type"}, {"fileName", false}, {"xmlType", false}, {"xmlContent", false}, {"expires", false}});
   const CommandType* type = FindCommandType(message.at("type"));
   if (type == nullptr) throw HttpError(400, "type must be one of " + CommandTypeNames(Reader::kProgram));
+  if (type->writes) CheckAgentWrites(context.agents, request);
   const CommandArguments arguments{Find(message, "fileName"), Find(message, "xmlType"), Find(message, "xmlContent")};
   const std::string fault = CheckArguments(*type, arguments, Reader::kProgram);
   if (!fault.empty()) throw HttpError(400, fault);
   const auto expires = Number("expires", Find(message, "expires"), 1, kLongestTime, type->queuedFor.count());
-  const std::string id = context.store.Enqueue(*type, arguments, std::chrono::seconds(expires));
-  context.Log("command " + id + " queued: " + PublicName(type->name));
+  const std::string id = context.store.Enqueue(*type, arguments, std::chrono::seconds(expires), AgentOf(request));
+  context.Log("command " + id + " queued: " + PublicName(type->name) + ByAgent(AgentOf(request)));
   return JsonAnswer({{"id", id}}, 201);
 }
 

@@ -26,6 +26,7 @@ struct Options {
   bool noKey = false;
   long maxBody = 256;  ///< megabytes
   std::string latestVersion;
+  std::string agents = "full";  ///< AgentMode
 
   std::string type;
   std::optional<std::string> file;
@@ -34,6 +35,8 @@ struct Options {
   bool force = false;
   std::optional<long> expires;  ///< seconds
   long wait = 60;               ///< seconds
+
+  std::string agent;  ///< AI assistant that requests are made for; empty: none
 
   std::string id;    ///< of a command
   std::string kind;  ///< of records

@@ -16,26 +16,16 @@ namespace {
 using Clock = std::chrono::steady_clock;
 constexpr auto kLookInterval = std::chrono::milliseconds(200);
 
-bool IsFinished(const nlohmann::json& command) {
-  return command.at("state") != "queued" && command.at("state") != "delivered";
-}
-
-// The command once it is finished or the time is over. A service that is being restarted is no reason to give up: it
-// keeps its commands.
+// Shows the state on a terminal meanwhile.
 nlohmann::json WaitFor(Client& client, const std::string& path, Clock::time_point end) {
   Progress progress(isatty(STDERR_FILENO) != 0);
-  for (;;) {
-    const bool isLast = Clock::now() >= end;
-    try {
-      nlohmann::json command = client.Get(path);
-      if (isLast || IsFinished(command)) return command;
-      progress.Show(command);
-    } catch (const Unreachable& error) {
-      if (isLast) throw;
-      progress.ShowTrouble(error.what());
-    }
+  const auto pause = [end] {
     std::this_thread::sleep_for(kLookInterval);
-  }
+    return Clock::now() < end;
+  };
+  return AwaitCommand(client, path,
+                      {pause, [&](const nlohmann::json& command) { progress.Show(command); },
+                       [&](const std::string& trouble) { progress.ShowTrouble(trouble); }});
 }
 
 ExitStatus Report(Client& client, const std::string& path, const nlohmann::json& command) {
@@ -70,6 +60,23 @@ void PrintContent(const std::string& content) {
   std::cout << (onTerminal ? TextForTerminal(content) : content);
   if (onTerminal && !content.empty() && content.back() != '\n') std::cout << '\n';
   if (!std::cout.flush()) throw std::runtime_error("the output cannot be written");
+}
+
+bool IsFinished(const nlohmann::json& command) {
+  return command.at("state") != "queued" && command.at("state") != "delivered";
+}
+
+nlohmann::json AwaitCommand(Client& client, const std::string& path, const Waiting& waiting) {
+  for (bool isLast = false;; isLast = !waiting.pause()) {
+    try {
+      nlohmann::json command = client.Get(path);
+      if (isLast || IsFinished(command)) return command;
+      waiting.show(command);
+    } catch (const Unreachable& error) {
+      if (isLast) throw;
+      waiting.showTrouble(error.what());
+    }
+  }
 }
 
 ExitStatus AwaitResult(Client& client, const std::string& id, std::chrono::seconds wait) {

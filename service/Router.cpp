@@ -98,6 +98,7 @@ const Route& FindRoute(Request& request) {
 const Route& Admit(Context& context, Request& request) {
   const Route& route = FindRoute(request);
   CheckAccess(context, request, route.key);
+  CheckAgent(context.agents, request, route);
   CheckBody(route, request);
   return route;
 }

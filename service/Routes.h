@@ -10,6 +10,7 @@
 #include <string>
 
 #include "Access.h"
+#include "Agents.h"
 #include "Limits.h"
 #include "Router.h"
 #include "Store.h"
@@ -51,6 +52,7 @@ struct Context {
   Sessions sessions{store};
   std::string url = {};  ///< of the service, "http://127.0.0.1:8765"; set by the server
   DesignCache designs = {};
+  AgentMode agents = AgentMode::kFull;
   std::function<void()> storeChanged = [] {};  ///< a file came in or old data was deleted; safe on any thread
 
   /// Logs what happened, on one line and without the key. Safe on any thread if `log` is.

@@ -82,6 +82,8 @@ ExitStatus RunServe(const Options& options) {
   DesignIndexer indexer(
       options.Folder(), [&context](const std::string& event) { context.Log(event); },
       [&context] { context.events.Fire(Change::kDesigns); });
+  context.agents = AgentModeNamed(options.agents);
+  KeepAgentMode(options.Folder(), context.agents);
   context.storeChanged = [&context, &indexer] {
     context.designs.Forget([&context](std::int64_t id) { return !context.store.FindRecord(id); });
     indexer.Wake();

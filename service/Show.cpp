@@ -31,8 +31,8 @@ struct Shown {
 };
 
 constexpr Shown kShown[] = {
-    {"id", "ID"},           {"fileName", "file"},         {"xmlType", "kind of XML"}, {"error", "error"},
-    {"queuedAt", "queued"}, {"deliveredAt", "delivered"}, {"finishedAt", "finished"}};
+    {"id", "ID"},       {"fileName", "file"},   {"xmlType", "kind of XML"},   {"by", "queued by"},
+    {"error", "error"}, {"queuedAt", "queued"}, {"deliveredAt", "delivered"}, {"finishedAt", "finished"}};
 
 void ShowCommand(const json& command) {
   std::cout << PublicName(command.at("type").get<std::string>()) << ": " << DescribeState(command) << '\n';
@@ -50,7 +50,7 @@ void ShowCommands(const json& answer) {
   for (const auto& command : answer.at("commands")) {
     std::cout << command.at("id").get<std::string>() << "  " << std::left << std::setw(21)
               << PublicName(command.at("type").get<std::string>()) << "  " << DescribeState(command);
-    for (const char* name : {"fileName", "xmlType", "error"}) std::cout << Column(command, name);
+    for (const char* name : {"fileName", "xmlType", "by", "error"}) std::cout << Column(command, name);
     std::cout << '\n';
   }
 }

@@ -16,7 +16,7 @@ constexpr char kFileName[] = "varnix-service.db";
 #define TIME_TEXT(column) "strftime('%Y-%m-%dT%H:%M:%fZ', " column " / 1000.0, 'unixepoch')"
 
 constexpr char kSelectCommands[] =
-    "SELECT id, type, file_name, xml_type, state,"
+    "SELECT id, type, file_name, xml_type, coalesce((SELECT name FROM agents WHERE command = commands.id), ''), state,"
     " max(0, ?1 - coalesce(finished, delivered, queued)) / 1000, error,"
     " " TIME_TEXT("queued") ", " TIME_TEXT("expires") ", " TIME_TEXT("delivered") ", " TIME_TEXT("finished") ","
     " (SELECT max(number) FROM records WHERE command = commands.id AND kind <> 'diagnostic')"
@@ -24,7 +24,7 @@ constexpr char kSelectCommands[] =
 
 CommandSummary ReadCommand(const Statement& row) {
   CommandSummary c;
-  row.Read(c.id, c.type, c.fileName, c.xmlType, c.state, c.secondsInState, c.error, c.queuedAt, c.expiresAt,
+  row.Read(c.id, c.type, c.fileName, c.xmlType, c.agent, c.state, c.secondsInState, c.error, c.queuedAt, c.expiresAt,
            c.deliveredAt, c.finishedAt, c.result);
   return c;
 }
@@ -165,10 +165,11 @@ void Store::Expire() {
 }
 
 std::string Store::Enqueue(const CommandType& type, const CommandArguments& arguments,
-                           std::optional<std::chrono::seconds> queuedFor) {
+                           std::optional<std::chrono::seconds> queuedFor, const std::string& agent) {
   const std::lock_guard lock(mutex_);
   CheckFile();
   const std::int64_t now = clock_();
+  Transaction transaction(database_);
   Statement insert(database_,
                    "INSERT INTO commands (id, type, queued, expires, file_name, xml_type, xml_content)"
                    " VALUES (lower(hex(randomblob(8))), ?1, ?2, ?3, ?4, ?5, ?6) RETURNING id",
@@ -177,7 +178,9 @@ std::string Store::Enqueue(const CommandType& type, const CommandArguments& argu
   insert.Step();
   std::string id;
   insert.Read(id);
-  insert.Step();  // ends the statement, which commits it
+  insert.Step();  // ends the statement
+  if (!agent.empty()) Statement(database_, "INSERT INTO agents (command, name) VALUES (?1, ?2)", id, agent).Step();
+  transaction.Commit();
   changed_(Change::kCommands);
   return id;
 }

@@ -48,6 +48,7 @@ struct CommandSummary {
   std::string type;
   std::optional<std::string> fileName;
   std::optional<std::string> xmlType;
+  std::string agent;  ///< AI assistant that queued it; empty: none
   std::string state;  ///< "queued", "delivered", "completed", "failed", "cancelled" or "expired"
   std::int64_t secondsInState = 0;
   std::optional<std::string> error;
@@ -105,9 +106,9 @@ class Store {
   void Observe(std::function<void(Change)> changed) { changed_ = std::move(changed); }
 
   /// Queues a command and returns its new id, 16 hexadecimal digits. It expires when nobody has asked for it within
-  /// `queuedFor`, or within the time that its type has.
+  /// `queuedFor`, or within the time that its type has. `agent` is the AI assistant that wants it, if any.
   std::string Enqueue(const CommandType& type, const CommandArguments& arguments,
-                      std::optional<std::chrono::seconds> queuedFor = {});
+                      std::optional<std::chrono::seconds> queuedFor = {}, const std::string& agent = "");
 
   /// Takes the oldest queued command that can be delivered now and marks it delivered: no later call returns it again.
   /// A command whose result could be confused with that of one delivered before waits until that one is finished, or

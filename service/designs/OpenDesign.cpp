@@ -20,7 +20,13 @@ std::vector<StoredDesign> Readable(DesignStore& history, const std::string& file
   return designs;
 }
 
-StoredDesign FindStored(DesignStore& history, const std::string& name) {
+}  // namespace
+
+bool IsPath(const std::string& name) {
+  return name.find('/') != std::string::npos || name.ends_with(".xml") || name.ends_with(".XML");
+}
+
+StoredDesign FindDesign(DesignStore& history, const std::string& name) {
   std::int64_t id = 0;
   const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), id);
   if (error == std::errc() && end == name.data() + name.size()) {
@@ -31,12 +37,6 @@ StoredDesign FindStored(DesignStore& history, const std::string& name) {
   const auto designs = Readable(history, name);
   if (designs.empty()) throw std::runtime_error("no design of " + name + " can be read; see varnix-service designs");
   return designs.back();
-}
-
-}  // namespace
-
-bool IsPath(const std::string& name) {
-  return name.find('/') != std::string::npos || name.ends_with(".xml") || name.ends_with(".XML");
 }
 
 DesignStore OpenHistory(const std::string& folder) {
@@ -63,7 +63,7 @@ std::unique_ptr<const solution::Design> OpenDesign(const std::string& name, cons
     design = solution::ReadDesign(name, error);
   } else {
     DesignStore history = OpenHistory(folder);
-    design = solution::ReadDesignBytes(history.Content(FindStored(history, name).id), "design " + name, error);
+    design = solution::ReadDesignBytes(history.Content(FindDesign(history, name).id), "design " + name, error);
   }
   if (progress) progress(1, 1);
   if (design == nullptr) throw std::runtime_error(error);

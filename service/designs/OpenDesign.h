@@ -20,6 +20,9 @@ bool IsPath(const std::string& name);
 std::unique_ptr<const solution::Design> OpenDesign(const std::string& name, const std::string& folder,
                                                    std::ostream& warnings);
 
+/// A design of the store: by its id, or the newest readable one of a file. Throws std::runtime_error.
+StoredDesign FindDesign(DesignStore& history, const std::string& name);
+
 /// The names of the newest two readable designs of a file, older first. Throws std::runtime_error when there are fewer.
 std::pair<std::string, std::string> NewestTwo(const std::string& file, const std::string& folder);
 

@@ -22,13 +22,11 @@ class Cancelled : public std::runtime_error {
 class Call {
  public:
   /// `token` identifies the client's progress notifications; null: it wants none. `send` is safe on any thread.
-  Call(const Options& options, std::string agent, Value token, std::function<void(const std::string& line)> send)
-      : options_(options), agent_(std::move(agent)), token_(std::move(token)), send_(std::move(send)) {}
+  Call(Options options, Value token, std::function<void(const std::string& line)> send)
+      : options_(std::move(options)), token_(std::move(token)), send_(std::move(send)) {}
 
+  /// The command line's, with the name of the client as `agent`.
   const Options& options() const { return options_; }
-
-  /// How the client names itself.
-  const std::string& agent() const { return agent_; }
 
   /// Waits. When the client cancels, throws Cancelled at once. False, at once, when the session ends.
   bool Pause(std::chrono::milliseconds duration);
@@ -45,8 +43,7 @@ class Call {
   bool IsCancelled();
 
  private:
-  const Options& options_;
-  const std::string agent_;
+  const Options options_;
   const Value token_;
   const std::function<void(const std::string&)> send_;
   std::mutex mutex_;

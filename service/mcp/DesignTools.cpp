@@ -1,9 +1,13 @@
 // Tools on the designs in the data folder.
 #include <algorithm>
 #include <memory>
-#include <sstream>
+#include <tuple>
+#include <utility>
 
 #include "canonical/Properties.h"
+#include "changes/LineDiff.h"
+#include "design/DesignReader.h"
+#include "designs/DesignCache.h"
 #include "designs/DesignJson.h"
 #include "designs/OpenDesign.h"
 #include "mcp/Arguments.h"
@@ -17,10 +21,16 @@ namespace {
 using solution::Design;
 using solution::Element;
 
-std::unique_ptr<const Design> Open(const Call& call, const std::string& name) {
-  if (IsPath(name)) throw ToolError("a design is named by its id or by the name of its file, not by a path");
-  std::ostringstream warnings;
-  return OpenDesign(name, call.options().Folder(), warnings);
+std::shared_ptr<const OpenedDesign> Open(const Call& call, const std::string& name) {
+  static DesignCache cache;
+  DesignStore history = OpenHistory(call.options().Folder());
+  const StoredDesign stored = FindDesign(history, name);
+  return cache.Open(stored.id, stored.bytes, [&] {
+    std::string error;
+    auto design = solution::ReadDesignBytes(history.Content(stored.id), "design " + std::to_string(stored.id), error);
+    if (design == nullptr) throw ToolError(error);
+    return design;
+  });
 }
 
 // The rows that the caller asked for, {"total":N,NAME:[…]}; `describe` is called for these only.
@@ -62,22 +72,30 @@ std::vector<const Element*> AllElements(const Design& design) {
   return elements;
 }
 
+Json Summary(const Design& design, const Element& element) {
+  const Json all = DescribeElementIn(design, element);
+  Json json;
+  for (const char* name : {"key", "kind", "name", "parent", "detail"}) json[name] = all.at(name);
+  return json;
+}
+
 ToolResult Elements(Call& call, const Value& arguments) {
-  const auto design = Open(call, Text(arguments, "design"));
-  auto elements = Flag(arguments, "unused") ? solution::ReferenceIndex(FindReferences(*design)).Unused(*design)
-                                            : AllElements(*design);
+  const auto opened = Open(call, Text(arguments, "design"));
+  const Design& design = opened->design();
+  auto elements = Flag(arguments, "unused") ? opened->references().Unused(design) : AllElements(design);
   std::erase_if(elements, [&](const Element* element) { return !HasKind(*element, Text(arguments, "kind")); });
-  return {Page("elements", elements, arguments, [](const Element* element) { return DescribeElement(*element); })};
+  return {Page("elements", elements, arguments, [&](const Element* element) { return Summary(design, *element); })};
 }
 
 ToolResult ElementText(Call& call, const Value& arguments) {
-  const auto design = Open(call, Text(arguments, "design"));
+  const auto opened = Open(call, Text(arguments, "design"));
+  const Design& design = opened->design();
   Json elements = Json::array();
   std::string text;
-  for (const Element* element : Named(*design, Text(arguments, "name"), Text(arguments, "kind"))) {
+  for (const Element* element : Named(design, Text(arguments, "name"), Text(arguments, "kind"))) {
     call.Check();
-    elements.push_back(DescribeElement(*element));
-    elements.back()["text"] = CanonicalText(*design, *element);
+    elements.push_back(DescribeElementIn(design, *element));
+    elements.back()["text"] = CanonicalText(design, *element);
     text += elements.back()["text"].get_ref<const std::string&>() + '\n';
   }
   return {{{"elements", std::move(elements)}}, std::move(text)};
@@ -95,15 +113,51 @@ ToolResult Search(Call& call, const Value& arguments) {
   return {{{"total", total}, {"hits", std::move(hits)}}};
 }
 
+// The lines that differ, each with "-" or "+" before it, and a few around them.
+std::string Diff(const solution::PropertyChange& property) {
+  constexpr std::size_t kContext = 2;
+  const auto lines = solution::DiffLines(property.older, property.newer);
+  const auto isChanged = [](const auto& line) { return line.origin != solution::DiffLine::Origin::kBoth; };
+  std::string text;
+  bool isGap = false;
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    const auto first = lines.begin() + static_cast<std::ptrdiff_t>(i - std::min(i, kContext));
+    const auto last = lines.begin() + static_cast<std::ptrdiff_t>(std::min(lines.size(), i + kContext + 1));
+    if (std::none_of(first, last, isChanged)) {
+      isGap = true;
+      continue;
+    }
+    if (std::exchange(isGap, false)) text += "  ...\n";
+    const bool isOlder = lines[i].origin == solution::DiffLine::Origin::kOlder;
+    text += (!isChanged(lines[i]) ? "  " : isOlder ? "- " : "+ ") + lines[i].text + '\n';
+  }
+  return text;
+}
+
+Json DescribeDetails(const solution::Change& change) {
+  Json json = DescribeChange(change);
+  json.erase("properties");
+  json["details"] = Json::array();
+  for (const auto& property : change.properties) {
+    const bool isLong = (property.older + property.newer).find('\n') != std::string::npos;
+    json["details"].push_back(
+        isLong ? Json{{"name", property.name}, {"diff", Diff(property)}}
+               : Json{{"name", property.name}, {"older", property.older}, {"newer", property.newer}});
+  }
+  return json;
+}
+
 ToolResult Changes(Call& call, const Value& arguments) {
   std::string older = Text(arguments, "older"), newer = Text(arguments, "newer");
   const std::string file = Text(arguments, "file");
-  if (file.empty() == (older.empty() || newer.empty()))
+  if (file.empty() == (older.empty() || newer.empty())) {
     throw ToolError("changes takes either file, or older and newer");
+  }
   if (!file.empty()) std::tie(older, newer) = NewestTwo(file, call.options().Folder());
   const auto olderDesign = Open(call, older), newerDesign = Open(call, newer);
-  const auto comparison = Compare(*olderDesign, *newerDesign, [&call](std::size_t, std::size_t) { call.Check(); });
-  Json json = Page("changes", comparison.changes, arguments, DescribeChange);
+  const auto comparison =
+      Compare(olderDesign->design(), newerDesign->design(), [&call](std::size_t, std::size_t) { call.Check(); });
+  Json json = Page("changes", comparison.changes, arguments, DescribeDetails);
   json["warnings"] = comparison.warnings;
   return {std::move(json)};
 }
@@ -111,28 +165,12 @@ ToolResult Changes(Call& call, const Value& arguments) {
 ToolResult References(Call& call, const Value& arguments) {
   const std::string of = Text(arguments, "of");
   if (!of.empty() && Flag(arguments, "broken")) throw ToolError("broken and of exclude each other");
-  const auto design = Open(call, Text(arguments, "design"));
-  const auto elements = of.empty() ? std::vector<const Element*>() : Named(*design, of, Text(arguments, "kind"));
-  const solution::ReferenceIndex index(FindReferences(*design));
-  return {Page("references", index.Select(elements, Flag(arguments, "broken")), arguments,
-               [](const solution::Reference* reference) { return DescribeReference(*reference); })};
+  const auto opened = Open(call, Text(arguments, "design"));
+  const Design& design = opened->design();
+  const auto elements = of.empty() ? std::vector<const Element*>() : Named(design, of, Text(arguments, "kind"));
+  return {Page("references", opened->references().Select(elements, Flag(arguments, "broken")), arguments,
+               [&](const solution::Reference* reference) { return DescribeReferenceIn(design, *reference); })};
 }
-
-#define ROWS                                                                                                        \
-  R"("limit":{"type":"integer","minimum":1,"maximum":5000,"description":"how many rows at most; 200 by default"},)" \
-  R"("offset":{"type":"integer","minimum":0,"description":"how many rows to leave out: nextOffset of the answer before"})"
-#define DESIGN \
-  R"("design":{"type":"string","description":"id of a design, from designs; or the name of a file, for its newest design"})"
-#define KIND                                                                                                      \
-  R"("kind":{"type":"string","enum":["file","table","field","tableOccurrence","relationship","layout","script",)" \
-  R"("valueList","customFunction","customMenu","customMenuSet","theme","account","privilegeSet",)"                \
-  R"("extendedPrivilege","externalDataSource","baseDirectory","folder"],"description":"only elements of this kind"})"
-#define ELEMENT R"("kind":{"type":"string"},"uuid":{"type":"string"},"name":{"type":"string"})"
-// An object that has a page of rows under `name`.
-#define PAGE(name, item)                                                                             \
-  R"({"type":"object","required":["total",")" name R"("],"properties":{"total":{"type":"integer"},)" \
-  R"("nextOffset":{"type":"integer","description":"there are more rows from here on"},")" name       \
-  R"(":{"type":"array","items":)" item "}"
 
 constexpr Tool kTools[] = {
     {"designs", "List designs",
@@ -141,37 +179,38 @@ constexpr Tool kTools[] = {
      "file, time, FileMaker version, label and note. Begin here to learn which files can be examined. To get the "
      "present "
      "state of an open file first, use get_design.",
-     R"({"type":"object","properties":{"file":{"type":"string","description":"only those of this file; its name or UUID"},)" ROWS
-     "}}",
-     PAGE("designs",
-          R"({"type":"object","required":["id","fileName","receivedAt"],"properties":{"id":{"type":"integer"},)"
-          R"("fileName":{"type":"string"},"receivedAt":{"type":"string"},"version":{"type":"string"},)"
-          R"("bytes":{"type":"integer"},"label":{"type":"string"},"note":{"type":"string"},"problem":)"
-          R"({"type":"string","description":"why it cannot be read"}}})") "}}",
+     R"({"file": {"type": "string", "description": "only those of this file; its name or UUID"},
+         "limit": "@limit", "offset": "@offset"})",
+     R"({"total!": "integer", "nextOffset": "@nextOffset",
+         "designs!": [{"id!": "integer", "fileUuid": "text", "fileName!": "text", "receivedAt!": "text", "version": "text",
+                       "bytes": "integer", "label": "text", "note": "text",
+                       "problem": {"type": "string", "description": "why it cannot be read"}}]})",
      Effect::kNone, Designs},
     {"elements", "List elements of a design",
      "Lists what a FileMaker file consists of: its tables, fields, scripts, layouts, value lists and so on, each with "
-     "kind, "
-     "UUID and name (fields as Table::Field). With kind only those of one kind. With unused only those that nothing in "
-     "the "
-     "file refers to: candidates for deletion. An unused element may still be used by a formula that computes names "
-     "(GetField, ExecuteSQL, a script by its name), by a person from a menu, or by another file.",
-     R"({"type":"object","required":["design"],"properties":{)" DESIGN "," KIND
-     R"(,"unused":{"type":"boolean","description":"only elements that nothing refers to"},)" ROWS "}}",
-     PAGE("elements", R"({"type":"object","required":["kind","uuid","name"],"properties":{)" ELEMENT "}}") "}}",
+     "its "
+     "kind, name (a field as Table::Field), folder or table, and a line of detail. With kind only those of one kind. "
+     "With "
+     "unused only those that nothing in the file refers to: candidates for deletion. An unused element may still be "
+     "used "
+     "by a formula that computes names (GetField, ExecuteSQL, a script by its name), by a person from a menu, or by "
+     "another file: say so before the user deletes it.",
+     R"({"design!": "@design", "kind": "@kind",
+         "unused": {"type": "boolean", "description": "only elements that nothing refers to"},
+         "limit": "@limit", "offset": "@offset"})",
+     R"({"total!": "integer", "nextOffset": "@nextOffset",
+         "elements!": [{"key!": "@key", "kind!": "text", "name!": "text", "parent": "@parent", "detail": "text"}]})",
      Effect::kNone, Elements},
     {"element", "Show one element",
-     "Shows the full definition of one element of a design as readable text: a script as its numbered steps, a field "
-     "with "
-     "its type, options, formula and validation, a layout with its objects, a custom function with its formula, and so "
-     "on. "
+     "Shows the full definition of one element of a design as readable text: a script with its steps, a field with its "
+     "type, options, formula and validation, a layout with its objects, a custom function with its formula, and so on. "
      "Use it to read or explain a script or a calculation. A name that several elements have gives them all; kind "
      "narrows "
      "it down.",
-     R"({"type":"object","required":["design","name"],"properties":{)" DESIGN
-     R"(,"name":{"type":"string","description":"name or UUID of the element; a field as Table::Field"},)" KIND "}}",
-     R"({"type":"object","required":["elements"],"properties":{"elements":{"type":"array","items":{"type":"object",)"
-     R"("required":["kind","uuid","name","text"],"properties":{)" ELEMENT R"(,"text":{"type":"string"}}}}}})",
+     R"({"design!": "@design", "name!": "@element", "kind": "@kind"})",
+     R"({"elements!": [{"key!": "@key", "kind!": "text", "uuid": "text", "name!": "text", "parent": "@parent",
+                        "detail": "text", "user": {"type": "string", "description": "who changed it last"},
+                        "time": {"type": "string", "description": "when, in local time"}, "text!": "text"}]})",
      Effect::kNone, ElementText},
     {"search", "Search designs",
      "Finds every line that contains a text, in any case, in the names, formulas, script steps, comments and other "
@@ -180,26 +219,26 @@ constexpr Tool kTools[] = {
      "first and the last design that contain it. Use it to find an element by a part of its name, or where a variable, "
      "a "
      "literal or a function is used. For who uses a field or a script, references is exact.",
-     R"({"type":"object","required":["text"],"properties":{"text":{"type":"string","description":"what to find"},)"
-     R"("file":{"type":"string","description":"only in designs of this file; its name or UUID"},)"
-     R"("limit":{"type":"integer","minimum":1,"maximum":5000,"description":"how many hits at most; 200 by default"}}})",
-     R"({"type":"object","required":["total","hits"],"properties":{"total":{"type":"integer"},"hits":{"type":"array",)"
-     R"("items":{"type":"object","required":["firstDesign","lastDesign","fileName","kind","uuid","name","property","line",)"
-     R"("text"],"properties":{"firstDesign":{"type":"integer"},"lastDesign":{"type":"integer"},)"
-     R"("fileName":{"type":"string"},)" ELEMENT
-     R"(,"property":{"type":"string"},"line":{"type":"integer"},"text":{"type":"string"}}}}}})",
+     R"({"text!": {"type": "string", "description": "what to find"},
+         "file": {"type": "string", "description": "only in designs of this file; its name or UUID"},
+         "limit": "@limit"})",
+     R"({"total!": "integer",
+         "hits!": [{"firstDesign!": "integer", "lastDesign!": "integer", "fileName!": "text", "kind!": "text",
+                    "uuid!": "text", "name!": "text", "property!": "text", "line!": "integer", "text!": "text"}]})",
      Effect::kNone, Search},
     {"changes", "Compare two designs",
      "Shows what changed between two designs of a file: elements added, removed, renamed, moved and edited, with the "
-     "properties that changed. Either file, for its newest two designs, or older and newer.",
-     R"({"type":"object","properties":{"file":{"type":"string","description":"name of a file: its newest two designs"},)"
-     R"("older":{"type":"string","description":"id of a design"},"newer":{"type":"string","description":"id of a design"},)" ROWS
-     "}}",
-     PAGE(
-         "changes",
-         R"({"type":"object","required":["change","kind","uuid","name"],"properties":{"change":{"type":"string",)"
-         R"("enum":["added","removed","renamed","moved","edited"]},)" ELEMENT
-         R"(,"oldName":{"type":"string"},"properties":{"type":"array","items":{"type":"string"}}}})") R"(,"warnings":{"type":"array","items":{"type":"string"}}}})",
+     "values "
+     "before and after; of scripts and formulas the lines that differ. Takes either file, for its newest two designs, "
+     "or "
+     "older and newer.",
+     R"({"file": {"type": "string", "description": "name of a file: its newest two designs"}, "older": "@design",
+         "newer": "@design", "limit": "@limit", "offset": "@offset"})",
+     R"({"total!": "integer", "nextOffset": "@nextOffset",
+         "changes!": [{"change!": {"type": "string", "enum": ["added", "removed", "renamed", "moved", "edited"]},
+                       "kind!": "text", "uuid!": "text", "name!": "text", "oldName": "text",
+                       "details!": [{"name!": "text", "older": "text", "newer": "text", "diff": "text"}]}],
+         "warnings!": ["text"]})",
      Effect::kNone, Changes},
     {"references", "Find references",
      "Shows who uses what in a design: each reference from one element (script, layout, field, relationship and so on) "
@@ -208,14 +247,12 @@ constexpr Tool kTools[] = {
      "that "
      "a change of it could affect. With broken, the references to what was deleted, which FileMaker shows as <Field "
      "Missing> and the like.",
-     R"({"type":"object","required":["design"],"properties":{)" DESIGN
-     R"(,"of":{"type":"string","description":"name or UUID of an element; a field as Table::Field"},)" KIND
-     R"(,"broken":{"type":"boolean","description":"instead, references to what was deleted"},)" ROWS "}}",
-     PAGE(
-         "references",
-         R"({"type":"object","required":["fromKind","fromUuid","fromName","toKind","toUuid","toName","place"],"properties":)"
-         R"({"fromKind":{"type":"string"},"fromUuid":{"type":"string"},"fromName":{"type":"string"},)"
-         R"("toKind":{"type":"string"},"toUuid":{"type":"string"},"toName":{"type":"string"},"place":{"type":"string"}}})") "}}",
+     R"({"design!": "@design", "of": "@element", "kind": {"type": "string", "description": "kind of the element named by of"},
+         "broken": {"type": "boolean", "description": "instead, references to what was deleted"},
+         "limit": "@limit", "offset": "@offset"})",
+     R"({"total!": "integer", "nextOffset": "@nextOffset",
+         "references!": [{"fromKind!": "text", "fromUuid": "text", "fromName!": "text", "fromKey": "text", "toKind!": "text",
+                          "toUuid": "text", "toName!": "text", "toKey": "text", "place!": "text"}]})",
      Effect::kNone, References},
 };
 

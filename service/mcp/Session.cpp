@@ -1,5 +1,7 @@
 #include "mcp/Session.h"
 
+#include <algorithm>
+
 #include "mcp/Limits.h"
 #include "mcp/Methods.h"
 
@@ -10,14 +12,20 @@ constexpr char kVersionKey[] = "io.modelcontextprotocol/protocolVersion";
 constexpr char kCapabilitiesKey[] = "io.modelcontextprotocol/clientCapabilities";
 constexpr char kClientKey[] = "io.modelcontextprotocol/clientInfo";
 constexpr char kServerKey[] = "io.modelcontextprotocol/serverInfo";
+constexpr std::size_t kLongestName = 100;
 constexpr std::size_t kThreads = 16;
 constexpr std::size_t kMostAtWork = 1000;
 constexpr auto kEndPatience = std::chrono::seconds(3);
 constexpr std::int64_t kLongCaching = 3'600'000;  // milliseconds
 
+// In printable ASCII, as it goes into a header of requests to the service.
 std::string AgentName(const Value& clientInfo) {
-  const Value name = clientInfo.is_object() ? clientInfo.value("name", Value()) : Value();
-  return name.is_string() ? name.get<std::string>() : "";
+  const Value given = clientInfo.is_object() ? clientInfo.value("name", Value()) : Value();
+  std::string name = given.is_string() ? given.get<std::string>().substr(0, kLongestName) : "";
+  std::replace_if(
+      name.begin(), name.end(), [](char c) { return c < ' ' || c > '~'; }, '?');
+  const bool isBlank = name.find_first_not_of(' ') == std::string::npos;
+  return isBlank ? "unnamed" : name;
 }
 
 void CheckModern(const Value& meta) {
@@ -116,7 +124,9 @@ void Session::Initialize(Request& request) {
 }
 
 void Session::Begin(const Request& request) {
-  const auto call = std::make_shared<Call>(options_, request.agent, ProgressToken(request.meta), send_);
+  Options options = options_;
+  options.agent = request.agent;
+  const auto call = std::make_shared<Call>(std::move(options), ProgressToken(request.meta), send_);
   {
     const std::lock_guard lock(mutex_);
     if (atWork_.size() >= kMostAtWork) throw ProtocolError(kInternalError, "too many requests are at work already");

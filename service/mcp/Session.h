@@ -43,7 +43,7 @@ class Session {
   const Options options_;
   const std::function<void(const std::string&)> send_;
   bool isInitialized_ = false;  // these two belong to the thread of Take
-  std::string agent_;
+  std::string agent_ = "unnamed";
   std::mutex mutex_;
   std::map<std::string, std::shared_ptr<Call>> atWork_;  // by the id as JSON
   Workers workers_;                                      // the last member: its threads use the others

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <string_view>
 
+#include "Agents.h"
 #include "mcp/Arguments.h"
+#include "mcp/Schema.h"
 
 namespace service::mcp {
 namespace {
@@ -13,8 +15,8 @@ Json Describe(const Tool& tool) {
   return {{"name", tool.name},
           {"title", tool.title},
           {"description", tool.description},
-          {"inputSchema", Json::parse(tool.input)},
-          {"outputSchema", Json::parse(tool.output)},
+          {"inputSchema", SchemaOf(tool.input)},
+          {"outputSchema", SchemaOf(tool.output)},
           {"annotations",
            {{"title", tool.title},
             {"readOnlyHint", isReadOnly},
@@ -24,7 +26,7 @@ Json Describe(const Tool& tool) {
 }
 
 const Tool& Find(const std::string& name) {
-  for (const auto& tools : {DesignTools()}) {
+  for (const auto& tools : {FileMakerTools(), DesignTools()}) {
     const auto found = std::find_if(tools.begin(), tools.end(), [&](const Tool& tool) { return name == tool.name; });
     if (found != tools.end()) return *found;
   }
@@ -54,7 +56,7 @@ void RemoveNulls(Value& arguments) {
 const Json& ToolList() {
   static const Json list = [] {
     Json tools = Json::array();
-    for (const auto& topic : {DesignTools()}) {
+    for (const auto& topic : {FileMakerTools(), DesignTools()}) {
       for (const Tool& tool : topic) tools.push_back(Describe(tool));
     }
     return tools;
@@ -69,10 +71,11 @@ Json CallTool(Call& call, const Value& params) {
   if (arguments.is_null()) arguments = Value::object();
   if (!arguments.is_object()) throw ProtocolError(kInvalidParams, "arguments must be an object");
   RemoveNulls(arguments);
-  if (const std::string fault = CheckArguments(Value::parse(tool.input), arguments); !fault.empty()) {
+  if (const std::string fault = CheckArguments(SchemaOf(tool.input), arguments); !fault.empty()) {
     return Failure(fault);
   }
   try {
+    if (KeptAgentMode(call.options().Folder()) == AgentMode::kOff) throw ToolError(kAgentsAreOff);
     return Success(tool.run(call, arguments));
   } catch (const Cancelled&) {
     throw;

@@ -27,8 +27,8 @@ struct Tool {
   const char* name;
   const char* title;
   const char* description;
-  const char* input;   ///< JSON Schema of the arguments
-  const char* output;  ///< JSON Schema of the structured result
+  const char* input;   ///< the arguments, as SchemaOf takes them
+  const char* output;  ///< the structured result, likewise
   Effect effect;
   /// `arguments` suit the schema. Runs on any thread; throws ToolError, Cancelled or any std::exception.
   ToolResult (*run)(Call& call, const Value& arguments);
@@ -36,6 +36,9 @@ struct Tool {
 
 /// On the designs in the data folder; they need no running service.
 std::span<const Tool> DesignTools();
+
+/// What FileMaker carries out, by way of the service.
+std::span<const Tool> FileMakerTools();
 
 /// Every tool as tools/list describes it.
 const Json& ToolList();

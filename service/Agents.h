@@ -1,0 +1,36 @@
+// What AI assistants may use of the service.
+#pragma once
+
+#include <string>
+
+#include "Http.h"
+#include "Router.h"
+
+namespace service {
+
+enum class AgentMode { kFull, kReadOnly, kOff };
+
+inline constexpr char kAgentsAreOff[] = "AI assistants may not use Varnix: its service was started with --agents off";
+
+/// The mode called "full", "read-only" or "off". Throws std::runtime_error for other names.
+AgentMode AgentModeNamed(const std::string& name);
+
+/// Keeps the mode in the data folder, for programs that read designs there without the service. Throws
+/// std::runtime_error.
+void KeepAgentMode(const std::string& folder, AgentMode mode);
+
+/// The mode of the service that used the folder last; kFull when none has.
+AgentMode KeptAgentMode(const std::string& folder);
+
+/// The assistant that a request says it is made for, in printable ASCII; empty when it is made for none.
+std::string AgentOf(const Request& request);
+
+/// Throws HttpError 403 when an assistant may not make the request. It looks at everything, queues commands and
+/// withdraws them. Any program that has the key can also make requests without naming an assistant: this keeps a
+/// well-behaved program within what its user wants, and does not guard against others.
+void CheckAgent(AgentMode mode, const Request& request, const Route& route);
+
+/// Throws HttpError 403 when an assistant may not write to FileMaker's clipboard.
+void CheckAgentWrites(AgentMode mode, const Request& request);
+
+}  // namespace service

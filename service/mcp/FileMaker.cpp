@@ -1,0 +1,127 @@
+#include "mcp/FileMaker.h"
+
+#include "CommandTypes.h"
+#include "Progress.h"
+#include "Result.h"
+#include "mcp/Tools.h"
+
+namespace service::mcp {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using Command = nlohmann::json;
+
+constexpr auto kLookInterval = std::chrono::milliseconds(100);
+constexpr auto kProgressInterval = std::chrono::seconds(1);
+constexpr long kAskingSeconds = 15;  // a plug-in that waits for nothing asks more often
+
+// When a command was withdrawn, or FileMaker was faster. Without a service it expires.
+bool Withdraw(Client& client, const std::string& path) try {
+  client.Post(path + "/cancel", Command::object());
+  return true;
+} catch (const ServiceError&) {
+  return false;
+}
+
+std::string LastDiagnostic(const Command& command) {
+  const auto& diagnostics = command.at("diagnostics");
+  return diagnostics.empty() ? "" : diagnostics.back().at("message").get<std::string>();
+}
+
+// What to tell the user, for a command that nobody has asked for.
+std::string WhyNotTaken(const Command& status) {
+  const auto& seconds = status.at("secondsSincePoll");
+  if (seconds.is_null()) {
+    return "No FileMaker has asked the service for commands since it was started. Ask the user to open FileMaker with "
+           "the Varnix plug-in and to sign in: \"varnix-service sign-in\" prints the line to evaluate there.";
+  }
+  if (seconds > kAskingSeconds) {
+    return "FileMaker last asked the service for commands " + DescribeDuration(seconds) +
+           " ago. It is not running, or a dialog, a running script or the Script Debugger keeps it busy. Ask the user "
+           "to bring FileMaker to the front and to close dialogs, then try again.";
+  }
+  return "FileMaker is connected but busy with another command. Try again.";
+}
+
+std::string WhyNotFinished(const Command& command) {
+  const std::string diagnostic = LastDiagnostic(command);
+  std::string text =
+      "FileMaker took the command " + DescribeDuration(command.at("secondsInState")) + " ago and has not finished it. ";
+  if (!diagnostic.empty()) text += "It last reported: " + diagnostic + ' ';
+  text += "A dialog, a running script or the Script Debugger may keep it busy: ask the user to look. ";
+  return text + (command.at("type") == "GET_SCHEMA" ? "The design appears in designs when FileMaker finishes it later."
+                                                    : "Calling this tool again has the command carried out again.");
+}
+
+[[noreturn]] void GiveUp(Call& call, Client& client, const std::string& path, const Command& command) {
+  const bool isQueued = command.at("state") == "queued";
+  const bool isWithdrawn = isQueued && Withdraw(client, path);
+  if (!call.Pause({})) throw ToolError("the standard input was closed before FileMaker had answered");
+  const Command now = isQueued && !isWithdrawn ? client.Get(path) : command;
+  throw ToolError("Not in time. " + (now.at("state") == "queued" || isWithdrawn
+                                         ? WhyNotTaken(client.Get("/operator/status")) + " Nothing was done."
+                                         : WhyNotFinished(now)));
+}
+
+void CheckCompleted(const Command& command) {
+  const std::string state = command.at("state");
+  if (state == "completed") return;
+  if (state == "failed") throw ToolError("FileMaker: " + command.value("error", "it failed and gave no reason"));
+  throw ToolError("the command was " + (state == "cancelled" ? std::string("withdrawn by the user") : state));
+}
+
+class ProgressReport {
+ public:
+  explicit ProgressReport(Call& call) : call_(call) {}
+
+  void Show(const std::string& text) {
+    const auto now = Clock::now();
+    if (text == shown_ && now - last_ < kProgressInterval) return;
+    last_ = now;
+    shown_ = text;
+    call_.ShowProgress(std::chrono::duration<double>(now - begin_).count(), text);
+  }
+
+ private:
+  Call& call_;
+  const Clock::time_point begin_ = Clock::now();
+  Clock::time_point last_ = begin_ - kProgressInterval;
+  std::string shown_;
+};
+
+std::string StateOf(const Command& command) {
+  if (command.at("state") == "queued") return "waiting for FileMaker to take the command";
+  const std::string diagnostic = LastDiagnostic(command);
+  return diagnostic.empty() ? "FileMaker is at work" : diagnostic;
+}
+
+}  // namespace
+
+Command CarryOut(Call& call, Client& client, const Order& order) {
+  Command message = order.arguments;
+  message["type"] = order.type;
+  message["expires"] = std::to_string(order.wait.count() + 1);  // should this process not live to withdraw it
+  const std::string path = CommandPath(client.Post("/operator/commands", message).at("id"));
+  const auto end = Clock::now() + order.wait;
+  ProgressReport progress(call);
+  Command command;
+  try {
+    command = AwaitCommand(client, path,
+                           {[&] { return call.Pause(kLookInterval) && Clock::now() < end; },
+                            [&](const Command& state) { progress.Show(StateOf(state)); },
+                            [&](const std::string& trouble) { progress.Show(trouble); }});
+  } catch (const Cancelled&) {
+    Withdraw(client, path);
+    throw;
+  }
+  if (!IsFinished(command)) GiveUp(call, client, path, command);
+  CheckCompleted(command);
+  return command;
+}
+
+std::string ResultOf(Client& client, const Command& command) {
+  if (!command.contains("result")) throw ToolError("FileMaker sent no result");
+  return client.GetBytes(CommandPath(command.at("id")) + "/result");
+}
+
+}  // namespace service::mcp

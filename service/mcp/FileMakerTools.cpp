@@ -1,0 +1,194 @@
+// Tools that FileMaker carries out.
+#include <algorithm>
+
+#include "designs/DesignJson.h"
+#include "designs/OpenDesign.h"
+#include "mcp/Arguments.h"
+#include "mcp/FileMaker.h"
+#include "mcp/Snippet.h"
+#include "mcp/Tools.h"
+
+namespace service::mcp {
+namespace {
+
+constexpr std::int64_t kWaitSeconds = 50;      // clients wait for a minute
+constexpr std::int64_t kPieceBytes = 100'000;  // of a result
+
+std::chrono::seconds Wait(const Value& arguments) {
+  return std::chrono::seconds(Number(arguments, "waitSeconds", kWaitSeconds));
+}
+
+// What FileMaker answers to a command that takes nothing but perhaps a file.
+std::string Ask(Call& call, const char* type, const Value& arguments) {
+  Client client(call.options());
+  Order order{type, Wait(arguments)};
+  if (arguments.contains("file")) order.arguments["fileName"] = Text(arguments, "file");
+  return ResultOf(client, CarryOut(call, client, order));
+}
+
+Json LinesOf(const std::string& text) {
+  Json lines = Json::array();
+  for (std::size_t begin = 0; begin < text.size();) {
+    const std::size_t end = std::min(text.find_first_of("\r\n", begin), text.size());
+    if (end > begin) lines.push_back(text.substr(begin, end - begin));
+    begin = end + 1;
+  }
+  return lines;
+}
+
+ToolResult ListFiles(Call& call, const Value& arguments) {
+  return {{{"files", LinesOf(Ask(call, "LIST_FILES", arguments))}}};
+}
+
+ToolResult ClipboardFormats(Call& call, const Value& arguments) {
+  return {{{"formats", LinesOf(Ask(call, "GET_CLIPBOARD_FORMATS", arguments))}}};
+}
+
+ToolResult DebugContext(Call& call, const Value& arguments) {
+  const std::string report = Ask(call, "DEBUG_CONTEXT", arguments);
+  Json context = Json::parse(report, nullptr, false);
+  if (!context.is_object()) throw ToolError("FileMaker sent a report that is not a JSON object: " + report);
+  return {{{"context", std::move(context)}}, report};
+}
+
+// Where a piece of UTF-8 that begins at `begin` ends, at most `bytes` later and at the end of a character.
+std::size_t EndOfPiece(const std::string& text, std::size_t begin, std::size_t bytes) {
+  if (text.size() - begin <= bytes) return text.size();
+  std::size_t end = begin + bytes;
+  while (end > begin + 1 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
+  return end;
+}
+
+ToolResult Piece(const std::string& command, const std::string& xml, const Value& arguments) {
+  const auto begin = static_cast<std::size_t>(Number(arguments, "offset", 0));
+  if (begin > xml.size()) throw ToolError("the clipboard's content has " + std::to_string(xml.size()) + " bytes only");
+  const auto end = EndOfPiece(xml, begin, static_cast<std::size_t>(Number(arguments, "maxBytes", kPieceBytes)));
+  ToolResult result{{{"command", command}, {"bytes", xml.size()}, {"offset", begin}}, xml.substr(begin, end - begin)};
+  if (end < xml.size()) {
+    result.structured["nextOffset"] = end;
+    result.links.push_back(
+        {{"type", "text"},
+         {"text", "This is not all of " + std::to_string(xml.size()) + " bytes: call get_clipboard with command " +
+                      command + " and offset " + std::to_string(end) + " for what follows."}});
+  }
+  result.structured["xml"] = result.text;
+  return result;
+}
+
+ToolResult GetClipboard(Call& call, const Value& arguments) {
+  Client client(call.options());
+  std::string command = Text(arguments, "command");
+  if (!command.empty()) return Piece(command, client.GetBytes(CommandPath(command) + "/result"), arguments);
+  Order order{"GET_CLIPBOARD", Wait(arguments)};
+  if (arguments.contains("xmlType")) order.arguments["xmlType"] = Text(arguments, "xmlType");
+  const nlohmann::json done = CarryOut(call, client, order);
+  return Piece(done.at("id"), ResultOf(client, done), arguments);
+}
+
+ToolResult SetClipboard(Call& call, const Value& arguments) {
+  const std::string xmlType = Text(arguments, "xmlType"), xml = Text(arguments, "xml");
+  if (const std::string fault = CheckSnippet(xmlType, xml); !fault.empty()) {
+    throw ToolError(fault + ". Nothing was put on the clipboard.");
+  }
+  Client client(call.options());
+  Order order{"SET_CLIPBOARD", Wait(arguments), {{"xmlType", xmlType}, {"xmlContent", xml}}};
+  const nlohmann::json done = CarryOut(call, client, order);
+  const std::size_t objects = CountObjects(xml);
+  const std::string place(PlaceOf(xmlType));
+  return {{{"command", done.at("id").get<std::string>()}, {"objects", objects}, {"place", place}},
+          std::to_string(objects) + " object(s) are on the clipboard. The user can now paste them with Cmd-V into " +
+              place + '.'};
+}
+
+// The design that the record brought; the newest of its file when it was the same.
+StoredDesign ReceivedDesign(const Call& call, Client& client, std::int64_t record, const std::string& command) {
+  DesignStore history = OpenHistory(call.options().Folder());
+  if (const auto design = history.Find(record)) return *design;
+  const std::string name = client.Get("/operator/records?command=" + command).at("records").back().at("name");
+  const auto designs = history.List(name.substr(0, name.rfind(".xml")));
+  if (designs.empty()) {
+    throw ToolError("the design has arrived at " + call.options().url + ", whose data folder is not " +
+                    call.options().Folder() + ": start varnix-service mcp with its --data");
+  }
+  return designs.back();
+}
+
+ToolResult GetDesign(Call& call, const Value& arguments) {
+  Client client(call.options());
+  Order order{"GET_SCHEMA", Wait(arguments)};
+  if (arguments.contains("file")) order.arguments["fileName"] = Text(arguments, "file");
+  const nlohmann::json done = CarryOut(call, client, order);
+  if (!done.contains("result")) throw ToolError("FileMaker sent no design");
+  const std::int64_t record = done.at("result");
+  const StoredDesign design = ReceivedDesign(call, client, record, done.at("id"));
+  return {{{"isNew", design.id == record}, {"design", DescribeDesign(design)}}};
+}
+
+constexpr Tool kTools[] = {
+    {"list_files", "List open files", "Lists the names of the files that are open in FileMaker at this moment.",
+     R"({"waitSeconds": "@waitSeconds"})", R"({"files!": ["text"]})", Effect::kNone, ListFiles},
+    {"get_clipboard", "Read FileMaker's clipboard",
+     "Reads the FileMaker objects that the user has copied (script steps, scripts, fields, tables, layout objects, "
+     "custom "
+     "functions, value lists) as fmxmlsnippet XML. It is also the surest way to learn how FileMaker writes a step or "
+     "an "
+     "object: ask the user to copy a similar one. Long content comes in pieces: repeat with command and offset.",
+     R"({"xmlType": "@xmlType",
+         "command": {"type": "string", "description":
+           "command of an earlier answer: go on with the content that was read then, without asking FileMaker"},
+         "offset": {"type": "integer", "minimum": 0, "description": "where to go on: nextOffset of the earlier answer"},
+         "maxBytes": {"type": "integer", "minimum": 100, "maximum": 1000000,
+           "description": "length of a piece; 100000 by default"},
+         "waitSeconds": "@waitSeconds"})",
+     R"({"command!": "text", "bytes!": {"type": "integer", "description": "of the whole content"}, "offset!": "integer",
+         "nextOffset": {"type": "integer", "description": "there is more from here on"}, "xml!": "text"})",
+     Effect::kNone, GetClipboard},
+    {"set_clipboard", "Put objects on FileMaker's clipboard",
+     "Replaces what is on the clipboard by FileMaker objects, given as fmxmlsnippet XML. FileMaker itself is not "
+     "changed: "
+     "the user then pastes with Cmd-V at the place that fits xmlType and sees what was inserted. Use it only when the "
+     "user "
+     "wants to have something pasted, and say where to paste it: XMSS steps into an open script in the Script "
+     "Workspace; "
+     "XMSC whole scripts into its list of scripts; XMFD fields and XMTB tables into Manage Database; XMFN custom "
+     "functions "
+     "into Manage Custom Functions; XMVL value lists into Manage Value Lists; XML2 layout objects into a layout in "
+     "Layout "
+     "mode. The XML is checked for its form, not for whether FileMaker knows the names in it.",
+     R"({"xmlType!": "@xmlType",
+         "xml!": {"type": "string", "description": "<fmxmlsnippet type=\"FMObjectList\"> with Step elements for XMSS, Script or Group for XMSC, Field for XMFD, BaseTable for XMTB, CustomFunction for XMFN, ValueList for XMVL; type=\"LayoutObjectList\" with Layout for XML2"},
+         "waitSeconds": "@waitSeconds"})",
+     R"({"command!": "text", "objects!": "integer",
+         "place!": {"type": "string", "description": "where the user can paste"}})",
+     Effect::kReplacesClipboard, SetClipboard},
+    {"clipboard_formats", "List the clipboard's formats",
+     "Lists the names of all formats that are on the clipboard, FileMaker's and others. Useful when get_clipboard "
+     "finds "
+     "nothing.",
+     R"({"waitSeconds": "@waitSeconds"})", R"({"formats!": ["text"]})", Effect::kNone, ClipboardFormats},
+    {"debug_context", "Report FileMaker's context",
+     "Reports in which context FileMaker is at this moment: the frontmost file, its window, layout, account, "
+     "privileges and "
+     "version. With file, how that file can be reached from there.",
+     R"({"file": {"type": "string", "description": "name of an open file"}, "waitSeconds": "@waitSeconds"})",
+     R"({"context!": {"type": "object"}})", Effect::kNone, DebugContext},
+    {"get_design", "Fetch a file's present design",
+     "Has FileMaker export the complete schema of an open file, stores it as a design and returns its id for elements, "
+     "element, search, references and changes. Takes from seconds to minutes, and needs the script \"Varnix Live "
+     "Push\" in "
+     "the file and the file at the front; progress says what FileMaker waits for. Not needed when a design in designs "
+     "is "
+     "recent enough. isNew is false when nothing has changed since the newest design.",
+     R"({"file": {"type": "string", "description": "name of an open file; by default the one that signed in"},
+         "waitSeconds": "@waitSeconds"})",
+     R"({"isNew!": "boolean",
+         "design!": {"id!": "integer", "fileUuid": "text", "fileName!": "text", "receivedAt!": "text", "version": "text",
+                     "bytes": "integer", "label": "text", "note": "text", "problem": "text"}})",
+     Effect::kNone, GetDesign},
+};
+
+}  // namespace
+
+std::span<const Tool> FileMakerTools() { return kTools; }
+
+}  // namespace service::mcp
