@@ -46,7 +46,7 @@ long_functions() {
   git ls-files -- '*.cpp' '*.h' '*.mm' '*.js' '*.mjs' '*.sh' .ci/run | xargs awk '
     FNR == 1 { inside = 0; start = "" }
     !inside && /^[-+A-Za-z_~:]/ { start = $0; first = FNR }
-    !inside && /\{$/ && start !~ /^(namespace|extern "C"|class|struct|enum|union)/ { inside = 1 }
+    !inside && /\{$/ && start !~ /^(export )?(namespace|extern "C"|class|struct|enum|union)/ { inside = 1 }
     inside && /^}$/ && FNR - first >= 60 { print FILENAME ":" first ": " FNR - first + 1 " lines" }
     /^}/ { inside = 0 }'
 }

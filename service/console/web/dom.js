@@ -24,6 +24,9 @@ export function svg(tag, attributes, ...children) {
   return fill(document.createElementNS(kSvg, tag), attributes, children);
 }
 
+/** A number or the like after a heading or in a link. */
+export const amount = (text) => h('span', {class: 'amount'}, ` ${text}`);
+
 let nextId = 0;
 export const uniqueId = (stem) => `${stem}-${++nextId}`;
 
@@ -82,7 +85,7 @@ export function select(options, value, attributes) {
   );
 }
 
-/** A table in a box that scrolls sideways. `columns` are names, or {name, class, isHidden}; none: a table without a head. */
+/** A table in a box that scrolls sideways. `columns` are names, or {name, class, isHidden}; without any it has no head. */
 export function table(label, columns, rows, attributes) {
   const cells = columns.map((column) => {
     const {name, isHidden, ...rest} = typeof column === 'string' ? {name: column} : column;

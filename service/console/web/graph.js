@@ -149,78 +149,78 @@ function extent(rectangles) {
   return {x: left, y: top, width: right - left, height: bottom - top};
 }
 
-/**
- * {element, enlarge(factor), fit(), find(text), view, show()} for the answer of the service. `hrefOf(key)` is an element's
- * address. `find` marks the occurrences whose names or tables contain the text, moves to the next of them, and
- * returns how many there are. `view` is the part that is shown, after `show`.
- */
-export function graph(data, hrefOf) {
-  const occurrences = data.occurrences.map((occurrence) =>
-    occurrence.collapsed
-      ? {...occurrence, height: kHeader + 2}
-      : {...occurrence, width: Math.max(occurrence.width, 60), height: Math.max(occurrence.height, kHeader + 2)},
-  );
-  const boxes = new Map(occurrences.map((occurrence) => [occurrence.key, occurrence]));
-  const nodes = occurrences.map((occurrence) =>
-    box(occurrence, fieldsOf(occurrence, data.relationships), hrefOf(occurrence.key)),
-  );
-  const lines = data.relationships.map((relationship) => line(relationship, boxes, hrefOf(relationship.key)));
-  const element = svg(
-    'svg',
-    {class: 'graph', role: 'group', tabindex: '0', 'aria-label': 'Relationships picture'},
-    data.notes.map(note),
-    lines.filter(Boolean),
-    nodes,
-  );
-  const all = extent([...occurrences, ...data.notes]);
-  const view = {...all};
-  const show = () => element.setAttribute('viewBox', `${view.x} ${view.y} ${view.width} ${view.height}`);
+// Boxes without their fields, or too small to read, as FileMaker draws them.
+function readable(occurrence) {
+  if (occurrence.collapsed) return {...occurrence, height: kHeader + 2};
+  return {...occurrence, width: Math.max(occurrence.width, 60), height: Math.max(occurrence.height, kHeader + 2)};
+}
 
-  function enlarge(factor, at = [view.x + view.width / 2, view.y + view.height / 2]) {
+/** The picture as `element`. `view` is the part that is shown, after `show`. */
+export class Graph {
+  /** For the answer of the service; `hrefOf(key)` is an element's address. */
+  constructor({occurrences, relationships, notes}, hrefOf) {
+    this.occurrences = occurrences.map(readable);
+    const boxes = new Map(this.occurrences.map((occurrence) => [occurrence.key, occurrence]));
+    this.nodes = this.occurrences.map((occurrence) =>
+      box(occurrence, fieldsOf(occurrence, relationships), hrefOf(occurrence.key)),
+    );
+    const lines = relationships.map((relationship) => line(relationship, boxes, hrefOf(relationship.key)));
+    const attributes = {class: 'graph', role: 'group', tabindex: '0', 'aria-label': 'Relationships picture'};
+    this.element = svg('svg', attributes, notes.map(note), lines.filter(Boolean), this.nodes);
+    this.all = extent([...this.occurrences, ...notes]);
+    this.found = -1;
+    this.wanted = '';
+    this.fit();
+    listen(this);
+  }
+
+  show() {
+    const {x, y, width, height} = this.view;
+    this.element.setAttribute('viewBox', `${x} ${y} ${width} ${height}`);
+  }
+
+  /** Enlarges around a point, by default the middle of what is shown. */
+  enlarge(factor, [x, y] = [this.view.x + this.view.width / 2, this.view.y + this.view.height / 2]) {
+    const {view, all} = this;
     const scale = (all.width / view.width) * factor;
     if (scale < kSmallest || scale > kLargest * Math.max(1, all.width / 1000)) return;
-    Object.assign(view, {
-      x: at[0] - (at[0] - view.x) / factor,
-      y: at[1] - (at[1] - view.y) / factor,
+    this.view = {
+      x: x - (x - view.x) / factor,
+      y: y - (y - view.y) / factor,
       width: view.width / factor,
       height: view.height / factor,
-    });
-    show();
+    };
+    this.show();
   }
 
-  function move(x, y) {
-    view.x += x;
-    view.y += y;
-    show();
+  move(x, y) {
+    this.view.x += x;
+    this.view.y += y;
+    this.show();
   }
 
-  function fit() {
-    Object.assign(view, all);
-    show();
+  fit() {
+    this.view = {...this.all};
+    this.show();
   }
 
-  let found = -1;
-  let wanted = '';
-  function find(text) {
+  /** Marks the occurrences whose names or tables contain `text`, goes to the next of them, and returns their number. */
+  find(text) {
     const hits = [];
-    nodes.forEach((node, index) => {
-      const {name, table} = occurrences[index];
+    this.nodes.forEach((node, index) => {
+      const {name, table} = this.occurrences[index];
       const isHit = text !== '' && `${name}\n${table}`.toLowerCase().includes(text.toLowerCase());
       node.classList.toggle('found', isHit);
       node.classList.remove('here');
       if (isHit) hits.push(index);
     });
-    element.classList.toggle('searching', text !== '');
-    found = text === wanted && hits.length ? (found + 1) % hits.length : 0;
-    wanted = text;
+    this.element.classList.toggle('searching', text !== '');
+    this.found = text === this.wanted && hits.length ? (this.found + 1) % hits.length : 0;
+    this.wanted = text;
     if (!hits.length) return 0;
-    const {x, y, width, height} = occurrences[hits[found]];
-    nodes[hits[found]].classList.add('here');
-    move(x + width / 2 - view.x - view.width / 2, y + height / 2 - view.y - view.height / 2);
+    const {x, y, width, height} = this.occurrences[hits[this.found]];
+    this.nodes[hits[this.found]].classList.add('here');
+    this.move(x + (width - this.view.width) / 2 - this.view.x, y + (height - this.view.height) / 2 - this.view.y);
     return hits.length;
   }
-
-  fit();
-  listen(element, {view, enlarge, move, fit});
-  return {element, enlarge, fit, find, view, show};
 }

@@ -1,159 +1,148 @@
 // A table with a filter, sortable columns, and rows that are added as one scrolls, so that 10,000 of them are quick.
 import {h, uniqueId} from './dom.js';
 import {collator, count, number} from './format.js';
+import {keepingFocus} from './page.js';
 
 const kChunk = 150; // rows
+const kAhead = '1500px'; // how far below the window rows are added
 
-/**
- * `columns` are {name, cell(item), text(item), class}: what a cell shows, and the text or number by which it is sorted
- * and found, by default what `cell` gives. The page's address keeps filter and order, with `name` before them where a
- * page has several lists. Returns {element, update(items), arrange()}.
- */
-export function list({
-  page,
-  name = '',
-  label,
-  noun,
-  nouns,
-  columns,
-  filter = true,
-  filters = [],
-  emptyText,
-  compact = false,
-}) {
-  const state = {
-    items: [],
-    shown: [],
-    drawn: 0,
-    sort: page.query.get(`${name}sort`) ?? '',
-    text: page.query.get(`${name}filter`) ?? '',
-  };
-  const textOf = (column, item) => (column.text ?? column.cell)(item) ?? '';
-  const body = h('tbody');
-  const total = h('p', {class: 'total', id: uniqueId('total')});
-  const none = h('p', {class: 'none', hidden: true});
-  const input = h('input', {
-    type: 'search',
-    value: state.text,
-    'aria-label': `Filter ${label.toLowerCase()}`,
-    placeholder: 'Filter',
-    autocomplete: 'off',
-    spellcheck: 'false',
-  });
-  const head = h(
-    'tr',
-    {},
-    columns.map((column) => headCell(column)),
-  );
-  const table = h('table', {'aria-label': label, class: compact ? 'list compact' : 'list'}, h('thead', {}, head), body);
-  const more = new IntersectionObserver(
-    (entries) => {
-      if (entries.some((entry) => entry.isIntersecting)) draw();
-    },
-    {rootMargin: '1500px'},
-  );
-  const end = h('div', {class: 'end'});
-  more.observe(end);
-  page.signal.addEventListener('abort', () => more.disconnect());
+const textOf = (column, item) => (column.text ?? column.cell)(item) ?? '';
 
-  function headCell(column) {
-    if (column.sortable === false) {
-      return h('th', {scope: 'col', class: column.class}, column.name || h('span', {class: 'offscreen'}, column.label));
+/** The list's `element` is for the page; `update` gives it the items. */
+class List {
+  constructor(options) {
+    Object.assign(this, {name: '', filter: true, compact: false, emptyText: '', ...options});
+    this.items = []; // with the text in which the filter searches
+    this.shown = [];
+    this.drawn = 0;
+    this.sort = this.page.query.get(`${this.name}sort`) ?? '';
+    this.text = this.page.query.get(`${this.name}filter`) ?? '';
+    this.build();
+    this.observer = new IntersectionObserver(
+      (entries) => {
+        if (entries.some((entry) => entry.isIntersecting)) this.draw();
+      },
+      {rootMargin: kAhead},
+    );
+    this.observer.observe(this.end);
+    this.page.signal.addEventListener('abort', () => this.observer.disconnect());
+  }
+
+  build() {
+    this.body = h('tbody');
+    this.total = h('p', {class: 'total', id: uniqueId('total')});
+    this.none = h('p', {class: 'none', hidden: true});
+    this.end = h('div');
+    const heads = this.columns.map((column) => this.headCell(column));
+    this.head = h('tr', {}, heads);
+    const kind = this.compact ? 'list compact' : 'list';
+    this.table = h('table', {'aria-label': this.label, class: kind}, h('thead', {}, this.head), this.body);
+    this.element = h(
+      'div',
+      {},
+      h('div', {class: 'list-tools'}, this.filter && this.filterBox(), this.total),
+      h('div', {class: 'table-box'}, this.table),
+      this.none,
+      this.end,
+    );
+  }
+
+  filterBox() {
+    const input = h('input', {
+      type: 'search',
+      value: this.text,
+      'aria-label': `Filter ${this.label.toLowerCase()}`,
+      placeholder: 'Filter',
+      autocomplete: 'off',
+      spellcheck: 'false',
+    });
+    input.addEventListener('input', () => {
+      this.text = input.value;
+      this.page.setQuery({[`${this.name}filter`]: this.text});
+      this.arrange();
+    });
+    return input;
+  }
+
+  headCell({name, label, sortable, class: kind}) {
+    if (sortable === false) {
+      return h('th', {scope: 'col', class: kind}, name || h('span', {class: 'offscreen'}, label));
     }
-    const sorter = h('button', {type: 'button', class: 'sorter', onclick: () => sortBy(column.name)}, column.name);
-    return h('th', {scope: 'col', class: column.class, 'data-column': column.name}, sorter);
+    const sorter = h('button', {type: 'button', class: 'sorter', onclick: () => this.sortBy(name)}, name);
+    return h('th', {scope: 'col', class: kind, 'data-column': name}, sorter);
   }
 
-  function sortBy(column) {
-    state.sort = state.sort === column ? `-${column}` : state.sort === `-${column}` ? '' : column;
-    page.setQuery({[`${name}sort`]: state.sort});
-    arrange();
+  // Ascending, then descending, then as the items came.
+  sortBy(name) {
+    this.sort = {[name]: `-${name}`, [`-${name}`]: ''}[this.sort] ?? name;
+    this.page.setQuery({[`${this.name}sort`]: this.sort});
+    this.arrange();
   }
 
-  function sorted(items) {
-    const column = columns.find((candidate) => candidate.name === state.sort.replace(/^-/, ''));
-    if (!state.sort || !column) return items;
-    const sign = state.sort.startsWith('-') ? -1 : 1;
+  sorted(items) {
+    const column = this.columns.find((candidate) => candidate.name === this.sort.replace(/^-/, ''));
+    if (!this.sort || !column) return items;
+    const sign = this.sort.startsWith('-') ? -1 : 1;
     const keyed = items.map((item) => [textOf(column, item), item]);
     const compare = typeof keyed[0]?.[0] === 'number' ? (a, b) => a[0] - b[0] : (a, b) => collator.compare(a[0], b[0]);
-    return keyed.sort((a, b) => sign * compare(a, b)).map((pair) => pair[1]);
+    return keyed.sort((a, b) => sign * compare(a, b)).map(([, item]) => item);
   }
 
-  function arrange() {
-    const words = state.text.toLowerCase().split(/\s+/).filter(Boolean);
-    const isWanted = ({item, haystack}) =>
-      words.every((word) => haystack.includes(word)) && filters.every((test) => test(item));
-    state.shown = sorted(state.items.filter(isWanted).map(({item}) => item));
-    state.drawn = 0;
-    body.replaceChildren();
-    draw();
-    const all = count(state.items.length, noun, nouns);
-    total.textContent = state.shown.length === state.items.length ? all : `${number(state.shown.length)} of ${all}`;
-    none.textContent = state.items.length === 0 ? (emptyText ?? '') : `Nothing matches the filter.`;
-    none.hidden = state.shown.length > 0;
-    table.hidden = state.shown.length === 0;
-    for (const cell of head.children) {
-      if (!cell.dataset.column) continue;
-      cell.setAttribute(
-        'aria-sort',
-        cell.dataset.column === state.sort
-          ? 'ascending'
-          : `-${cell.dataset.column}` === state.sort
-            ? 'descending'
-            : 'none',
-      );
+  arrange(rows = kChunk) {
+    const words = this.text.toLowerCase().split(/\s+/).filter(Boolean);
+    const isWanted = ({haystack}) => words.every((word) => haystack.includes(word));
+    this.shown = this.sorted(this.items.filter(isWanted).map(({item}) => item));
+    this.drawn = 0;
+    keepingFocus(this.body, () => {
+      this.body.replaceChildren();
+      this.draw(rows);
+    });
+    const all = count(this.items.length, this.noun, this.nouns);
+    const some = `${number(this.shown.length)} of ${all}`;
+    this.total.textContent = this.shown.length === this.items.length ? all : some;
+    this.none.textContent = this.items.length === 0 ? this.emptyText : 'Nothing matches the filter.';
+    this.none.hidden = this.shown.length > 0;
+    this.table.hidden = this.shown.length === 0;
+    const orders = {[this.sort]: 'ascending', [this.sort.slice(1)]: this.sort.startsWith('-') && 'descending'};
+    for (const cell of this.head.querySelectorAll('[data-column]')) {
+      cell.setAttribute('aria-sort', orders[cell.dataset.column] || 'none');
     }
   }
 
-  function draw() {
-    const rows = state.shown.slice(state.drawn, state.drawn + kChunk);
-    state.drawn += rows.length;
-    body.append(
-      ...rows.map((item) =>
-        h(
-          'tr',
-          {},
-          columns.map((column, index) =>
-            h(
-              index === 0 && !column.plain ? 'th' : 'td',
-              {class: column.class, scope: index === 0 && !column.plain ? 'row' : null},
-              column.cell(item),
-            ),
-          ),
-        ),
-      ),
-    );
-    if (state.drawn < state.shown.length) {
-      more.unobserve(end);
-      more.observe(end);
+  draw(rows = kChunk) {
+    const added = this.shown.slice(this.drawn, this.drawn + rows);
+    this.drawn += added.length;
+    this.body.append(...added.map((item) => this.row(item)));
+    if (this.drawn < this.shown.length) {
+      this.observer.unobserve(this.end);
+      this.observer.observe(this.end); // it reports again where the end is now
     }
   }
 
-  input.addEventListener('input', () => {
-    state.text = input.value;
-    page.setQuery({[`${name}filter`]: state.text});
-    arrange();
-  });
-  const element = h(
-    'div',
-    {class: 'list-box'},
-    h('div', {class: 'list-tools'}, filter && input, total),
-    h('div', {class: 'table-box'}, table),
-    none,
-    end,
-  );
-  return {
-    element,
-    arrange,
-    update(items) {
-      state.items = items.map((item) => ({
-        item,
-        haystack: columns
-          .map((column) => textOf(column, item))
-          .join('\n')
-          .toLowerCase(),
-      }));
-      arrange();
-    },
-  };
+  row(item) {
+    const cells = this.columns.map((column, index) => {
+      const isHead = index === 0 && !column.plain;
+      return h(isHead ? 'th' : 'td', {class: column.class, scope: isHead && 'row'}, column.cell(item));
+    });
+    return h('tr', {}, cells);
+  }
+
+  /** Shows `items`, with as many rows as before. */
+  update(items) {
+    const haystack = (item) =>
+      this.columns
+        .map((column) => textOf(column, item))
+        .join('\n')
+        .toLowerCase();
+    this.items = items.map((item) => ({item, haystack: haystack(item)}));
+    this.arrange(Math.max(kChunk, this.drawn));
+  }
 }
+
+/**
+ * A list with {page, label, noun, columns} and perhaps {nouns, name, filter, compact, emptyText}. `columns` are
+ * {name, cell(item), text(item), class}: what a cell shows, and the text or number by which it is sorted and found, by
+ * default what `cell` gives. The page's address keeps filter and order, with `name` before them where a page has
+ * several lists.
+ */
+export const list = (options) => new List(options);

@@ -2,7 +2,8 @@
 import {get, setServiceState} from './api.js';
 
 const kTopics = ['commands', 'records', 'designs', 'clips', 'status'];
-const kRetry = 2000; // ms
+const kRetry = 3000; // ms
+const kHidden = 60000; // ms; browsers allow few connections, so windows in the background give theirs back
 const kGather = 120; // ms; several events at once cause one request
 const subscriptions = new Set();
 const changed = new Set();
@@ -40,6 +41,13 @@ async function onBreak() {
   }
   if (closed) setTimeout(connect, kRetry);
 }
+
+let rest;
+document.addEventListener('visibilitychange', () => {
+  clearTimeout(rest);
+  if (document.hidden) rest = setTimeout(() => source?.close(), kHidden);
+  else if (source?.readyState === EventSource.CLOSED) connect();
+});
 
 /** Begins to listen; called once, and again by itself for as long as the page is open. */
 export function connect() {

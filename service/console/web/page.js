@@ -49,7 +49,7 @@ export class Page {
 
   /**
    * Calls `apply` with what `load` gives, now and after changes of `topics`, when it differs from the last time.
-   * `failed` gets an error while there is nothing to show yet. Returns a function that loads again.
+   * `failed` gets what the service refuses, and other errors while there is nothing to show yet. Returns a function that loads again.
    */
   watch({topics = [], load, apply, failed}) {
     let last;
@@ -65,11 +65,11 @@ export class Page {
         apply(data);
       } catch (error) {
         if (this.signal.aborted) return;
-        if (error instanceof Refusal || error instanceof Unreachable) {
-          if (last === undefined) failed?.(error);
-        } else {
-          throw error;
-        }
+        const isRefused = error instanceof Refusal && error.status !== 401;
+        if (!(error instanceof Refusal || error instanceof Unreachable)) throw error;
+        if (last !== undefined && !isRefused) return; // what is shown stays while the service is away
+        last = undefined;
+        failed?.(error);
       }
     };
     const end = subscribe([...topics, 'reconnected'], refresh);

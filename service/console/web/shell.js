@@ -1,7 +1,7 @@
 // What the pages of one design share: the path above the heading, and the kinds with their counts at the side.
 import {designElements, designAddress, fileKey, findDesign} from './data.js';
 import {segment} from './api.js';
-import {empty, h} from './dom.js';
+import {amount, empty, h} from './dom.js';
 import {fileTitle, number, timeText} from './format.js';
 import {kindPlural} from './kinds.js';
 
@@ -15,16 +15,11 @@ export function trailOf(design) {
 }
 
 function sideNavigation(design, kinds, current) {
-  const entry = (text, href, isCurrent, amount) =>
+  const entry = (text, href, isCurrent, total) =>
     h(
       'li',
       {},
-      h(
-        'a',
-        {href, 'aria-current': isCurrent ? 'page' : null},
-        text,
-        amount !== undefined && h('span', {class: 'amount'}, number(amount)),
-      ),
+      h('a', {href, 'aria-current': isCurrent ? 'page' : null}, text, total !== undefined && amount(number(total))),
     );
   return h(
     'nav',
@@ -32,7 +27,7 @@ function sideNavigation(design, kinds, current) {
     h(
       'ul',
       {},
-      kinds.map(([kind, amount]) => entry(kindPlural(kind), designAddress(design.id, kind), kind === current, amount)),
+      kinds.map(([kind, total]) => entry(kindPlural(kind), designAddress(design.id, kind), kind === current, total)),
     ),
     h(
       'ul',

@@ -3,58 +3,58 @@ import {get, segment} from '../api.js';
 import {formulaLine, stepLine} from '../code.js';
 import {elementAddress, fileKey, findDesign} from '../data.js';
 import {sideBySide} from '../diff.js';
-import {button, copy, empty, field, h, save, select} from '../dom.js';
+import {amount, button, copy, empty, field, h, save, select} from '../dom.js';
 import {count, fileTitle, number, timeText, when} from '../format.js';
 import {byKind, kindName, kindPlural} from '../kinds.js';
 import {markdown} from '../markdown.js';
 import {groupBy} from './element.js';
 
 const kWords = ['added', 'removed', 'renamed', 'moved', 'edited'];
+const kNames = 4; // of the details of a folded change
 const kOpen = 30; // with more changes than these, details are folded
 
 const person = (change) => change.user || change.account || '';
 
-function detail(change, entry) {
+function detail(change, entry, hasTitle) {
   const isScript = change.kind === 'script' && entry.name === 'steps';
-  const title = h('h4', {}, entry.name.split('/').join(' › '));
+  const title = hasTitle ? [h('h3', {}, entry.name.split('/').join(' › '))] : [];
   if (entry.lines) {
     const content = isScript ? (text) => stepLine(text) : (text) => formulaLine(text);
-    return [title, sideBySide(entry.lines, {label: `${entry.name} of ${change.name}`, content})];
+    return [...title, sideBySide(entry.lines, {label: `${entry.name} of ${change.name}`, content})];
   }
   return [
-    title,
+    ...title,
     h('p', {class: 'values'}, h('del', {}, entry.older || '(empty)'), ' → ', h('ins', {}, entry.newer || '(empty)')),
   ];
 }
 
 function changeElement(change, designs, isOpen) {
   const design = change.change === 'removed' ? designs.older : designs.newer;
-  const details = change.details ?? [];
-  const summary = [
+  // A new name is shown next to the old one already.
+  const details = (change.details ?? []).filter((entry) => !(change.oldName && entry.name === 'name'));
+  const row = h(
+    'div',
+    {class: 'change-row'},
     h('span', {class: `change ${change.change}`}, change.change),
     h('a', {href: elementAddress(design.id, change.key)}, change.name || '(no name)'),
     change.oldName && h('span', {class: 'old-name'}, `was ${change.oldName}`),
     person(change) && h('span', {class: 'by'}, person(change), ', ', when(change.time)),
-  ];
-  if (!details.length) return h('div', {class: 'change-row'}, summary);
-  return h(
-    'details',
-    {open: isOpen},
-    h(
-      'summary',
-      {class: 'change-row'},
-      summary,
-      h(
-        'span',
-        {class: 'amount'},
-        details
-          .map((entry) => entry.name.split('/').at(-1))
-          .slice(0, 4)
-          .join(', '),
-      ),
-    ),
-    details.map((entry) => detail(change, entry)),
   );
+  return h('div', {class: 'card'}, row, details.length > 0 && folded(change, details, isOpen));
+}
+
+// Made only when they are opened, because there may be thousands.
+function folded(change, details, isOpen) {
+  const names = details.map((entry) => entry.name.split('/').at(-1));
+  const some = names.slice(0, kNames).join(', ') + (names.length > kNames ? ', …' : '');
+  const element = h('details', {open: isOpen}, h('summary', {'aria-label': `${some} of ${change.name}`}, some));
+  const fill = () => {
+    if (element.open && element.children.length === 1)
+      element.append(...details.flatMap((entry) => detail(change, entry, details.length > 1)));
+  };
+  element.addEventListener('toggle', fill);
+  fill();
+  return element;
 }
 
 function tally(changes) {
@@ -73,7 +73,7 @@ function render(changes, all, designs) {
     h(
       'section',
       {class: 'changes'},
-      h('h2', {}, kindPlural(kind), h('span', {class: 'amount'}, tally(entries))),
+      h('h2', {}, kindPlural(kind), amount(tally(entries))),
       entries.map((change) => changeElement(change, designs, changes.length <= kOpen)),
     ),
   );

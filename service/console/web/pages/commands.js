@@ -6,7 +6,7 @@ import {duration, fileTitle, when} from '../format.js';
 import {clipKind, clipKinds} from '../kinds.js';
 import {list} from '../list.js';
 import {keepingFocus} from '../page.js';
-import {commandName, isOpen, queue, reasonOf} from '../work.js';
+import {commandName, isOpen, queue, reasonOf, repeat} from '../work.js';
 
 const kHistory = 200;
 const kWaits = 'The plug-in waits up to 30 seconds until the file is active and no script runs.';
@@ -80,15 +80,8 @@ export function stateText(command) {
     : `At work for ${duration(seconds)}. FileMaker saves the design, or is busy.`;
 }
 
-async function repeat(command) {
-  let xmlContent;
-  if (command.type === 'SET_CLIPBOARD') {
-    const whole = await get(`commands/${segment(command.id)}`);
-    xmlContent = whole.xmlContent;
-    if (!xmlContent)
-      throw new Error('The service no longer has the XML of this command. Put the clip on the clipboard instead.');
-  }
-  await queue(command.type, {fileName: command.fileName, xmlType: command.xmlType, xmlContent});
+async function ask(command) {
+  await repeat(command);
   announce(`${commandName(command.type)}: FileMaker is asked again`);
 }
 
@@ -154,7 +147,7 @@ function columns() {
       text: () => '',
       cell: (command) =>
         !isOpen(command) &&
-        button('Repeat', () => repeat(command), {
+        button('Repeat', () => ask(command), {
           class: 'quiet',
           'aria-label': `Repeat ${commandName(command.type)} of ${when(command.queuedAt).textContent}`,
         }),

@@ -2,7 +2,7 @@
 import {get, segment} from '../api.js';
 import {codeBlock, linker, parseText, stepLine} from '../code.js';
 import {elementAddress} from '../data.js';
-import {button, copy, empty, h, properties as propertyTable} from '../dom.js';
+import {amount, button, copy, empty, h, properties as propertyTable} from '../dom.js';
 import {count, number, when} from '../format.js';
 import {kindName, kindPlural, byKind} from '../kinds.js';
 import {list} from '../list.js';
@@ -49,7 +49,7 @@ function definition(element, links) {
           'h2',
           {},
           name,
-          h('span', {class: 'amount'}, number(lines.length)),
+          amount(number(lines.length)),
           button('Copy', () => copy(lines.join('\n'), 'Steps'), {class: 'quiet'}),
         ),
         codeBlock(lines, {label: name, line: stepLine, link, numbered: true}),
@@ -79,14 +79,14 @@ function groups(title, references, side, design) {
   return h(
     'section',
     {class: 'references'},
-    h('h2', {}, title, h('span', {class: 'amount'}, number(references.length))),
+    h('h2', {}, title, amount(number(references.length))),
     references.length === 0 &&
       h('p', {class: 'hint'}, title === 'Used by' ? 'Nothing in this file refers to it.' : 'It refers to nothing.'),
     sorted.map(([kind, entries]) =>
       h(
         'details',
         {open: entries.length <= kManyReferences || sorted.length === 1},
-        h('summary', {}, kindPlural(kind), h('span', {class: 'amount'}, number(entries.length))),
+        h('summary', {}, kindPlural(kind), amount(number(entries.length))),
         h(
           'ul',
           {},

@@ -4,7 +4,7 @@ import {elementAddress, findDesign} from '../data.js';
 import {button, empty, h} from '../dom.js';
 import {count, fileTitle} from '../format.js';
 import {kStep} from '../gestures.js';
-import {graph, sign} from '../graph.js';
+import {Graph, sign} from '../graph.js';
 import {list} from '../list.js';
 import {trailOf} from '../shell.js';
 
@@ -44,7 +44,7 @@ function tools(page, picture) {
     search,
     button('Enlarge', () => picture.enlarge(kStep), {class: 'plain'}),
     button('Reduce', () => picture.enlarge(1 / kStep), {class: 'plain'}),
-    button('Show all', picture.fit, {class: 'plain'}),
+    button('Show all', () => picture.fit(), {class: 'plain'}),
     button('Print', () => print(), {class: 'plain'}),
   );
 }
@@ -63,7 +63,7 @@ function printWhole(page, picture) {
   addEventListener(
     'afterprint',
     () => {
-      Object.assign(picture.view, kept);
+      picture.view = kept;
       picture.show();
     },
     {signal: page.signal},
@@ -125,7 +125,7 @@ export function show(page) {
         );
         return;
       }
-      const picture = graph(data, (key) => elementAddress(id, key));
+      const picture = new Graph(data, (key) => elementAddress(id, key));
       printWhole(page, picture);
       page.show(
         heading,

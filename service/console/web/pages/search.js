@@ -1,7 +1,7 @@
 // One box over all designs and clips, with results as one types.
 import {get, query, segment} from '../api.js';
 import {designs, elementAddress} from '../data.js';
-import {empty, field, h, select, settled} from '../dom.js';
+import {amount, empty, field, h, select, settled} from '../dom.js';
 import {count, fileTitle, number, when} from '../format.js';
 import {clipKind, kindName} from '../kinds.js';
 
@@ -98,7 +98,7 @@ function results({found, clips, newest}, wanted) {
       h(
         'section',
         {},
-        h('h2', {}, 'In designs', h('span', {class: 'amount'}, number(found.total))),
+        h('h2', {}, 'In designs', amount(number(found.total))),
         h(
           'ul',
           {class: 'hits', 'aria-label': 'Hits in designs'},
@@ -115,7 +115,7 @@ function results({found, clips, newest}, wanted) {
       h(
         'section',
         {},
-        h('h2', {}, 'In clips', h('span', {class: 'amount'}, number(clips.total))),
+        h('h2', {}, 'In clips', amount(number(clips.total))),
         h(
           'ul',
           {class: 'hits', 'aria-label': 'Hits in clips'},
