@@ -6,12 +6,11 @@
 
 #include "canonical/Properties.h"
 #include "changes/LineDiff.h"
-#include "design/DesignReader.h"
-#include "designs/DesignCache.h"
 #include "designs/DesignJson.h"
 #include "designs/OpenDesign.h"
 #include "mcp/Arguments.h"
 #include "mcp/Limits.h"
+#include "mcp/StoredDesigns.h"
 #include "mcp/Tools.h"
 #include "references/ReferenceIndex.h"
 
@@ -20,18 +19,6 @@ namespace {
 
 using solution::Design;
 using solution::Element;
-
-std::shared_ptr<const OpenedDesign> Open(const Call& call, const std::string& name) {
-  static DesignCache cache;
-  DesignStore history = OpenHistory(call.options().Folder());
-  const StoredDesign stored = FindDesign(history, name);
-  return cache.Open(stored.id, stored.bytes, [&] {
-    std::string error;
-    auto design = solution::ReadDesignBytes(history.Content(stored.id), "design " + std::to_string(stored.id), error);
-    if (design == nullptr) throw ToolError(error);
-    return design;
-  });
-}
 
 // The rows that the caller asked for, {"total":N,NAME:[…]}; `describe` is called for these only.
 template <class Rows, class Describe>
@@ -46,20 +33,6 @@ Json Page(const char* name, const Rows& rows, const Value& arguments, Describe d
   return json;
 }
 
-bool HasKind(const Element& element, const std::string& kind) {
-  return kind.empty() || NamesOf(element.kind).word == kind;
-}
-
-std::vector<const Element*> Named(const Design& design, const std::string& name, const std::string& kind) {
-  auto elements = FindElements(design, name);
-  std::erase_if(elements, [&](const Element* element) { return !HasKind(*element, kind); });
-  if (elements.empty()) {
-    throw ToolError("the design has no " + (kind.empty() ? "element" : kind) + " named " + name +
-                    "; search finds names by a part of them");
-  }
-  return elements;
-}
-
 ToolResult Designs(Call& call, const Value& arguments) {
   auto designs = OpenHistory(call.options().Folder()).List(Text(arguments, "file"));
   std::reverse(designs.begin(), designs.end());
@@ -72,15 +45,8 @@ std::vector<const Element*> AllElements(const Design& design) {
   return elements;
 }
 
-Json Summary(const Design& design, const Element& element) {
-  const Json all = DescribeElementIn(design, element);
-  Json json;
-  for (const char* name : {"key", "kind", "name", "parent", "detail"}) json[name] = all.at(name);
-  return json;
-}
-
 ToolResult Elements(Call& call, const Value& arguments) {
-  const auto opened = Open(call, Text(arguments, "design"));
+  const auto opened = OpenStored(call, Text(arguments, "design"));
   const Design& design = opened->design();
   auto elements = Flag(arguments, "unused") ? opened->references().Unused(design) : AllElements(design);
   std::erase_if(elements, [&](const Element* element) { return !HasKind(*element, Text(arguments, "kind")); });
@@ -88,7 +54,7 @@ ToolResult Elements(Call& call, const Value& arguments) {
 }
 
 ToolResult ElementText(Call& call, const Value& arguments) {
-  const auto opened = Open(call, Text(arguments, "design"));
+  const auto opened = OpenStored(call, Text(arguments, "design"));
   const Design& design = opened->design();
   Json elements = Json::array();
   std::string text;
@@ -154,7 +120,7 @@ ToolResult Changes(Call& call, const Value& arguments) {
     throw ToolError("changes takes either file, or older and newer");
   }
   if (!file.empty()) std::tie(older, newer) = NewestTwo(file, call.options().Folder());
-  const auto olderDesign = Open(call, older), newerDesign = Open(call, newer);
+  const auto olderDesign = OpenStored(call, older), newerDesign = OpenStored(call, newer);
   const auto comparison =
       Compare(olderDesign->design(), newerDesign->design(), [&call](std::size_t, std::size_t) { call.Check(); });
   Json json = Page("changes", comparison.changes, arguments, DescribeDetails);
@@ -165,7 +131,7 @@ ToolResult Changes(Call& call, const Value& arguments) {
 ToolResult References(Call& call, const Value& arguments) {
   const std::string of = Text(arguments, "of");
   if (!of.empty() && Flag(arguments, "broken")) throw ToolError("broken and of exclude each other");
-  const auto opened = Open(call, Text(arguments, "design"));
+  const auto opened = OpenStored(call, Text(arguments, "design"));
   const Design& design = opened->design();
   const auto elements = of.empty() ? std::vector<const Element*>() : Named(design, of, Text(arguments, "kind"));
   return {Page("references", opened->references().Select(elements, Flag(arguments, "broken")), arguments,

@@ -2,12 +2,13 @@
 
 #include <algorithm>
 
+#include "mcp/Resources.h"
 #include "mcp/Tools.h"
 
 namespace service::mcp {
 namespace {
 
-Json Capabilities() { return {{"tools", Json::object()}}; }
+Json Capabilities() { return {{"tools", Json::object()}, {"resources", Json::object()}}; }
 
 Json Ping(Call&, const Value&) { return Json::object(); }
 
@@ -18,6 +19,11 @@ Json Discover(Call&, const Value&) {
 // The lists that fit into one answer have no further pages.
 void RefuseCursor(const Value& params) {
   if (params.contains("cursor")) throw ProtocolError(kInvalidParams, "unknown cursor: there is one page only");
+}
+
+Json ListTemplates(Call&, const Value& params) {
+  RefuseCursor(params);
+  return {{"resourceTemplates", ResourceTemplates()}};
 }
 
 Json ListTools(Call&, const Value& params) {
@@ -31,6 +37,9 @@ constexpr Method kMethods[] = {
     {"server/discover", Era::kModern, true, Caching::kLong, Discover},
     {"tools/list", Era::kBoth, true, Caching::kLong, ListTools},
     {"tools/call", Era::kBoth, false, Caching::kNone, CallTool},
+    {"resources/templates/list", Era::kBoth, true, Caching::kLong, ListTemplates},
+    {"resources/list", Era::kBoth, false, Caching::kNotAtAll, ListResources},
+    {"resources/read", Era::kBoth, false, Caching::kNotAtAll, ReadResource},
 };
 
 }  // namespace
