@@ -65,6 +65,7 @@ if [ -n "$interactive" ]; then
   "$build/fmsim" "$@" \
     --eval "Varnix.Register ( \"you@example.com\" ; \"$key\" ; Get ( PersistentID ) ; \"$VARNIX_SERVICE\" )" > "$work/sign-in"
   echo "The local bridge service is at $VARNIX_SERVICE; the plug-in is signed in: $(cat "$work/sign-in")"
+  sed -n 's/^Console: /Its console, for a browser:/p' "$work/address"
   echo "From another terminal:  $build/varnix-service send list-files --service $VARNIX_SERVICE --data $build/service-data"
   status=0
   "$build/fmsim" "$@" || status=$?

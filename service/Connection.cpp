@@ -3,11 +3,15 @@
 #include <algorithm>
 #include <boost/asio/dispatch.hpp>
 #include <boost/asio/write.hpp>
+#include <boost/beast/http/file_body.hpp>
 #include <boost/beast/http/read.hpp>
+#include <boost/beast/http/string_body.hpp>
 #include <boost/beast/http/write.hpp>
 #include <cctype>
 #include <exception>
+#include <filesystem>
 #include <limits>
+#include <stdexcept>
 
 #include "HttpError.h"
 #include "Routes.h"
@@ -131,23 +135,39 @@ void Connection::AnswerRequest() {
   Try([&] {
     request_.body = body_->bytes();
     Response response = route_->answer(context_, request_);
+    if (!response.file.empty()) return SendFile(response);
     if (!response.streamsEvents) return Send(std::move(response));
     std::make_shared<EventStream>(stream_.release_socket(), context_)->Start();
   });
 }
 
 void Connection::Send(Response response) {
+  const auto message = std::make_shared<http::response<http::string_body>>();
+  message->body() = std::move(response.body);
+  Write(message, response);
+}
+
+void Connection::SendFile(const Response& response) {
+  const auto message = std::make_shared<http::response<http::file_body>>();
+  Error error;
+  message->body().open(response.file.c_str(), boost::beast::file_mode::scan, error);
+  std::filesystem::remove(response.file);
+  if (error) throw std::runtime_error(response.file + " cannot be read: " + error.message());
+  Write(message, response);
+}
+
+template <class Message>
+void Connection::Write(std::shared_ptr<Message> message, const Response& response) {
   body_.reset();
-  response_.result(static_cast<unsigned int>(response.status));
-  response_.version(parser_.get().version() == 10 ? 10 : 11);
-  response_.set(http::field::content_type, response.contentType);
-  response_.set("X-Content-Type-Options", "nosniff");
-  for (const auto& [name, value] : response.headers) response_.set(name, value);
-  response_.keep_alive(false);
-  response_.body() = std::move(response.body);
-  response_.prepare_payload();
+  message->result(static_cast<unsigned int>(response.status));
+  message->version(parser_.get().version() == 10 ? 10 : 11);
+  message->set(http::field::content_type, response.contentType);
+  message->set("X-Content-Type-Options", "nosniff");
+  for (const auto& [name, value] : response.headers) message->set(name, value);
+  message->keep_alive(false);
+  message->prepare_payload();
   SetTimeout(context_.times.request);
-  http::async_write(stream_, response_, [self = shared_from_this()](Error error, std::size_t) {
+  http::async_write(stream_, *message, [self = shared_from_this(), message](Error error, std::size_t) {
     self->atWork_ = false;
     if (error) return self->stream_.close();
     self->Linger();

@@ -9,7 +9,6 @@
 #include <boost/beast/http/buffer_body.hpp>
 #include <boost/beast/http/message.hpp>
 #include <boost/beast/http/parser.hpp>
-#include <boost/beast/http/string_body.hpp>
 #include <chrono>
 #include <memory>
 #include <optional>
@@ -42,6 +41,9 @@ class Connection : public std::enable_shared_from_this<Connection> {
   void AcceptBody(Error error);
   void AnswerRequest();
   void Send(Response response);
+  void SendFile(const Response& response);
+  template <class Message>
+  void Write(std::shared_ptr<Message> message, const Response& response);
   void Linger();
   void SetTimeout(std::chrono::steady_clock::duration silence);
 
@@ -59,7 +61,6 @@ class Connection : public std::enable_shared_from_this<Connection> {
   const Route* route_ = nullptr;
   std::optional<Body> body_;
   std::array<char, kSmallBodyBytes> piece_;
-  boost::beast::http::response<boost::beast::http::string_body> response_;
 };
 
 }  // namespace service

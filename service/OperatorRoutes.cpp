@@ -134,6 +134,8 @@ Response ShowStatus(Context& context, const Request&) {
   json["commands"] = totals.commands;
   json["records"] = totals.records;
   json["bytes"] = totals.bytes;
+  json["lastSignIn"] = nullptr;
+  for (const auto& signIn : context.store.Records("sign-in", {}, 1)) json["lastSignIn"] = Describe(signIn);
   return JsonAnswer(json);
 }
 
@@ -144,7 +146,6 @@ Response Prune(Context& context, const Request& request) {
   const auto keep = Number("keep", Find(message, "keep"), 0, INT64_MAX, 0);
   const Pruned pruned = context.store.Prune(std::chrono::seconds(age), keep);
   context.storeChanged();
-  context.events.Fire(Change::kClips);
   return JsonAnswer({{"commands", pruned.commands}, {"records", pruned.records}});
 }
 

@@ -36,9 +36,7 @@ Response SignIn(Context& context, const Request& request) {
 
 Response TakePush(Context& context, const Request& request) {
   const Message message = ReadSigned(context, request, {{"licenseKey"}, {"xmlType"}, {"xmlContent"}, {"label", false}});
-  Response response = Keep(context, message, {"push", "xmlType", "label", "xmlContent"});
-  context.events.Fire(Change::kClips);
-  return response;
+  return Keep(context, message, {"push", "xmlType", "label", "xmlContent"});
 }
 
 Response TakeDiagnostic(Context& context, const Request& request) {

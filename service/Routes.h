@@ -74,6 +74,12 @@ std::span<const Route> DesignRoutes();
 /// The console's page, and who may use it.
 std::span<const Route> ConsoleRoutes();
 
+/// What connects FileMaker to the service.
+std::span<const Route> SetupRoutes();
+
+/// How much is kept, and what deletes and copies it.
+std::span<const Route> StorageRoutes();
+
 /// The version of this service.
 std::string ServiceVersion();
 

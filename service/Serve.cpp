@@ -11,6 +11,7 @@
 #include "PrivateFile.h"
 #include "Server.h"
 #include "Subcommands.h"
+#include "console/Backup.h"
 #include "console/Console.h"
 #include "console/Watch.h"
 #include "designs/DesignIndexer.h"
@@ -75,6 +76,7 @@ ExitStatus RunServe(const Options& options) {
   const sigset_t signals = BlockEndSignals();
   if (options.noKey) AccountKey(options, address);  // refuses before a folder is made
   Store store(options.Folder());
+  RemoveBackups(options.Folder());
   const std::string key = AccountKey(options, address);
   Context context{store, Access(key, address.host), BodyLimit(static_cast<std::size_t>(options.maxBody) << 20),
                   options.latestVersion.empty() ? VARNIX_VERSION : options.latestVersion, LogLine};

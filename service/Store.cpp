@@ -261,6 +261,7 @@ std::int64_t Store::Add(const Record& record) {
   transaction.Commit();
   changed_(Change::kRecords);
   if (record.kind == "diagnostic") changed_(Change::kCommands);
+  if (record.kind == "push") changed_(Change::kClips);
   return number;
 }
 

@@ -67,6 +67,20 @@ struct Pruned {
   std::int64_t records = 0;
 };
 
+/// How long records and commands are kept. Without days nothing is deleted.
+struct Retention {
+  std::optional<std::int64_t> days;
+  std::optional<std::int64_t> keep;  ///< the newest of each kind and name are never deleted
+};
+
+enum class Deletion { kDeleted, kUnknown, kNotFinished };
+
+struct KindSize {
+  std::string kind;  ///< of records
+  std::int64_t count = 0;
+  std::int64_t bytes = 0;  ///< identical contents counted once
+};
+
 struct Totals {
   std::int64_t queued = 0;
   std::int64_t delivered = 0;
@@ -86,7 +100,8 @@ class StoreGone : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Safe on any thread. What an operation has done is on the disk when it returns; only Prune forgets. Operations throw
+/// Safe on any thread. What an operation has done is on the disk when it returns; only Prune and the
+/// deletions forget. Operations throw
 /// std::runtime_error when the disk fails them, StoreGone among these.
 class Store {
  public:
@@ -142,7 +157,20 @@ class Store {
   /// kind and name, and gives the space back to the disk.
   Pruned Prune(std::chrono::seconds age, std::int64_t keep);
 
+  /// Deletes one record. The command whose result it was has none any longer. False when there is no such record.
+  bool DeleteRecord(std::int64_t number);
+
+  /// The uploads from the record `number` on that have the same content, oldest first.
+  std::vector<std::int64_t> Repetitions(std::int64_t number);
+
+  /// Deletes a finished command and its diagnostics; its result stays as a record that belongs to no command.
+  Deletion DeleteCommand(const std::string& id);
+
   Totals Count();
+  std::vector<KindSize> Sizes();
+
+  Retention GetRetention();
+  void SetRetention(const Retention& retention);
 
   /// The sessions of the console that have not ended, oldest first.
   std::vector<ConsoleSession> Sessions();
@@ -156,6 +184,7 @@ class Store {
  private:
   void CheckFile() const;
   void ExpireCommands();
+  void TellOfDeletion();
 
   std::mutex mutex_;
   Clock clock_;

@@ -1,21 +1,26 @@
-// Requests that carry whole files: the live upload that answers a schema request, the snapshot and the form of
-// Varnix.UploadFile.
+// Requests that carry whole files: the live upload that answers a schema request, the snapshot, the form of
+// Varnix.UploadFile, and a design that a person adds.
 #include "Cryptography.h"
 #include "Form.h"
 #include "HttpError.h"
 #include "Message.h"
 #include "Routes.h"
 #include "Utf8.h"
+#include "designs/DesignStore.h"
 
 namespace service {
 namespace {
 
-Response Keep(Context& context, const char* kind, const std::string& fileName, std::string_view content) {
+std::int64_t KeepFile(Context& context, const char* kind, const std::string& fileName, std::string_view content) {
   if (!IsUtf8(fileName)) throw HttpError(400, "the file name is not UTF-8");
   const auto record = context.store.Add({kind, fileName, std::nullopt, content});
   context.storeChanged();
   context.Log("received " + fileName + ", " + std::to_string(content.size()) + " bytes");
-  return JsonAnswer({{"ok", true}, {"record", record}});
+  return record;
+}
+
+Response Keep(Context& context, const char* kind, const std::string& fileName, std::string_view content) {
+  return JsonAnswer({{"ok", true}, {"record", KeepFile(context, kind, fileName, content)}});
 }
 
 Response TakeIngest(Context& context, const Request& request) {
@@ -41,9 +46,20 @@ Response TakeForm(Context& context, const Request& request) {
   return Keep(context, "upload", std::string(parts.at("filename")), parts.at("file"));
 }
 
+// An export that a person adds.
+Response TakeDesign(Context& context, const Request& request) {
+  const std::string fileName = request.Parameter("filename");
+  if (fileName.empty()) throw HttpError(400, "filename is missing");
+  if (!LooksLikeExport(request.body)) {
+    throw HttpError(400, "this file is not a design: save one in FileMaker with Save a Copy as XML");
+  }
+  return JsonAnswer({{"record", KeepFile(context, "upload", fileName, request.body)}}, 201);
+}
+
 constexpr Route kRoutes[] = {
     {"POST", "/api/live/ingest/*", KeyPlace::kPath, true, false, TakeIngest},
     {"POST", "/api/snapshot/*", KeyPlace::kPath, true, false, TakeSnapshot},
+    {"POST", "/operator/designs", KeyPlace::kHeader, true, false, TakeDesign},
     {"POST", "/api/upload", KeyPlace::kBody, true, true, TakeForm},
 };
 

@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 #include <vector>
 
-#include "Access.h"
+#include "Routes.h"
 
 namespace service {
 namespace {
@@ -25,6 +26,11 @@ std::vector<std::string_view> Secrets(const std::string& cookies, const std::str
 }
 
 }  // namespace
+
+std::string UrlFor(const Context& context, const Request& request) {
+  const std::string host = request.Header("host");
+  return context.access.IsOwnHost(host) ? "http://" + host : context.url;
+}
 
 std::string ConsoleAddress(const std::string& url, const std::string& token) {
   std::string origin = url;

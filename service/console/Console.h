@@ -8,6 +8,11 @@
 
 namespace service {
 
+struct Context;
+
+/// The service's address as the sender of `request` knows it.
+std::string UrlFor(const Context& context, const Request& request);
+
 /// The address that opens the console of the service at `url` with `token`. A service that listens everywhere is looked
 /// for on this machine.
 std::string ConsoleAddress(const std::string& url, const std::string& token);

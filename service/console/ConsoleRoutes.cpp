@@ -5,7 +5,7 @@
 #include "Message.h"
 #include "Routes.h"
 #include "console/Console.h"
-#include "console/WebFiles.h"
+#include "console/EmbeddedFiles.h"
 
 namespace service {
 namespace {
@@ -31,7 +31,7 @@ constexpr std::pair<std::string_view, const char*> kContentTypes[] = {
 
 Response AnswerFile(std::string_view name) {
   const auto files = WebFiles();
-  const auto file = std::find_if(files.begin(), files.end(), [&](const WebFile& f) { return f.name == name; });
+  const auto file = std::find_if(files.begin(), files.end(), [&](const EmbeddedFile& f) { return f.name == name; });
   if (file == files.end()) throw HttpError(404, "not found");
   Response response{200, std::string(file->bytes), "application/octet-stream"};
   for (const auto& [ending, type] : kContentTypes) {
@@ -61,9 +61,7 @@ Response OpenSession(Context& context, const Request& request) {
 Response MakeAddress(Context& context, const Request& request) {
   context.access.RefuseWebPages(request);
   ReadMessage(request.body, {});
-  const std::string host = request.Header("host");
-  const std::string url = context.access.IsOwnHost(host) ? "http://" + host : context.url;
-  return JsonAnswer({{"url", ConsoleAddress(url, context.sessions.NewToken(kTokenTime))}});
+  return JsonAnswer({{"url", ConsoleAddress(UrlFor(context, request), context.sessions.NewToken(kTokenTime))}});
 }
 
 Response StreamEvents(Context& context, const Request&) {

@@ -1,6 +1,11 @@
 #include "console/Watch.h"
 
 namespace service {
+namespace {
+
+constexpr std::chrono::seconds kDay = std::chrono::hours(24);
+
+}  // namespace
 
 Watch::Watch(Context& context) : context_(context), thread_([this] { Run(); }) {}
 
@@ -30,6 +35,20 @@ void Watch::Look() {
   if (hasPlugin != hasPlugin_) context_.events.Fire(Change::kStatus);
   hasPlugin_ = hasPlugin;
   context_.store.Expire();
+  DeleteWhatIsOld();
+}
+
+void Watch::DeleteWhatIsOld() {
+  const std::int64_t now = context_.store.Now();
+  if (now < nextDeletion_) return;
+  nextDeletion_ = now + std::chrono::milliseconds(kDay).count();
+  const Retention retention = context_.store.GetRetention();
+  if (!retention.days) return;
+  const Pruned pruned = context_.store.Prune(*retention.days * kDay, retention.keep.value_or(0));
+  if (pruned.commands + pruned.records == 0) return;
+  context_.storeChanged();
+  context_.Log("deleted what is older than " + std::to_string(*retention.days) + " days: " +
+               std::to_string(pruned.commands) + " commands, " + std::to_string(pruned.records) + " records");
 }
 
 }  // namespace service

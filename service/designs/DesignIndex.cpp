@@ -16,12 +16,6 @@ struct IndexedElement {
   std::string kind, uuid, name, text;
 };
 
-bool LooksLikeExport(std::string_view content) {
-  std::string head(content.substr(0, kHeadBytes));
-  std::erase(head, '\0');  // of UTF-16
-  return head.find("<FMSaveAsXML") != std::string::npos;
-}
-
 std::vector<IndexedElement> ElementsOf(const solution::Design& design, const std::atomic<bool>& stop) {
   std::vector<IndexedElement> elements;
   for (const auto& element : design.elements()) {
@@ -66,6 +60,12 @@ bool Exists(Database& database, const char* sql, std::int64_t number) {
 }
 
 }  // namespace
+
+bool LooksLikeExport(std::string_view content) {
+  std::string head(content.substr(0, kHeadBytes));
+  std::erase(head, '\0');  // of UTF-16
+  return head.find("<FMSaveAsXML") != std::string::npos;
+}
 
 struct DesignStore::Received {
   std::int64_t number = 0, content = 0, time = 0;

@@ -33,6 +33,9 @@ struct StoredHit {
   std::string text;
 };
 
+/// True for what begins as a design saved as XML by FileMaker does.
+bool LooksLikeExport(std::string_view content);
+
 /// What is received goes to the store; this keeps what it learns from that in a database of its own, so that a long
 /// index never makes a poll wait. Programs may use it side by side. Not for use from two threads at once. Throws
 /// std::runtime_error when a database fails.

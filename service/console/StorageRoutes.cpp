@@ -1,0 +1,118 @@
+// What is kept and for how long, single deletions, and a copy of everything.
+#include <charconv>
+#include <filesystem>
+
+#include "HttpError.h"
+#include "Message.h"
+#include "Parameters.h"
+#include "Routes.h"
+#include "console/Backup.h"
+#include "designs/DesignStore.h"
+
+namespace service {
+namespace {
+
+constexpr std::int64_t kMostDays = 36500;
+constexpr char kDatabase[] = "varnix-service.db";  // these and the files that SQLite keeps next to them
+constexpr char kIndex[] = "varnix-designs.db";
+
+std::uintmax_t BytesOf(const std::string& folder, std::string_view name) {
+  std::uintmax_t bytes = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    std::error_code gone;
+    const auto size = entry.path().filename().string().starts_with(name) ? entry.file_size(gone) : 0;
+    if (!gone) bytes += size;
+  }
+  return bytes;
+}
+
+Json OrNull(const std::optional<std::int64_t>& number) { return number ? Json(*number) : Json(nullptr); }
+
+Response ShowStorage(Context& context, const Request&) {
+  const std::string folder = context.store.Folder();
+  Json kinds = Json::array();
+  for (const auto& kind : context.store.Sizes()) {
+    kinds.push_back({{"kind", kind.kind}, {"count", kind.count}, {"bytes", kind.bytes}});
+  }
+  const Retention retention = context.store.GetRetention();
+  return JsonAnswer({{"folder", folder},
+                     {"databaseBytes", BytesOf(folder, kDatabase)},
+                     {"indexBytes", BytesOf(folder, kIndex)},
+                     {"kinds", std::move(kinds)},
+                     {"retention", {{"days", OrNull(retention.days)}, {"keep", OrNull(retention.keep)}}}});
+}
+
+std::optional<std::int64_t> Setting(const Message& message, const char* name, std::int64_t highest) {
+  if (message.at(name).empty()) return std::nullopt;
+  return Number(name, message.at(name), 1, highest, 0);
+}
+
+Response SetRetention(Context& context, const Request& request) {
+  const Message message = ReadMessage(request.body, {{"days"}, {"keep"}});
+  context.store.SetRetention({Setting(message, "days", kMostDays), Setting(message, "keep", INT64_MAX)});
+  return JsonAnswer({{"ok", true}});
+}
+
+std::int64_t NumberIn(const Request& request, const char* unknown) {
+  const std::string& digits = request.captures[0];
+  std::int64_t number = 0;
+  const auto [end, fault] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+  if (fault != std::errc() || end != digits.data() + digits.size()) throw HttpError(404, unknown);
+  return number;
+}
+
+Response DeleteRecord(Context& context, const Request& request) {
+  constexpr char kUnknown[] = "no such record";
+  if (!context.store.DeleteRecord(NumberIn(request, kUnknown))) throw HttpError(404, kUnknown);
+  context.storeChanged();
+  return JsonAnswer({{"ok", true}});
+}
+
+// Whatever came again without a change in between is not listed as a design, but is the same export.
+Response DeleteDesign(Context& context, const Request& request) {
+  constexpr char kUnknown[] = "no such design";
+  const std::int64_t id = NumberIn(request, kUnknown);
+  DesignStore history(context.store.Folder());
+  if (!history.Find(id)) throw HttpError(404, kUnknown);
+  for (const std::int64_t record : context.store.Repetitions(id)) {
+    if (record != id && history.Find(record)) break;
+    context.store.DeleteRecord(record);
+  }
+  context.storeChanged();
+  return JsonAnswer({{"ok", true}});
+}
+
+Response DeleteCommand(Context& context, const Request& request) {
+  switch (context.store.DeleteCommand(request.captures[0])) {
+    case Deletion::kUnknown:
+      throw HttpError(404, "no such command");
+    case Deletion::kNotFinished:
+      throw HttpError(409, "the command is not finished");
+    case Deletion::kDeleted:
+      break;
+  }
+  return JsonAnswer({{"ok", true}});
+}
+
+Response SendBackup(Context& context, const Request&) {
+  Response response{200, "", "application/octet-stream"};
+  response.headers = {{"Content-Disposition", "attachment; filename=\"varnix-service.db\""},
+                      {"Cache-Control", "no-store"}};
+  response.file = MakeBackup(context.store.Folder());
+  return response;
+}
+
+constexpr Route kRoutes[] = {
+    {"GET", "/operator/storage", KeyPlace::kHeader, false, false, ShowStorage},
+    {"POST", "/operator/retention", KeyPlace::kHeader, false, false, SetRetention},
+    {"POST", "/operator/records/*/delete", KeyPlace::kHeader, false, false, DeleteRecord},
+    {"POST", "/operator/designs/*/delete", KeyPlace::kHeader, false, false, DeleteDesign},
+    {"POST", "/operator/commands/*/delete", KeyPlace::kHeader, false, false, DeleteCommand},
+    {"GET", "/operator/backup", KeyPlace::kHeader, false, false, SendBackup},
+};
+
+}  // namespace
+
+std::span<const Route> StorageRoutes() { return kRoutes; }
+
+}  // namespace service
