@@ -148,16 +148,21 @@ TEST_F(StoreOverTime, RefusesWhatOthersCanWriteAndADatabaseThatIsGone) {
   }
 }
 
-TEST_F(StoreOverTime, TakesOverTheDatabaseOfTheFirstVersion) {
-  store_.reset();
-  std::filesystem::remove_all(folder_ + "/data");
-  std::filesystem::create_directory(folder_ + "/data");
-  service::Database old(folder_ + "/data/varnix-service.db");
-  old.Execute(Contents(DATA "/first-version.sql").c_str());
-  old = service::Database(folder_ + "/other.db");
-  Open();
-  EXPECT_EQ(Result("c2"), std::string("A\0\xff", 3));
-  EXPECT_EQ(Deliver(), "c1") << "it never expires";
+TEST_F(StoreOverTime, TakesOverTheDatabasesOfOlderVersions) {
+  for (const char* version : {"/first-version.sql", "/second-version.sql"}) {
+    store_.reset();
+    std::filesystem::remove_all(folder_ + "/data");
+    std::filesystem::create_directory(folder_ + "/data");
+    service::Database old(folder_ + "/data/varnix-service.db");
+    old.Execute(Contents(DATA + std::string(version)).c_str());
+    old = service::Database(folder_ + "/other.db");
+    Open();
+    EXPECT_EQ(Result("c2"), std::string("A\0\xff", 3)) << version;
+    EXPECT_EQ(Deliver(), "c1") << "it never expires, " << version;
+    store_->SetRetention({7, {}});
+    EXPECT_EQ(store_->GetRetention().days, 7) << version;
+    EXPECT_TRUE(store_->Sessions().empty()) << version;
+  }
 }
 
 }  // namespace
