@@ -10,6 +10,7 @@
 #include "designs/OpenDesign.h"
 #include "mcp/Arguments.h"
 #include "mcp/Limits.h"
+#include "mcp/Pieces.h"
 #include "mcp/StoredDesigns.h"
 #include "mcp/Tools.h"
 #include "references/ReferenceIndex.h"
@@ -61,7 +62,7 @@ ToolResult ElementText(Call& call, const Value& arguments) {
   for (const Element* element : Named(design, Text(arguments, "name"), Text(arguments, "kind"))) {
     call.Check();
     elements.push_back(DescribeElementIn(design, *element));
-    elements.back()["text"] = CanonicalText(design, *element);
+    SetPiece(elements.back(), "text", CanonicalText(design, *element), arguments);
     text += elements.back()["text"].get_ref<const std::string&>() + '\n';
   }
   return {{{"elements", std::move(elements)}}, std::move(text)};
@@ -173,10 +174,11 @@ constexpr Tool kTools[] = {
      "Use it to read or explain a script or a calculation. A name that several elements have gives them all; kind "
      "narrows "
      "it down.",
-     R"({"design!": "@design", "name!": "@element", "kind": "@kind"})",
+     R"({"design!": "@design", "name!": "@element", "kind": "@kind", "offset": "@pieceOffset", "maxBytes": "@maxBytes"})",
      R"({"elements!": [{"key!": "@key", "kind!": "text", "uuid": "text", "name!": "text", "parent": "@parent",
                         "detail": "text", "user": {"type": "string", "description": "who changed it last"},
-                        "time": {"type": "string", "description": "when, in local time"}, "text!": "text"}]})",
+                        "time": {"type": "string", "description": "when, in local time"}, "text!": "text",
+                        "bytes": {"type": "integer", "description": "of the whole text"}, "nextOffset": "@nextPiece"}]})",
      Effect::kNone, ElementText},
     {"search", "Search designs",
      "Finds every line that contains a text, in any case, in the names, formulas, script steps, comments and other "

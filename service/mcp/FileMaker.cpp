@@ -67,7 +67,8 @@ void CheckCompleted(const Command& command) {
   const std::string state = command.at("state");
   if (state == "completed") return;
   if (state == "failed") throw ToolError("FileMaker: " + command.value("error", "it failed and gave no reason"));
-  throw ToolError("the command was " + (state == "cancelled" ? std::string("withdrawn by the user") : state));
+  throw ToolError(state == "cancelled" ? "The user has withdrawn the command."
+                                       : "The command expired before FileMaker took it. Nothing was done.");
 }
 
 class ProgressReport {

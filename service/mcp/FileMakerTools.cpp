@@ -5,14 +5,14 @@
 #include "designs/OpenDesign.h"
 #include "mcp/Arguments.h"
 #include "mcp/FileMaker.h"
+#include "mcp/Pieces.h"
 #include "mcp/Snippet.h"
 #include "mcp/Tools.h"
 
 namespace service::mcp {
 namespace {
 
-constexpr std::int64_t kWaitSeconds = 50;      // clients wait for a minute
-constexpr std::int64_t kPieceBytes = 100'000;  // of a result
+constexpr std::int64_t kWaitSeconds = 50;  // clients wait for a minute
 
 std::chrono::seconds Wait(const Value& arguments) {
   return std::chrono::seconds(Number(arguments, "waitSeconds", kWaitSeconds));
@@ -51,27 +51,15 @@ ToolResult DebugContext(Call& call, const Value& arguments) {
   return {{{"context", std::move(context)}}, report};
 }
 
-// Where a piece of UTF-8 that begins at `begin` ends, at most `bytes` later and at the end of a character.
-std::size_t EndOfPiece(const std::string& text, std::size_t begin, std::size_t bytes) {
-  if (text.size() - begin <= bytes) return text.size();
-  std::size_t end = begin + bytes;
-  while (end > begin + 1 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
-  return end;
-}
-
 ToolResult Piece(const std::string& command, const std::string& xml, const Value& arguments) {
-  const auto begin = static_cast<std::size_t>(Number(arguments, "offset", 0));
-  if (begin > xml.size()) throw ToolError("the clipboard's content has " + std::to_string(xml.size()) + " bytes only");
-  const auto end = EndOfPiece(xml, begin, static_cast<std::size_t>(Number(arguments, "maxBytes", kPieceBytes)));
-  ToolResult result{{{"command", command}, {"bytes", xml.size()}, {"offset", begin}}, xml.substr(begin, end - begin)};
-  if (end < xml.size()) {
-    result.structured["nextOffset"] = end;
-    result.links.push_back(
-        {{"type", "text"},
-         {"text", "This is not all of " + std::to_string(xml.size()) + " bytes: call get_clipboard with command " +
-                      command + " and offset " + std::to_string(end) + " for what follows."}});
+  Json piece{{"command", command}};
+  SetPiece(piece, "xml", xml, arguments);
+  ToolResult result{std::move(piece)};
+  result.text = result.structured["xml"].get<std::string>();
+  if (result.structured.contains("nextOffset")) {
+    result.more = "This is not all of " + std::to_string(xml.size()) + " bytes: call get_clipboard with command " +
+                  command + " and offset " + result.structured["nextOffset"].dump() + " for what follows.";
   }
-  result.structured["xml"] = result.text;
   return result;
 }
 
@@ -136,12 +124,9 @@ constexpr Tool kTools[] = {
      R"({"xmlType": "@xmlType",
          "command": {"type": "string", "description":
            "command of an earlier answer: go on with the content that was read then, without asking FileMaker"},
-         "offset": {"type": "integer", "minimum": 0, "description": "where to go on: nextOffset of the earlier answer"},
-         "maxBytes": {"type": "integer", "minimum": 100, "maximum": 1000000,
-           "description": "length of a piece; 100000 by default"},
-         "waitSeconds": "@waitSeconds"})",
-     R"({"command!": "text", "bytes!": {"type": "integer", "description": "of the whole content"}, "offset!": "integer",
-         "nextOffset": {"type": "integer", "description": "there is more from here on"}, "xml!": "text"})",
+         "offset": "@pieceOffset", "maxBytes": "@maxBytes", "waitSeconds": "@waitSeconds"})",
+     R"({"command!": "text", "bytes!": {"type": "integer", "description": "of the whole content"},
+         "nextOffset": "@nextPiece", "xml!": "text"})",
      Effect::kNone, GetClipboard},
     {"set_clipboard", "Put objects on FileMaker's clipboard",
      "Replaces what is on the clipboard by FileMaker objects, given as fmxmlsnippet XML. FileMaker itself is not "

@@ -12,6 +12,5 @@ inline constexpr std::size_t kLongestAnswer = 9'500'000;
 inline constexpr char kTooLong[] =
     "the answer is longer than the 10 MB that clients accept in one message: ask for less of it";
 inline constexpr std::int64_t kRows = 200;  ///< of a list, unless the caller asks for another number
-inline constexpr std::int64_t kMostRowsOfPage = 5000;
 
 }  // namespace service::mcp

@@ -17,6 +17,11 @@ constexpr char kShared[] = R"json({
     "description": "how long to wait for FileMaker; 50 by default, because many clients give up after a minute"},
   "@xmlType": {"type": "string", "enum": ["XMSS", "XMSC", "XMFD", "XMTB", "XMFN", "XMVL", "XML2", "XMLO"],
     "description": "XMSS script steps, XMSC scripts and their folders, XMFD fields, XMTB tables, XMFN custom functions, XMVL value lists, XML2 and XMLO layout objects"},
+  "@pieceOffset": {"type": "integer", "minimum": 0,
+    "description": "of a long text, where to go on: nextOffset of the answer before"},
+  "@maxBytes": {"type": "integer", "minimum": 100, "maximum": 1000000,
+    "description": "of a long text, how much of it; 100000 by default"},
+  "@nextPiece": {"type": "integer", "description": "there is more of the text from here on"},
   "@key": {"type": "string", "description": "addresses the element in this design"},
   "@parent": {"type": "string", "description": "its folder or table"}
 })json";

@@ -40,7 +40,7 @@ Json Failure(const std::string& reason) { return {{"content", Json::array({TextB
 Json Success(ToolResult result) {
   if (result.text.empty()) result.text = result.structured.dump(-1, ' ', false, Json::error_handler_t::replace);
   Json content = Json::array({TextBlock(std::move(result.text))});
-  for (Json& link : result.links) content.push_back(std::move(link));
+  if (!result.more.empty()) content.push_back(TextBlock(std::move(result.more)));
   return {{"content", std::move(content)}, {"structuredContent", std::move(result.structured)}, {"isError", false}};
 }
 

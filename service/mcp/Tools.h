@@ -15,9 +15,9 @@ class ToolError : public std::runtime_error {
 };
 
 struct ToolResult {
-  Json structured;             ///< as the tool's output schema demands
-  std::string text = {};       ///< for clients that show no structured results; empty: `structured` as JSON
-  Json links = Json::array();  ///< further content blocks
+  Json structured;        ///< as the tool's output schema demands
+  std::string text = {};  ///< for clients that show no structured results; empty: `structured` as JSON
+  std::string more = {};  ///< what to do about what is missing in `text`
 };
 
 /// What using the tool changes.

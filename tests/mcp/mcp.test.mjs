@@ -103,7 +103,9 @@ test('designs are examined without FileMaker', async () => {
   assert.ok((await call('elements', {design: String(design), kind: 'field', unused: true})).total > 0);
   const {elements} = await call('element', {design: 'Orders', name: 'Reset', kind: 'script'});
   assert.match(elements[0].text, /Perform Script \[ “Log” \]/);
-  assert.equal((await call('element', {design: 'Orders', name: elements[0].key})).elements[0].name, 'Reset');
+  const part = await call('element', {design: 'Orders', name: elements[0].key, offset: 8, maxBytes: 100});
+  assert.equal(part.elements[0].text, elements[0].text.slice(8, 108));
+  assert.equal(part.elements[0].nextOffset, 108);
   assert.ok((await call('search', {text: 'rESET', file: 'Orders'})).hits.some((hit) => hit.name === 'Reset'));
   const {references} = await call('references', {design: 'Orders', of: 'Reset'});
   assert.ok(references.some((reference) => reference.fromName === 'Start' && reference.toName === 'Reset'));
