@@ -85,7 +85,7 @@ export function select(options, value, attributes) {
   );
 }
 
-/** A table in a box that scrolls sideways. `columns` are names, or {name, class, isHidden}; without any it has no head. */
+/** A table in a box that scrolls sideways. `columns` are names, or {name, class, isHidden}; none: it has no head. */
 export function table(label, columns, rows, attributes) {
   const cells = columns.map((column) => {
     const {name, isHidden, ...rest} = typeof column === 'string' ? {name: column} : column;

@@ -49,7 +49,8 @@ export class Page {
 
   /**
    * Calls `apply` with what `load` gives, now and after changes of `topics`, when it differs from the last time.
-   * `failed` gets what the service refuses, and other errors while there is nothing to show yet. Returns a function that loads again.
+   * `failed` gets what the service refuses, and other errors while there is nothing to show yet. Returns a function that
+   * loads again.
    */
   watch({topics = [], load, apply, failed}) {
     let last;

@@ -11,6 +11,7 @@ import {groupBy} from './element.js';
 
 const kWords = ['added', 'removed', 'renamed', 'moved', 'edited'];
 const kNames = 4; // of the details of a folded change
+const kShown = 300; // of the changes of one kind
 const kOpen = 30; // with more changes than these, details are folded
 
 const person = (change) => change.user || change.account || '';
@@ -69,14 +70,14 @@ function render(changes, all, designs) {
   if (!all.changes.length) return empty('Nothing has changed', h('p', {}, 'The two designs are the same.'));
   if (!changes.length) return empty('No change matches', h('p', {}, 'Choose another kind, person or change above.'));
   const groups = [...groupBy(changes, (change) => change.kind)].sort((a, b) => byKind(a[0], b[0]));
-  return groups.map(([kind, entries]) =>
-    h(
-      'section',
-      {class: 'changes'},
-      h('h2', {}, kindPlural(kind), amount(tally(entries))),
-      entries.map((change) => changeElement(change, designs, changes.length <= kOpen)),
-    ),
-  );
+  return groups.map(([kind, entries]) => {
+    const elements = (some) => some.map((change) => changeElement(change, designs, changes.length <= kOpen));
+    const more = h('button', {type: 'button', class: 'plain'}, `Show all ${number(entries.length)}`);
+    more.addEventListener('click', () => more.replaceWith(...elements(entries.slice(kShown))));
+    const heading = h('h2', {}, kindPlural(kind), amount(tally(entries)));
+    const isLong = entries.length > kShown;
+    return h('section', {class: 'changes'}, heading, elements(entries.slice(0, kShown)), isLong && more);
+  });
 }
 
 function filterForm(page, all, changed) {

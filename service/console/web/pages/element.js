@@ -9,6 +9,7 @@ import {list} from '../list.js';
 import {showInDesign} from '../shell.js';
 import {shortName} from './design.js';
 
+const kManyProperties = 60; // more than these can be filtered
 const kManyReferences = 12; // more than these are folded for each kind
 
 function facts(element) {
@@ -26,15 +27,13 @@ function facts(element) {
       ),
     element.detail && h('span', {}, element.detail),
     element.time && h('span', {}, 'modified ', when(element.time), by && ` by ${by}`),
-    element.modifications &&
-      Number(element.modifications) > 0 &&
-      h('span', {}, count(Number(element.modifications), 'modification')),
+    Number(element.modifications) > 0 && h('span', {}, count(Number(element.modifications), 'modification')),
   );
 }
 
 const isPlain = (value) => value.length === 1;
 
-function definition(element, links) {
+function definition(page, element, links) {
   const {properties, lines} = parseText(element.text, element.kind);
   const link = linker(links);
   const plain = properties.filter(([, value]) => isPlain(value));
@@ -62,12 +61,24 @@ function definition(element, links) {
         'section',
         {},
         h('h2', {}, 'Properties'),
-        propertyTable(
-          'Properties',
-          plain.map(([path, [value]]) => [words(path), link(value)]),
-        ),
+        plain.length > kManyProperties
+          ? propertyList(page, plain, link)
+          : propertyTable('Properties', rows(plain, link)),
       ),
   ];
+}
+
+const rows = (plain, link) => plain.map(([path, [value]]) => [words(path), link(value)]);
+
+// Layouts have thousands.
+function propertyList(page, plain, link) {
+  const columns = [
+    {name: 'Name', text: ([path]) => words(path), cell: ([path]) => words(path)},
+    {name: 'Value', text: ([, [value]]) => value, cell: ([, [value]]) => link(value)},
+  ];
+  const table = list({page, label: 'Properties', noun: 'property', nouns: 'properties', compact: true, columns});
+  table.update(plain);
+  return table.element;
 }
 
 // "Storage/LanguageReference/name" is easier to read with its parts apart.
@@ -123,9 +134,7 @@ function merged(references, side) {
 function target(reference, side, design) {
   const key = reference[`${side}Key`];
   const name = reference[`${side}Name`] || '(no name)';
-  return key
-    ? h('a', {href: elementAddress(design, key)}, name)
-    : h('span', {class: 'bad', title: 'It does not exist any more'}, name);
+  return key ? h('a', {href: elementAddress(design, key)}, name) : h('span', {title: 'Not in this export'}, name);
 }
 
 // A table shows its fields, a folder what is in it.
@@ -206,7 +215,7 @@ async function load(page, design, key, index) {
     h(
       'div',
       {class: 'element'},
-      h('div', {class: 'definition'}, children(page, element, index), definition(element, links)),
+      h('div', {class: 'definition'}, children(page, element, index), definition(page, element, links)),
       h(
         'aside',
         {'aria-label': 'References'},

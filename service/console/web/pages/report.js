@@ -3,7 +3,7 @@ import {get, segment} from '../api.js';
 import {designAddress, elementAddress} from '../data.js';
 import {h} from '../dom.js';
 import {fileTitle, number} from '../format.js';
-import {kindName, kindPlural} from '../kinds.js';
+import {kindName} from '../kinds.js';
 import {list} from '../list.js';
 import {showInDesign} from '../shell.js';
 
@@ -71,7 +71,11 @@ const counts = (design, rows) =>
       h(
         'div',
         {},
-        h('dt', {}, h('a', {href: designAddress(design.id, row.kind)}, kindPlural(row.kind))),
+        h(
+          'dt',
+          {},
+          h('a', {href: designAddress(design.id, row.kind)}, row.plural.charAt(0).toUpperCase() + row.plural.slice(1)),
+        ),
         h('dd', {}, number(row.count)),
       ),
     ),

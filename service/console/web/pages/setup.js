@@ -186,17 +186,8 @@ function fileCheck(page, newest, update, isConnected) {
 }
 
 async function load(signal) {
-  const [setup, status, all, {records}] = await Promise.all([
-    get('setup', signal),
-    get('status', signal),
-    designs(signal),
-    get('records?kind=sign-in&limit=1', signal),
-  ]);
-  return {
-    setup,
-    status: {...status, lastSignIn: records[0]},
-    newest: all.map((design) => [fileTitle(design.fileName), design]),
-  };
+  const [setup, status, all] = await Promise.all([get('setup', signal), get('status', signal), designs(signal)]);
+  return {setup, status, newest: all.map((design) => [fileTitle(design.fileName), design])};
 }
 
 export function show(page) {

@@ -14,6 +14,7 @@ const kKindNames = {
   ingest: 'Designs',
   snapshot: 'Snapshots',
   upload: 'Uploads',
+  clip: 'Added clips',
 };
 const kindTitle = (kind) => kKindNames[kind] ?? kind;
 
@@ -52,17 +53,14 @@ function retentionForm(retention) {
     });
   return form(
     async ({days, keep}) => {
-      const explanation =
-        days || keep
-          ? 'The service deletes what is older at each start and once a day. Deleted data cannot be restored.'
-          : '';
-      if (explanation && !(await confirmed('Delete old data regularly?', explanation, 'Save the rule'))) return;
+      const rule = `What is older than ${days} days is deleted at each start of the service and once a day.`;
+      if (days && !(await confirmed('Delete old data regularly?', rule, 'Save the rule'))) return;
       await post('retention', {days, keep});
-      announce(days || keep ? 'Old data is deleted regularly' : 'Everything is kept');
+      announce(days ? 'Old data is deleted regularly' : 'Everything is kept');
     },
     {class: 'inline', 'aria-label': 'Retention'},
     field('Delete what is older than (days)', input('days', retention.days), 'Empty: never'),
-    field('Always keep the newest of each kind and name', input('keep', retention.keep), 'Empty: none'),
+    field('But keep the newest of each kind and name', input('keep', retention.keep), 'Empty: none'),
     h('button', {class: 'plain'}, 'Save'),
   );
 }
