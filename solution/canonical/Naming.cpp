@@ -4,21 +4,6 @@
 #include "references/Scope.h"
 
 namespace solution {
-namespace {
-
-// FileMaker writes CR, converting tools LF.
-std::string NormalizeLineEndings(const std::string& text) {
-  std::string result;
-  result.reserve(text.size());
-  char previous = 0;
-  for (const char c : text) {
-    if (!(c == '\n' && previous == '\r')) result += c == '\r' ? '\n' : c;
-    previous = c;
-  }
-  return result;
-}
-
-}  // namespace
 
 std::string NameOnly(const Element& element) {
   return element.kind == Kind::kField ? std::string(element.name) : DisplayName(element);
@@ -42,7 +27,7 @@ std::string FormulaText(const Design& design, const Element& element, XmlNode no
     result += naming(*reference.target);
     copied = start + reference.text.size();
   }
-  return NormalizeLineEndings(result + formula.substr(copied));
+  return WithLineFeeds(result + formula.substr(copied));
 }
 
 }  // namespace solution

@@ -3,31 +3,17 @@
 #include <algorithm>
 
 #include "canonical/Flatten.h"
+#include "canonical/Indent.h"
 #include "canonical/Steps.h"
 #include "export/Xml.h"
 
 namespace solution {
 namespace {
 
-constexpr int kIndent = 4;
-
-// Continues the lines of a value below its first one.
-std::string Indented(const std::string& text, std::size_t columns) {
-  std::string result;
-  for (const char c : text) {
-    result += c;
-    if (c == '\n') result.append(columns, ' ');
-  }
-  return result;
-}
-
 Property Steps(const Design& design, const Element& script, const Naming& naming) {
-  Property steps{"steps", {}, {}, {}, "steps"};
-  for (const StepLine& line : StepLines(design, script, naming)) {
-    const std::size_t columns = static_cast<std::size_t>(line.depth) * kIndent;
-    steps.value += std::string(columns, ' ') + Indented(line.text, columns + kIndent) + '\n';
-    steps.key += line.details + '\n';
-  }
+  const auto lines = StepLines(design, script, naming);
+  Property steps{"steps", JoinLines(lines), {}, {}, "steps"};
+  for (const StepLine& line : lines) steps.key += line.details + '\n';
   return steps;
 }
 

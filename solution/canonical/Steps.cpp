@@ -6,6 +6,8 @@
 
 #include "Contains.h"
 #include "canonical/Flatten.h"
+#include "canonical/Indent.h"
+#include "canonical/Words.h"
 #include "export/Xml.h"
 
 namespace solution {
@@ -13,14 +15,12 @@ namespace {
 
 using std::operator""sv;
 
-// Steps by their numbers, which are the same in every language.
 enum StepId {
   kIf = 68,
   kElse = 69,
   kEndIf = 70,
   kLoop = 71,
   kEndLoop = 73,
-  kComment = 89,
   kElseIf = 125,
   kOpenTransaction = 205,
   kCommitTransaction = 206,
@@ -50,6 +50,8 @@ constexpr std::string_view kUnlabelled[] = {"Calculation",
                                             "ScriptReference",
                                             "Text",
                                             "Name"};
+// A hundred thousand If steps without an end must not make a text of gigabytes.
+constexpr int kDeepestShown = 100;
 // Long lists of fields, of which the line gives the length only.
 constexpr std::string_view kLongLists[] = {"ImportField", "Export"};
 
@@ -57,12 +59,6 @@ int CountFields(XmlNode node) {
   int count = 0;
   for (const XmlNode child : node.children()) count += (child.name() == "FieldReference") + CountFields(child);
   return count;
-}
-
-void Append(std::string& text, const std::string& part, const char* separator) {
-  if (part.empty()) return;
-  if (!text.empty()) text += separator;
-  text += part;
 }
 
 class StepWriter {
@@ -73,7 +69,7 @@ class StepWriter {
   std::string Line(XmlNode step) const {
     const bool isEnabled = Attribute(step, "enable") != "False"sv;
     std::string line = isEnabled ? "" : "// ";
-    if (step.attribute("id").AsInt() == kComment) return line + Comment(step);
+    if (step.attribute("id").AsInt() == kCommentStep) return line + Comment(step);
     line += Attribute(step, "name");
     std::string parameters;
     for (const XmlNode parameter : step.child("ParameterValues").children()) {
@@ -170,21 +166,34 @@ std::string Details(const Design& design, const Element& element, XmlNode step, 
 
 }  // namespace
 
+int StepNesting::DepthOf(int id, bool isEnabled) {
+  if (!isEnabled) return depth_;
+  if (EndsBlock(id)) depth_ = std::max(0, depth_ - 1);
+  const int depth = depth_;
+  if (StartsBlock(id)) ++depth_;
+  return depth;
+}
+
+std::string JoinLines(const std::vector<StepLine>& lines) {
+  std::string text;
+  for (const StepLine& line : lines) {
+    const std::size_t columns = static_cast<std::size_t>(std::min(line.depth, kDeepestShown)) * kIndent;
+    text += std::string(columns, ' ') + Indented(line.text, columns + kIndent) + '\n';
+  }
+  return text;
+}
+
 StepLine LineOf(const Design& design, const Element& element, XmlNode step, const Naming& naming) {
   return {0, StepWriter(design, element, naming).Line(step), Details(design, element, step, naming)};
 }
 
 std::vector<StepLine> StepLines(const Design& design, const Element& script, const Naming& naming) {
   std::vector<StepLine> lines;
-  int depth = 0;
+  StepNesting nesting;
   for (const XmlNode part : script.nodes) {
     for (const XmlNode step : part.child("ObjectList").children("Step")) {
-      const int id = step.attribute("id").AsInt();
-      const bool isEnabled = Attribute(step, "enable") != "False"sv;
-      if (isEnabled && EndsBlock(id)) depth = std::max(0, depth - 1);
       lines.push_back(LineOf(design, script, step, naming));
-      lines.back().depth = depth;
-      if (isEnabled && StartsBlock(id)) ++depth;
+      lines.back().depth = nesting.DepthOf(step.attribute("id").AsInt(), Attribute(step, "enable") != "False"sv);
     }
   }
   return lines;

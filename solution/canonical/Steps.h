@@ -14,6 +14,21 @@ struct StepLine {
   std::string details;  ///< everything that the export says about the step
 };
 
+inline constexpr int kCommentStep = 89;  ///< the number of a step is the same in every language
+
+/// Follows which steps enclose others.
+class StepNesting {
+ public:
+  /// The depth of the next step, which has the number `id`.
+  int DepthOf(int id, bool isEnabled);
+
+ private:
+  int depth_ = 0;
+};
+
+/// The lines one below the other, indented by their depth.
+std::string JoinLines(const std::vector<StepLine>& lines);
+
 /// One step, `step`, which belongs to `element`; at depth 0.
 StepLine LineOf(const Design& design, const Element& element, XmlNode step, const Naming& naming);
 

@@ -9,17 +9,12 @@
 #include <new>
 #include <utility>
 
-#include "export/TagCheck.h"
-
 namespace solution {
 namespace {
 
 constexpr std::string_view kSupportedVersions = "2.";
 constexpr std::size_t kChunk = 1 << 20;
 constexpr std::size_t kLargestFile = std::size_t{1} << 30;
-
-constexpr int kParseOptions = rapidxml::parse_validate_closing_tags;
-constexpr std::string_view kWhiteSpace = " \t\r\n";
 
 std::string Prepare(std::string bytes, std::vector<std::string>& notes) {
   std::string text = DecodeExport(std::move(bytes), notes);
@@ -35,40 +30,10 @@ std::string Prepare(std::string bytes, std::vector<std::string>& notes) {
 
 }  // namespace
 
-Document::Document(std::string bytes) : text_(Prepare(std::move(bytes), notes)), lines_(text_) {
-  Parse();
-  CheckRoot();
-}
+Document::Document(std::string bytes) : xml_(Prepare(std::move(bytes), notes)) { CheckRoot(); }
 
 Refusal Document::Explain(const Damage& damage) const {
-  return {"is damaged in line " + std::to_string(lines_.LineOf(OffsetOf(damage.where))) + ": " + damage.reason};
-}
-
-std::size_t Document::OffsetOf(XmlNode node) const {
-  return static_cast<std::size_t>((node.IsElement() ? node.name() : node.value()).data() - text_.data());
-}
-
-void Document::Parse() {
-  const auto lineOf = [this](std::size_t offset) { return std::to_string(lines_.LineOf(offset)); };
-  const auto first = text_.find_first_not_of(kWhiteSpace);
-  if (first == std::string::npos || text_[first] != '<') throw Refusal{"is not XML"};
-  if (const auto flaw = FindFlaw(text_)) {
-    throw Refusal{"is damaged in line " + lineOf(flaw->offset) + ": " + flaw->reason};
-  }
-  try {
-    document_.parse<kParseOptions>(text_.data());
-  } catch (const rapidxml::parse_error& error) {
-    const auto offset = static_cast<std::size_t>(error.where<char>() - text_.data());
-    // The parser expects nothing else outside the root element.
-    if (error.what() == std::string_view("expected <")) {
-      throw Refusal{"has content outside the root element in line " + lineOf(offset)};
-    }
-    throw Refusal{"is not well-formed XML in line " + lineOf(offset) + ": " + error.what()};
-  }
-  if (!root()) throw Refusal{"is not XML"};
-  if (const XmlNode second = root().next()) {
-    throw Refusal{"has content outside the root element in line " + lineOf(OffsetOf(second))};
-  }
+  return {"is damaged in line " + std::to_string(xml_.LineOf(damage.where)) + ": " + damage.reason};
 }
 
 void Document::CheckRoot() const {

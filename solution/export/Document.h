@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "export/ExportText.h"
+#include "export/ParsedXml.h"
 #include "export/XmlTree.h"
 
 namespace solution {
@@ -16,15 +16,12 @@ struct Damage {
   std::string reason;
 };
 
-/// The tree points into the text, so a document is neither copied nor moved.
 class Document {
  public:
   /// `bytes` of an export in any encoding that exports come in. Throws Refusal.
   explicit Document(std::string bytes);
-  Document(const Document&) = delete;
-  Document& operator=(const Document&) = delete;
 
-  XmlNode root() const { return XmlNode(document_.first_node()); }
+  XmlNode root() const { return xml_.root(); }
   /// An attribute of the root: version, Source, File, UUID, locale ...
   std::string_view Attribute(const char* name) const { return root().attribute(name).value(); }
   /// Structure/AddAction, which holds the catalogs, or another part of the export; empty when there is none.
@@ -36,13 +33,9 @@ class Document {
   std::vector<std::string> notes;  ///< what was not read exactly as written, a line each
 
  private:
-  void Parse();
-  std::size_t OffsetOf(XmlNode node) const;
   void CheckRoot() const;
 
-  std::string text_;
-  LineIndex lines_;
-  rapidxml::xml_document<> document_;
+  ParsedXml xml_;
 };
 
 /// The bytes of the file at `path` (UTF-8). Throws Refusal.

@@ -17,6 +17,17 @@ std::string Text(XmlNode node) {
   return text;
 }
 
+std::string WithLineFeeds(const std::string& text) {
+  std::string result;
+  result.reserve(text.size());
+  char previous = 0;
+  for (const char c : text) {
+    if (!(c == '\n' && previous == '\r')) result += c == '\r' ? '\n' : c;
+    previous = c;
+  }
+  return result;
+}
+
 bool IsFormula(XmlNode node) {
   const std::string_view name = node.name();
   if (name == "Text") {

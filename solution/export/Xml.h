@@ -10,6 +10,9 @@ namespace solution {
 /// All text directly inside `node`, which may come in several CDATA sections.
 std::string Text(XmlNode node);
 
+/// `text` with a line feed for each line ending: FileMaker writes CR, converting tools LF.
+std::string WithLineFeeds(const std::string& text);
+
 inline std::string_view Attribute(XmlNode node, std::string_view name) { return node.attribute(name).value(); }
 
 /// True when the text directly inside `node` is a formula.

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "canonical/Naming.h"
+#include "canonical/Words.h"
 #include "export/Xml.h"
 #include "output/Graph.h"
 
@@ -12,19 +13,9 @@ namespace {
 
 using std::operator""sv;
 
-void Append(std::string& text, std::string_view part, std::string_view separator = ", ") {
-  if (part.empty()) return;
-  if (!text.empty()) text += separator;
-  text += part;
-}
-
-std::string Counted(std::ptrdiff_t count, const char* noun) {
-  return std::to_string(count) + ' ' + noun + (count == 1 ? "" : "s");
-}
-
-std::string Counted(XmlNode list, const char* member, const char* noun) {
+std::string Count(XmlNode list, const char* member, const char* noun) {
   const auto members = list.children(member);
-  std::ptrdiff_t count = 0;
+  std::size_t count = 0;
   for (auto at = members.begin(); at != members.end(); ++at) ++count;
   return Counted(count, noun);
 }
@@ -32,17 +23,6 @@ std::string Counted(XmlNode list, const char* member, const char* noun) {
 std::string FirstLine(XmlNode node) {
   std::string text = Text(node);
   return text.erase(std::min(text.find_first_of("\r\n"), text.size()));
-}
-
-// "CreationTimestamp" and "Looked_up" as words in lower case.
-std::string Words(std::string_view name) {
-  std::string words;
-  for (const char c : name) {
-    const bool isUpper = c >= 'A' && c <= 'Z';
-    if (isUpper && !words.empty()) words += ' ';
-    words += c == '_' ? ' ' : isUpper ? static_cast<char>(c - 'A' + 'a') : c;
-  }
-  return words;
 }
 
 XmlNode Node(const Element& element) { return element.nodes.empty() ? XmlNode() : element.nodes.front(); }
@@ -61,9 +41,7 @@ std::string OfFile(const Design& design, const Element&) {
   return detail;
 }
 
-std::string OfTable(const Design& design, const Element& table) {
-  return Counted(static_cast<std::ptrdiff_t>(design.CountFields(&table)), "field");
-}
+std::string OfTable(const Design& design, const Element& table) { return Counted(design.CountFields(&table), "field"); }
 
 std::string OfField(const Design&, const Element& field) {
   const XmlNode node = Node(field);
@@ -78,7 +56,7 @@ std::string OfField(const Design&, const Element& field) {
   if (Attribute(storage, "global") == "True"sv) Append(detail, "global");
   if (Attribute(storage, "storeCalculationResults") == "False"sv) Append(detail, "unstored");
   if (const int repetitions = storage.attribute("maxRepetitions").AsInt(1); repetitions > 1) {
-    Append(detail, Counted(repetitions, "repetition"));
+    Append(detail, Counted(static_cast<std::size_t>(repetitions), "repetition"));
   }
   const std::string entry = Words(Attribute(node.child("AutoEnter"), "type"));
   if (!entry.empty()) Append(detail, "auto-enter " + entry);
@@ -86,12 +64,8 @@ std::string OfField(const Design&, const Element& field) {
 }
 
 std::string OfOccurrence(const Design&, const Element& occurrence) {
-  if (occurrence.table != nullptr) return std::string(occurrence.table->name);
-  const XmlNode source = Node(occurrence).child("BaseTableSourceReference");
-  const std::string_view table = Attribute(source.child("BaseTableReference"), "name"),
-                         file = Attribute(source.child("ExternalDataSourceReference"), "name");
-  std::string detail(table);
-  Append(detail, file.empty() ? "in another file" : "in " + std::string(file));
+  auto [detail, file] = SourceOf(occurrence);
+  if (!file.empty()) Append(detail, "in " + file);
   return detail;
 }
 
@@ -108,7 +82,7 @@ std::string OfLayout(const Design&, const Element& layout) {
 }
 
 std::string OfScript(const Design&, const Element& script) {
-  std::string detail = Counted(Child(script, "ObjectList"), "Step", "step");
+  std::string detail = Count(Child(script, "ObjectList"), "Step", "step");
   if (HasFullAccess(script)) Append(detail, "full access");
   return detail;
 }
@@ -117,7 +91,8 @@ std::string OfValueList(const Design& design, const Element& list) {
   if (const XmlNode values = Child(list, "CustomValues")) {
     const std::string text = Text(values.child("Text"));
     const auto isEnd = [](char c) { return c == '\r' || c == '\n'; };
-    return Counted(text.empty() ? 0 : 1 + std::count_if(text.begin(), text.end(), isEnd), "value");
+    const auto ends = static_cast<std::size_t>(std::count_if(text.begin(), text.end(), isEnd));
+    return Counted(text.empty() ? 0 : 1 + ends, "value");
   }
   const auto field = Resolve(design, Child(list, "Field").child("PrimaryField").child("FieldReference"));
   if (field) return "from " + TargetName(design, *field, NameOnly);
@@ -133,11 +108,11 @@ std::string OfFunction(const Design&, const Element& function) {
 }
 
 std::string OfMenu(const Design&, const Element& menu) {
-  return Counted(Node(menu).child("MenuItemList"), "CustomMenuItem", "item");
+  return Count(Node(menu).child("MenuItemList"), "CustomMenuItem", "item");
 }
 
 std::string OfMenuSet(const Design&, const Element& set) {
-  return Counted(Node(set).child("CustomMenuList"), "CustomMenuReference", "menu");
+  return Count(Node(set).child("CustomMenuList"), "CustomMenuReference", "menu");
 }
 
 std::string OfTheme(const Design&, const Element& theme) { return std::string(Attribute(Node(theme), "Display")); }

@@ -1,0 +1,16 @@
+// The objects in a snippet as readable text.
+#pragma once
+
+#include <string>
+
+#include "export/XmlTree.h"
+
+namespace solution {
+
+/// What `object` is and its name, on one line: "Script “Import”", "Field Orders::Total".
+std::string ObjectTitle(XmlNode object);
+
+/// Its content, several lines that each end with a line feed.
+std::string ObjectText(XmlNode object);
+
+}  // namespace solution
