@@ -1,6 +1,7 @@
 #include "Layout.h"
 
-#include "Cryptography.h"
+#include "Contents.h"
+#include "clips/Clip.h"
 
 namespace service {
 namespace {
@@ -80,7 +81,7 @@ void CopyRecords(Database& database) {
     Statement(database,
               "INSERT INTO records (number, kind, name, label, received, command, content)"
               " SELECT number, kind, name, label, received, command, ?2 FROM old_records WHERE number = ?1",
-              number, KeepContent(database, bytes))
+              number, KeepOnce(database, "contents", "bytes", bytes).number)
         .Step();
   }
 }
@@ -100,21 +101,9 @@ void PrepareLayout(Database& database) {
     CopyRecords(database);
     database.Execute("DROP TABLE old_records; DROP TABLE old_commands");
   }
+  CreateClips(database);
   database.Execute("PRAGMA user_version = 3");
   transaction.Commit();
-}
-
-std::int64_t KeepContent(Database& database, std::string_view bytes) {
-  const ContentHash hash = HashOf(bytes);
-  const Blob key{{reinterpret_cast<const char*>(hash.data()), hash.size()}};
-  std::int64_t number = 0;
-  Statement find(database, "SELECT number FROM contents WHERE hash = ?1", key);
-  if (find.Step()) {
-    find.Read(number);
-    return number;
-  }
-  Statement(database, "INSERT INTO contents (hash, bytes) VALUES (?1, ?2)", key, Blob{bytes}).Step();
-  return sqlite3_last_insert_rowid(database.handle());
 }
 
 }  // namespace service

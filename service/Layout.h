@@ -9,7 +9,4 @@ namespace service {
 /// std::runtime_error when a newer version wrote them.
 void PrepareLayout(Database& database);
 
-/// The number of the row that holds `bytes`, which is added when it is missing: identical contents are kept once.
-std::int64_t KeepContent(Database& database, std::string_view bytes);
-
 }  // namespace service

@@ -80,8 +80,8 @@ constexpr KeyMark kKeyMarks[] = {{"\"licenseKey\":\"", "\""}, {"name=\"licenseKe
 
 const Route& FindRoute(Request& request) {
   const char* allowed = nullptr;
-  for (const auto& routes : {ProtocolRoutes(), UploadRoutes(), OperatorRoutes(), DesignRoutes(), ConsoleRoutes(),
-                             SetupRoutes(), StorageRoutes()}) {
+  for (const auto& routes : {ProtocolRoutes(), UploadRoutes(), OperatorRoutes(), DesignRoutes(), ClipRoutes(),
+                             ConsoleRoutes(), SetupRoutes(), StorageRoutes()}) {
     for (const auto& route : routes) {
       auto captures = Match(route.pattern, request.path);
       if (!captures) continue;

@@ -71,6 +71,9 @@ std::span<const Route> OperatorRoutes();
 /// What they ask about the designs that were received.
 std::span<const Route> DesignRoutes();
 
+/// What they ask about clips.
+std::span<const Route> ClipRoutes();
+
 /// The console's page, and who may use it.
 std::span<const Route> ConsoleRoutes();
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "Contents.h"
 #include "Layout.h"
 #include "PrivateFile.h"
 
@@ -247,10 +248,13 @@ Completion Store::Complete(const std::string& id, const std::string& state, cons
 }
 
 std::int64_t Store::Add(const Record& record) {
+  // Reading the content takes its time: polls must not wait for it.
+  const bool mayBeClip = record.kind == "push" || record.kind == "clip";
+  const auto clip = mayBeClip ? DescribeClip(record.name, record.label, record.content) : std::nullopt;
   const std::lock_guard lock(mutex_);
   CheckFile();
   Transaction transaction(database_);
-  const std::int64_t content = KeepContent(database_, record.content);
+  const std::int64_t content = KeepOnce(database_, "contents", "bytes", record.content).number;
   Statement(database_,
             "INSERT INTO records (kind, name, label, received, content, command) VALUES (?1, ?2, ?3, ?4, ?5,"
             " (SELECT id FROM commands WHERE ?1 = 'diagnostic' AND type = 'GET_SCHEMA' AND state = 'delivered'"
@@ -258,8 +262,10 @@ std::int64_t Store::Add(const Record& record) {
             record.kind, record.name, record.label, clock_(), content)
       .Step();
   const std::int64_t number = sqlite3_last_insert_rowid(database_.handle());
+  if (clip) KeepClip(database_, content, *clip);
   transaction.Commit();
   changed_(Change::kRecords);
+  if (clip) changed_(Change::kClips);
   if (record.kind == "diagnostic") changed_(Change::kCommands);
   if (record.kind == "push") changed_(Change::kClips);
   return number;

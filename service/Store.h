@@ -16,6 +16,7 @@
 #include "Cryptography.h"
 #include "Database.h"
 #include "FolderLock.h"
+#include "clips/Clip.h"
 
 namespace service {
 
@@ -27,7 +28,7 @@ struct Command {
 
 /// Something received. What name and label hold depends on the kind; docs/bridge-service.md has the list.
 struct Record {
-  std::string_view kind;  ///< "sign-in", "push", "diagnostic", "ingest", "snapshot" or "upload"
+  std::string_view kind;  ///< "sign-in", "push", "diagnostic", "ingest", "snapshot", "upload" or "clip"
   std::string_view name;
   std::optional<std::string_view> label;
   std::string_view content;
@@ -171,6 +172,20 @@ class Store {
 
   Retention GetRetention();
   void SetRetention(const Retention& retention);
+
+  /// The clips that `filter` finds, at most `limit`. A clip lives as long as its content; its tags go with it.
+  ClipList Clips(const ClipFilter& filter, std::int64_t limit);
+  std::optional<Clip> FindClip(std::int64_t id);
+  std::string ClipContent(std::int64_t id);
+
+  /// The clip that a record brought; 0 when it brought none.
+  std::int64_t ClipOf(std::int64_t record);
+
+  /// False when there is no such clip.
+  bool TagClip(std::int64_t id, const std::vector<std::string>& tags);
+
+  /// Deletes a clip with the records that brought it. False when there is no such clip.
+  bool DeleteClip(std::int64_t id);
 
   /// The sessions of the console that have not ended, oldest first.
   std::vector<ConsoleSession> Sessions();

@@ -1,7 +1,7 @@
 // How received designs get into the index.
 #include <algorithm>
 
-#include "Cryptography.h"
+#include "Contents.h"
 #include "design/DesignReader.h"
 #include "design/Names.h"
 #include "designs/DesignStore.h"
@@ -27,17 +27,10 @@ std::vector<IndexedElement> ElementsOf(const solution::Design& design, const std
 }
 
 std::int64_t KeepText(Database& index, const std::string& text) {
-  const ContentHash hash = HashOf(text);
-  const Blob key{{reinterpret_cast<const char*>(hash.data()), hash.size()}};
-  std::int64_t number = 0;
-  Statement find(index, "SELECT number FROM texts WHERE hash = ?1", key);
-  if (find.Step()) {
-    find.Read(number);
-    return number;
+  const auto [number, isNew] = KeepOnce(index, "texts", "body", text);
+  if (isNew) {
+    Statement(index, "INSERT INTO words (rowid, body) VALUES (?1, ?2)", number, solution::FoldCase(text)).Step();
   }
-  Statement(index, "INSERT INTO texts (hash, body) VALUES (?1, ?2)", key, Blob{text}).Step();
-  number = sqlite3_last_insert_rowid(index.handle());
-  Statement(index, "INSERT INTO words (rowid, body) VALUES (?1, ?2)", number, solution::FoldCase(text)).Step();
   return number;
 }
 

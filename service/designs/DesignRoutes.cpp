@@ -8,6 +8,7 @@
 #include "design/DesignReader.h"
 #include "designs/DesignJson.h"
 #include "designs/OpenDesign.h"
+#include "designs/Overview.h"
 #include "references/ReferenceIndex.h"
 
 namespace service {
@@ -119,10 +120,20 @@ Response ShowElements(Context& context, const Request& request) {
                       })}});
 }
 
+Response ShowGraph(Context& context, const Request& request) {
+  return JsonAnswer(DescribeGraph(Open(context, request, 0)->design()));
+}
+
+Response ShowReport(Context& context, const Request& request) {
+  return JsonAnswer(DescribeReport(*Open(context, request, 0)));
+}
+
 constexpr Route kRoutes[] = {
     {"GET", "/operator/designs", KeyPlace::kHeader, false, false, ListDesigns},
     {"GET", "/operator/designs/search", KeyPlace::kHeader, false, false, SearchDesigns},
     {"GET", "/operator/designs/*/changes/*", KeyPlace::kHeader, false, false, ShowChanges},
+    {"GET", "/operator/designs/*/graph", KeyPlace::kHeader, false, false, ShowGraph},
+    {"GET", "/operator/designs/*/report", KeyPlace::kHeader, false, false, ShowReport},
     {"GET", "/operator/designs/*/references", KeyPlace::kHeader, false, false, ShowReferences},
     {"GET", "/operator/designs/*/elements", KeyPlace::kHeader, false, false, ListElements},
     {"GET", "/operator/designs/*/elements/*", KeyPlace::kHeader, false, false, ShowElements},

@@ -94,7 +94,12 @@ TEST_F(DesignHistory, AnswersRequests) {
   Upload(service, "Orders.fmp12.xml", edited_);
   Upload(service, "Broken.fmp12.xml", orders_.substr(0, 3000));
   Upload(service, "Old.fmp12.xml", std::regex_replace(orders_, std::regex("<UUID.*?</UUID>| UUID=\".*?\""), ""));
-  Upload(service, "Hostile.fmp12.xml", Replaced(orders_, "name=\"Unused\"", "name=\"&lt;/script>&quot;/\\&#9;\""));
+  std::string hostile = Replaced(orders_, "name=\"Unused\"", "name=\"&lt;/script>&quot;/\\&#9;\"");
+  hostile = Replaced(hostile, "View=\"Full\"", "View=\"Collapse\"");
+  hostile = Replaced(hostile, "</CoordRect>", "</CoordRect><Color red=\"120\" green=\"300\" blue=\"-1\"></Color>");
+  hostile =
+      Replaced(hostile, "</TableOccurrenceCatalog>", Contents(DATA "/graph-notes.xml") + "</TableOccurrenceCatalog>");
+  Upload(service, "Hostile.fmp12.xml", hostile);
   const struct {
     std::string path;
     int status;
@@ -139,6 +144,21 @@ TEST_F(DesignHistory, AnswersRequests) {
        {R"({"elements":[{"key":"script:1","kind":"script","uuid":"",)", R"("text":"script: )"}},
       {"/4/references?of=field:129.2", 200, {R"("fromKey":"relationship:1","toKey":"field:129.2")"}},
       {"/5/elements/%3c/script%3e%22/%5c%09", 200, {R"("name":"</script>\"/\\\t")"}},
+      {"/5/graph",
+       200,
+       {R"({"occurrences":[{"key":"0000000A-0000-4000-8000-000000000000","name":"Orders","table":"Orders",)"
+        R"("dataSource":"","x":20,"y":10,"width":140,"height":100,"color":"#78ff00","collapsed":true},)",
+        R"("name":"Stock","table":"","dataSource":"another file","x":0,"y":0,"width":0,"height":0,"color":null,)",
+        R"("relationships":[{"key":"00000027-0000-4000-8000-000000000000","left":"0000000A-0000-4000-8000-000000000000",)"
+        R"("right":"0000000C-0000-4000-8000-000000000000","predicates":[{"left":"Orders::Customer ID",)"
+        R"("operator":"=","right":"orders CUSTOMER::ID"}]}],"notes":[{"text":"Who buys?","x":83,"y":408,"width":332,"height":125,"color":"#86cd4d"},)",
+        R"({"text":"","x":0,"y":0,"width":0,"height":0,"color":"#00ff00"}]})"}},
+      {"/4/graph", 200, {R"("key":"relationship:1","left":"tableOccurrence:1065089",)"}},
+      {"/1/report",
+       200,
+       {R"({"counts":[{"kind":"file","plural":"files","count":1},{"kind":"table","plural":"tables","count":2},)",
+        R"("plural":"script folders","count":1})", R"("unused":[{"key":)", R"("name":"Unused",)",
+        R"("broken":[{"fromKind":"script",)", R"("toName":"<Field Missing>",)", R"("fullAccess":[]})"}},
       {"/9/elements", 404, {"no such design"}},
       {"/x/elements", 404, {"no such design"}},
       {"/3/elements", 409, {"design 3 is "}},

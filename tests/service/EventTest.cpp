@@ -56,7 +56,7 @@ TEST_F(Events, TellOfWhatHasChanged) {
   EXPECT_EQ(JsonGetString(service.Poll(), "id"), id);
   page.Expect("commands", "delivered");
   page.Expect("status", "the first poll");
-  service.Post("/api/bridge/push", R"({"licenseKey":"K","xmlType":"FILE_LIST","xmlContent":"A","label":"L"})");
+  service.Post("/api/bridge/push", R"({"licenseKey":"K","xmlType":"XMSS","xmlContent":"<fmxmlsnippet/>","label":"L"})");
   page.Expect("records", "pushed");
   page.Expect("clips", "pushed");
   service.Complete(id);

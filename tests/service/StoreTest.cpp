@@ -162,6 +162,11 @@ TEST_F(StoreOverTime, TakesOverTheDatabasesOfOlderVersions) {
     store_->SetRetention({7, {}});
     EXPECT_EQ(store_->GetRetention().days, 7) << version;
     EXPECT_TRUE(store_->Sessions().empty()) << version;
+    const auto clips = store_->Clips({"sound", "", ""}, 9).clips;
+    ASSERT_EQ(clips.size(), 1u) << version;
+    EXPECT_EQ(clips[0].title, "Beep") << version;
+    EXPECT_EQ(clips[0].times, 2) << version;
+    EXPECT_EQ(store_->Clips({}, 9).total, 2) << version;
   }
 }
 

@@ -1,4 +1,4 @@
--- The database of the second version, with the same commands and the same result as in first-version.sql.
+-- The database of the second version, with the same commands and records as in first-version.sql.
 CREATE TABLE commands (number INTEGER PRIMARY KEY AUTOINCREMENT, id TEXT NOT NULL UNIQUE, type TEXT NOT NULL,
   state TEXT NOT NULL DEFAULT 'queued'
     CHECK (state IN ('queued', 'delivered', 'completed', 'failed', 'cancelled', 'expired')),
@@ -16,4 +16,9 @@ INSERT INTO commands (id, type, queued) VALUES ('c1', 'LIST_FILES', 1);
 INSERT INTO commands (id, type, state, queued) VALUES ('c2', 'LIST_FILES', 'completed', 1);
 INSERT INTO contents (hash, bytes) VALUES (x'00', x'4100FF');
 INSERT INTO records (kind, name, received, command, content) VALUES ('push', 'FILE_LIST', 2, 'c2', 1);
+INSERT INTO contents (hash, bytes) VALUES
+  (x'01', CAST('<fmxmlsnippet><Step id="93" name="Beep"/></fmxmlsnippet>' AS BLOB)),
+  (x'02', CAST('<fmxmlsnippet>' AS BLOB));
+INSERT INTO records (kind, name, label, received, content) VALUES
+  ('push', 'XMSS', 'Sound', 3, 2), ('push', 'XMSS', NULL, 4, 2), ('push', 'XMFD', NULL, 5, 3);
 PRAGMA user_version = 2;
