@@ -42,8 +42,8 @@ class ReferenceIndex {
   Map byTarget_, bySource_;
 };
 
-/// The elements of `design` with this key, or with this name or UUID (without regard to case). A field is found as `Table::Field`, as
-/// `Occurrence::Field` and by its own name.
+/// The elements of `design` with this key, or with this name or UUID (without regard to case). A field is found as
+/// `Table::Field`, as `Occurrence::Field` and by its own name.
 std::vector<const Element*> FindElements(const Design& design, std::string_view name);
 
 }  // namespace solution
