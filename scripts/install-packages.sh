@@ -14,7 +14,7 @@ for group in "$@"; do
     simulator) packages="$packages libgmp-dev libmpfr-dev libicu-dev librapidxml-dev libdtl-dev libedit-dev" ;;
     test) packages="$packages libcpp-httplib-dev libpugixml-dev clang libclang-rt-dev? libgtest-dev libbenchmark-dev rapidjson-dev libssl-dev openssl curl
                     libgnustep-base-dev libblocksruntime-dev binutils xvfb xclip
-                    lld llvm libc++-dev musl-dev libplist-utils"
+                    lld llvm libc++-dev musl-dev libplist-utils chromium?"
           command -v npm >/dev/null || packages="$packages nodejs npm" ;;  # elsewhere npm comes with Node.js itself
     check) packages="$packages clang-format clang-tidy shellcheck" ;;
     *) echo "install-packages: unknown group $group" >&2; exit 2 ;;

@@ -1,0 +1,336 @@
+// What people do in the console, in the order in which they meet it. The tests share one service, as one day does.
+import assert from 'node:assert/strict';
+import {after, before, test} from 'node:test';
+import {hostileExport, kHostile, largeExport, laterWorkshop} from './exports.mjs';
+import {
+  accessibilityFaults,
+  addDesign,
+  click,
+  consoleAddress,
+  end,
+  exists,
+  find,
+  finish,
+  offences,
+  openWindow,
+  otherBrowser,
+  request,
+  sees,
+  startFileMaker,
+  startService,
+  type,
+  until,
+  visit,
+} from './support.mjs';
+
+const kSnippet =
+  '<fmxmlsnippet type="FMObjectList"><Step enable="True" id="89" name="# (comment)">' +
+  '<Text>Buy violin strings</Text></Step></fmxmlsnippet>';
+const kFirstView = 300; // ms from the arrival of 10,000 fields to the first rows
+const kKey = 50; // ms for a key in Search
+const kStepTime = 60000; // ms
+const kSlowMachine = 4; // times: machines that test do other things, too
+
+let service;
+let page;
+let isDown = false;
+let workshop; // the designs' ids
+let later;
+
+before(async () => {
+  service = await startService();
+  page = await openWindow(service, {isDown: () => isDown});
+});
+after(finish);
+
+// Each step needs those before it, so the first that fails ends the day.
+let failed;
+const step = (name, action) =>
+  test(name, {timeout: kStepTime}, async () => {
+    assert.equal(failed, undefined, 'not tried, because an earlier step failed');
+    failed = name;
+    await action();
+    assert.deepEqual(offences.splice(0), []);
+    failed = undefined;
+  });
+
+const designs = async () => (await request(service, '/operator/designs')).designs;
+
+step('The first visit leads to the sign-in line', async () => {
+  await page.goto(service.consoleUrl);
+  await find(page, 'heading', 'Setup');
+  assert.equal(await page.title(), 'Varnix');
+  await until(() => !page.url().includes('token'));
+  const line = await find(page, 'textbox', 'Sign-in line');
+  assert.equal(await line.evaluate((input) => input.value), service.signInLine);
+  await find(page, 'navigation', 'Pages');
+  for (const name of ['Files', 'Search', 'Clips', 'Commands', 'Storage', 'Setup']) await find(page, 'link', name);
+  await sees(page, 'FileMaker not connected', 'banner');
+});
+
+step('An address opens the console once', async () => {
+  const window = await openWindow(service, {context: await otherBrowser(), isDown: () => true});
+  await window.goto(service.consoleUrl);
+  await sees(window, 'used already', 'status');
+  await sees(window, 'not signed in', 'alert');
+  await window.close();
+});
+
+step('From sign-in to the first design', async () => {
+  await startFileMaker(service.signInLine);
+  await sees(page, 'FileMaker connected', 'banner');
+  await click(page, 'button', 'Check the open files');
+  await sees(page, 'The files are checked', 'status');
+  await sees(page, 'Workshop found [Full Access] account Admin none yet');
+  await sees(page, 'Timesheets missing');
+  await click(page, 'button', "Put Varnix Live Push on FileMaker's clipboard");
+  await sees(page, "is on FileMaker's clipboard", 'status');
+  await click(page, 'button', 'Get design of Workshop now');
+  await sees(page, 'The design of Workshop has arrived', 'status');
+  await click(page, 'link', 'Files');
+  await click(page, 'link', 'Workshop');
+  await find(page, 'heading', 'Workshop');
+  [{id: workshop}] = await designs();
+});
+
+step('Elements show their definition and lead to each other', async () => {
+  await visit(page, service, `/designs/${workshop}`, 'Workshop');
+  await click(page, 'link', 'Scripts 28');
+  await type(page, 'searchbox', 'Filter scripts', 'close');
+  await click(page, 'link', 'Close Job');
+  await find(page, 'heading', 'Close Job');
+  await sees(page, 'Set Field [ Jobs::Status ; "Picked Up" ]');
+  await sees(page, 'step 1 If, step 7 Set Field');
+  await click(page, 'link', 'Jobs::Status');
+  await find(page, 'heading', 'Status');
+  await sees(page, 'Used by');
+  await page.reload();
+  await find(page, 'heading', 'Status');
+  await page.goBack();
+  await find(page, 'heading', 'Close Job');
+  await page.goBack();
+  assert.equal(await (await find(page, 'searchbox', 'Filter scripts')).evaluate((input) => input.value), 'close');
+});
+
+step('Another window sees a new design by itself', async () => {
+  const window = await openWindow(service);
+  await visit(window, service, '/files', 'Files');
+  await visit(page, service, '/files', 'Files');
+  later = await addDesign(service, laterWorkshop, 'Workshop.fmp12.xml');
+  await find(window, 'link', 'Last changes of Workshop');
+  await find(page, 'link', 'Last changes of Workshop');
+  await window.close();
+});
+
+step('Changes are grouped, filtered and shown side by side', async () => {
+  await click(page, 'link', 'Last changes of Workshop');
+  await find(page, 'heading', 'Changes in Workshop');
+  await sees(page, 'Set Field [ Jobs::Status ; "Handed Over" ]');
+  await find(page, 'table', 'steps of Close Job');
+  await page.select('select[name=kind]', 'field');
+  await sees(page, 'was Jobs::Picked Up At');
+  assert.equal(await exists(page, 'table', 'steps of Close Job'), false);
+});
+
+step('The relationships can be searched, enlarged and opened', async () => {
+  await visit(page, service, `/designs/${workshop}/relationships`, 'Relationships of Workshop');
+  const box = () => page.$eval('svg.graph', (svg) => svg.viewBox.baseVal.width);
+  const before = await box();
+  await click(page, 'button', 'Enlarge');
+  assert.ok((await box()) < before);
+  await type(page, 'searchbox', 'Find a table occurrence', 'Payments');
+  await sees(page, 'match');
+  await page.$eval('a.occurrence.here', (link) => link.focus());
+  await page.keyboard.press('Enter');
+  await sees(page, 'Table occurrence');
+});
+
+step('Search finds scripts, formulas and names as one types', async () => {
+  await visit(page, service, '/files', 'Files');
+  await page.keyboard.press('/');
+  await find(page, 'heading', 'Search');
+  await page.keyboard.type('LastMessageChoice');
+  await sees(page, 'If [ Get ( LastMessageChoice ) ≠ 1 ]');
+  await click(page, 'link', 'Close Job');
+  await page.goBack();
+  assert.equal(await (await find(page, 'searchbox', 'Search')).evaluate((input) => input.value), 'LastMessageChoice');
+});
+
+// A command of the form, and a text of its result.
+const commands = [
+  ['List open files', {}, 'Timesheets'],
+  ['Set the clipboard', {'FileMaker XML': kSnippet}, 'are on FileMaker'],
+  ['Get the clipboard', {}, 'Buy violin strings'],
+  ['List clipboard formats', {}, 'Mac-XMSS'],
+  ['Report the context', {File: 'Workshop'}, 'livePushVisible'],
+  ['Get a design', {File: 'Workshop'}, 'The design'],
+];
+
+for (const [name, values, result] of commands) {
+  step(`${name} is carried out and shows its result`, async () => {
+    await visit(page, service, '/commands', 'Commands');
+    const form = await find(page, 'form', name);
+    for (const [label, text] of Object.entries(values)) {
+      await (await form.$(`::-p-aria(${label})`)).evaluate((control, value) => (control.value = value), text);
+    }
+    await click(page, 'button', name);
+    await until(async () => (await request(service, '/operator/commands?state=completed')).commands.length > 0);
+    await page.waitForSelector('.state.completed');
+    const {commands: all} = await request(service, '/operator/commands');
+    await visit(page, service, `/commands/${all.at(-1).id}`, name);
+    await sees(page, result);
+  });
+}
+
+step('A design that cannot come says why', async () => {
+  await visit(page, service, '/commands', 'Commands');
+  const form = await find(page, 'form', 'Get a design');
+  await (await form.$('::-p-aria(File)')).type('Timesheets');
+  await click(page, 'button', 'Get a design');
+  await sees(page, 'Varnix Live Push', 'main');
+  await page.waitForSelector('.state.failed');
+});
+
+step('A clip is listed once, tagged, changed and placed again', async () => {
+  await visit(page, service, '/clips', 'Clips');
+  await type(page, 'searchbox', 'Search in clips', 'violin');
+  await sees(page, '1 clip');
+  await page.click('table.list th a, table.list td a');
+  await sees(page, 'Buy violin strings');
+  await type(page, 'textbox', 'Tags', 'shop, strings');
+  await click(page, 'button', 'Save tags');
+  await sees(page, 'Tags saved', 'status');
+  await page.click('details.box summary');
+  await type(page, 'textbox', 'Find', 'violin');
+  await type(page, 'textbox', 'Replace with', 'cello & bow');
+  await click(page, 'button', 'Preview');
+  await click(page, 'button', "Add and put on FileMaker's clipboard");
+  await sees(page, "is on FileMaker's clipboard", 'status');
+  await visit(page, service, '/clips', 'Clips');
+  await sees(page, 'shop');
+  await type(page, 'searchbox', 'Search in clips', 'cello & bow');
+  await sees(page, '1 clip');
+});
+
+step('What is typed survives events and the end of the service', async () => {
+  await visit(page, service, '/commands', 'Commands');
+  const form = await find(page, 'form', 'Get a design');
+  await form.$eval('input', (input) => (input.value = ''));
+  await (await form.$('::-p-aria(File)')).type('Half a na');
+  await request(service, '/operator/commands', JSON.stringify({type: 'LIST_FILES', expires: '1000'}));
+  await find(page, 'link', 'List open files');
+  isDown = true;
+  await end(service.child, 'SIGKILL');
+  await sees(page, 'does not answer', 'alert');
+  service = {...(await startService(service.port)), key: service.key};
+  await page.waitForSelector('[role=alert]', {hidden: true});
+  isDown = false;
+  assert.equal(await form.$eval('input', (input) => input.value), 'Half a na');
+  await page.keyboard.type('me');
+  assert.equal(await form.$eval('input', (input) => input.value), 'Half a name');
+  offences.length = 0; // the network's, while nobody listened
+});
+
+step('A session that has ended is explained, and a new address revives the page', async () => {
+  isDown = true;
+  const kept = await page.cookies();
+  await page.deleteCookie(...kept);
+  await click(page, 'button', 'List open files');
+  await sees(page, 'not signed in', 'alert');
+  const window = await openWindow(service);
+  await window.goto(await consoleAddress(service));
+  await page.bringToFront();
+  await page.waitForSelector('[role=alert]', {hidden: true});
+  isDown = false;
+  await window.close();
+  offences.length = 0; // the refusals
+});
+
+step('Markup in names stays text', async () => {
+  const hostile = await addDesign(service, hostileExport, 'Hostile.fmp12.xml');
+  for (const path of ['?kind=script', '?kind=field', '?kind=layout', '/relationships', '/report']) {
+    await visit(page, service, `/designs/${hostile}${path}`);
+    await sees(page, kHostile.slice(0, 30));
+  }
+  await visit(page, service, `/changes/${workshop}/${hostile}`);
+  await sees(page, kHostile.slice(0, 30));
+  await visit(page, service, '/search?text=onerror', 'Search');
+  await sees(page, kHostile.slice(0, 30));
+  assert.equal(await page.evaluate(() => globalThis.taken), undefined);
+});
+
+step('Ten thousand fields are quick', async () => {
+  const large = await addDesign(service, largeExport(10000), 'Large.fmp12.xml');
+  await page.evaluateOnNewDocument(() => {
+    new MutationObserver(() => {
+      if (!globalThis.firstRow && document.querySelector('td a, tbody th a')) globalThis.firstRow = performance.now();
+    }).observe(document, {childList: true, subtree: true});
+  });
+  await page.goto('about:blank');
+  await visit(page, service, `/designs/${large}?kind=field`);
+  await sees(page, '10,');
+  const delay = await page.evaluate(
+    () =>
+      globalThis.firstRow -
+      performance.getEntriesByType('resource').findLast((entry) => entry.name.endsWith('/elements')).responseEnd,
+  );
+  assert.ok(delay < kFirstView * kSlowMachine, `first rows ${delay} ms after the data`);
+  await type(page, 'searchbox', 'Filter fields', 'Made 9999');
+  await sees(page, '1 of 10,');
+  await visit(page, service, '/search', 'Search');
+  const longest = await page.evaluate(async () => {
+    let most = 0;
+    const input = document.querySelector('main input[type=search]');
+    for (const text of ['M', 'Ma', 'Mad', 'Made', 'Made 1']) {
+      const start = performance.now();
+      input.value = text;
+      input.dispatchEvent(new Event('input', {bubbles: true}));
+      most = Math.max(most, performance.now() - start);
+      await new Promise((resolve) => setTimeout(resolve, 150));
+    }
+    return most;
+  });
+  assert.ok(longest < kKey * kSlowMachine, `a key took ${longest} ms`);
+  await sees(page, 'Made 1');
+});
+
+const pages = () => [
+  ['/files', 'Files'],
+  [`/designs/${workshop}`, 'Workshop'],
+  [`/designs/${workshop}?kind=field`, 'Workshop'],
+  [`/changes/${workshop}/${later}`, 'Changes in Workshop'],
+  [`/designs/${workshop}/relationships`, 'Relationships of Workshop'],
+  [`/designs/${workshop}/report`, 'Report on Workshop'],
+  ['/search?text=Job', 'Search'],
+  ['/clips', 'Clips'],
+  ['/commands', 'Commands'],
+  ['/storage', 'Storage'],
+  ['/setup', 'Setup'],
+];
+
+for (const scheme of ['light', 'dark']) {
+  step(`Every page is accessible and fits, ${scheme}`, async () => {
+    await page.emulateMediaFeatures([{name: 'prefers-color-scheme', value: scheme}]);
+    for (const [address, heading] of pages()) {
+      await visit(page, service, address, heading);
+      await page.waitForFunction(() => !document.querySelector('.loading'));
+      assert.deepEqual(await accessibilityFaults(page), [], address);
+      for (const width of [800, 640]) {
+        // 640: 1280 at 200 %
+        await page.setViewport({width, height: 900});
+        const overflow = await page.evaluate(() => document.documentElement.scrollWidth - innerWidth);
+        assert.ok(overflow <= 0, `${address} is ${overflow} pixels too wide at ${width}`);
+      }
+      await page.setViewport({width: 1280, height: 900});
+    }
+  });
+}
+
+step('Without JavaScript the page says so', async () => {
+  const window = await openWindow(service);
+  await window.setJavaScriptEnabled(false);
+  await window.goto(service.url);
+  const shown = await find(window, 'main');
+  assert.match(await shown.evaluate((main) => main.innerText), /needs JavaScript/);
+  await window.close();
+});
