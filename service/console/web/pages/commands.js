@@ -27,11 +27,7 @@ const kinds = (first) =>
   });
 
 function fileField(suggestions, hint) {
-  return field(
-    'File',
-    h('input', {name: 'fileName', list: suggestions.id, autocomplete: 'off', placeholder: 'The active file'}),
-    hint,
-  );
+  return field('File', h('input', {name: 'fileName', list: suggestions.id, autocomplete: 'off'}), hint);
 }
 
 function fieldsOf(type, suggestions) {
