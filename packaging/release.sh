@@ -162,9 +162,10 @@ sign() {
 run mkdir -p "$folder/docs" "$folder/samples/snippets"  # as in the source, so that the guide's links work
 run ditto "$bundle" "$folder/$name"
 run cp "$service" "$folder"
-for document in guide functions bridge-service third-party-licences; do
+for document in guide functions bridge-service designs agents third-party-licences; do
   run cp "$source/docs/$document.md" "$folder/docs"
 done
+run cp -R "$source/docs/images" "$folder/docs"
 run cp "$source/samples/snippets/XMSC-varnix-live-push.xml" "$folder/samples/snippets"
 sign "$folder/$name"
 sign "$folder/varnix-service" --identifier com.varnix.service
