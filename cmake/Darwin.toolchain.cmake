@@ -1,15 +1,20 @@
-# Builds the macOS plug-in on another system, with clang, lld and LLVM's tools, against a macOS SDK (MacOSX.sdk of Apple's
-# developer tools), whose directory MACOS_SDK names. scripts/bundle.sh uses it.
+# Builds for macOS on another system, with clang, lld and LLVM's tools, against a macOS SDK (MacOSX.sdk of Apple's
+# developer tools), whose directory MACOS_SDK names. scripts/bundle.sh uses it. The simulator and the tests also need what
+# Homebrew has on a Mac, in the directory MACOS_LIBRARIES (scripts/mac-libraries.sh).
 
 set(CMAKE_SYSTEM_NAME Darwin)
 set(CMAKE_SYSTEM_VERSION 20)  # macOS 11
 
-list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES MACOS_SDK)
+list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES MACOS_SDK MACOS_LIBRARIES)
 if(NOT IS_DIRECTORY "${MACOS_SDK}/System/Library/Frameworks")
   message(FATAL_ERROR "MACOS_SDK must name the directory of a macOS SDK, but is \"${MACOS_SDK}\"")
 endif()
 set(CMAKE_OSX_SYSROOT ${MACOS_SDK})
-set(CMAKE_FIND_ROOT_PATH ${MACOS_SDK})
+set(CMAKE_FIND_ROOT_PATH ${MACOS_SDK} ${MACOS_LIBRARIES})
+if(MACOS_LIBRARIES)
+  list(APPEND CMAKE_PREFIX_PATH ${MACOS_LIBRARIES})
+  set(ENV{PKG_CONFIG_LIBDIR} ${MACOS_LIBRARIES}/lib/pkgconfig:${MACOS_LIBRARIES}/opt/icu4c/lib/pkgconfig)
+endif()
 foreach(kind LIBRARY INCLUDE PACKAGE)
   set(CMAKE_FIND_ROOT_PATH_MODE_${kind} ONLY)
 endforeach()
@@ -40,10 +45,12 @@ file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/darwin)
 file(CREATE_LINK ${CMAKE_LINKER} ${CMAKE_BINARY_DIR}/darwin/ld64.lld SYMBOLIC)
 file(CREATE_LINK ${lipo} ${CMAKE_BINARY_DIR}/darwin/lipo SYMBOLIC)
 foreach(language CXX OBJCXX)
-  set(CMAKE_${language}_FLAGS_INIT "-B${CMAKE_BINARY_DIR}/darwin -stdlib=libc++")
+  # The SDK's C++ library, not the one that may be installed with clang.
+  set(CMAKE_${language}_FLAGS_INIT
+    "-B${CMAKE_BINARY_DIR}/darwin -stdlib=libc++ -stdlib++-isystem ${CMAKE_OSX_SYSROOT}/usr/include/c++/v1")
   # Archives of objects with two architectures are beyond llvm-ar.
   set(CMAKE_${language}_CREATE_STATIC_LIBRARY "${libtool} -static -o <TARGET> <OBJECTS>")
 endforeach()
-foreach(kind EXE MODULE)
+foreach(kind EXE MODULE SHARED)
   set(CMAKE_${kind}_LINKER_FLAGS_INIT -fuse-ld=lld)
 endforeach()

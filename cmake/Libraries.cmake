@@ -55,11 +55,12 @@ function(varnix_headers target header)
   target_include_directories(${target} SYSTEM PUBLIC ${directory})
 endfunction()
 
-# varnix_icu(TARGET): ICU's C interface. That of macOS has names without a version.
+# varnix_icu(TARGET): ICU's C interface. That of macOS has names without a version, and by default its UTF-16 units are
+# integers.
 function(varnix_icu target)
   if(APPLE)
     target_link_libraries(${target} PRIVATE icucore)
-    target_compile_definitions(${target} PRIVATE U_DISABLE_RENAMING=1)
+    target_compile_definitions(${target} PRIVATE U_DISABLE_RENAMING=1 UCHAR_TYPE=char16_t)
   else()
     find_package(PkgConfig REQUIRED)
     pkg_check_modules(ICU_UC REQUIRED IMPORTED_TARGET icu-uc)

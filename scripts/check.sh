@@ -81,8 +81,8 @@ mac_findings() {
     left_out=":!$beyond_the_stand_in"
     mkdir -p "$build/check"
     sh tests/bundle/make-sdk.sh "$sdk" "$clang" "$(configured GNUSTEP_INCLUDE)" 2>&1
-    options+=(-stdlib++-isystem "$sdk/usr/include/c++/v1")
   fi
+  options+=(-stdlib++-isystem "$sdk/usr/include/c++/v1")  # not the one that may be installed with clang
   for arch in arm64 x86_64; do
     for mode in -fsyntax-only "--analyze --analyzer-output text -Xclang -analyzer-checker=core,osx,nullability"; do
       # shellcheck disable=SC2086 # a list of options
