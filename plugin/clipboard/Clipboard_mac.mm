@@ -2,12 +2,11 @@
 // release.
 #include "clipboard/Pasteboard.h"
 
-#import <AppKit/AppKit.h>
-#import <ApplicationServices/ApplicationServices.h>
-
 #include <functional>
 #include <string>
 #include <type_traits>
+
+#include "clipboard/SystemPasteboard_mac.h"
 
 namespace {
 
@@ -62,7 +61,7 @@ std::string Utf8(NSString* text) {
 template <typename Question>
 std::invoke_result_t<Question, NSPasteboard*> Ask(Question ask) {
   @try {
-    return ask([NSPasteboard generalPasteboard]);
+    return ask(SystemPasteboard());
   } @catch (NSException*) {
     return {};
   }
@@ -85,7 +84,7 @@ class MacPasteboard : public Pasteboard {
 
   bool OpenItems() override {
     PasteboardRef created = nullptr;
-    if (PasteboardCreate(kPasteboardClipboard, &created) != noErr) return false;
+    if (PasteboardCreate(SystemPasteboardName(), &created) != noErr) return false;
     items_.reset(created);
     return items_ != nullptr;
   }

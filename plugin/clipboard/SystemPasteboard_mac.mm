@@ -1,0 +1,5 @@
+#include "clipboard/SystemPasteboard_mac.h"
+
+NSPasteboard* SystemPasteboard() { return [NSPasteboard generalPasteboard]; }
+
+CFStringRef SystemPasteboardName() { return kPasteboardClipboard; }
