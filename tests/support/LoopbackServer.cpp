@@ -1,12 +1,14 @@
 #include "support/LoopbackServer.h"
 
 #include <arpa/inet.h>
+#include <fcntl.h>
 #include <netinet/in.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstdint>
+#include <cstdlib>
 #include <utility>
 
 namespace {
@@ -21,10 +23,14 @@ std::size_t RequestSize(const std::string& bytes) {
   return headEnd + kHeadEnd.size() + (length < headEnd ? std::stoul(bytes.substr(length + 18, 20)) : 0);
 }
 
+void KeepFromChildren(int descriptor) { fcntl(descriptor, F_SETFD, FD_CLOEXEC); }
+
 }  // namespace
 
 LoopbackServer::LoopbackServer(Handler handler)
-    : handler_(std::move(handler)), listener_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    : handler_(std::move(handler)), listener_(socket(AF_INET, SOCK_STREAM, 0)) {
+  if (pipe(stop_) != 0) std::abort();
+  for (const int descriptor : {listener_, stop_[0], stop_[1]}) KeepFromChildren(descriptor);
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
@@ -38,8 +44,9 @@ LoopbackServer::LoopbackServer(Handler handler)
 }
 
 LoopbackServer::~LoopbackServer() {
-  shutdown(listener_, SHUT_RDWR);
+  close(stop_[1]);
   acceptor_.join();
+  close(stop_[0]);
   {
     const std::lock_guard lock(mutex_);
     ending_ = true;
@@ -55,9 +62,13 @@ LoopbackServer::~LoopbackServer() {
 
 void LoopbackServer::Accept() {
   for (;;) {
-    const int socket = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
-    if (socket < 0 && errno == EMFILE) continue;  // while a test exhausts the descriptors
-    if (socket < 0) return;
+    pollfd events[] = {{listener_, POLLIN, 0}, {stop_[0], POLLIN, 0}};  // a listener cannot be shut down on macOS
+    poll(events, 2, -1);
+    if (events[1].revents != 0) return;
+    if (events[0].revents == 0) continue;
+    const int socket = accept(listener_, nullptr, nullptr);
+    if (socket < 0) continue;  // the client has gone, or a test exhausts the descriptors
+    KeepFromChildren(socket);
     Connection& connection = connections_.emplace_back(*this, socket);
     connection.thread_ = std::thread([this, &connection] {
       handler_(connection);

@@ -61,6 +61,7 @@ class LoopbackServer {
 
   const Handler handler_;
   const int listener_;
+  int stop_[2];  // a pipe that closes when the server is destroyed
   int port_ = 0;
   std::list<Connection> connections_;  // used by the acceptor thread until it has ended
   std::thread acceptor_;

@@ -2,23 +2,36 @@
 
 #include <fcntl.h>
 #include <spawn.h>
-#include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
+#include <filesystem>
 #include <utility>
+
+extern "C" char** environ;  // which macOS declares nowhere
 
 namespace {
 
-int TemporaryFile() { return memfd_create("varnix-process", MFD_CLOEXEC); }
+/// Without a name, so that it is gone once it is closed.
+int TemporaryFile() {
+  std::string path = std::filesystem::temp_directory_path() / "varnix-process-XXXXXX";
+  const int file = mkostemp(path.data(), O_CLOEXEC);
+  if (file < 0 || unlink(path.c_str()) != 0) std::abort();
+  return file;
+}
 
 std::string Contents(int file) {
-  std::ifstream contents("/proc/self/fd/" + std::to_string(file), std::ios::binary);
-  return {std::istreambuf_iterator<char>(contents), {}};
+  std::string contents(static_cast<std::size_t>(lseek(file, 0, SEEK_END)), '\0');
+  if (pread(file, contents.data(), contents.size(), 0) != static_cast<ssize_t>(contents.size())) std::abort();
+  return contents;
+}
+
+/// A pipe that child processes do not inherit.
+void OpenPipe(int (&ends)[2]) {
+  if (pipe(ends) != 0) std::abort();
+  for (const int end : ends) fcntl(end, F_SETFD, FD_CLOEXEC);
 }
 
 // Starts the program with its first descriptors being `streams`; a stream of -1 is inherited. -1 when it cannot be
@@ -61,7 +74,8 @@ ProcessResult RunProcess(const std::vector<std::string>& arguments, const std::s
 ChildProcess::ChildProcess(const std::vector<std::string>& arguments, const std::string& errors) {
   int in[2], out[2];
   const int log = errors.empty() ? -1 : open(errors.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
-  if (pipe2(in, O_CLOEXEC) != 0 || pipe2(out, O_CLOEXEC) != 0) std::abort();
+  OpenPipe(in);
+  OpenPipe(out);
   pid_ = Spawn(arguments, {in[0], out[1], log});
   input_ = in[1];
   output_ = out[0];

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <arpa/inet.h>
+#include <fcntl.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
 
@@ -14,8 +15,8 @@
 class RawConnection {
  public:
   /// Connects to "http://127.0.0.1:<port>". Receiving ends when nothing comes for `patience`, unless that is zero.
-  explicit RawConnection(const std::string& url, timeval patience = {})
-      : socket_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+  explicit RawConnection(const std::string& url, timeval patience = {}) : socket_(socket(AF_INET, SOCK_STREAM, 0)) {
+    fcntl(socket_.get(), F_SETFD, FD_CLOEXEC);
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);

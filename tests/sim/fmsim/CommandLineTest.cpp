@@ -1,7 +1,8 @@
 // fmsim as a person or a script uses it: options in order, results, messages, exit status.
 #include <gtest/gtest.h>
 
-#include <pty.h>
+#include <fcntl.h>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -54,14 +55,29 @@ TEST_F(Fmsim, PrintsWhatTheTranscriptsShow) {
   EXPECT_EQ(run, 16);
 }
 
-// What the terminal shows after `keys` have been typed, each when the prompt before it has come.
-std::string Type(const std::vector<std::string>& keys) {
-  int terminal = -1;
-  const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
+// Starts fmsim on a terminal of its own, whose other end `terminal` becomes.
+pid_t StartOnTerminal(int& terminal) {
+  terminal = posix_openpt(O_RDWR | O_NOCTTY);
+  if (grantpt(terminal) != 0 || unlockpt(terminal) != 0) return -1;
+  const std::string name = ptsname(terminal);
+  const pid_t child = fork();
   if (child == 0) {
+    setsid();
+    const int own = open(name.c_str(), O_RDWR);
+    ioctl(own, TIOCSCTTY, 0);
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(own, stream);
+    close(own);
+    close(terminal);
     execl(FMSIM, FMSIM, "--open", kTimesheets.c_str(), static_cast<char*>(nullptr));
     _exit(127);
   }
+  return child;
+}
+
+// What the terminal shows after `keys` have been typed, each when the prompt before it has come.
+std::string Type(const std::vector<std::string>& keys) {
+  int terminal = -1;
+  const pid_t child = StartOnTerminal(terminal);
   std::string shown;
   std::size_t seen = 0;
   auto key = keys.begin();
