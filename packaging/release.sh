@@ -8,7 +8,8 @@ usage: release.sh [--dry-run] --identity NAME --keychain-profile NAME [--output 
   --identity          the certificate: "Developer ID Application: Name (TEAM)", or its SHA-1 in 40 hexadecimal digits
   --keychain-profile  where "xcrun notarytool store-credentials" keeps the account for notarising
   --output            directory for the archives; by default the bundle's own directory
-The varnix-service to pack is the one in the bundle's directory.
+The varnix-service to pack is the one in the bundle's directory. What crash reports need to name the functions in them
+stays next to the archives. It comes from the build, so build and release on the same Mac.
   --dry-run           check what any system can check, and print the commands instead of running them
 TEXT
   exit 2
@@ -148,7 +149,10 @@ name=$(basename "$bundle")
 archive=$output/$name.xar
 folder=$output/${name%.fmplugin}-$version  # what people unpack
 upload=$folder-unstapled.zip
-[ ! -e "$folder" ] || fail "$folder exists already"
+symbols=$folder-dSYMs
+for path in "$folder" "$symbols"; do
+  [ ! -e "$path" ] || fail "$path exists already"
+done
 
 # sign FILE OPTION...
 sign() {
@@ -167,6 +171,8 @@ for document in guide functions bridge-service designs agents third-party-licenc
 done
 run cp -R "$source/docs/images" "$folder/docs"
 run cp "$source/samples/snippets/XMSC-varnix-live-push.xml" "$folder/samples/snippets"
+# Without the paths of the build.
+run xcrun strip -S "$folder/$name/Contents/MacOS/$(basename "$executable")" "$folder/varnix-service"
 sign "$folder/$name"
 sign "$folder/varnix-service" --identifier com.varnix.service
 
@@ -175,6 +181,9 @@ run xcrun notarytool submit "$upload" --keychain-profile "$profile" --wait
 run xcrun stapler staple "$folder/$name"  # fails when the upload was not accepted; programs cannot be stapled
 run xcrun stapler validate "$folder/$name"
 run spctl --assess --type install --verbose=2 "$folder/$name"
+run mkdir "$symbols"
+run xcrun dsymutil "$executable" -o "$symbols/$name.dSYM"
+run xcrun dsymutil "$service" -o "$symbols/varnix-service.dSYM"
 run ditto -c -k --keepParent "$folder" "$folder.zip"
 # For the script step Install Plug-In File, which refuses tar and zip archives.
 run cd "$folder"  # xar stores the paths that it is given

@@ -37,6 +37,9 @@ wrapper=
 linux=${LINUX_PLUGIN:-}
 [ -n "$linux" ] || [ ! -f "$build/plugin/Varnix.fmx" ] || linux=$build/plugin/Varnix.fmx
 
+# What crash reports need, for packaging/release.sh. The linker leaves it in the object files.
+export CXXFLAGS="${CXXFLAGS:-} -g" OBJCXXFLAGS="${OBJCXXFLAGS:-} -g"
+
 bundle=$build/bundle/Varnix.fmplugin
 service=OFF
 [ "${SERVICE:-}" != yes ] || service=ON

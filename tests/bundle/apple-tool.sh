@@ -13,5 +13,6 @@ case $call in
   "security find-identity"*) echo "  1) 0123 \"Developer ID Application: Someone's Firm (AB12CD34EF)\"" ;;
   "ditto -c"*) : >"$last" ;;
   ditto*) cp -R "$1" "$2" ;;
+  "xcrun dsymutil"*) mkdir "$last" ;;
   xar*) tar "$@" ;;
 esac

@@ -36,7 +36,8 @@ diff expected said || note "the dry run prints other commands"
 "$release" "$@" "$identity" >said 2>&1 || note "the run fails: $(cat said)"
 diff expected said || note "the run prints other commands than the dry run"
 mkdir unpacked && gunzip -c "$out/Varnix.fmplugin.gz" | tar -xf - -C unpacked
-[ "$(ls "$out")" = "Varnix-$version.zip
+[ "$(ls "$out")" = "Varnix-$version-dSYMs
+Varnix-$version.zip
 Varnix.fmplugin.gz" ] || note "leaves $(ls "$out")"
 diff -r -x _CodeSignature Varnix.fmplugin unpacked/Varnix.fmplugin || note "the archive differs from the bundle"
 codesign --verify unpacked/Varnix.fmplugin || note "the archive's bundle is not signed"
