@@ -4,7 +4,7 @@ PREFIX := /usr/local
 JOBS := $(shell getconf _NPROCESSORS_ONLN)
 MAKEFLAGS += --no-print-directory
 
-.PHONY: run help test test-sanitizers check bench fuzz plugin service bundle install uninstall clean
+.PHONY: run help test test-sanitizers check mac-tests bench fuzz plugin service bundle install uninstall clean
 
 ## run              the local service and the simulated FileMaker with the plug-in: a prompt on a terminal, otherwise a tour
 ##                  of every function and command; SOLUTION=path/to/export.xml opens a solution of your own
@@ -24,7 +24,7 @@ test:
 ## test-sanitizers  the tests under the address and undefined-behaviour sanitizers, then the programs that run plug-in
 ##                  threads, and the service, under the thread sanitizer
 test-sanitizers:
-	scripts/install-packages.sh plugin service simulator test
+	scripts/install-packages.sh plugin service simulator test sanitizers
 	cmake --preset asan -B $(BUILD)/sanitize
 	cmake --build $(BUILD)/sanitize -j $(JOBS)
 	ctest --test-dir $(BUILD)/sanitize --output-on-failure -j $(JOBS)
@@ -38,16 +38,22 @@ check:
 	cmake --preset release -B $(BUILD) > /dev/null
 	scripts/check.sh $(BUILD)
 
+## mac-tests        what make run and make test build on a Mac, compiled and linked for both processors, not run; needs
+##                  MACOS_SDK=dir, clang, lld and llvm
+mac-tests:
+	scripts/install-packages.sh plugin service simulator test
+	scripts/mac-tests.sh $(BUILD) "$(MACOS_SDK)"
+
 ## bench            speed compared with well-known libraries; fails below the demanded ratios
 bench:
-	scripts/install-packages.sh plugin service simulator test
+	scripts/install-packages.sh plugin service simulator test bench
 	cmake --preset release -B $(BUILD)
 	cmake --build $(BUILD) -j $(JOBS) --target benches
 	$(BUILD)/bench/run-benches
 
 ## fuzz             each fuzzer for SECONDS (60); the same SEED repeats the same inputs
 fuzz:
-	scripts/install-packages.sh plugin service simulator test
+	scripts/install-packages.sh plugin service simulator test sanitizers
 	cmake --preset asan -B $(BUILD)/sanitize
 	cmake --build $(BUILD)/sanitize -j $(JOBS) --target fuzzers
 	scripts/fuzz.sh $(BUILD)/sanitize $(or $(SECONDS),60) $(or $(SEED),0)

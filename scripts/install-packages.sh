@@ -1,7 +1,7 @@
 #!/bin/sh
 # install-packages.sh GROUP...: installs the missing Debian or Ubuntu packages of the groups: plugin, service, simulator,
-# test, check. A trailing "?" marks a package that only some releases have, because in others a different one has its
-# files. On a Mac, Homebrew installs the like.
+# test, check, and sanitizers and bench, which need no more than test. A trailing "?" marks a package that only some
+# releases have, because in others a different one has its files. On a Mac, Homebrew installs the like.
 set -eu
 [ "$(uname -s)" != Darwin ] || exec "$(dirname "$0")/install-formulae.sh" "$@"
 
@@ -16,6 +16,7 @@ for group in "$@"; do
                     libgnustep-base-dev libblocksruntime-dev binutils xvfb xclip
                     lld llvm libc++-dev musl-dev libplist-utils chromium?"
           command -v npm >/dev/null || packages="$packages nodejs npm" ;;  # elsewhere npm comes with Node.js itself
+    sanitizers | bench) ;;
     check) packages="$packages clang-format clang-tidy shellcheck" ;;
     *) echo "install-packages: unknown group $group" >&2; exit 2 ;;
   esac

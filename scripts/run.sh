@@ -10,6 +10,7 @@ scripts=$(dirname "$0")
 work=$(mktemp -d)
 service=
 finish() {
+  [ ! -e "$work/clipboard" ] || pbcopy < "$work/clipboard"
   [ -z "$service" ] || kill "$service" 2>/dev/null || true
   rm -rf "$work"
 }
@@ -73,6 +74,11 @@ if [ -n "$interactive" ]; then
 fi
 
 unset DISPLAY  # the tour has a clipboard of its own, and leaves yours alone
+if [ "$(uname -s)" = Darwin ]; then
+  echo "On a Mac the tour uses your clipboard. The text on it comes back at the end, anything else does not."
+  pbpaste > "$work/clipboard"
+  defaults delete com.varnix.fmsim 2>/dev/null || true  # the sign-in of an earlier run
+fi
 if "$scripts/tour.sh" "$build" "$work" "${solution:+any}" "$@"; then
   echo "Everything worked. On a terminal, make run gives a prompt to try it yourself."
 else

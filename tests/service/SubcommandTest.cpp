@@ -164,30 +164,4 @@ TEST_F(Subcommands, RefuseWhatIsWrongAndSayWhatIsRight) {
   EXPECT_EQ(Run({"--version"}).output, "varnix-service 1.6.16\n");
 }
 
-#ifdef __linux__
-TEST_F(Subcommands, InstallLetsTheSystemStartTheService) {
-  setenv("XDG_CONFIG_HOME", folder_.c_str(), 1);
-  const std::string path = std::getenv("PATH"), unit = folder_ + "/systemd/user/varnix-service.service";
-  setenv("PATH", (folder_ + ':' + path).c_str(), 1);
-  const auto systemctl = [this](const char* end) {
-    std::ofstream(folder_ + "/systemctl") << "#!/bin/sh\necho \"$@\" >> " << folder_ << "/calls\n" << end << '\n';
-    chmod((folder_ + "/systemctl").c_str(), 0700);
-  };
-  systemctl("");
-  EXPECT_EQ(Run({"install", "--data", folder_ + "/a $b%"}).status, 0);
-  EXPECT_NE(Contents(unit).find(" \"--data\" \"" + folder_ + "/a $$b%%\"\nStandardOutput=null\n"), std::string::npos);
-  EXPECT_EQ(Run({"uninstall"}).status, 0);
-  EXPECT_FALSE(std::filesystem::exists(unit));
-  EXPECT_EQ(Run({"uninstall"}).errors, "varnix-service: the service is not installed\n");
-  EXPECT_EQ(Contents(folder_ + "/calls"),
-            "--user daemon-reload\n--user enable varnix-service.service\n--user restart varnix-service.service\n"
-            "--user disable --now varnix-service.service\n");
-  systemctl("exit 1");
-  EXPECT_EQ(Run({"install"}).errors,
-            "varnix-service: systemctl --user daemon-reload failed; " + unit + " stays for the next login\n");
-  setenv("PATH", path.c_str(), 1);
-  unsetenv("XDG_CONFIG_HOME");
-}
-#endif
-
 }  // namespace

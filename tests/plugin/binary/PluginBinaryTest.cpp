@@ -1,65 +1,15 @@
 // The plug-in binary through its one entry point: messages, strings, registration, restored sign-in.
-#include <FMWrapper/FMXExtern.h>
 #include <FMWrapper/FMXText.h>
-#include <dlfcn.h>
-#include <gtest/gtest.h>
 
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <tuple>
 
+#include "core/Prefs.h"
 #include "core/Product.h"
-#include "support/FolderTest.h"
-#include "support/ScriptedHost.h"
+#include "plugin/binary/PluginBinary.h"
 
 namespace {
-
-// The binary with a settings folder of its own.
-class PluginBinary : public FolderTest {
- protected:
-  PluginBinary() {
-    library_ = dlopen(PLUGIN_FILE, RTLD_NOW | RTLD_LOCAL);
-    EXPECT_NE(library_, nullptr) << dlerror();
-    entryPoint_ = reinterpret_cast<FMX_ExternCallProc>(dlsym(library_, "FMExternCallProc"));
-    call_.extnVersion = 71;
-    call_.unusedID = -1;
-    call_.cCurrentEnv = [](FMX_ExprEnv*) -> FMX_ErrorCode { return 0; };
-  }
-  ~PluginBinary() override {
-    Send(kFMXT_Shutdown);
-    dlclose(library_);
-  }
-
-  void Send(FMX_ExternCallSwitch message, FMX_UChar parm1 = 0, FMX_PtrType parm3 = 0, FMX_PtrType result = 0) {
-    call_.whichCall = message;
-    call_.parm1 = parm1;
-    call_.parm3 = parm3;
-    call_.result = result;
-    entryPoint_(&call_);
-  }
-
-  fmx::ptrtype Initialise() {
-    Send(kFMXT_Init, 1);
-    return call_.result;
-  }
-
-  std::string Call(const char16_t* name, const std::vector<std::string>& arguments = {}) {
-    const auto* function = wrapper::FindFunction(name);
-    return function == nullptr ? "not registered" : CallHandler(function->function, arguments);
-  }
-
-  std::u16string AskString(int id, std::size_t capacity = 100) {
-    std::u16string buffer(100, u'~');
-    Send(kFMXT_GetString, static_cast<FMX_UChar>(id), capacity, reinterpret_cast<FMX_PtrType>(buffer.data()));
-    return buffer.substr(0, buffer.find(u'\0'));
-  }
-
-  ScriptedHost host_;
-  void* library_;
-  FMX_ExternCallProc entryPoint_;
-  FMX_ExternCallStruct call_{};
-};
 
 TEST_F(PluginBinary, AnswersItsStrings) {
   const std::pair<int, std::u16string> cases[] = {
@@ -118,7 +68,6 @@ TEST_F(PluginBinary, TheFunctionReferenceDescribesWhatIsRegistered) {
 
 TEST_F(PluginBinary, AnswersEachFunctionWithItsOwnHandler) {
   Initialise();
-  const std::string xml = "<fmxmlsnippet/>";
   const std::string file = folder_ + "/file.txt";
   std::ofstream(file) << "in the file";
   host_.answers = {{"TableNames(\"F\")", "T"}, {"DatabaseNames", "Open.fmp12"}};
@@ -129,12 +78,6 @@ TEST_F(PluginBinary, AnswersEachFunctionWithItsOwnHandler) {
   };
   const Case cases[] = {
       {u"Varnix.Version", {"any", "arguments"}, "1.6.16"},
-      {u"Varnix.SetTextClipboard", {xml}, "OK"},
-      {u"Varnix.PrepareXMLClipboard", {"ABCD"}, "OK: ABCD"},
-      {u"Varnix.ClipboardFormats", {}, "public.utf8-plain-text\nCorePasteboardFlavorType 0x41424344\nMac-ABCD\nABCD\n"},
-      {u"Varnix.GetXMLClipboard", {"ABCD"}, xml},
-      {u"Varnix.SetXMLClipboard", {"EFGH", "<x/>"}, "OK"},
-      {u"Varnix.GetTextClipboard", {}, "<x/>"},
       {u"Varnix.ReadFile", {file}, "in the file"},
       {u"Varnix.POSIXPath", {"/Vol" + file}, file},
       {u"Varnix.GetSchema", {"F"}, "{\"file\":\"F\""},
@@ -167,23 +110,27 @@ TEST_F(PluginBinary, OnlyTheRefusalOfItsFirstFunctionDisablesIt) {
 }
 
 TEST_F(PluginBinary, RestoresASavedSignIn) {
-  const std::string own = "com.varnix.plugin.baseUrl=http://localhost:1\n", key = "com.varnix.plugin.licenseKey=K1\n";
   const std::tuple<std::string, std::string, std::string> cases[] = {
-      {own, "false", kDefaultBaseUrl}, {key, "true", kDefaultBaseUrl}, {key + own, "true", "http://localhost:1"}};
-  std::filesystem::create_directories(folder_ + "/varnix");
-  for (const auto& [settings, registered, baseUrl] : cases) {
-    std::ofstream(folder_ + "/varnix/preferences") << settings;
+      {"http://localhost:1", "", kDefaultBaseUrl},
+      {"", "K1", kDefaultBaseUrl},
+      {"http://localhost:1", "K1", "http://localhost:1"}};
+  for (const auto& [savedUrl, key, baseUrl] : cases) {
+    Prefs::SaveBaseUrl(savedUrl);
+    Prefs::SaveLicenseKey(key);
     Initialise();
     const auto report = Call(u"Varnix.DebugContext");
+    const std::string registered = key.empty() ? "false" : "true";
     const std::string expected = "\"registered\":" + registered + ",\"baseUrl\":\"" + baseUrl + '"';
-    EXPECT_NE(report.find(expected), report.npos) << settings << report;
+    EXPECT_NE(report.find(expected), report.npos) << savedUrl << report;
     for (const bool isRunning : {true, false}) {
       host_.asked.clear();
       Send(kFMXT_Idle);
-      EXPECT_EQ(host_.asked.size(), isRunning && registered == "true" ? 1u : 0u) << "to learn the file, once it runs";
+      EXPECT_EQ(host_.asked.size(), isRunning && !key.empty() ? 1u : 0u) << "to learn the file, once it runs";
       Send(kFMXT_Shutdown);
     }
   }
+  Prefs::SaveBaseUrl("");
+  Prefs::SaveLicenseKey("");
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The script of a notification, and how Linux's tool is started.
+// How Linux's tool for notifications is started.
 #include "bridge/Notify.h"
 
 #include <fcntl.h>
@@ -13,7 +13,6 @@
 
 #include "bridge/Background.h"
 #include "bridge/Background_linux.h"
-#include "bridge/NotificationScript.h"
 #include "core/FileDescriptor.h"
 #include "support/FolderTest.h"
 
@@ -41,11 +40,6 @@ class NotifyTest : public FolderTest {
   }
   std::string Report() const { return Contents(folder_ + "/report"); }
 };
-
-TEST(NotificationScript, QuotesSoThatNoTextCanEndItsLiteral) {
-  EXPECT_EQ(NotificationScript("Varnix — \"Failed\"", "\"Sales\"\n\\ and \\\" and 'x' $(x) `x`"),
-            "display notification \"'Sales'\n\\\\ and \\\\' and 'x' $(x) `x`\" with title \"Varnix — 'Failed'\"");
-}
 
 TEST_F(NotifyTest, PassesBothTextsSoThatTheToolTakesThemForNothingElse) {
   MakeTool("printf '%s|' \"$@\" > $report");

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <functional>
 #include <string>
 
 #include "core/Prefs.h"
@@ -13,6 +14,9 @@
 /// Makes the platform's store, in this process and its children, a folder below `home`. Defined by each test program.
 void MoveHome(const std::filesystem::path& home);
 
+/// Carries out `body` as in another run of FileMaker. Defined by each test program.
+void InAnotherRun(const std::function<void()>& body);
+
 class PrefsTest : public FolderTest {
  protected:
   PrefsTest() {
@@ -20,15 +24,14 @@ class PrefsTest : public FolderTest {
     MoveHome(home_);
   }
 
-  /// Saving and loading happen in a process each, as they do in two runs of FileMaker.
   static void Save(const std::string& url, const std::string& key) {
-    InNewProcess([&] {
+    InAnotherRun([&] {
       Prefs::SaveBaseUrl(url);
       Prefs::SaveLicenseKey(key);
     });
   }
   static void ExpectStored(const std::string& url, const std::string& key) {
-    InNewProcess([&] {
+    InAnotherRun([&] {
       EXPECT_EQ(Prefs::LoadBaseUrl(), url);
       EXPECT_EQ(Prefs::LoadLicenseKey(), key);
     });

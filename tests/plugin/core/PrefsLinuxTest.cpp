@@ -16,6 +16,8 @@ void MoveHome(const fs::path& home) {
   unsetenv("XDG_CONFIG_HOME");
 }
 
+void InAnotherRun(const std::function<void()>& body) { InNewProcess(body); }
+
 namespace {
 
 class PrefsLinuxTest : public PrefsTest {

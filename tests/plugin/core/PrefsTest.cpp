@@ -22,14 +22,14 @@ TEST_F(PrefsTest, EveryTextIsThereInTheNextRun) {
 }
 
 TEST_F(PrefsTest, EachIsSavedForItselfAndOnlyAsUtf8) {
-  InNewProcess([] {
+  InAnotherRun([] {
     Prefs::SaveLicenseKey("first");
     Prefs::SaveLicenseKey("key");
     EXPECT_EQ(Prefs::LoadLicenseKey(), "key");
   });
   ExpectStored("", "key");
   for (const char* text : {"url", "\xFF", "cut short \xC3", "surrogate \xED\xA0\x80"}) {
-    InNewProcess([&] { Prefs::SaveBaseUrl(text); });
+    InAnotherRun([&] { Prefs::SaveBaseUrl(text); });
     ExpectStored("url", "key");
   }
 }

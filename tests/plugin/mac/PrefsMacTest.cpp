@@ -23,6 +23,8 @@ void MoveHome(const std::filesystem::path& home) {
   GSInitializeProcess(1, arguments, environ);
 }
 
+void InAnotherRun(const std::function<void()>& body) { InNewProcess(body); }
+
 namespace {
 
 TEST_F(PrefsTest, ADefaultOfAnotherTypeLoadsAsAnEmptyText) {

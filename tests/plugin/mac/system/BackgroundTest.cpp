@@ -1,0 +1,37 @@
+// Background work on the system's queue.
+#include "bridge/Background.h"
+
+#include <FMWrapper/FMXExtern.h>
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include <future>
+#include <memory>
+#include <stdexcept>
+#include <thread>
+
+namespace {
+
+TEST(Background, RunsJobsOnAnotherThreadAndDropsTheirExceptions) {
+  std::promise<std::thread::id> ran;
+  std::promise<void> gone;
+  std::shared_ptr<void> owned(nullptr, [&gone](void*) { gone.set_value(); });
+  bg([&ran, owned = std::move(owned)] {
+    ran.set_value(std::this_thread::get_id());
+    throw std::runtime_error("dropped");
+  });
+  gone.get_future().wait();
+  EXPECT_NE(ran.get_future().get(), std::this_thread::get_id());
+}
+
+TEST(Background, ThePluginStaysInMemoryForJobsThatOutliveIt) {
+  void* const plugin = dlopen(PLUGIN_FILE, RTLD_LAZY);
+  ASSERT_NE(plugin, nullptr) << dlerror();
+  FMX_ExternCallStruct call{};
+  call.whichCall = kFMXT_Init;
+  reinterpret_cast<void (*)(FMX_ExternCallPtr)>(dlsym(plugin, "FMExternCallProc"))(&call);
+  dlclose(plugin);
+  EXPECT_NE(dlopen(PLUGIN_FILE, RTLD_LAZY | RTLD_NOLOAD), nullptr);
+}
+
+}  // namespace

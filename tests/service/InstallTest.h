@@ -1,0 +1,35 @@
+// The service, installed for the folder of a test as for somebody's home, with a program in place of the system's.
+#pragma once
+
+#include <sys/stat.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "support/FolderTest.h"
+#include "support/Process.h"
+
+class InstallTest : public FolderTest {
+ protected:
+  InstallTest() { setenv("PATH", (folder_ + ':' + path_).c_str(), 1); }
+  ~InstallTest() override { setenv("PATH", path_.c_str(), 1); }
+
+  /// Replaces the system's tool `name`. What it is called with is in Calls(); it ends with `commands`.
+  void MakeTool(const std::string& name, const std::string& commands = "") const {
+    const std::string file = folder_ + '/' + name;
+    std::ofstream(file) << "#!/bin/sh\necho \"$@\" >> " << folder_ << "/calls\n" << commands << '\n';
+    chmod(file.c_str(), 0700);
+  }
+  std::string Calls() const { return Contents(folder_ + "/calls"); }
+
+  static ProcessResult Run(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), SERVICE);
+    return RunProcess(arguments);
+  }
+
+ private:
+  const std::string path_ = std::getenv("PATH");
+};
