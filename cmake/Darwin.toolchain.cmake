@@ -47,7 +47,7 @@ file(CREATE_LINK ${lipo} ${CMAKE_BINARY_DIR}/darwin/lipo SYMBOLIC)
 foreach(language CXX OBJCXX)
   # The SDK's C++ library, not the one that may be installed with clang.
   set(CMAKE_${language}_FLAGS_INIT
-    "-B${CMAKE_BINARY_DIR}/darwin -stdlib=libc++ -stdlib++-isystem ${CMAKE_OSX_SYSROOT}/usr/include/c++/v1")
+    "-B${CMAKE_BINARY_DIR}/darwin -stdlib++-isystem ${CMAKE_OSX_SYSROOT}/usr/include/c++/v1")
   # Archives of objects with two architectures are beyond llvm-ar.
   set(CMAKE_${language}_CREATE_STATIC_LIBRARY "${libtool} -static -o <TARGET> <OBJECTS>")
 endforeach()

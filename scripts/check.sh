@@ -74,7 +74,7 @@ configured() { sed -n "s/^$1:[A-Z]*=//p" "$build/CMakeCache.txt"; }
 mac_findings() {
   local clang sdk=${MACOS_SDK:-} options left_out=""
   clang=$(configured VARNIX_CLANG)
-  options=(-std=c++20 -stdlib=libc++ -fno-objc-arc -O1 -Wall -Wextra -Wunguarded-availability -Iplugin -Isdk -Iservice -Isim
+  options=(-std=c++20 -fno-objc-arc -O1 -Wall -Wextra -Wunguarded-availability -Iplugin -Isdk -Iservice -Isim
     -Itext "-I$build/plugin/generated")
   if [ -z "$sdk" ]; then
     sdk=$build/check/MacOSX.sdk

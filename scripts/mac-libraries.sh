@@ -29,7 +29,7 @@ build() {
   name=$1
   file=$2
   shift 2
-  "$clang" -target x86_64-apple-macos11 -arch x86_64 -arch arm64 -isysroot "$sdk" -B"$folder/tools" -stdlib=libc++ \
+  "$clang" -target x86_64-apple-macos11 -arch x86_64 -arch arm64 -isysroot "$sdk" -B"$folder/tools" \
     -stdlib++-isystem "$sdk/usr/include/c++/v1" -std=c++20 -O1 "$@" -c "$file" -o "$sources/$name.o"
   "$("$clang" -print-prog-name=llvm-libtool-darwin)" -static -o "$folder/lib/lib$name.a" "$sources/$name.o"
 }

@@ -17,6 +17,8 @@ cp -pRL /usr/include/c++/v1 "$sdk/usr/include/c++"
 site=$sdk/usr/include/c++/v1/__config_site
 sed -i -e '/_LIBCPP_HAS_NO_VENDOR_AVAILABILITY_ANNOTATIONS/d' \
   -e 's/\(_LIBCPP_HAS_VENDOR_AVAILABILITY_ANNOTATIONS\) 0/\1 1/' "$site"
+# Debian's build takes locales from what its C library has.
+echo '#define _LIBCPP_HAS_MUSL_LIBC' >>"$site"
 echo '{"CanonicalName": "macosx11.0", "Version": "11.0", "MaximumDeploymentTarget": "11.0.99"}' >"$sdk/SDKSettings.json"
 # Apple's C headers declare everything in every language mode; these do on request.
 sed -i '1i #define _GNU_SOURCE' "$sdk/usr/include/features.h"
@@ -26,6 +28,12 @@ extern "C" unsigned arc4random();
 extern "C" void arc4random_buf(void*, size_t);
 TEXT
 echo 'extern "C" int timingsafe_bcmp(const void*, const void*, size_t);' >>"$sdk/usr/include/string.h"
+cat >"$sdk/usr/include/xlocale.h" <<'TEXT'
+#include <locale.h>
+extern "C" int asprintf_l(char**, locale_t, const char*, ...);
+extern "C" int snprintf_l(char*, size_t, locale_t, const char*, ...);
+extern "C" int sscanf_l(const char*, locale_t, const char*, ...);
+TEXT
 cat >>"$sdk/usr/include/pthread.h" <<'TEXT'
 extern "C" void* pthread_get_stackaddr_np(pthread_t);
 extern "C" size_t pthread_get_stacksize_np(pthread_t);

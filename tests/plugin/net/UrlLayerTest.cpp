@@ -134,7 +134,7 @@ TEST(UrlLayer, ReportsEveryEndOfATransfer) {
        "body"},
       {"gzip of gzip", Whole("200 OK\r\nContent-encoding: gzip, identity ,GZIP", gzip), twice},
       {"gzip of gzip, in two headers", Whole("200 OK\r\nTransfer-Encoding: gzip\r\nContent-Encoding: gzip", gzip),
-       twice},
+       "ERROR: "},  // newer versions of libcurl refuse the first already
       {"redirect to a file", Whole("302 Found\r\nLocation: file:///etc/passwd", "")},
       {"redirect to FTP", Whole("302 Found\r\nLocation: ftp://127.0.0.1/", ""), "ERROR: Protocol \"ftp\" "},
       {"redirect to no URL", Whole("302 Found\r\nLocation: http://[", ""),
