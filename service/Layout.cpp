@@ -92,6 +92,7 @@ void PrepareLayout(Database& database) {
   const std::int64_t version = Version(database);
   if (version == kVersion) return;
   if (version > kVersion) throw std::runtime_error("it was written by a newer version of this service");
+  if (version == 0) database.Execute(kMakeShrinkable);
   Transaction transaction(database);
   if (version == 1) database.Execute(kSetVersion1Aside);
   if (version < 2) database.Execute(kTables);

@@ -101,9 +101,9 @@ class StoreGone : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Safe on any thread. What an operation has done is on the disk when it returns; only Prune and the
-/// deletions forget. Operations throw
-/// std::runtime_error when the disk fails them, StoreGone among these.
+/// Safe on any thread. What an operation has done is on the disk when it returns; only Prune and the deletions forget.
+/// Operations throw std::runtime_error when the disk fails them, StoreGone among these. None waits long for another,
+/// whatever is pruned.
 class Store {
  public:
   /// Milliseconds since 1970.
@@ -113,6 +113,9 @@ class Store {
   /// The database in `folder`. Any program of the same user may read it.
   static std::string PathIn(const std::string& folder);
   std::string Folder() const;
+
+  /// Throws StoreGone when the database's file is no longer the one that was opened.
+  void CheckFile() const;
 
   /// Opens the store in `folder`, which is created for its owner alone if it is missing. Only one process may have it
   /// open. Refuses a folder or database that other users can write to.
@@ -197,9 +200,11 @@ class Store {
   std::int64_t Now() const { return clock_(); }
 
  private:
-  void CheckFile() const;
   void ExpireCommands();
   void TellOfDeletion();
+  void GiveSpaceBack();
+  bool DropContents();  // deletes a step's worth of what no record has; false when there is nothing
+  bool Shrink();        // makes the file a step shorter; false when it has no unused pages
 
   std::mutex mutex_;
   Clock clock_;

@@ -1,20 +1,38 @@
 // What is deleted from the store, how large it is, and what it keeps for the console.
 #include <algorithm>
+#include <thread>
 
+#include "Layout.h"
 #include "Store.h"
 
 namespace service {
+namespace {
+
+// A poll that comes meanwhile waits for one step, and gets its turn between two.
+constexpr std::int64_t kStepBytes = 8 << 20;
+constexpr std::chrono::milliseconds kPauseBetweenSteps{5};
+constexpr std::int64_t kIncremental = 2;  // of SQLite's auto_vacuum
+
+std::int64_t Setting(Database& database, const char* sql) {
+  std::int64_t value = 0;
+  Statement row(database, sql);
+  if (row.Step()) row.Read(value);
+  return value;
+}
+
+}  // namespace
 
 Pruned Store::Prune(std::chrono::seconds age, std::int64_t keep) {
-  const std::lock_guard lock(mutex_);
-  CheckFile();
-  const std::int64_t before = clock_() - std::chrono::milliseconds(age).count();
   Pruned pruned;
   {
+    const std::lock_guard lock(mutex_);
+    CheckFile();
+    const std::int64_t before = clock_() - std::chrono::milliseconds(age).count();
     Transaction transaction(database_);
     Statement(database_,
-              "DELETE FROM records WHERE received < ?1 AND (SELECT count(*) FROM records AS newer"
-              " WHERE newer.kind = records.kind AND newer.name = records.name AND newer.number > records.number) >= ?2",
+              "DELETE FROM records WHERE received < ?1 AND (SELECT count(*) FROM (SELECT 1 FROM records AS newer"
+              " WHERE newer.kind = records.kind AND newer.name = records.name AND newer.number > records.number"
+              " LIMIT ?2)) >= ?2",
               before, keep)
         .Step();
     pruned.records = sqlite3_changes(database_.handle());
@@ -24,13 +42,45 @@ Pruned Store::Prune(std::chrono::seconds age, std::int64_t keep) {
               before)
         .Step();
     pruned.commands = sqlite3_changes(database_.handle());
-    database_.Execute("DELETE FROM contents WHERE number NOT IN (SELECT content FROM records)");
     transaction.Commit();
+    if (pruned.commands + pruned.records > 0) TellOfDeletion();
   }
-  if (pruned.commands + pruned.records == 0) return pruned;
-  TellOfDeletion();
-  database_.Execute("VACUUM");
+  GiveSpaceBack();
   return pruned;
+}
+
+// Begins with what a process that was killed has left. The deletion itself is done, so a failure is no reason to report
+// one: the space is used again, or given back the next time.
+void Store::GiveSpaceBack() try {
+  while (DropContents() || Shrink()) std::this_thread::sleep_for(kPauseBetweenSteps);
+} catch (const std::runtime_error&) {
+}
+
+bool Store::DropContents() {
+  const std::lock_guard lock(mutex_);
+  CheckFile();
+  Statement(database_,
+            "DELETE FROM contents WHERE number IN (SELECT number FROM"
+            " (SELECT number, sum(length(bytes)) OVER (ORDER BY number) - length(bytes) AS earlier FROM contents"
+            "  WHERE NOT EXISTS (SELECT 1 FROM records WHERE content = contents.number))"
+            " WHERE earlier < ?1 LIMIT 1000)",
+            kStepBytes)
+      .Step();
+  return sqlite3_changes(database_.handle()) > 0;
+}
+
+bool Store::Shrink() {
+  const std::lock_guard lock(mutex_);
+  CheckFile();
+  const std::int64_t unused = Setting(database_, "PRAGMA freelist_count");
+  if (unused == 0) return false;
+  if (Setting(database_, "PRAGMA auto_vacuum") != kIncremental) {
+    database_.Execute(kMakeShrinkable);  // takes long, but only once
+    return false;
+  }
+  const std::int64_t pages = kStepBytes / Setting(database_, "PRAGMA page_size");
+  database_.Execute(("PRAGMA incremental_vacuum(" + std::to_string(pages) + ')').c_str());
+  return Setting(database_, "PRAGMA freelist_count") < unused;
 }
 
 void Store::TellOfDeletion() {
@@ -38,21 +88,14 @@ void Store::TellOfDeletion() {
 }
 
 bool Store::DeleteRecord(std::int64_t number) {
-  const std::lock_guard lock(mutex_);
-  CheckFile();
-  Transaction transaction(database_);
-  std::int64_t content = 0;
   {
-    Statement find(database_, "SELECT content FROM records WHERE number = ?1", number);
-    if (!find.Step()) return false;
-    find.Read(content);
+    const std::lock_guard lock(mutex_);
+    CheckFile();
+    Statement(database_, "DELETE FROM records WHERE number = ?1", number).Step();
+    if (sqlite3_changes(database_.handle()) == 0) return false;
+    TellOfDeletion();
   }
-  Statement(database_, "DELETE FROM records WHERE number = ?1", number).Step();
-  Statement(database_,
-            "DELETE FROM contents WHERE number = ?1 AND NOT EXISTS (SELECT 1 FROM records WHERE content = ?1)", content)
-      .Step();
-  transaction.Commit();
-  TellOfDeletion();
+  GiveSpaceBack();
   return true;
 }
 

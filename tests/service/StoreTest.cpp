@@ -2,9 +2,11 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <atomic>
 #include <filesystem>
 #include <fstream>
 #include <optional>
+#include <thread>
 
 #include "Store.h"
 #include "support/FolderTest.h"
@@ -132,6 +134,27 @@ TEST_F(StoreOverTime, KeepsIdenticalContentsOnceAndPrunesWhatIsOld) {
   EXPECT_EQ(store_->Records({}, {}, 9).size(), 0u);
   store_.reset();
   EXPECT_LT(std::filesystem::file_size(folder_ + "/data/varnix-service.db"), 200'000u) << "the space is given back";
+}
+
+TEST_F(StoreOverTime, DeliversWhileMuchIsDeleted) {
+  for (const char letter : {'a', 'b', 'c', 'd'}) Upload("A.fmp12.xml", std::string(10 << 20, letter).c_str());
+  std::atomic<bool> isDeleting = false, isDone = false;
+  store_->Observe([&](service::Change) { isDeleting = true; });
+  now_ += 1;
+  std::thread deletion([&] {
+    EXPECT_EQ(store_->Prune(0s, 1).records, 3);
+    EXPECT_TRUE(store_->DeleteRecord(4));
+    isDone = true;
+  });
+  int polls = 0;
+  while (!isDone) {
+    EXPECT_EQ(Deliver(), "");
+    if (isDeleting) ++polls;
+  }
+  deletion.join();
+  EXPECT_GT(polls, 20) << "while the space is given back";
+  store_.reset();
+  EXPECT_LT(std::filesystem::file_size(folder_ + "/data/varnix-service.db"), 200'000u);
 }
 
 TEST_F(StoreOverTime, RefusesWhatOthersCanWriteAndADatabaseThatIsGone) {
