@@ -166,7 +166,11 @@ void Connection::Write(std::shared_ptr<Message> message, const Response& respons
   for (const auto& [name, value] : response.headers) message->set(name, value);
   message->keep_alive(false);
   message->prepare_payload();
-  SetTimeout(context_.times.request);
+  if (response.file.empty()) {
+    SetTimeout(context_.times.request);
+  } else {
+    stream_.expires_after(context_.times.download);
+  }
   http::async_write(stream_, *message, [self = shared_from_this(), message](Error error, std::size_t) {
     self->atWork_ = false;
     if (error) return self->stream_.close();

@@ -12,13 +12,14 @@ namespace service {
 inline constexpr std::size_t kHeadBytes = 16 << 10;       ///< request line and headers
 inline constexpr std::size_t kSmallBodyBytes = 64 << 10;  ///< messages without a file, and bodies without a right key
 inline constexpr std::size_t kConnections = 500;          ///< open at the same time
-inline constexpr std::size_t kThreads = 4;                ///< that read, carry out and answer requests
+inline constexpr std::size_t kThreads = 16;  ///< that read, carry out and answer requests; some wait for each other
 
 /// How long things may take.
 struct Times {
   std::chrono::milliseconds head = std::chrono::seconds(10);      ///< from the connection to the end of the headers
   std::chrono::milliseconds silence = std::chrono::seconds(30);   ///< between two pieces of a body
   std::chrono::milliseconds request = std::chrono::seconds(150);  ///< all of it; the plug-in gives up after 120 s
+  std::chrono::milliseconds download = std::chrono::hours(1);     ///< of a file, which may be large
   std::chrono::milliseconds linger = std::chrono::seconds(10);    ///< for a sender that is answered before its end
   std::chrono::milliseconds end = std::chrono::seconds(3);        ///< for requests at work when the service ends
   std::chrono::milliseconds comment = std::chrono::seconds(15);   ///< between two signs of life in a stream of events

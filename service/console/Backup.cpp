@@ -14,7 +14,7 @@
 namespace service {
 namespace {
 
-constexpr char kPrefix[] = "backup-";
+constexpr char kPrefix[] = ".varnix-backup-";  // unlike the names that people give their copies
 
 }  // namespace
 
@@ -36,7 +36,8 @@ std::string MakeBackup(const std::string& folder) {
 
 void RemoveBackups(const std::string& folder) {
   for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-    if (entry.path().filename().string().starts_with(kPrefix)) std::filesystem::remove(entry.path());
+    std::error_code ignored;
+    if (entry.path().filename().string().starts_with(kPrefix)) std::filesystem::remove(entry.path(), ignored);
   }
 }
 

@@ -7,7 +7,7 @@
 #include "Parameters.h"
 #include "Routes.h"
 #include "console/Backup.h"
-#include "designs/DesignStore.h"
+#include "designs/OpenDesign.h"
 
 namespace service {
 namespace {
@@ -72,9 +72,10 @@ Response DeleteRecord(Context& context, const Request& request) {
 Response DeleteDesign(Context& context, const Request& request) {
   constexpr char kUnknown[] = "no such design";
   const std::int64_t id = NumberIn(request, kUnknown);
-  DesignStore history(context.store.Folder());
+  const auto repetitions = context.store.Repetitions(id);
+  DesignStore history = OpenHistory(context.store.Folder());  // knows all of them now
   if (!history.Find(id)) throw HttpError(404, kUnknown);
-  for (const std::int64_t record : context.store.Repetitions(id)) {
+  for (const std::int64_t record : repetitions) {
     if (record != id && history.Find(record)) break;
     context.store.DeleteRecord(record);
   }
@@ -98,6 +99,7 @@ Response SendBackup(Context& context, const Request&) {
   Response response{200, "", "application/octet-stream"};
   response.headers = {{"Content-Disposition", "attachment; filename=\"varnix-service.db\""},
                       {"Cache-Control", "no-store"}};
+  context.store.CheckFile();
   response.file = MakeBackup(context.store.Folder());
   return response;
 }

@@ -1,5 +1,6 @@
 // How received designs get into the index.
 #include <algorithm>
+#include <mutex>
 
 #include "Contents.h"
 #include "design/DesignReader.h"
@@ -145,6 +146,9 @@ void DesignStore::Keep(const Received& received, std::int64_t bytes, const Entry
 }
 
 void DesignStore::CatchUp(const std::atomic<bool>& stop, const Begin& begin) {
+  // Threads that want the same would all read the same export; the first does it for the others.
+  static std::mutex turn;
+  const std::lock_guard lock(turn);
   ForgetPruned();
   while (!stop) {
     auto next = Next();

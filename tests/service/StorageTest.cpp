@@ -34,7 +34,7 @@ class Storage : public FolderTest {
   std::size_t Backups() const {
     std::size_t count = 0;
     for (const auto& entry : std::filesystem::directory_iterator(data_)) {
-      count += entry.path().filename().string().starts_with("backup-") ? 1 : 0;
+      count += entry.path().filename().string().starts_with(".varnix-backup-") ? 1 : 0;
     }
     return count;
   }
@@ -110,11 +110,14 @@ TEST_F(Storage, DeletesADesignWithItsRepetitionsOnly) {
 TEST_F(Storage, CopiesTheDatabaseAtOneMomentWhileADesignIsIndexed) {
   {
     RunningService service(data_);
-    std::ofstream(data_ + "/backup-killed") << "left";
+    std::ofstream(data_ + "/.varnix-backup-killed") << "left";
+    std::filesystem::create_directories(data_ + "/.varnix-backup-folder/of the user");
+    std::ofstream(data_ + "/backup-monday.db") << "of the user";
     EXPECT_EQ(service.End(SIGKILL), 128 + SIGKILL);
   }
   const RunningService service(data_);
-  EXPECT_EQ(Backups(), 0u);
+  EXPECT_EQ(Backups(), 1u) << "the folder";
+  EXPECT_TRUE(std::filesystem::exists(data_ + "/backup-monday.db"));
   const std::string large(5 << 20, 'x');
   service.Post("/api/live/ingest/K?filename=Large.xml", large);
   service.Post("/api/live/ingest/K?filename=Orders.xml", Contents(ORDERS));
@@ -122,13 +125,16 @@ TEST_F(Storage, CopiesTheDatabaseAtOneMomentWhileADesignIsIndexed) {
   EXPECT_EQ(answer.status, 200) << answer.body.substr(0, 200);
   EXPECT_EQ(answer.get_header_value("Content-Disposition"), "attachment; filename=\"varnix-service.db\"");
   EXPECT_EQ(answer.get_header_value("Content-Length"), std::to_string(answer.body.size()));
-  EXPECT_EQ(Backups(), 0u);
+  EXPECT_EQ(Backups(), 1u);
   const std::string copy = folder_ + "/copy";
   std::filesystem::create_directory(copy);
   std::ofstream(copy + "/varnix-service.db", std::ios::binary) << answer.body;
   service::Store store(copy);
   EXPECT_EQ(store.Content(1), large);
   EXPECT_EQ(store.Content(2), Contents(ORDERS));
+  std::filesystem::remove(data_ + "/varnix-service.db");
+  EXPECT_EQ(service.Get("/operator/backup").status, 503);
+  EXPECT_FALSE(std::filesystem::exists(data_ + "/varnix-service.db")) << "an empty one is no copy";
 }
 
 TEST_F(Storage, DeletesDailyWhatIsOlderThanItIsKept) {
