@@ -48,7 +48,9 @@ void KeepAgentMode(const std::string& folder, AgentMode mode) {
 AgentMode KeptAgentMode(const std::string& folder) {
   std::string name;
   std::ifstream file(PathIn(folder));
-  return std::getline(file, name) ? AgentModeNamed(name) : AgentMode::kFull;
+  if (!file.is_open()) return AgentMode::kFull;
+  std::getline(file, name);
+  return AgentModeNamed(name);
 }
 
 std::string AgentOf(const Request& request) {

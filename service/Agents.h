@@ -19,7 +19,8 @@ AgentMode AgentModeNamed(const std::string& name);
 /// std::runtime_error.
 void KeepAgentMode(const std::string& folder, AgentMode mode);
 
-/// The mode of the service that used the folder last; kFull when none has.
+/// The mode of the service that used the folder last; kFull when none has. Throws std::runtime_error when the file that
+/// says it is damaged.
 AgentMode KeptAgentMode(const std::string& folder);
 
 /// The assistant that a request says it is made for, in printable ASCII; empty when it is made for none.

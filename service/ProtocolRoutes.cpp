@@ -30,8 +30,9 @@ Response Keep(Context& context, const Message& message, const KeptMembers& kept)
 Response SignIn(Context& context, const Request& request) {
   const Message message = ReadSigned(context, request, {{"email"}, {"licenseKey"}, {"machineId"}, {"pluginVersion"}});
   context.Log("sign-in: " + message.at("email") + ", plug-in " + message.at("pluginVersion"));
+  Response response = Keep(context, message, {"sign-in", "email", "machineId", "pluginVersion"});
   context.events.Fire(Change::kStatus);
-  return Keep(context, message, {"sign-in", "email", "machineId", "pluginVersion"});
+  return response;
 }
 
 Response TakePush(Context& context, const Request& request) {

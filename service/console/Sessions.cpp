@@ -48,10 +48,10 @@ std::optional<std::string> Sessions::Open(std::string_view token) {
   const std::lock_guard lock(mutex_);
   const auto found = Find(tokens_, token, store_.Now());
   if (found == tokens_.end()) return std::nullopt;
-  tokens_.erase(found);
   std::string secret = RandomKey();
   const ConsoleSession session{HashOf(secret), store_.Now() + Milliseconds(kLength)};
   store_.KeepSession(session, kMostSessions);
+  tokens_.erase(found);  // only now: when the disk fails, the token is still good
   sessions_.push_back(session);
   KeepNewest(sessions_, kMostSessions);
   return secret;

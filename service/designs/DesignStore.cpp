@@ -146,7 +146,7 @@ std::string DesignStore::TextOf(std::int64_t number) {
 void DesignStore::Search(const std::string& text, const std::string& file,
                          const std::function<void(const StoredHit&)>& found) {
   const std::string folded = solution::FoldCase(text);
-  if (folded.empty()) return;
+  if (folded.empty() || folded.find('\0') != std::string::npos) return;  // no XML contains that
   // Texts too short for the index of words are looked for everywhere.
   const bool isIndexed = Characters(folded) >= kShortestIndexed;
   const std::string sql =

@@ -15,6 +15,12 @@ constexpr std::size_t kPiece = 64 << 10;
 constexpr std::size_t kWithoutWaiting = PIPE_BUF;  // a pipe that can be written to takes that much
 constexpr int kLookMilliseconds = 50;
 
+// Whoever started this process may have made the descriptor return at once instead of waiting.
+bool CanRead(int descriptor) {
+  pollfd entry{descriptor, POLLIN, 0};
+  return poll(&entry, 1, -1) > 0 || errno == EINTR;
+}
+
 bool CanWrite(int descriptor) {
   pollfd entry{descriptor, POLLOUT, 0};
   return poll(&entry, 1, kLookMilliseconds) > 0;
@@ -31,7 +37,7 @@ bool LineReader::Fill() {
   ssize_t count = 0;
   do {
     count = read(descriptor_, buffer_.data() + size, kPiece);
-  } while (count < 0 && errno == EINTR);
+  } while (count < 0 && (errno == EINTR || (errno == EAGAIN && CanRead(descriptor_))));
   buffer_.resize(size + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
   return count > 0;
 }
