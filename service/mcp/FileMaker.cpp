@@ -53,11 +53,13 @@ std::string WhyNotFinished(const Command& command) {
                                                     : "Calling this tool again has the command carried out again.");
 }
 
-[[noreturn]] void GiveUp(Call& call, Client& client, const std::string& path, const Command& command) {
+// The command, if FileMaker has finished it just before it could be withdrawn.
+Command GiveUp(Call& call, Client& client, const std::string& path, const Command& command) {
   const bool isQueued = command.at("state") == "queued";
   const bool isWithdrawn = isQueued && Withdraw(client, path);
   if (!call.Pause({})) throw ToolError("the standard input was closed before FileMaker had answered");
   const Command now = isQueued && !isWithdrawn ? client.Get(path) : command;
+  if (IsFinished(now)) return now;
   throw ToolError("Not in time. " + (now.at("state") == "queued" || isWithdrawn
                                          ? WhyNotTaken(client.Get("/operator/status")) + " Nothing was done."
                                          : WhyNotFinished(now)));
@@ -111,11 +113,11 @@ Command CarryOut(Call& call, Client& client, const Order& order) {
                            {[&] { return call.Pause(kLookInterval) && Clock::now() < end; },
                             [&](const Command& state) { progress.Show(StateOf(state)); },
                             [&](const std::string& trouble) { progress.Show(trouble); }});
-  } catch (const Cancelled&) {
+  } catch (...) {  // cancelled, or the service fails: nobody is left who knows of the command
     Withdraw(client, path);
     throw;
   }
-  if (!IsFinished(command)) GiveUp(call, client, path, command);
+  if (!IsFinished(command)) command = GiveUp(call, client, path, command);
   CheckCompleted(command);
   return command;
 }
