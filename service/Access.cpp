@@ -3,6 +3,8 @@
 #include <arpa/inet.h>
 #include <strings.h>
 
+#include <algorithm>
+
 #include "Cryptography.h"
 #include "HttpError.h"
 
@@ -83,7 +85,11 @@ bool IsSendableKey(std::string_view key) {
 }
 
 std::string HostName(const std::string& hostHeader) {
-  if (hostHeader.rfind('[', 0) == 0) return hostHeader.substr(1, hostHeader.find(']') - 1);
+  if (hostHeader.rfind('[', 0) == 0) {
+    const auto end = std::min(hostHeader.find(']'), hostHeader.size());
+    const bool isWhole = end + 1 >= hostHeader.size() || hostHeader[end + 1] == ':';
+    return isWhole ? hostHeader.substr(1, end - 1) : "";
+  }
   return hostHeader.substr(0, hostHeader.find(':'));
 }
 

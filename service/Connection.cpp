@@ -25,6 +25,10 @@ namespace http = boost::beast::http;
 
 constexpr char kContinue[] = "HTTP/1.1 100 Continue\r\n\r\n";
 
+bool IsInHead(KeyPlace place) {
+  return place == KeyPlace::kPath || place == KeyPlace::kQuery || place == KeyPlace::kHeader;
+}
+
 void CopyHead(const http::request<http::buffer_body>& head, Request& request) {
   request.method = std::string(head.method_string());
   const auto target = head.target();
@@ -101,7 +105,7 @@ void Connection::AcceptHead(Error error) {
     route_ = &Admit(context_, request_);
     body_.emplace(context_.limit, route_->takesFile ? context_.limit.bytes() : kSmallBodyBytes);
     body_->Announce(parser_.content_length().value_or(0));
-    atWork_ = route_->key != KeyPlace::kBody || context_.access.IsOpen();
+    atWork_ = context_.access.IsOpen() ? route_->key != KeyPlace::kConsole : IsInHead(route_->key);
     if (request_.Header("expect") != "100-continue" || parser_.is_done()) return ReadBody();
     asio::async_write(stream_, asio::buffer(kContinue, sizeof kContinue - 1),
                       [self = shared_from_this()](Error failure, std::size_t) {
@@ -124,7 +128,8 @@ void Connection::AcceptBody(Error error) {
     if (error && error != http::error::need_buffer) return stream_.close();
     body_->Append({piece_.data(), piece_.size() - parser_.get().body().size});
     if (!atWork_ && (parser_.is_done() || body_->bytes().size() >= kSmallBodyBytes)) {
-      if (!ShowsKey(context_, body_->bytes())) throw HttpError(401, "the account key is wrong");
+      if (route_->key == KeyPlace::kBody && !ShowsKey(context_, body_->bytes()))
+        throw HttpError(401, "the account key is wrong");
       atWork_ = true;
     }
     ReadBody();
@@ -133,6 +138,7 @@ void Connection::AcceptBody(Error error) {
 
 void Connection::AnswerRequest() {
   Try([&] {
+    atWork_ = true;
     request_.body = body_->bytes();
     Response response = route_->answer(context_, request_);
     if (!response.file.empty()) return SendFile(response);

@@ -29,7 +29,7 @@ struct Response {
   std::string contentType = "application/json";
   std::vector<std::pair<std::string, std::string>> headers = {};
   std::string file = {};       ///< instead of the body: path of a file that is removed once it is open
-  bool streamsEvents = false;  ///< instead of all this, the connection is told of changes until it ends
+  bool streamsEvents = false;  ///< instead of all this, the connection reports changes until it ends
 };
 
 /// Sets path and query of `request` from the target of a request line, "/path?name=value".

@@ -24,7 +24,7 @@ void Body::Append(std::string_view bytes) {
 }
 
 std::size_t ReserveConnections() {
-  constexpr rlim_t kOthers = 64;  // the databases, streams of events, the standard streams, libraries
+  constexpr rlim_t kOthers = 160;  // databases in each thread, streams of events, the standard streams, libraries
   rlimit limit{};
   if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return kConnections / 4;
   const rlim_t wanted = std::min<rlim_t>(limit.rlim_max, kConnections + kOthers);

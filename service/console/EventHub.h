@@ -1,4 +1,4 @@
-// Passes on that something has changed to those who show it.
+// Reports changes to those who show them.
 #pragma once
 
 #include <memory>
@@ -13,7 +13,7 @@ class EventListener {
  public:
   virtual ~EventListener() = default;
 
-  /// Both return at once, and are called on any thread. Nothing is told after End.
+  /// Both return at once, and are called on any thread. No call follows End.
   virtual void Tell(Change change) = 0;
   virtual void End() = 0;
 };
@@ -26,7 +26,7 @@ class EventHub {
   /// True while another listener may join.
   bool HasRoom();
 
-  /// Tells `listener` of all changes for as long as it lives. False when there is no room.
+  /// Reports all changes to `listener` for as long as it lives. False when there is no room.
   bool Join(const std::shared_ptr<EventListener>& listener);
 
   void Fire(Change change);

@@ -1,4 +1,4 @@
-// One page that is told what has changed, as server-sent events.
+// Reports changes to one page, as server-sent events.
 #pragma once
 
 #include <array>
@@ -41,7 +41,7 @@ class EventStream : public EventListener, public std::enable_shared_from_this<Ev
   Context& context_;
   std::array<char, 512> ignored_;
   bool isWriting_ = false;
-  std::atomic<unsigned> changes_ = 0;  ///< a bit for each that the page has not been told; set on any thread
+  std::atomic<unsigned> changes_ = 0;  ///< a bit for each that was not sent to the page yet; set on any thread
   std::string text_;
 };
 

@@ -91,7 +91,9 @@ TEST_F(Events, OfPagesThatHangDisturbNobody) {
   for (std::size_t i = 0; i < kMost; ++i) EXPECT_EQ(pages.emplace_back(service.url()).Begin(), kHead);
   EXPECT_TRUE(Page(service.url()).Begin().starts_with("HTTP/1.1 503 "));
   std::list<RawConnection> dripping;
-  for (int i = 0; i < 600; ++i) dripping.emplace_back(service.url()).Send("GET / HT");
+  constexpr const char* kBegun[] = {"GET / HT",
+                                    "POST /console/session HTTP/1.1\r\nHost: localhost\r\nContent-Length: 9\r\n\r\n{"};
+  for (int i = 0; i < 600; ++i) dripping.emplace_back(service.url()).Send(kBegun[i % 10 == 0 ? 0 : 1]);
   service.Queue(R"("type":"LIST_FILES")");
   for (auto& page : pages) page.Expect("commands", "none of them was put out for the others");
   pages.pop_front();

@@ -60,14 +60,25 @@ async function request(method, path, {body, type, signal} = {}) {
 
 const sentence = (text) => text.charAt(0).toUpperCase() + text.slice(1) + (/[.!?]$/.test(text) ? '' : '.');
 
+// The service may also go away in the middle of an answer.
+async function whole(reading) {
+  try {
+    return await reading;
+  } catch (error) {
+    if (error.name === 'AbortError') throw error;
+    setServiceState('gone');
+    throw new Unreachable();
+  }
+}
+
 /** The JSON of `GET /operator/PATH`. */
 export async function get(path, signal) {
-  return (await request('GET', `/operator/${path}`, {signal})).json();
+  return whole((await request('GET', `/operator/${path}`, {signal})).json());
 }
 
 /** The same as text. */
 export async function getText(path, signal) {
-  return (await request('GET', `/operator/${path}`, {signal})).text();
+  return whole((await request('GET', `/operator/${path}`, {signal})).text());
 }
 
 /** `POST /operator/PATH` with a message of texts. */
