@@ -111,23 +111,25 @@ std::vector<std::int64_t> Store::Repetitions(std::int64_t number) {
 }
 
 Deletion Store::DeleteCommand(const std::string& id) {
-  const std::lock_guard lock(mutex_);
-  CheckFile();
-  ExpireCommands();
-  Transaction transaction(database_);
   {
-    Statement find(database_, "SELECT state FROM commands WHERE id = ?1", id);
-    if (!find.Step()) return Deletion::kUnknown;
+    const std::lock_guard lock(mutex_);
+    CheckFile();
+    ExpireCommands();
+    Transaction transaction(database_);
     std::string state;
-    find.Read(state);
+    {
+      Statement find(database_, "SELECT state FROM commands WHERE id = ?1", id);
+      if (!find.Step()) return Deletion::kUnknown;
+      find.Read(state);
+    }
     if (state == "queued" || state == "delivered") return Deletion::kNotFinished;
+    Statement(database_, "DELETE FROM records WHERE command = ?1 AND kind = 'diagnostic'", id).Step();
+    Statement(database_, "UPDATE records SET command = NULL WHERE command = ?1", id).Step();
+    Statement(database_, "DELETE FROM commands WHERE id = ?1", id).Step();
+    transaction.Commit();
+    TellOfDeletion();
   }
-  Statement(database_, "DELETE FROM records WHERE command = ?1 AND kind = 'diagnostic'", id).Step();
-  database_.Execute("DELETE FROM contents WHERE number NOT IN (SELECT content FROM records)");
-  Statement(database_, "UPDATE records SET command = NULL WHERE command = ?1", id).Step();
-  Statement(database_, "DELETE FROM commands WHERE id = ?1", id).Step();
-  transaction.Commit();
-  TellOfDeletion();
+  GiveSpaceBack();
   return Deletion::kDeleted;
 }
 

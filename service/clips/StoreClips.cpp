@@ -29,13 +29,15 @@ std::string Delimited(const std::string& tag) { return tag.empty() ? tag : '\n' 
 }  // namespace
 
 ClipList Store::Clips(const ClipFilter& filter, std::int64_t limit) {
-  const std::lock_guard lock(mutex_);
+  CheckFile();
+  Database database(path_);  // of its own: a search takes time, and polls must not wait for it
   const std::string text = solution::FoldCase(filter.text), tag = Delimited(filter.tag);
   ClipList list;
-  Statement count(database_, (std::string("SELECT count(*) FROM clips WHERE ") + kFound).c_str(), text, filter.xmlType,
-                  tag);
+  const std::string counting =
+      std::string("SELECT count(DISTINCT content) FROM clips JOIN records USING (content) WHERE ") + kFound;
+  Statement count(database, counting.c_str(), text, filter.xmlType, tag);
   if (count.Step()) count.Read(list.total);
-  Statement rows(database_, (std::string(kSelect) + kFound + kGroup).c_str(), text, filter.xmlType, tag, limit);
+  Statement rows(database, (std::string(kSelect) + kFound + kGroup).c_str(), text, filter.xmlType, tag, limit);
   while (rows.Step()) list.clips.push_back(ReadClip(rows));
   return list;
 }
@@ -75,20 +77,18 @@ bool Store::TagClip(std::int64_t id, const std::vector<std::string>& tags) {
 }
 
 bool Store::DeleteClip(std::int64_t id) {
-  const std::lock_guard lock(mutex_);
-  CheckFile();
-  Transaction transaction(database_);
-  Statement(database_, "DELETE FROM clips WHERE content = ?1", id).Step();
-  const bool wasClip = sqlite3_changes(database_.handle()) == 1;
-  if (wasClip) Statement(database_, "DELETE FROM records WHERE content = ?1 AND kind IN ('push', 'clip')", id).Step();
-  Statement(database_,
-            "DELETE FROM contents WHERE number = ?1 AND number NOT IN (SELECT content FROM records WHERE content = ?1)",
-            id)
-      .Step();
-  transaction.Commit();
-  if (!wasClip) return false;
-  changed_(Change::kClips);
-  changed_(Change::kRecords);
+  {
+    const std::lock_guard lock(mutex_);
+    CheckFile();
+    Transaction transaction(database_);
+    Statement(database_, "DELETE FROM clips WHERE content = ?1", id).Step();
+    if (sqlite3_changes(database_.handle()) == 0) return false;
+    Statement(database_, "DELETE FROM records WHERE content = ?1 AND kind IN ('push', 'clip')", id).Step();
+    transaction.Commit();
+    changed_(Change::kClips);
+    changed_(Change::kRecords);
+  }
+  GiveSpaceBack();
   return true;
 }
 
