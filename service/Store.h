@@ -158,7 +158,7 @@ class Store {
   std::string Content(std::int64_t number);
 
   /// Forgets the records and finished commands that are older than `age`, but keeps the newest `keep` records of each
-  /// kind and name, and gives the space back to the disk.
+  /// kind and name, clips with tags and clips that a person added. Gives the space back to the disk.
   Pruned Prune(std::chrono::seconds age, std::int64_t keep);
 
   /// Deletes one record. The command whose result it was has none any longer. False when there is no such record.

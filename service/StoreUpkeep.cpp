@@ -32,7 +32,8 @@ Pruned Store::Prune(std::chrono::seconds age, std::int64_t keep) {
     Statement(database_,
               "DELETE FROM records WHERE received < ?1 AND (SELECT count(*) FROM (SELECT 1 FROM records AS newer"
               " WHERE newer.kind = records.kind AND newer.name = records.name AND newer.number > records.number"
-              " LIMIT ?2)) >= ?2",
+              " LIMIT ?2)) >= ?2 AND kind <> 'clip' AND number NOT IN (SELECT max(number) FROM records JOIN clips USING"
+              " (content) WHERE tags <> '' GROUP BY content)",
               before, keep)
         .Step();
     pruned.records = sqlite3_changes(database_.handle());

@@ -73,7 +73,7 @@ TEST_F(ClipTest, ListsEachContentOnceAndFindsIt) {
   EXPECT_EQ(Get("/4/content"), "<fmxmlsnippet><Field>");
 }
 
-TEST_F(ClipTest, KeepsTagsAsLongAsTheContent) {
+TEST_F(ClipTest, PruningSparesWhatHasTags) {
   Push("XMSS", kBeep);
   EXPECT_EQ(Post("/1/tags", R"({"tags":" sound, short,, sound "})"), 200);
   EXPECT_NE(Get("/1").find(R"("tags":["sound","short"])"), std::string::npos) << Get("/1");
@@ -82,7 +82,9 @@ TEST_F(ClipTest, KeepsTagsAsLongAsTheContent) {
   Push("XMSS", kBeep);
   EXPECT_EQ(Prune(R"({"keep":"1"})"), R"({"commands":0,"records":1})");
   EXPECT_EQ(Titles("?tag=sound"), "Beep;");
-  Prune(R"({"olderThan":"0"})");
+  EXPECT_EQ(Prune(R"({"olderThan":"0"})"), R"({"commands":0,"records":0})");
+  EXPECT_EQ(Post("/1/tags", R"({"tags":""})"), 200);
+  EXPECT_EQ(Prune(R"({"olderThan":"0"})"), R"({"commands":0,"records":1})");
   EXPECT_EQ(Titles(""), "");
   Push("XMSS", kBeep);
   EXPECT_EQ(Titles(""), "Beep;");

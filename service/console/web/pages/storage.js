@@ -60,7 +60,7 @@ function retentionForm(retention) {
     },
     {class: 'inline', 'aria-label': 'Retention'},
     field('Delete what is older than (days)', input('days', retention.days), 'Empty: never'),
-    field('But keep the newest of each kind and name', input('keep', retention.keep), 'Empty: none'),
+    field('But keep the newest of each kind and name', input('keep', retention.keep), 'Clips with tags are always kept'),
     h('button', {class: 'plain'}, 'Save'),
   );
 }
