@@ -26,7 +26,7 @@ Json Describe(const Tool& tool) {
 }
 
 const Tool& Find(const std::string& name) {
-  for (const auto& tools : {FileMakerTools(), DesignTools()}) {
+  for (const auto& tools : {FileMakerTools(), DesignTools(), ClipTools()}) {
     const auto found = std::find_if(tools.begin(), tools.end(), [&](const Tool& tool) { return name == tool.name; });
     if (found != tools.end()) return *found;
   }
@@ -56,7 +56,7 @@ void RemoveNulls(Value& arguments) {
 const Json& ToolList() {
   static const Json list = [] {
     Json tools = Json::array();
-    for (const auto& topic : {FileMakerTools(), DesignTools()}) {
+    for (const auto& topic : {FileMakerTools(), DesignTools(), ClipTools()}) {
       for (const Tool& tool : topic) tools.push_back(Describe(tool));
     }
     return tools;

@@ -40,6 +40,9 @@ std::span<const Tool> DesignTools();
 /// What FileMaker carries out, by way of the service.
 std::span<const Tool> FileMakerTools();
 
+/// On the clips that the service has kept.
+std::span<const Tool> ClipTools();
+
 /// Every tool as tools/list describes it.
 const Json& ToolList();
 

@@ -55,7 +55,7 @@ test('every tool describes itself', async () => {
   const names = 'list_files get_clipboard set_clipboard clipboard_formats debug_context get_design designs elements';
   assert.deepEqual(
     tools.map((tool) => tool.name),
-    `${names} element search changes references`.split(' '),
+    `${names} element search changes references clips`.split(' '),
   );
   for (const tool of tools) {
     assert.ok(tool.title && tool.description && tool.outputSchema, tool.name);
@@ -81,6 +81,11 @@ test('FileMaker carries out what an assistant asks, and the history names it', a
     offset = piece.nextOffset;
   }
   assert.equal(pieces, kSteps);
+  const clips = await call('clips', {text: 'Leaves the class', xmlType: 'XMSS'});
+  assert.deepEqual([clips.total, clips.clips[0].xmlType], [1, 'XMSS']);
+  const [clip] = (await call('clips', {id: clips.clips[0].id})).clips;
+  assert.equal(clip.xml, kSteps);
+  assert.match(clip.text, /Set Variable/);
   const messages = [];
   const fetched = await call('get_design', {file: 'Workshop'}, {onprogress: ({message}) => messages.push(message)});
   assert.equal(fetched.design.fileName, 'Workshop.fmp12');
@@ -237,7 +242,7 @@ test('clients of the revision without sessions are served', async (t) => {
   connected.push(assistant);
   await assistant.connect(new ModernTransport(service.server));
   assert.equal(assistant.getNegotiatedProtocolVersion(), '2026-07-28');
-  assert.equal((await assistant.listTools()).tools.length, 12);
+  assert.equal((await assistant.listTools()).tools.length, 13);
   const result = await assistant.callTool({name: 'list_files', arguments: {}});
   assert.deepEqual(result.structuredContent.files, ['Workshop']);
   assert.equal((await service.commands()).at(-1).by, 'agent modern');
