@@ -55,6 +55,7 @@ void AddModernMembers(Json& result, Caching caching) {
 
 }  // namespace
 
+// NOLINTNEXTLINE(bugprone-exception-escape): a JSON value's move throws only when its own checks fail
 struct Session::Request {
   Value id, params, meta;
   bool isModern = false;
