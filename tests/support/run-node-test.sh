@@ -1,0 +1,26 @@
+#!/bin/sh
+# run-node-test.sh NODE NPM SOURCE TEST: runs SOURCE/TEST, after installing the packages of SOURCE/package-lock.json into
+# the folder $PACKAGES unless they are there. Status 77, which ctest shows as skipped: npm's registry cannot be reached.
+set -eu
+node=$1
+npm=$2
+source=$3
+
+install() {
+  rm -rf "$PACKAGES"
+  mkdir -p "$PACKAGES"
+  cp "$source/package.json" "$source/package-lock.json" "$PACKAGES"
+  status=0
+  log=$(cd "$PACKAGES" && "$npm" ci --ignore-scripts --no-audit --no-fund --prefer-offline --fetch-retries=1 2>&1) || status=$?
+  echo "$log"
+  case $status$log in
+    0*) touch "$PACKAGES/installed" ;;
+    *ENOTFOUND* | *EAI_AGAIN* | *ECONNREFUSED* | *ECONNRESET* | *ENETUNREACH* | *EHOSTUNREACH* | *TIMEDOUT* | *SOCKET_TIMEOUT*)
+      echo "SKIPPED: npm's registry cannot be reached"
+      exit 77 ;;
+    *) exit 1 ;;
+  esac
+}
+
+if [ ! -e "$PACKAGES/installed" ] || ! cmp -s "$source/package-lock.json" "$PACKAGES/package-lock.json"; then install; fi
+exec "$node" --test "$source/$4"
