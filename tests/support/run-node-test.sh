@@ -1,6 +1,7 @@
 #!/bin/sh
 # run-node-test.sh NODE NPM SOURCE TEST: runs SOURCE/TEST, after installing the packages of SOURCE/package-lock.json into
-# the folder $PACKAGES unless they are there. Status 77, which ctest shows as skipped: npm's registry cannot be reached.
+# the folder $PACKAGES unless they are there. Status 77, which ctest shows as skipped: npm's registry cannot be reached, or a
+# proxy refuses it.
 set -eu
 node=$1
 npm=$2
@@ -15,7 +16,8 @@ install() {
   echo "$log"
   case $status$log in
     0*) touch "$PACKAGES/installed" ;;
-    *ENOTFOUND* | *EAI_AGAIN* | *ECONNREFUSED* | *ECONNRESET* | *ENETUNREACH* | *EHOSTUNREACH* | *TIMEDOUT* | *SOCKET_TIMEOUT*)
+    *ENOTFOUND* | *EAI_AGAIN* | *ECONNREFUSED* | *ECONNRESET* | *ENETUNREACH* | *EHOSTUNREACH* | *TIMEDOUT* | *SOCKET_TIMEOUT* | \
+      *SELF_SIGNED_CERT* | *UNABLE_TO_* | *" E403"* | *" E407"* | *" E50"[0-9]*)
       echo "SKIPPED: npm's registry cannot be reached"
       exit 77 ;;
     *) exit 1 ;;
