@@ -32,11 +32,12 @@ test-sanitizers:
 	cmake --build $(BUILD)/thread -j $(JOBS) --target threaded_tests
 	ctest --test-dir $(BUILD)/thread --output-on-failure -L thread
 
-## check            format, lint, include directions, file and function length, and the units for macOS
+## check            format, lint, include directions, file and function length, and the units for macOS; LINT=no leaves out
+##                  clang-tidy, which takes minutes
 check:
 	scripts/install-packages.sh plugin service simulator test check
 	cmake --preset release -B $(BUILD) > /dev/null
-	scripts/check.sh $(BUILD)
+	scripts/check.sh $(BUILD) $(LINT)
 
 ## mac-tests        what make run and make test build on a Mac, compiled and linked for both processors, not run; needs
 ##                  MACOS_SDK=dir, clang, lld and llvm
