@@ -144,6 +144,17 @@ void Drip(LoopbackServer::Connection& connection) {
   while (connection.Sleep(std::chrono::milliseconds(1)) && connection.Send("x")) continue;
 }
 
+LoopbackServer::Handler Sending(std::string bytes) {
+  return [bytes = std::move(bytes)](LoopbackServer::Connection& connection) {
+    connection.ReadRequest();
+    connection.Send(bytes);
+  };
+}
+
+std::string WholeAnswer(const std::string& head, const std::string& body) {
+  return "HTTP/1.1 " + head + "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
+}
+
 LoopbackServer::Handler Answering(std::function<CannedAnswer(const std::string& request)> answer) {
   return [answer = std::move(answer)](LoopbackServer::Connection& connection) {
     for (std::string request = connection.ReadRequest(); !request.empty(); request = connection.ReadRequest()) {

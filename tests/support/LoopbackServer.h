@@ -76,6 +76,11 @@ void NeverAnswer(LoopbackServer::Connection& connection);
 /// Handler: starts an answer and never ends it.
 void Drip(LoopbackServer::Connection& connection);
 
+/// Handler: reads one request, sends `bytes` and closes.
+LoopbackServer::Handler Sending(std::string bytes);
+/// An answer of the status line and headers in `head`, such as "200 OK\r\nX-Name: value", with `body` and its length.
+std::string WholeAnswer(const std::string& head, const std::string& body);
+
 /// A complete answer: status, body and further header lines.
 struct CannedAnswer {
   int status = 200;

@@ -85,22 +85,9 @@ std::string Post(const std::string& url, const std::string& body) {
 
 bool IsError(const std::string& result) { return result.starts_with("ERROR: "); }
 
-/// A server that reads one request, sends `bytes` and closes.
-LoopbackServer::Handler Sending(std::string bytes) {
-  return [bytes = std::move(bytes)](Connection& connection) {
-    connection.ReadRequest();
-    connection.Send(bytes);
-  };
-}
-
-/// A complete answer with `body`.
-std::string Whole(const std::string& head, const std::string& body) {
-  return "HTTP/1.1 " + head + "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
-}
-
 // First, since libcurl starts only once.
 TEST(UrlLayerStart, FailsWithoutSpinningWhileThereIsNoMemory) {
-  LoopbackServer server(Sending(Whole("200 OK", "body")));
+  LoopbackServer server(Sending(WholeAnswer("200 OK", "body")));
   g_hasMemory = false;
   for (int i = 0; i < 20; ++i) EXPECT_EQ(Get(server.Url()), "ERROR: Out of memory");
   EXPECT_LT(g_turns, 100);
@@ -118,26 +105,26 @@ TEST(UrlLayer, ReportsEveryEndOfATransfer) {
     std::string result = "ERROR: ";  // only its start if it ends with a space
     std::size_t answerLimit = Network::kLongAnswer;
   } cases[] = {
-      {"zero bytes and no UTF-8", Whole("200 OK", binary), binary},
+      {"zero bytes and no UTF-8", WholeAnswer("200 OK", binary), binary},
       {"204 without a body", "HTTP/1.1 204 No Content\r\n\r\n", ""},
-      {"400", Whole("400 Bad Request", "body"), "ERROR: HTTP 400 — body"},
+      {"400", WholeAnswer("400 Bad Request", "body"), "ERROR: HTTP 400 — body"},
       {"HTTP/1.0 without a length", "HTTP/1.0 200 OK\r\n\r\nuntil the end", "until the end"},
       {"shorter than its length", "HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nbody"},
       {"not HTTP", "220 mail.example ESMTP\r\n"},
       {"closed at once", ""},
-      {"16 MB", Whole("200 OK", many), many},
-      {"gzip of the largest size", Whole("200 OK\r\nContent-Encoding: gzip", gzip), "body", 4},
-      {"gzip, too large when decoded", Whole("200 OK\r\nContent-Encoding: gzip", gzip),
+      {"16 MB", WholeAnswer("200 OK", many), many},
+      {"gzip of the largest size", WholeAnswer("200 OK\r\nContent-Encoding: gzip", gzip), "body", 4},
+      {"gzip, too large when decoded", WholeAnswer("200 OK\r\nContent-Encoding: gzip", gzip),
        "ERROR: The answer is too large: more than 0 MB.", 3},
       {"gzip in chunks",
        "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\nContent-Encoding: gzip\r\n\r\n18\r\n" + gzip + "\r\n0\r\n\r\n",
        "body"},
-      {"gzip of gzip", Whole("200 OK\r\nContent-encoding: gzip, identity ,GZIP", gzip), twice},
-      {"gzip of gzip, in two headers", Whole("200 OK\r\nTransfer-Encoding: gzip\r\nContent-Encoding: gzip", gzip),
+      {"gzip of gzip", WholeAnswer("200 OK\r\nContent-encoding: gzip, identity ,GZIP", gzip), twice},
+      {"gzip of gzip, in two headers", WholeAnswer("200 OK\r\nTransfer-Encoding: gzip\r\nContent-Encoding: gzip", gzip),
        "ERROR: "},  // newer versions of libcurl refuse the first already
-      {"redirect to a file", Whole("302 Found\r\nLocation: file:///etc/passwd", "")},
-      {"redirect to FTP", Whole("302 Found\r\nLocation: ftp://127.0.0.1/", ""), "ERROR: Protocol \"ftp\" "},
-      {"redirect to no URL", Whole("302 Found\r\nLocation: http://[", ""),
+      {"redirect to a file", WholeAnswer("302 Found\r\nLocation: file:///etc/passwd", "")},
+      {"redirect to FTP", WholeAnswer("302 Found\r\nLocation: ftp://127.0.0.1/", ""), "ERROR: Protocol \"ftp\" "},
+      {"redirect to no URL", WholeAnswer("302 Found\r\nLocation: http://[", ""),
        "ERROR: Refused a redirect to an invalid URL."},
   };
   Get(LoopbackServer(Sending("")).Url());  // opens what the URL layer keeps open
@@ -178,7 +165,7 @@ TEST(UrlLayer, LimitsHowLongASilentOrDrippingServerTakes) {
 }
 
 TEST(UrlLayer, KeepsNothingOfAFinishedTransfer) {
-  LoopbackServer server(Sending(Whole("200 OK", "body")));
+  LoopbackServer server(Sending(WholeAnswer("200 OK", "body")));
   std::promise<void> gone;
   std::shared_ptr<void> kept(nullptr, [&](void*) { gone.set_value(); });
   Network::StartTransfer({server.Url(), "GET", {}, ""}, [kept = std::move(kept)](const Network::Outcome&) {});
@@ -252,7 +239,7 @@ TEST(UrlLayer, KeepsCookiesAndCredentialsForTheirHost) {
 using Certificates = FolderTest;
 
 TEST_F(Certificates, MustBeTrustedForTheHostAndStayInUse) {
-  LoopbackServer plain(Sending(Whole("200 OK", "not encrypted")));
+  LoopbackServer plain(Sending(WholeAnswer("200 OK", "not encrypted")));
   std::ofstream(folder_ + "/answer") << "HTTP/1.0 200 OK\r\n\r\nbody";
   std::ofstream(folder_ + "/redirect") << "HTTP/1.0 302 Found\r\nLocation: " << plain.Url() << "\r\n\r\n";
   const std::string openssl = "cd " + folder_ + " && exec timeout 20 openssl ";

@@ -29,18 +29,6 @@ struct UrlSession : FolderTest {
   }
 };
 
-LoopbackServer::Handler Sending(std::string bytes) {
-  return [bytes = std::move(bytes)](Connection& connection) {
-    connection.ReadRequest();
-    connection.Send(bytes);
-  };
-}
-
-/// A complete answer with `body`.
-std::string Whole(const std::string& head, const std::string& body) {
-  return "HTTP/1.1 " + head + "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
-}
-
 TEST_F(UrlSession, ReportsEveryEndOfATransfer) {
   const std::string binary("a\0\xFFz", 4), many(16 << 20, 'x');
   const std::string gzip("\x1f\x8b\x08\0\0\0\0\0\x02\x03\x4b\xca\x4f\xa9\x04\0\xb2\x0b\xa8\xdb\x04\0\0\0", 24);
@@ -49,13 +37,13 @@ TEST_F(UrlSession, ReportsEveryEndOfATransfer) {
     std::string answer;
     std::string result = "ERROR: ";  // only its start if it ends with a space
   } cases[] = {
-      {"zero bytes and no UTF-8", Whole("200 OK", binary), binary},
+      {"zero bytes and no UTF-8", WholeAnswer("200 OK", binary), binary},
       {"204 without a body", "HTTP/1.1 204 No Content\r\n\r\n", ""},
-      {"400", Whole("400 Bad Request", "body"), "ERROR: HTTP 400 — body"},
+      {"400", WholeAnswer("400 Bad Request", "body"), "ERROR: HTTP 400 — body"},
       {"HTTP/1.0 without a length", "HTTP/1.0 200 OK\r\n\r\nuntil the end", "until the end"},
       {"closed at once", ""},
-      {"16 MB", Whole("200 OK", many), many},
-      {"gzip", Whole("200 OK\r\nContent-Encoding: gzip", gzip), "body"},
+      {"16 MB", WholeAnswer("200 OK", many), many},
+      {"gzip", WholeAnswer("200 OK\r\nContent-Encoding: gzip", gzip), "body"},
   };
   for (const auto& c : cases) {
     LoopbackServer server(Sending(c.answer));
@@ -111,7 +99,7 @@ TEST_F(UrlSession, AcceptsOnlyUrlsThatFoundationAccepts) {
 }
 
 TEST_F(UrlSession, KeepsNothingOfAFinishedTransfer) {
-  LoopbackServer server(Sending(Whole("200 OK", "body")));
+  LoopbackServer server(Sending(WholeAnswer("200 OK", "body")));
   std::promise<void> gone;
   std::shared_ptr<void> kept(nullptr, [&](void*) { gone.set_value(); });
   Network::StartTransfer({server.Url(), "GET", {}, ""}, [kept = std::move(kept)](const Network::Outcome&) {});
