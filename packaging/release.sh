@@ -8,9 +8,9 @@ usage: release.sh [--dry-run] --identity NAME --keychain-profile NAME [--output 
   --identity          the certificate: "Developer ID Application: Name (TEAM)", or its SHA-1 in 40 hexadecimal digits
   --keychain-profile  where "xcrun notarytool store-credentials" keeps the account for notarising
   --output            directory for the archives; by default the bundle's own directory
-The varnix-service to pack is the one in the bundle's directory. What crash reports need to name the functions in them
-stays next to the archives. It comes from the build, so build and release on the same Mac.
   --dry-run           check what any system can check, and print the commands instead of running them
+The varnix-service to pack is the one in the bundle's directory. The dSYMs, which name the functions in crash reports, stay
+next to the archives. They are made from the build's object files, so build and release on the same Mac.
 TEXT
   exit 2
 }

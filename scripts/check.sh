@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# check.sh BUILD [no]: what compiler and tests do not check. BUILD is a configured build directory. Prints the findings, and
-# fails if there are any. With "no", clang-tidy is left out, which takes longer than all the rest.
+# check.sh BUILD [LINT]: what compiler and tests do not check. BUILD is a configured build directory. LINT "no" leaves out
+# clang-tidy, which takes longer than all the rest. Prints the findings, and fails if there are any.
 set -uo pipefail
 cd "$(dirname "$0")/.." || exit
 build=$1

@@ -1,7 +1,7 @@
 #!/bin/sh
 # mac-libraries.sh SDK FOLDER: makes FOLDER what Homebrew's folder is on a Mac, as far as the simulator and the tests need
 # it, so that another system can compile and link them for both processors. SDK is the directory of a macOS SDK. Headers
-# are those of Debian's packages, which hold for every system. GoogleTest and pugixml are built. The other libraries are
+# are those of Debian's packages, which are the same for every system. GoogleTest and pugixml are built. The other libraries are
 # stubs that name the functions of Debian's copies: enough to link with, nothing to run.
 set -eu
 sdk=$1
@@ -45,7 +45,7 @@ stub() {
   } > "$1/lib/lib$2.tbd"
 }
 
-# describe PREFIX NAME FLAG...: lets pkg-config know a library.
+# describe PREFIX NAME FLAG...: writes the file by which pkg-config knows a library.
 describe() {
   prefix=$1
   name=$2
