@@ -10,13 +10,15 @@ export function linker(links) {
   const names = [...links.keys()].filter((name) => name.length > 1).sort((a, b) => b.length - a.length);
   if (!names.length) return (text) => [text];
   const escaped = names.map((name) => name.replace(/[.*+?^${}()|[\]\\]/g, '\\$&'));
-  const pattern = new RegExp(`(?<![\\p{L}\\p{N}_:])(?:${escaped.join('|')})(?![\\p{L}\\p{N}_:])`, 'gu');
+  // No lookbehind: Safari before 16.4 refuses a module that has one.
+  const pattern = new RegExp(`(^|[^\\p{L}\\p{N}_:])(${escaped.join('|')})(?![\\p{L}\\p{N}_:])`, 'gu');
   return (text) => {
     const parts = [];
     let end = 0;
     for (const found of text.matchAll(pattern)) {
-      parts.push(text.slice(end, found.index), h('a', {href: links.get(found[0])}, found[0]));
-      end = found.index + found[0].length;
+      const [whole, before, name] = found;
+      parts.push(text.slice(end, found.index), before, h('a', {href: links.get(name)}, name));
+      end = found.index + whole.length;
     }
     parts.push(text.slice(end));
     return parts;
@@ -34,8 +36,9 @@ export function stepLine(text, link = (plain) => [plain]) {
 
 /** The content of one line of a formula. */
 export function formulaLine(text, link = (plain) => [plain]) {
-  const at = text.search(/(?<!:)\/\//);
-  return at < 0 || text.slice(0, at).split('"').length % 2 === 0
+  const found = /(^|[^:])\/\//.exec(text);
+  const at = found && found.index + found[1].length;
+  return !found || text.slice(0, at).split('"').length % 2 === 0
     ? link(text)
     : [link(text.slice(0, at)), h('span', {class: 'comment'}, text.slice(at))];
 }
