@@ -1,5 +1,5 @@
 // The frame: chooses the page for the address, marks it in the navigation, and shows the state of the connection.
-import {get, onServiceState, openSession} from './api.js';
+import {Unreachable, get, onServiceState, openSession} from './api.js';
 import {announce, h} from './dom.js';
 import {duration} from './format.js';
 import {connect, subscribe} from './live.js';
@@ -39,6 +39,7 @@ const kRoutes = [
   ['/setup', setup, 'setup'],
 ];
 const kPolling = 10; // seconds after the last poll in which the plug-in counts as connected
+const kRetry = 2000; // ms
 
 const main = document.getElementById('main');
 const positions = new Map(); // address -> how far it was scrolled
@@ -82,19 +83,24 @@ async function firstPage() {
   }
 }
 
+// The address keeps its token until the service has taken or refused it.
 async function exchangeToken() {
-  const token = location.hash.slice('#token='.length);
-  history.replaceState(null, '', '/');
+  const {hash} = location;
   try {
-    await openSession(token);
+    await openSession(hash.slice('#token='.length));
   } catch (error) {
-    announce(`${error.message} Run “varnix-service console” for a new address.`, true);
+    if (error instanceof Unreachable) {
+      await new Promise((resolve) => setTimeout(resolve, kRetry));
+      return;
+    }
+    announce(error.message, true);
   }
+  if (location.hash === hash) history.replaceState(null, '', '/');
   connect();
 }
 
 async function route({isFirst = false} = {}) {
-  if (location.hash.startsWith('#token=')) await exchangeToken();
+  while (location.hash.startsWith('#token=')) await exchangeToken();
   if (!location.hash.startsWith('#/')) {
     const first = await firstPage();
     if (!location.hash.startsWith('#/')) history.replaceState(null, '', `#${first}`);

@@ -32,14 +32,14 @@ export function subscribe(topics, action) {
 }
 
 // The browser tries again by itself while the service is away, but not after a refusal.
-async function onBreak() {
-  const closed = source.readyState === EventSource.CLOSED;
+async function onBreak({target: broken}) {
+  const isRefused = broken.readyState === EventSource.CLOSED;
   try {
     await get('status');
   } catch {
     // get() has noted the state
   }
-  if (closed) setTimeout(connect, kRetry);
+  if (isRefused) setTimeout(() => broken === source && connect(), kRetry);
 }
 
 let rest;
