@@ -1,6 +1,6 @@
 // What every page is made of: a heading, and regions that load by themselves and again after events.
 import {Refusal, Unreachable, serviceState} from './api.js';
-import {empty, h} from './dom.js';
+import {announce, empty, h} from './dom.js';
 import {subscribe} from './live.js';
 
 /** One page while it is shown. */
@@ -48,11 +48,11 @@ export class Page {
   }
 
   /**
-   * Calls `apply` with what `load` gives, now and after changes of `topics`, when it differs from the last time.
-   * `failed` gets what the service refuses, and other errors while there is nothing to show yet. Returns a function that
-   * loads again.
+   * Calls `apply` with what `load` gives, now and after changes of `topics`, when it differs from the last time. Without
+   * topics it is shown once, because somebody may be typing in it. `failed` gets what the service refuses, and other
+   * errors while there is nothing to show yet. Returns a function that loads again.
    */
-  watch({topics = [], load, apply, failed}) {
+  watch({topics = [], load, apply, failed = (error) => announce(error.message, true)}) {
     let last;
     let running = 0;
     const refresh = async () => {
@@ -63,32 +63,37 @@ export class Page {
         const print = JSON.stringify(data);
         if (print === last) return;
         last = print;
-        apply(data);
+        await Promise.resolve(apply(data)).catch((error) => {
+          last = undefined;
+          throw error;
+        });
       } catch (error) {
-        if (this.signal.aborted) return;
+        if (turn !== running || this.signal.aborted) return;
         const isRefused = error instanceof Refusal && error.status !== 401;
         if (!(error instanceof Refusal || error instanceof Unreachable)) throw error;
         if (last !== undefined && !isRefused) return; // what is shown stays while the service is away
         last = undefined;
-        failed?.(error);
+        failed(error);
       }
     };
-    const end = subscribe([...topics, 'reconnected'], refresh);
+    const end = subscribe([...topics, 'reconnected'], () => {
+      if (topics.length > 0 || last === undefined) refresh();
+    });
     this.signal.addEventListener('abort', end);
     this.loads.push(refresh());
     return refresh;
   }
 
   /** An element whose content is `render(data)`. It keeps the focus where it was. */
-  region({topics, load, render}, attributes) {
-    const element = h('div', {class: 'region', ...attributes}, h('p', {class: 'loading'}, 'Loading…'));
-    const refresh = this.watch({
+  region({topics, load, render}) {
+    const element = h('div', {}, h('p', {class: 'loading'}, 'Loading…'));
+    this.watch({
       topics,
       load,
       apply: (data) => keepingFocus(element, () => element.replaceChildren(...[render(data)].flat(Infinity))),
       failed: (error) => element.replaceChildren(failure(error)),
     });
-    return Object.assign(element, {refresh});
+    return element;
   }
 }
 

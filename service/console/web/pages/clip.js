@@ -156,7 +156,6 @@ export function show(page) {
   page.show('Clip', {trail: [['Clips', '#/clips']]}, h('p', {class: 'loading'}, 'Loading…'));
   const path = `clips/${segment(page.params.clip)}`;
   page.watch({
-    // not again after events: somebody may be typing
     load: (signal) => Promise.all([get(path, signal), getText(`${path}/content`, signal)]),
     apply: ([clip, xml]) => fill(page, clip, xml),
     failed: (error) =>

@@ -1,5 +1,5 @@
 // One element: its definition, what uses it, and what it uses.
-import {get, segment} from '../api.js';
+import {Refusal, get, segment} from '../api.js';
 import {codeBlock, linker, parseText, stepLine} from '../code.js';
 import {elementAddress} from '../data.js';
 import {amount, button, copy, empty, h, properties as propertyTable} from '../dom.js';
@@ -186,7 +186,7 @@ export function show(page) {
       try {
         return await load(page, design, key, index);
       } catch (error) {
-        if (error.name === 'AbortError') return [];
+        if (!(error instanceof Refusal)) throw error;
         return empty('This element cannot be shown', h('p', {}, error.message));
       }
     },
