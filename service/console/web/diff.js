@@ -124,7 +124,9 @@ function foldedRow(rows, content) {
           type: 'button',
           class: 'quiet',
           onclick: () => {
+            const box = row.closest('.diff-box');
             row.replaceWith(...rows.map((hidden) => rowElement(hidden, content)));
+            box.focus({preventScroll: true}); // the button is gone
           },
         },
         `Show ${rows.length} equal lines`,

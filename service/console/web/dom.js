@@ -140,12 +140,15 @@ export async function copy(text, what) {
   if (navigator.clipboard) {
     await navigator.clipboard.writeText(text);
   } else {
-    const area = h('textarea', {class: 'offscreen', 'aria-hidden': true});
+    const focused = document.activeElement;
+    const area = h('textarea', {class: 'offscreen', 'aria-hidden': 'true'});
     area.value = text;
     document.body.append(area);
     area.select();
-    document.execCommand('copy');
+    const isCopied = document.execCommand('copy');
     area.remove();
+    focused?.focus({preventScroll: true});
+    if (!isCopied) throw new Error('The browser does not allow copying. Select the text and copy it.');
   }
   announce(`${what} copied`);
 }

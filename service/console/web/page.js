@@ -105,23 +105,23 @@ function failure(error) {
 
 /**
  * Runs `change`, which replaces the content of `element`, and focuses the counterpart of what had the focus: the
- * element with the same name, address and text.
+ * element with the same name, address and text, or what took its place.
  */
 export function keepingFocus(element, change) {
-  const focused = element.contains(document.activeElement) ? document.activeElement : undefined;
-  const mark = focused && signature(focused);
+  const focusable = () => [...element.querySelectorAll('a, button, input, select, textarea, [tabindex]')];
+  const at = element.contains(document.activeElement) ? focusable().indexOf(document.activeElement) : -1;
+  const mark = at >= 0 && signature(document.activeElement);
   change();
-  if (!focused || element.contains(document.activeElement)) return;
-  const again = [...element.querySelectorAll('a, button, input, select, textarea, [tabindex]')].find(
-    (candidate) => signature(candidate) === mark,
-  );
-  again?.focus({preventScroll: true});
+  if (at < 0 || element.contains(document.activeElement)) return;
+  const now = focusable();
+  const again = now.find((candidate) => signature(candidate) === mark) ?? now[Math.min(at, now.length - 1)];
+  (again ?? document.getElementById('main')).focus({preventScroll: true});
 }
 
 const signature = (element) =>
   [
     element.tagName,
-    element.id,
+    element.labels?.[0]?.textContent,
     element.getAttribute('href'),
     element.getAttribute('aria-label'),
     element.name,

@@ -73,7 +73,11 @@ function render(changes, all, designs) {
   return groups.map(([kind, entries]) => {
     const elements = (some) => some.map((change) => changeElement(change, designs, changes.length <= kOpen));
     const more = h('button', {type: 'button', class: 'plain'}, `Show all ${number(entries.length)}`);
-    more.addEventListener('click', () => more.replaceWith(...elements(entries.slice(kShown))));
+    more.addEventListener('click', () => {
+      const rest = elements(entries.slice(kShown));
+      more.replaceWith(...rest);
+      rest[0].querySelector('a').focus();
+    });
     const heading = h('h2', {}, kindPlural(kind), amount(tally(entries)));
     const isLong = entries.length > kShown;
     return h('section', {class: 'changes'}, heading, elements(entries.slice(0, kShown)), isLong && more);

@@ -4,6 +4,7 @@ import {codeBlock} from '../code.js';
 import {announce, button, confirmed, copy, empty, h, properties, save} from '../dom.js';
 import {when} from '../format.js';
 import {clipKind} from '../kinds.js';
+import {keepingFocus} from '../page.js';
 import {commandName, isOpen, reasonOf} from '../work.js';
 import {stateText} from './commands.js';
 
@@ -150,7 +151,7 @@ export function show(page) {
     load: (signal) => load(page.params.command, signal),
     apply: (data) => {
       page.heading.textContent = commandName(data.command.type);
-      place.replaceChildren(...render(data));
+      keepingFocus(place, () => place.replaceChildren(...render(data)));
     },
     failed: (error) => place.replaceChildren(empty('This command cannot be shown', h('p', {}, error.message))),
   });

@@ -138,18 +138,12 @@ const introduction = () =>
     ),
   );
 
-function fileChoice(page, all, changed) {
+function offerFiles(choice, all, chosen) {
   const names = [...new Set(all.map((design) => design.fileName))].sort();
-  const choice = select(
-    [['', 'All files'], ...names.map((name) => [name, fileTitle(name)])],
-    page.query.get('file') ?? '',
-    {name: 'file'},
+  choice.replaceChildren(
+    h('option', {value: ''}, 'All files'),
+    ...names.map((name) => h('option', {value: name, selected: name === chosen}, fileTitle(name))),
   );
-  choice.addEventListener('change', () => {
-    page.setQuery({file: choice.value});
-    changed();
-  });
-  return field('File', choice);
 }
 
 export function show(page) {
@@ -160,24 +154,28 @@ export function show(page) {
     autocomplete: 'off',
     spellcheck: 'false',
   });
-  const files = h('div');
+  const file = select([['', 'All files']], '', {name: 'file'});
+  file.addEventListener('change', () => {
+    page.setQuery({file: file.value});
+    refresh();
+  });
   const total = h('p', {class: 'total', 'aria-live': 'polite'});
   const place = h('div', {class: 'results'});
   const box = h(
     'form',
     {role: 'search', class: 'search-form', onsubmit: (event) => event.preventDefault()},
     field('Search', input),
-    files,
+    field('File', file),
   );
   page.show('Search', {}, box, total, place);
   let newest = new Map();
   const load = async (signal) => {
     const text = input.value.trim();
     if (!text) return {text};
-    const file = page.query.get('file') ?? '';
+    const chosen = page.query.get('file') ?? '';
     const [found, clips] = await Promise.all([
-      get(`designs/search${query({text, file, limit: kHits})}`, signal),
-      file ? {total: 0, clips: []} : get(`clips${query({text, limit: kClips})}`, signal),
+      get(`designs/search${query({text, file: chosen, limit: kHits})}`, signal),
+      chosen ? {total: 0, clips: []} : get(`clips${query({text, limit: kClips})}`, signal),
     ]);
     return {text, found, clips, newest: [...newest]};
   };
@@ -195,7 +193,7 @@ export function show(page) {
     load: designs,
     apply: (all) => {
       newest = new Map(all.map((design) => [design.fileName, design.id]));
-      files.replaceChildren(fileChoice(page, all, () => refresh()));
+      offerFiles(file, all, page.query.get('file'));
       refresh();
     },
   });

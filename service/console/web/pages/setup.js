@@ -155,7 +155,7 @@ const kColumns = ['File', 'Varnix Live Push', 'Privilege set', 'Newest design', 
 function fileCheck(page, newest, update, isConnected) {
   const run = button('Check the open files', () => check(page, update), {
     class: checks.size || !isConnected ? 'plain' : null,
-    disabled: isChecking,
+    'aria-disabled': isChecking && 'true', // keeps the focus, unlike disabled
   });
   const hasDesign = newest.size > 0;
   return step(
