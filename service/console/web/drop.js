@@ -12,7 +12,11 @@ export function dropArea({label, accept, add}) {
     'aria-label': label,
   });
   const choose = button(label, () => input.click(), {class: 'plain'});
-  const handle = (files) => whileBusy(choose, () => add([...files]));
+  let last = Promise.resolve();
+  const handle = (files) => {
+    const added = [...files]; // the list empties itself
+    return (last = last.then(() => whileBusy(choose, () => add(added))));
+  };
   input.addEventListener('change', async () => {
     await handle(input.files);
     input.value = '';

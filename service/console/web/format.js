@@ -6,6 +6,12 @@ const time = new Intl.DateTimeFormat('en-GB', {hour: '2-digit', minute: '2-digit
 const date = new Intl.DateTimeFormat('en-GB', {day: 'numeric', month: 'short', year: 'numeric'});
 const full = new Intl.DateTimeFormat('en-GB', {dateStyle: 'full', timeStyle: 'medium'});
 
+/** "3 Jul 2025, 16:45", for what is read later. */
+export function dateText(iso) {
+  const moment = new Date(iso);
+  return Number.isNaN(moment.getTime()) ? (iso ?? '') : `${date.format(moment)}, ${time.format(moment)}`;
+}
+
 /** "today 14:05", "yesterday 09:00", "3 Jul 2025, 16:45". */
 export function timeText(iso) {
   const moment = new Date(iso);
@@ -13,7 +19,7 @@ export function timeText(iso) {
   const midnight = new Date().setHours(0, 0, 0, 0);
   if (moment >= midnight && moment < midnight + kDay) return `today ${time.format(moment)}`;
   if (moment >= midnight - kDay && moment < midnight) return `yesterday ${time.format(moment)}`;
-  return `${date.format(moment)}, ${time.format(moment)}`;
+  return dateText(iso);
 }
 
 /** The time as an element that shows the full time on demand. */

@@ -1,5 +1,5 @@
 // The report of changes for a ticket, a mail or a commit.
-import {timeText} from './format.js';
+import {dateText} from './format.js';
 import {byKind, kindPlural} from './kinds.js';
 
 // A name must not become markup where the report is read.
@@ -17,7 +17,7 @@ function entry(change) {
   const by = change.user || change.account;
   const head =
     `- **${change.change}** ${escaped(change.name)}${change.oldName ? ` (was ${escaped(change.oldName)})` : ''}` +
-    `${by ? `, ${escaped(by)}, ${change.time}` : ''}`;
+    `${by ? `, ${escaped(by)}, ${dateText(change.time)}` : ''}`;
   const details = (change.details ?? []).map((detail) =>
     detail.lines
       ? `  - ${escaped(detail.name)}\n\n${fenced(detail.lines)}\n`
@@ -39,7 +39,7 @@ export function markdown(name, {older, newer}, warnings, changes) {
   return [
     `# Changes in ${escaped(name)}`,
     '',
-    `From ${timeText(older.receivedAt)} to ${timeText(newer.receivedAt)}.`,
+    `From ${dateText(older.receivedAt)} to ${dateText(newer.receivedAt)}.`,
     '',
     ...warnings.map((warning) => `> ${escaped(warning)}\n`),
     ...sections,

@@ -37,12 +37,13 @@ function tagForm(clip) {
   );
 }
 
-const kSigns = {'&': '&amp;', '<': '&lt;', '>': '&gt;', '"': '&quot;'};
+// A parser changes line endings and tabs unless they are written as references.
+const kSigns = {'&': '&amp;', '<': '&lt;', '>': '&gt;', '"': '&quot;', '\r': '&#13;', '\n': '&#10;', '\t': '&#9;'};
 const kEntities = {amp: '&', lt: '<', gt: '>', quot: '"', apos: "'"};
 const inXml = (text, signs) => text.replace(signs, (sign) => kSigns[sign]);
 
 function decoded(text) {
-  return text.replace(/&(?:#x([0-9a-f]+)|#(\d+)|(\w+));/gi, (whole, hex, digits, name) =>
+  return text.replace(/\r\n?/g, '\n').replace(/&(?:#x([0-9a-f]+)|#(\d+)|(\w+));/gi, (whole, hex, digits, name) =>
     name ? (kEntities[name] ?? whole) : String.fromCodePoint(hex ? parseInt(hex, 16) : Number(digits)),
   );
 }
@@ -61,9 +62,9 @@ export function replaceIn(xml, wanted, replacement, isExact) {
     if (data !== undefined) {
       return swap(data, (changed) => `<![CDATA[${changed.replaceAll(']]>', ']]]]><![CDATA[>')}]]>`) ?? whole;
     }
-    if (value !== undefined) return swap(decoded(value), (changed) => `="${inXml(changed, /[&<>"]/g)}"`) ?? whole;
+    if (value !== undefined) return swap(decoded(value), (changed) => `="${inXml(changed, /[&<>"\r\n\t]/g)}"`) ?? whole;
     if (text !== undefined && text.trim())
-      return swap(decoded(text), (changed) => `>${inXml(changed, /[&<>]/g)}`) ?? whole;
+      return swap(decoded(text), (changed) => `>${inXml(changed, /[&<>\r]/g)}`) ?? whole;
     return whole;
   });
   return {xml: result, hits};
