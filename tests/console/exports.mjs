@@ -1,6 +1,10 @@
-// Exports for the tests, made from a sample: a later state of it, a large one, and one whose names are markup.
+// Exports for the tests, made from a sample: a later state of it, a large one, and one whose names are markup. And a clip.
 import {readFileSync} from 'node:fs';
 import {SAMPLES} from './support.mjs';
+
+export const kSnippet =
+  '<fmxmlsnippet type="FMObjectList"><Step enable="True" id="89" name="# (comment)">' +
+  '<Text>Buy violin strings&#13;and rosin</Text></Step></fmxmlsnippet>';
 
 const workshop = readFileSync(`${SAMPLES}/Workshop.xml`, 'utf8');
 
@@ -9,6 +13,9 @@ export const laterWorkshop = workshop.replaceAll('Picked Up', 'Handed Over');
 
 const fileNamed = (name) =>
   workshop.replaceAll('Workshop.fmp12', `${name}.fmp12`).replace(/(<FMSaveAsXML[^>]*UUID=")[^"]*/, `$1${name}`);
+
+/** The sample as another file. */
+export const droppedExport = fileNamed('Dropped');
 
 export const kHostile = '<script>window.taken=1</script><img src=x onerror="window.taken=1">';
 const inXml = (text) => text.replace(/[&<>"]/g, (sign) => `&#${sign.charCodeAt(0)};`);

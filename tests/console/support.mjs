@@ -152,11 +152,57 @@ export async function find(page, role, name) {
 export const click = async (page, role, name) => (await find(page, role, name)).click();
 export const exists = async (page, role, name) => (await page.$(selector(role, name))) !== null;
 
+/** Requests for `path` get lost until `end()`. */
+export async function loseRequests(page, path) {
+  const lose = (asked) => (asked.url().endsWith(path) ? asked.abort() : asked.continue());
+  page.on('request', lose);
+  await page.setRequestInterception(true);
+  return {
+    end: async () => {
+      await page.setRequestInterception(false);
+      page.off('request', lose);
+    },
+  };
+}
+
+/** Answers the question that is being asked. */
+export async function confirm(page, verb) {
+  const button = await page.waitForSelector(`dialog[open] ::-p-aria([name="${verb}"][role="button"])`);
+  await button.click();
+}
+
+/** Drops a file on the page. */
+export const drop = (page, name, content) =>
+  page.evaluate(
+    (fileName, text) => {
+      const dataTransfer = new DataTransfer();
+      dataTransfer.items.add(new File([text], fileName));
+      document.body.dispatchEvent(new DragEvent('drop', {dataTransfer, bubbles: true, cancelable: true}));
+    },
+    name,
+    content,
+  );
+
 export async function type(page, role, name, text) {
   const control = await find(page, role, name);
   await control.evaluate((element) => (element.value = ''));
   await control.type(text);
 }
+
+/** The milliseconds that the page was busy with the longest of the inputs, which come as somebody types. */
+export const longestKey = (page, inputs) =>
+  page.evaluate(async (texts) => {
+    let most = 0;
+    const input = document.querySelector('main input[type=search]');
+    for (const text of texts) {
+      const start = performance.now();
+      input.value = text;
+      input.dispatchEvent(new Event('input', {bubbles: true}));
+      most = Math.max(most, performance.now() - start);
+      await new Promise((resolve) => setTimeout(resolve, 150));
+    }
+    return most;
+  }, inputs);
 
 /** Waits for a text in the element of this role. */
 export async function sees(page, text, role = 'main') {
