@@ -19,6 +19,7 @@ import * as result from './pages/result.js';
 import * as search from './pages/search.js';
 import * as setup from './pages/setup.js';
 import * as storage from './pages/storage.js';
+import {isConnected} from './work.js';
 
 // Address, page, and the entry of the navigation that it belongs to.
 const kRoutes = [
@@ -38,7 +39,6 @@ const kRoutes = [
   ['/storage', storage, 'storage'],
   ['/setup', setup, 'setup'],
 ];
-const kPolling = 10; // seconds after the last poll in which the plug-in counts as connected
 const kRetry = 2000; // ms
 
 const main = document.getElementById('main');
@@ -76,8 +76,7 @@ function markNavigation(section) {
 
 async function firstPage() {
   try {
-    const status = await get('status');
-    return status.secondsSincePoll !== null && status.secondsSincePoll <= kPolling ? '/files' : '/setup';
+    return isConnected(await get('status')) ? '/files' : '/setup';
   } catch {
     return '/setup';
   }
@@ -143,10 +142,10 @@ async function scrollBack(page, position) {
 async function showConnection() {
   const link = document.getElementById('connection');
   try {
-    const {secondsSincePoll, pluginVersion} = await get('status');
-    const polls = secondsSincePoll !== null && secondsSincePoll <= kPolling;
-    link.dataset.state = polls ? 'on' : 'off';
-    link.textContent = polls
+    const status = await get('status');
+    const {secondsSincePoll, pluginVersion} = status;
+    link.dataset.state = isConnected(status) ? 'on' : 'off';
+    link.textContent = isConnected(status)
       ? `FileMaker connected${pluginVersion ? ` · ${pluginVersion}` : ''}`
       : secondsSincePoll === null
         ? 'FileMaker not connected'

@@ -41,3 +41,14 @@ export const fileKey = (design) => design.fileUuid || design.fileName;
 
 export const elementAddress = (design, key) => `#/designs/${segment(design)}/elements/${segment(key)}`;
 export const designAddress = (design, kind) => `#/designs/${segment(design)}${kind ? `?kind=${segment(kind)}` : ''}`;
+
+/** A Map of key -> items, in the order in which the keys first come. */
+export function groupBy(items, keyOf) {
+  const map = new Map();
+  for (const item of items) {
+    const key = keyOf(item);
+    if (!map.has(key)) map.set(key, []);
+    map.get(key).push(item);
+  }
+  return map;
+}

@@ -90,7 +90,7 @@ function rowElement(row, content) {
           content(text),
         );
   if ('both' in row) return h('tr', {}, h('td', {}, content(row.both)), h('td', {}, content(row.both)));
-  return h('tr', {class: 'differs'}, side(row.older, '−', 'older'), side(row.newer, '+', 'newer'));
+  return h('tr', {}, side(row.older, '−', 'older'), side(row.newer, '+', 'newer'));
 }
 
 function fold(rows, content) {

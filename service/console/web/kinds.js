@@ -21,8 +21,8 @@ const kKinds = {
   file: ['File', 'Files'],
 };
 
-/** In the order in which people look for them. */
-export const kindOrder = Object.keys(kKinds);
+// In the order in which people look for them.
+const kindOrder = Object.keys(kKinds);
 export const kindName = (kind) => kKinds[kind]?.[0] ?? kind;
 export const kindPlural = (kind) => kKinds[kind]?.[1] ?? kind;
 export const byKind = (a, b) => rank(a) - rank(b);

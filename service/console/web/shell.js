@@ -32,15 +32,15 @@ function sideNavigation(design, kinds, current) {
     h(
       'ul',
       {},
-      entry('Relationships picture', `#/designs/${design.id}/relationships`, current === 'picture'),
+      entry('Relationships picture', `#/designs/${design.id}/relationships`, false),
       entry('Report', `#/designs/${design.id}/report`, current === 'report'),
     ),
   );
 }
 
 /**
- * Shows a page of a design: the heading, the side, and what `fill(design, index)` gives. `current` is a kind, "picture"
- * or "report". The design is loaded once, because it never changes.
+ * Shows a page of a design: the heading, the side, and what `fill(design, index)` gives. `current(index)` is a kind or
+ * "report". The design is loaded once, because it never changes.
  */
 export function showInDesign(page, {heading, current, fill}) {
   page.show(heading, {}, h('p', {class: 'loading'}, 'Loading…'));
@@ -55,7 +55,7 @@ export function showInDesign(page, {heading, current, fill}) {
     apply: async () => {
       const {design, index} = page;
       const content = h('div', {class: 'content'});
-      const side = () => sideNavigation(design, index.kinds, typeof current === 'function' ? current(index) : current);
+      const side = () => sideNavigation(design, index.kinds, current(index));
       page.show(heading, {trail: trailOf(design)}, h('div', {class: 'with-side'}, side(), content));
       content.append(...[await fill(design, index)].flat().filter(Boolean));
     },

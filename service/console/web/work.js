@@ -3,6 +3,7 @@ import {get, getText, post, segment} from './api.js';
 import {announce} from './dom.js';
 import {subscribe} from './live.js';
 
+const kPolling = 10; // seconds after the last poll in which the plug-in counts as connected
 const kLook = 2000; // ms between looks when no event arrives
 
 export const kCommands = {
@@ -13,6 +14,9 @@ export const kCommands = {
   DEBUG_CONTEXT: 'Report the context',
   GET_SCHEMA: 'Get a design',
 };
+
+/** Whether the plug-in is connected, by the status of the service. */
+export const isConnected = ({secondsSincePoll}) => secondsSincePoll !== null && secondsSincePoll <= kPolling;
 
 export const commandName = (type) => kCommands[type] ?? type;
 export const isOpen = (command) => command.state === 'queued' || command.state === 'delivered';

@@ -1,13 +1,12 @@
 // What changed between two designs.
 import {get, segment} from '../api.js';
 import {formulaLine, stepLine} from '../code.js';
-import {elementAddress, fileKey, findDesign} from '../data.js';
+import {elementAddress, fileKey, findDesign, groupBy} from '../data.js';
 import {sideBySide} from '../diff.js';
 import {amount, button, copy, empty, field, h, save, select} from '../dom.js';
 import {count, fileTitle, number, timeText, when} from '../format.js';
 import {byKind, kindName, kindPlural} from '../kinds.js';
 import {markdown} from '../markdown.js';
-import {groupBy} from './element.js';
 
 const kWords = ['added', 'removed', 'renamed', 'moved', 'edited'];
 const kNames = 4; // of the details of a folded change
@@ -20,7 +19,7 @@ function detail(change, entry, hasTitle) {
   const isScript = change.kind === 'script' && entry.name === 'steps';
   const title = hasTitle ? [h('h3', {}, entry.name.split('/').join(' › '))] : [];
   if (entry.lines) {
-    const content = isScript ? (text) => stepLine(text) : (text) => formulaLine(text);
+    const content = isScript ? stepLine : formulaLine;
     return [...title, sideBySide(entry.lines, {label: `${entry.name} of ${change.name}`, content})];
   }
   return [

@@ -7,7 +7,8 @@ import {count, size, when} from '../format.js';
 import {clipKind} from '../kinds.js';
 import {placed} from '../work.js';
 
-const lineOf = (clip) => (clip.xmlType === 'XMSS' || clip.xmlType === 'XMSC' ? stepLine : formulaLine);
+/** What shows a line of the clip's text. */
+export const lineOf = (clip) => (clip.xmlType === 'XMSS' || clip.xmlType === 'XMSC' ? stepLine : formulaLine);
 
 const fileName = (clip) =>
   `${clip.xmlType}-${(clip.title || 'clip').replace(/[^\p{L}\p{N}]+/gu, '-').slice(0, 60)}.xml`;
@@ -48,8 +49,8 @@ function decoded(text) {
   );
 }
 
-/** `xml` with each occurrence of `wanted` in its texts and attributes replaced, and how many there were. */
-export function replaceIn(xml, wanted, replacement, isExact) {
+// `xml` with each occurrence of `wanted` in its texts and attributes replaced, and how many there were.
+function replaceIn(xml, wanted, replacement, isExact) {
   const pattern = new RegExp(wanted.replace(/[.*+?^${}()|[\]\\]/g, '\\$&'), isExact ? 'gu' : 'giu');
   let hits = 0;
   const swap = (text, encode) => {

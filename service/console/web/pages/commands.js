@@ -51,7 +51,7 @@ function fieldsOf(type, suggestions) {
 }
 
 function commandForm(type, suggestions) {
-  const element = form(
+  return form(
     async (values) => {
       await queue(type, values);
       announce(`${commandName(type)}: FileMaker is asked`);
@@ -62,7 +62,6 @@ function commandForm(type, suggestions) {
     fieldsOf(type, suggestions),
     h('button', {}, commandName(type)),
   );
-  return element;
 }
 
 /** Where a command is, in words. `command.fetchedAt` is when the page learnt `secondsInState`. */
@@ -170,7 +169,7 @@ export function show(page) {
     'Commands',
     {},
     suggestions,
-    h('section', {class: 'at-work'}, h('h2', {}, 'At work'), work),
+    h('section', {}, h('h2', {}, 'At work'), work),
     h(
       'section',
       {},

@@ -1,8 +1,8 @@
 // Two clips side by side.
 import {get, segment} from '../api.js';
-import {stepLine} from '../code.js';
 import {compareLines, sideBySide} from '../diff.js';
 import {empty, h} from '../dom.js';
+import {lineOf} from './clip.js';
 
 export function show(page) {
   const trail = [['Clips', '#/clips']];
@@ -20,7 +20,7 @@ export function show(page) {
           label: 'Differences',
           older: name(older),
           newer: name(newer),
-          content: (text) => stepLine(text),
+          content: lineOf(older),
         });
       },
     }),

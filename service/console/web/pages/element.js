@@ -1,7 +1,7 @@
 // One element: its definition, what uses it, and what it uses.
 import {Refusal, get, segment} from '../api.js';
 import {codeBlock, linker, parseText, stepLine} from '../code.js';
-import {elementAddress} from '../data.js';
+import {elementAddress, groupBy} from '../data.js';
 import {amount, button, copy, empty, h, properties as propertyTable} from '../dom.js';
 import {count, number, when} from '../format.js';
 import {kindName, kindPlural, byKind} from '../kinds.js';
@@ -108,16 +108,6 @@ function groups(title, references, side, design) {
       ),
     ),
   );
-}
-
-export function groupBy(items, keyOf) {
-  const map = new Map();
-  for (const item of items) {
-    const key = keyOf(item);
-    if (!map.has(key)) map.set(key, []);
-    map.get(key).push(item);
-  }
-  return map;
 }
 
 // One entry for each element, with all the places.

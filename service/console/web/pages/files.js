@@ -6,8 +6,8 @@ import {collator, fileTitle, size, when} from '../format.js';
 import {dropArea} from '../drop.js';
 import {list} from '../list.js';
 
-/** One entry for each file, with its newest design and how many there are. */
-export function groupByFile(all) {
+// One entry for each file, with its newest design and how many there are.
+function groupByFile(all) {
   const files = new Map();
   for (const design of all) {
     const known = files.get(fileKey(design));

@@ -84,7 +84,7 @@ const counts = (design, rows) =>
 export function show(page) {
   showInDesign(page, {
     heading: 'Report',
-    current: 'report',
+    current: () => 'report',
     fill: async (design) => {
       page.heading.textContent = `Report on ${fileTitle(design.fileName)}`;
       const report = await get(`designs/${segment(page.params.design)}/report`, page.signal);

@@ -1,6 +1,6 @@
 // One box over all designs and clips, with results as one types.
 import {get, query, segment} from '../api.js';
-import {designs, elementAddress} from '../data.js';
+import {designs, elementAddress, groupBy} from '../data.js';
 import {amount, empty, field, h, select, settled} from '../dom.js';
 import {count, fileTitle, number, when} from '../format.js';
 import {clipKind, kindName} from '../kinds.js';
@@ -29,12 +29,7 @@ const lifeOf = (hit, newest) => (hit.lastDesign === newest.get(hit.fileName) ? '
 
 // The hits of one element stand together; what is no longer there comes last.
 function byElement(hits, newest) {
-  const groups = new Map();
-  for (const hit of hits) {
-    const id = [hit.fileName, hit.kind, hit.uuid || hit.name].join('\n');
-    if (!groups.has(id)) groups.set(id, []);
-    groups.get(id).push(hit);
-  }
+  const groups = groupBy(hits, (hit) => [hit.fileName, hit.kind, hit.uuid || hit.name].join('\n'));
   const isGone = ([hit]) => lifeOf(hit, newest) !== '';
   return [...groups.values()].sort((a, b) => isGone(a) - isGone(b));
 }
@@ -160,7 +155,7 @@ export function show(page) {
     refresh();
   });
   const total = h('p', {class: 'total', 'aria-live': 'polite'});
-  const place = h('div', {class: 'results'});
+  const place = h('div');
   const box = h(
     'form',
     {role: 'search', class: 'search-form', onsubmit: (event) => event.preventDefault()},

@@ -4,9 +4,8 @@ import {announce, button, copy, field, h, table} from '../dom.js';
 import {designs} from '../data.js';
 import {duration, fileTitle, when} from '../format.js';
 import {keepingFocus} from '../page.js';
-import {placed, requestDesign, resultOf} from '../work.js';
+import {isConnected, placed, requestDesign, resultOf} from '../work.js';
 
-const kPolling = 10; // seconds
 const kLook = 5000; // ms
 
 const checks = new Map(); // file -> report, for as long as the window is open
@@ -27,8 +26,6 @@ function step(number, title, state, ...content) {
   );
 }
 
-const polls = (status) => status.secondsSincePoll !== null && status.secondsSincePoll <= kPolling;
-
 function connection(setup, status) {
   const row = (name, value) => h('div', {}, h('dt', {}, name), h('dd', {}, value));
   return h(
@@ -36,7 +33,7 @@ function connection(setup, status) {
     {class: 'facts-list', 'aria-label': 'Connection'},
     row(
       'Plug-in',
-      polls(status)
+      isConnected(status)
         ? [h('span', {class: 'state completed'}, 'connected'), status.pluginVersion && ` ${status.pluginVersion}`]
         : h('span', {class: 'state queued'}, status.secondsSincePoll === null ? 'has never asked' : 'silent'),
     ),
@@ -58,7 +55,7 @@ function signIn(setup, status) {
     class: 'mono',
     onfocus: (event) => event.target.select(),
   });
-  const isDone = polls(status);
+  const isDone = isConnected(status);
   return step(
     '1',
     'Connect FileMaker',
@@ -152,9 +149,9 @@ function fileRow(name, state, newest) {
 
 const kColumns = ['File', 'Varnix Live Push', 'Privilege set', 'Newest design', {name: 'Action', isHidden: true}];
 
-function fileCheck(page, newest, update, isConnected) {
+function fileCheck(page, newest, update, hasPlugin) {
   const run = button('Check the open files', () => check(page, update), {
-    class: checks.size || !isConnected ? 'plain' : null,
+    class: checks.size || !hasPlugin ? 'plain' : null,
     'aria-disabled': isChecking && 'true', // keeps the focus, unlike disabled
   });
   const hasDesign = newest.size > 0;
@@ -202,11 +199,11 @@ export function show(page) {
     const newest = new Map(data.newest);
     facts.replaceChildren(connection(setup, status));
     // Buttons at work stay as long as nothing that the steps show has changed.
-    const print = JSON.stringify([setup, polls(status), isChecking, [...checks], [...newest]]);
+    const print = JSON.stringify([setup, isConnected(status), isChecking, [...checks], [...newest]]);
     if (print === shown) return;
     shown = print;
     keepingFocus(steps, () =>
-      steps.replaceChildren(signIn(setup, status), livePush(), fileCheck(page, newest, update, polls(status))),
+      steps.replaceChildren(signIn(setup, status), livePush(), fileCheck(page, newest, update, isConnected(status))),
     );
   };
   const refresh = page.watch({
