@@ -2,6 +2,7 @@
 import assert from 'node:assert/strict';
 import {after, before, test} from 'node:test';
 import {droppedExport, hostileExport, kHostile, kSnippet, largeExport, laterWorkshop} from './exports.mjs';
+import {startFileMaker, until} from '../support/programs.mjs';
 import {
   accessibilityFaults,
   addDesign,
@@ -9,7 +10,6 @@ import {
   confirm,
   consoleAddress,
   drop,
-  end,
   exists,
   find,
   finish,
@@ -18,12 +18,9 @@ import {
   offences,
   openWindow,
   otherBrowser,
-  request,
   sees,
-  startFileMaker,
   startService,
   type,
-  until,
   visit,
 } from './support.mjs';
 
@@ -55,7 +52,7 @@ const step = (name, action) =>
     failed = undefined;
   });
 
-const designs = async () => (await request(service, '/operator/designs')).designs;
+const designs = async () => (await service.fetch('/operator/designs')).designs;
 
 step('The first visit leads to the sign-in line', async () => {
   isDown = true;
@@ -83,7 +80,7 @@ step('An address opens the console once', async () => {
 });
 
 step('From sign-in to the first design', async () => {
-  await startFileMaker(service.signInLine);
+  await startFileMaker(service.signInLine, ['Timesheets', 'Workshop']);
   await sees(page, 'FileMaker connected', 'banner');
   await click(page, 'button', 'Check the open files');
   await sees(page, 'The files are checked', 'status');
@@ -187,9 +184,9 @@ for (const [name, values, result] of commands) {
       await (await form.$(`::-p-aria(${label})`)).evaluate((control, value) => (control.value = value), text);
     }
     await click(page, 'button', name);
-    await until(async () => (await request(service, '/operator/commands?state=completed')).commands.length > 0);
+    await until(async () => (await service.fetch('/operator/commands?state=completed')).commands.length > 0);
     await page.waitForSelector('.state.completed');
-    const {commands: all} = await request(service, '/operator/commands');
+    const {commands: all} = await service.fetch('/operator/commands');
     await visit(page, service, `/commands/${all.at(-1).id}`, name);
     await sees(page, result);
   });
@@ -252,12 +249,13 @@ step('What is typed survives events and the end of the service', async () => {
   const form = await find(page, 'form', 'Get a design');
   await form.$eval('input', (input) => (input.value = ''));
   await (await form.$('::-p-aria(File)')).type('Half a na');
-  await request(service, '/operator/commands', JSON.stringify({type: 'LIST_FILES', expires: '1000'}));
+  await service.fetch('/operator/commands', JSON.stringify({type: 'LIST_FILES', expires: '1000'}));
   await find(page, 'link', 'List open files');
   isDown = true;
-  await end(service.child, 'SIGKILL');
+  service.child.kill('SIGKILL');
+  await service.child.ended;
   await sees(page, 'does not answer', 'alert');
-  service = {...(await startService(service.port)), key: service.key};
+  service = await startService(new URL(service.url).port);
   await page.waitForSelector('[role=alert]', {hidden: true});
   isDown = false;
   assert.equal(await form.$eval('input', (input) => input.value), 'Half a na');
@@ -307,12 +305,12 @@ step('Storage is saved, thinned out and kept within bounds', async () => {
   await click(page, 'button', 'Save');
   await confirm(page, 'Save the rule');
   await sees(page, 'Old data is deleted regularly', 'status');
-  assert.equal((await request(service, '/operator/storage')).retention.days, 30);
+  assert.equal((await service.fetch('/operator/storage')).retention.days, 30);
   await type(page, 'spinbutton', 'Older than (days)', '36500');
   await click(page, 'button', 'Delete now');
   await confirm(page, 'Delete');
   await sees(page, 'Deleted: 0 commands, 0 records', 'status');
-  const [{number}] = (await request(service, '/operator/records?kind=sign-in')).records;
+  const [{number}] = (await service.fetch('/operator/records?kind=sign-in')).records;
   await click(page, 'button', `Delete record ${number}`);
   await confirm(page, 'Delete the record');
   await sees(page, 'Record deleted', 'status');

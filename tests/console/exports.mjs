@@ -1,6 +1,6 @@
 // Exports for the tests, made from a sample: a later state of it, a large one, and one whose names are markup. And a clip.
 import {readFileSync} from 'node:fs';
-import {SAMPLES} from './support.mjs';
+import {SAMPLES} from '../support/programs.mjs';
 
 export const kSnippet =
   '<fmxmlsnippet type="FMObjectList"><Step enable="True" id="89" name="# (comment)">' +

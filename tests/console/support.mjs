@@ -1,100 +1,31 @@
-// The programs that the tests of the console use: the service, the simulated FileMaker with the plug-in, and Chromium.
-// Everything is started once and ends with the tests.
+// What the tests of the console use: the service, and windows of Chromium.
 import assert from 'node:assert/strict';
-import {spawn} from 'node:child_process';
-import {mkdtempSync, readFileSync, rmSync} from 'node:fs';
-import {createRequire} from 'node:module';
-import {tmpdir} from 'node:os';
+import {readFileSync} from 'node:fs';
 import {join} from 'node:path';
-import {createInterface} from 'node:readline';
 
-export const {SERVICE, FMSIM, PLUGIN, TEST_CLOCK, SAMPLES, CHROMIUM, PACKAGES} = process.env;
-const require = createRequire(`${PACKAGES}/`);
-const puppeteer = require('puppeteer-core');
-const axeSource = readFileSync(require.resolve('axe-core/axe.min.js'), 'utf8');
+import {endAll, folder, kPatience, load, Service, until} from '../support/programs.mjs';
 
-export const kPatience = 20000; // ms, for whatever must happen at all
-const kFasterFileMaker = 20; // times: it asks for commands every 150 ms, and waits 1.5 s for a file
+const {CHROMIUM} = process.env;
+const puppeteer = load('puppeteer-core');
+const axeSource = readFileSync(load.resolve('axe-core/axe.min.js'), 'utf8');
 
-const folder = mkdtempSync(join(tmpdir(), 'varnix-console-'));
-const running = new Set();
-
-function start(program, options, environment) {
-  const child = spawn(program, options, {env: {...process.env, ...environment}, stdio: ['pipe', 'pipe', 'inherit']});
-  running.add(child);
-  child.on('exit', () => running.delete(child));
-  child.lines = createInterface({input: child.stdout})[Symbol.asyncIterator]();
-  return child;
-}
-
-const readLine = async (child) => (await child.lines.next()).value ?? '';
-
-export async function end(child, signal) {
-  const ended = new Promise((resolve) => child.on('exit', resolve));
-  child.stdin.end();
-  child.kill(signal);
-  await ended;
-}
-
-/** varnix-service with its data in a folder of its own; {child, url, signInLine, consoleUrl}. */
-export async function startService(port = '0', name = 'data') {
-  const child = start(SERVICE, ['serve', '--listen', `127.0.0.1:${port}`, '--data', join(folder, name)], {
-    VARNIX_KEY: '',
-  });
-  child.stderr?.resume();
-  const url = await readLine(child);
-  const signInLine = (await readLine(child)).replace(/^.*?(?=Varnix\.Register)/, '');
-  const consoleUrl = /http:\S+/.exec(await readLine(child))?.[0];
+/** The service with what it prints for people: its `signInLine` and `consoleUrl`. */
+export async function startService(port) {
+  const service = await Service.start('data', {port});
+  const signInLine = (await service.child.readLine()).replace(/^.*?(?=Varnix\.Register)/, '');
+  const consoleUrl = /http:\S+/.exec(await service.child.readLine())?.[0];
   assert.match(consoleUrl ?? '', /#token=/, 'the service prints the address of its console');
-  const key = readFileSync(join(folder, name, 'key'), 'utf8').trim();
-  return {child, url, signInLine, consoleUrl, key, port: new URL(url).port};
-}
-
-/** The simulated FileMaker with the sample files and a clipboard of its own, signed in. */
-export async function startFileMaker(signInLine) {
-  const child = start(
-    FMSIM,
-    ['--plugin', PLUGIN, '--open', `${SAMPLES}/Timesheets.xml`, '--open', `${SAMPLES}/Workshop.xml`],
-    {
-      LD_PRELOAD: TEST_CLOCK,
-      STEADY_SPEED: String(kFasterFileMaker),
-      DISPLAY: '',
-      XDG_CONFIG_HOME: join(folder, 'config'),
-      PATH: '',
-      TMPDIR: folder,
-    },
-  );
-  child.stdin.write(`${signInLine}\n`);
-  assert.equal(await readLine(child), 'OK');
-  return child;
-}
-
-/** A request to the service as the plug-in or the command line makes it. */
-export async function request(service, path, body) {
-  const answer = await fetch(service.url + path, {
-    method: body === undefined ? 'GET' : 'POST',
-    body,
-    headers: {Authorization: `Bearer ${service.key}`},
-  });
-  assert.equal(answer.ok, true, `${path}: ${answer.status}`);
-  return answer.json();
+  return Object.assign(service, {signInLine, consoleUrl});
 }
 
 /** A new address that opens the console. */
-export const consoleAddress = async (service) => (await request(service, '/operator/console', '{}')).url;
+export const consoleAddress = async (service) => (await service.fetch('/operator/console', '{}')).url;
 
 /** Adds an export, and waits until its design is listed. */
 export async function addDesign(service, xml, name) {
-  const {record} = await request(service, `/api/live/ingest/${service.key}?filename=${encodeURIComponent(name)}`, xml);
-  await until(async () => (await request(service, '/operator/designs')).designs.some((design) => design.id === record));
+  const {record} = await service.fetch(`/api/live/ingest/${service.key}?filename=${encodeURIComponent(name)}`, xml);
+  await until(async () => (await service.fetch('/operator/designs')).designs.some((design) => design.id === record));
   return record;
-}
-
-export async function until(isMet, what = String(isMet)) {
-  for (const last = Date.now() + kPatience; !(await isMet());) {
-    assert.ok(Date.now() < last, `did not happen: ${what}`);
-    await new Promise((resolve) => setTimeout(resolve, 30));
-  }
 }
 
 let browser;
@@ -245,6 +176,5 @@ export async function accessibilityFaults(page) {
 /** Ends everything that was started. */
 export async function finish() {
   await browser?.close();
-  for (const child of running) child.kill('SIGKILL');
-  rmSync(folder, {recursive: true, force: true, maxRetries: 5});
+  await endAll();
 }

@@ -4,7 +4,8 @@ import {readFileSync, writeFileSync} from 'node:fs';
 import {join} from 'node:path';
 import {after, before, test} from 'node:test';
 
-import {endAll, kPatience, load, ORDERS, PACKAGES, RawClient, SAMPLES, SERVICE, Service, start, until} from './support.mjs';
+import {endAll, kPatience, load, PACKAGES, SAMPLES, SERVICE, start, until} from '../support/programs.mjs';
+import {ORDERS, RawClient, Service} from './support.mjs';
 
 const {Client} = load('@modelcontextprotocol/sdk/client/index.js');
 const {StdioClientTransport} = load('@modelcontextprotocol/sdk/client/stdio.js');
@@ -218,12 +219,12 @@ test('a client that waits can do other things, cancel, and be gone', async () =>
 });
 
 test('the user decides what assistants may use', async () => {
-  const readOnly = await Service.start('read-only', ['--agents', 'read-only']);
+  const readOnly = await Service.start('read-only', {options: ['--agents', 'read-only']});
   let assistant = await connect('reader', readOnly);
   assert.match(await refusal('set_clipboard', {xmlType: 'XMSS', xml: kSteps}, assistant), /--agents read-only/);
   assert.match(await refusal('list_files', {waitSeconds: 1}, assistant), /No FileMaker/);
   assert.deepEqual((await readOnly.commands()).map(({type}) => type), ['LIST_FILES']);
-  const off = await Service.start('off', ['--agents', 'off']);
+  const off = await Service.start('off', {options: ['--agents', 'off']});
   await off.addDesign(ORDERS, 'Orders.fmp12.xml');
   const headers = {Authorization: `Bearer ${off.key}`, 'Varnix-Agent': 'x'};
   assert.equal((await fetch(`${off.url}/operator/status`, {headers})).status, 403);
