@@ -245,6 +245,7 @@ step('What is typed survives events and the end of the service', async () => {
   await click(window, 'button', 'Save tags');
   await sees(window, 'Tags saved', 'status');
   await type(window, 'textbox', 'Tags', 'half');
+  const events = window.waitForResponse((answer) => answer.url().endsWith('/operator/events') && answer.ok());
   await visit(page, service, '/commands', 'Commands');
   const form = await find(page, 'form', 'Get a design');
   await form.$eval('input', (input) => (input.value = ''));
@@ -262,7 +263,7 @@ step('What is typed survives events and the end of the service', async () => {
   await page.keyboard.type('me');
   assert.equal(await form.$eval('input', (input) => input.value), 'Half a name');
   await window.bringToFront();
-  await window.waitForSelector('[role=alert]', {hidden: true});
+  await events;
   await window.waitForNetworkIdle({concurrency: 1, idleTime: 400}); // the stream of events stays
   assert.equal(await window.$eval('input[name=tags]', (input) => input.value), 'half');
   await window.close();
@@ -301,7 +302,7 @@ step('Storage is saved, thinned out and kept within bounds', async () => {
     (await (await fetch(link.href)).text()).slice(0, 15),
   );
   assert.equal(begins, 'SQLite format 3');
-  await type(page, 'spinbutton', 'Delete what is older than (days)', '30');
+  await type(page, 'spinbutton', 'Delete data older than (days)', '30');
   await click(page, 'button', 'Save');
   await confirm(page, 'Save the rule');
   await sees(page, 'Old data is deleted regularly', 'status');

@@ -1,4 +1,4 @@
-// Exports for the tests, made from a sample: a later state of it, a large one, and one whose names are markup. And a clip.
+// A clip, and exports made from a sample: a later state of it, a large one, and one whose names are markup.
 import {readFileSync} from 'node:fs';
 import {SAMPLES} from '../support/programs.mjs';
 

@@ -161,15 +161,15 @@ function onTrouble(state) {
   trouble.hidden = state === 'ok';
   if (state === 'gone') {
     trouble.replaceChildren(
-      'The service does not answer. What you typed stays; the page goes on by itself when the service is back. ',
+      'The service does not answer. What you typed is kept, and the page continues when the service is back. ',
       'To start it: ',
       h('code', {}, 'varnix-service serve'),
     );
   } else if (state === 'signedOut') {
     trouble.replaceChildren(
-      'This browser is not signed in, or no longer. What you typed stays. Run ',
+      'This browser is not signed in. What you typed is kept. Run ',
       h('code', {}, 'varnix-service console --open'),
-      '; this page then goes on by itself.',
+      '; this page then continues.',
     );
   } else {
     announce('Connected to the service');

@@ -48,9 +48,9 @@ export class Page {
   }
 
   /**
-   * Calls `apply` with what `load` gives, now and after changes of `topics`, when it differs from the last time. Without
-   * topics it is shown once, because somebody may be typing in it. `failed` gets what the service refuses, and other
-   * errors while there is nothing to show yet. Returns a function that loads again.
+   * Calls `apply` with what `load` gives, now and after changes of `topics`, when it differs from the last time.
+   * Without topics it is shown once, because somebody may be typing in it. `failed` gets what the service refuses, and
+   * other errors while there is nothing to show yet. Returns a function that loads again.
    */
   watch({topics = [], load, apply, failed = (error) => announce(error.message, true)}) {
     let last;

@@ -36,7 +36,7 @@ export async function queue(type, values = {}) {
 export function repeat({id, type, fileName, xmlType}) {
   const xmlContent = sentXml.get(id);
   if (type === 'SET_CLIPBOARD' && !xmlContent) {
-    throw new Error('The XML of this command is not known any more. Put a clip on the clipboard instead.');
+    throw new Error('This window no longer has the XML of this command. Put a clip on the clipboard instead.');
   }
   return queue(type, {fileName, xmlType, xmlContent});
 }
@@ -84,7 +84,7 @@ export function reasonOf(command) {
 
 /** Asks FileMaker for the design of a file and announces how that goes. */
 export async function requestDesign(fileName, signal) {
-  announce(`FileMaker is asked for the design of ${fileName}…`);
+  announce(`Asking FileMaker for the design of ${fileName}…`);
   const command = await finished(await queue('GET_SCHEMA', {fileName}), {signal});
   if (command.state !== 'completed') throw new Error(reasonOf(command));
   announce(`The design of ${fileName} has arrived`);

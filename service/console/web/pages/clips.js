@@ -20,7 +20,7 @@ async function addClips(files) {
 
 /** Has FileMaker send what is on its clipboard. */
 async function fetchClipboard() {
-  announce('FileMaker is asked for its clipboard…');
+  announce('Asking FileMaker for its clipboard…');
   const command = await finished(await queue('GET_CLIPBOARD'));
   if (command.state !== 'completed') throw new Error(reasonOf(command));
   announce('The clipboard has arrived');

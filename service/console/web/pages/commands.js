@@ -54,7 +54,7 @@ function commandForm(type, suggestions) {
   return form(
     async (values) => {
       await queue(type, values);
-      announce(`${commandName(type)}: FileMaker is asked`);
+      announce(`${commandName(type)}: waiting for FileMaker`);
     },
     {class: 'card', 'aria-label': commandName(type)},
     h('h3', {}, commandName(type)),
@@ -67,7 +67,7 @@ function commandForm(type, suggestions) {
 /** Where a command is, in words. `command.fetchedAt` is when the page learnt `secondsInState`. */
 export function stateText(command) {
   const seconds = command.secondsInState + (performance.now() - command.fetchedAt) / 1000;
-  if (command.state === 'queued') return `Waits until FileMaker asks, for ${duration(seconds)} so far`;
+  if (command.state === 'queued') return `Waiting for FileMaker for ${duration(seconds)}`;
   if (command.state !== 'delivered') return command.state;
   if (command.type !== 'GET_SCHEMA') return `At work for ${duration(seconds)}`;
   return seconds <= kWait
@@ -77,7 +77,7 @@ export function stateText(command) {
 
 async function ask(command) {
   await repeat(command);
-  announce(`${commandName(command.type)}: FileMaker is asked again`);
+  announce(`${commandName(command.type)}: waiting for FileMaker`);
 }
 
 async function cancel(command) {

@@ -8,7 +8,7 @@ import {requestDesign} from '../work.js';
 
 async function load(page, signal) {
   const all = (await designs(signal)).filter((design) => fileKey(design) === page.params.file);
-  if (!all.length) throw new Refusal(404, 'There is no design of this file, or no longer.');
+  if (!all.length) throw new Refusal(404, 'There is no design of this file. It may have been deleted.');
   return all.reverse();
 }
 

@@ -94,7 +94,7 @@ export function show(page) {
         section('Counts', '', counts(design, report.counts)),
         section(
           'Broken references',
-          'To what was deleted; FileMaker shows them as <Field Missing> and the like.',
+          'They refer to something that was deleted. FileMaker shows <Field Missing> or the like.',
           brokenTable(page, report.broken),
         ),
         section(

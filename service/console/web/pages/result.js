@@ -80,7 +80,7 @@ function resultElement(command, text, design) {
       {},
       design
         ? ['The design has arrived: ', h('a', {href: `#/designs/${design.id}`}, design.fileName)]
-        : 'The design equals the newest one of its file, or is being read.',
+        : 'The design is the same as the newest one of its file, or is still being read.',
       ' ',
       h('a', {href: '#/files'}, 'Go to Files'),
     );

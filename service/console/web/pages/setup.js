@@ -35,7 +35,7 @@ function connection(setup, status) {
       'Plug-in',
       isConnected(status)
         ? [h('span', {class: 'state completed'}, 'connected'), status.pluginVersion && ` ${status.pluginVersion}`]
-        : h('span', {class: 'state queued'}, status.secondsSincePoll === null ? 'has never asked' : 'silent'),
+        : h('span', {class: 'state queued'}, status.secondsSincePoll === null ? 'never connected' : 'silent'),
     ),
     row('Last poll', status.secondsSincePoll === null ? 'never' : `${duration(status.secondsSincePoll)} ago`),
     row(
@@ -178,7 +178,7 @@ function fileCheck(page, newest, update, hasPlugin) {
         kColumns,
         [...checks].map(([name, state]) => fileRow(name, state, newest)),
       ),
-    hasDesign && h('p', {}, 'What has arrived is in ', h('a', {href: '#/files'}, 'Files'), '.'),
+    hasDesign && h('p', {}, 'Designs that have arrived are in ', h('a', {href: '#/files'}, 'Files'), '.'),
   );
 }
 

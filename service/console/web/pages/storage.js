@@ -53,13 +53,13 @@ function retentionForm(retention) {
     });
   return form(
     async ({days, keep}) => {
-      const rule = `What is older than ${days} days is deleted at each start of the service and once a day.`;
+      const rule = `Data older than ${days} days is deleted at each start of the service and once a day.`;
       if (days && !(await confirmed('Delete old data regularly?', rule, 'Save the rule'))) return;
       await post('retention', {days, keep});
       announce(days ? 'Old data is deleted regularly' : 'Everything is kept');
     },
     {class: 'inline', 'aria-label': 'Retention'},
-    field('Delete what is older than (days)', input('days', retention.days), 'Empty: never'),
+    field('Delete data older than (days)', input('days', retention.days), 'Empty: never'),
     field('But keep the newest of each kind and name', input('keep', retention.keep), 'Clips with tags are always kept'),
     h('button', {class: 'plain'}, 'Save'),
   );
