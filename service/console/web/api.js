@@ -84,12 +84,12 @@ export async function getText(path, signal) {
 /** `POST /operator/PATH` with a message of texts. */
 export async function post(path, message = {}) {
   const body = JSON.stringify(message);
-  return (await request('POST', `/operator/${path}`, {body, type: 'application/json'})).json();
+  return whole((await request('POST', `/operator/${path}`, {body, type: 'application/json'})).json());
 }
 
 /** `POST /operator/PATH` with the bytes of a file. */
 export async function postFile(path, content) {
-  return (await request('POST', `/operator/${path}`, {body: content, type: 'application/octet-stream'})).json();
+  return whole((await request('POST', `/operator/${path}`, {body: content, type: 'application/octet-stream'})).json());
 }
 
 /** Exchanges the one-time token of the address for a session. */

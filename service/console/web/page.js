@@ -37,6 +37,11 @@ export class Page {
     if (hadFocus) this.heading.focus({preventScroll: true});
   }
 
+  /** For `watch`: shows an error, and perhaps what to do, in place of everything below the heading. */
+  failure(title, ...advice) {
+    return (error) => this.main.lastElementChild.replaceWith(empty(title, h('p', {}, error.message), advice));
+  }
+
   /** Remembers a choice in the address, so that Back and a copied link restore it. */
   setQuery(changes) {
     for (const [name, value] of Object.entries(changes)) {

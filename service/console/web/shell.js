@@ -1,7 +1,7 @@
 // What the pages of one design share: the path above the heading, and the kinds with their counts at the side.
 import {designElements, designAddress, fileKey, findDesign} from './data.js';
 import {segment} from './api.js';
-import {amount, empty, h} from './dom.js';
+import {amount, h} from './dom.js';
 import {fileTitle, number, timeText} from './format.js';
 import {kindPlural} from './kinds.js';
 
@@ -59,13 +59,6 @@ export function showInDesign(page, {heading, current, fill}) {
       page.show(heading, {trail: trailOf(design)}, h('div', {class: 'with-side'}, side(), content));
       content.append(...[await fill(design, index)].flat().filter(Boolean));
     },
-    failed: (error) =>
-      page.main.lastElementChild.replaceWith(
-        empty(
-          'The design cannot be shown',
-          h('p', {}, error.message),
-          h('p', {}, h('a', {href: '#/files'}, 'Go to Files')),
-        ),
-      ),
+    failed: page.failure('The design cannot be shown', h('p', {}, h('a', {href: '#/files'}, 'Go to Files'))),
   });
 }

@@ -175,7 +175,6 @@ export function show(page) {
       return {older: first, newer: second, all};
     },
     apply: (data) => fill(page, data),
-    failed: (error) =>
-      page.main.lastElementChild.replaceWith(empty('The changes cannot be shown', h('p', {}, error.message))),
+    failed: page.failure('The changes cannot be shown'),
   });
 }

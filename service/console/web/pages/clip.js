@@ -2,7 +2,7 @@
 import {get, getText, post, postFile, query, segment} from '../api.js';
 import {codeBlock, formulaLine, stepLine} from '../code.js';
 import {compareLines, sideBySide} from '../diff.js';
-import {announce, button, confirmed, copy, empty, field, form, h, save} from '../dom.js';
+import {announce, button, confirmed, copy, field, form, h, save} from '../dom.js';
 import {count, size, when} from '../format.js';
 import {clipKind} from '../kinds.js';
 import {placed} from '../work.js';
@@ -160,7 +160,6 @@ export function show(page) {
   page.watch({
     load: (signal) => Promise.all([get(path, signal), getText(`${path}/content`, signal)]),
     apply: ([clip, xml]) => fill(page, clip, xml),
-    failed: (error) =>
-      page.main.lastElementChild.replaceWith(empty('This clip cannot be shown', h('p', {}, error.message))),
+    failed: page.failure('This clip cannot be shown'),
   });
 }

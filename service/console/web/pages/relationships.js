@@ -140,7 +140,6 @@ export function show(page) {
         table(page, data),
       );
     },
-    failed: (error) =>
-      page.main.lastElementChild.replaceWith(empty('The picture cannot be shown', h('p', {}, error.message))),
+    failed: page.failure('The picture cannot be shown'),
   });
 }
