@@ -39,11 +39,6 @@ ExitStatus Report(Client& client, const std::string& path, const nlohmann::json&
     std::cerr << "varnix-service: " << TextForTerminal(command.value("error", reason)) << '\n';
     return kFailed;
   }
-  if (command.at("state") == "cancelled" || command.at("state") == "expired") {
-    std::cerr << "varnix-service: command " << command.at("id").get<std::string>() << ": " << DescribeState(command)
-              << '\n';
-    return kFailed;
-  }
   std::cerr << "varnix-service: timed out: command " << command.at("id").get<std::string>() << ": "
             << DescribeState(command) << '\n';
   if (client.Get("/operator/status").at("secondsSincePoll").is_null()) {
