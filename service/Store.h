@@ -201,7 +201,7 @@ class Store {
 
  private:
   void ExpireCommands();
-  void TellOfDeletion();
+  void ReportDeletion();
   void GiveSpaceBack();
   bool DropContents();  // deletes a step's worth of what no record has; false when there is nothing
   bool Shrink();        // makes the file a step shorter; false when it has no unused pages

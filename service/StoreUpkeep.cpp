@@ -44,7 +44,7 @@ Pruned Store::Prune(std::chrono::seconds age, std::int64_t keep) {
         .Step();
     pruned.commands = sqlite3_changes(database_.handle());
     transaction.Commit();
-    if (pruned.commands + pruned.records > 0) TellOfDeletion();
+    if (pruned.commands + pruned.records > 0) ReportDeletion();
   }
   GiveSpaceBack();
   return pruned;
@@ -84,7 +84,7 @@ bool Store::Shrink() {
   return Setting(database_, "PRAGMA freelist_count") < unused;
 }
 
-void Store::TellOfDeletion() {
+void Store::ReportDeletion() {
   for (const Change change : {Change::kCommands, Change::kRecords, Change::kClips}) changed_(change);
 }
 
@@ -94,7 +94,7 @@ bool Store::DeleteRecord(std::int64_t number) {
     CheckFile();
     Statement(database_, "DELETE FROM records WHERE number = ?1", number).Step();
     if (sqlite3_changes(database_.handle()) == 0) return false;
-    TellOfDeletion();
+    ReportDeletion();
   }
   GiveSpaceBack();
   return true;
@@ -128,7 +128,7 @@ Deletion Store::DeleteCommand(const std::string& id) {
     Statement(database_, "UPDATE records SET command = NULL WHERE command = ?1", id).Step();
     Statement(database_, "DELETE FROM commands WHERE id = ?1", id).Step();
     transaction.Commit();
-    TellOfDeletion();
+    ReportDeletion();
   }
   GiveSpaceBack();
   return Deletion::kDeleted;

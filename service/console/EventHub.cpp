@@ -22,7 +22,7 @@ bool EventHub::Join(const std::shared_ptr<EventListener>& listener) {
 void EventHub::Fire(Change change) {
   const std::lock_guard lock(mutex_);
   for (const auto& entry : listeners_) {
-    if (const auto listener = entry.lock()) listener->Tell(change);
+    if (const auto listener = entry.lock()) listener->Report(change);
   }
 }
 

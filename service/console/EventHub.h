@@ -14,7 +14,7 @@ class EventListener {
   virtual ~EventListener() = default;
 
   /// Both return at once, and are called on any thread. No call follows End.
-  virtual void Tell(Change change) = 0;
+  virtual void Report(Change change) = 0;
   virtual void End() = 0;
 };
 

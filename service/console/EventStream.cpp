@@ -36,7 +36,7 @@ void EventStream::Start() {
   AwaitSilence();
 }
 
-void EventStream::Tell(Change change) {
+void EventStream::Report(Change change) {
   const unsigned bit = Bit(static_cast<std::size_t>(change));
   if ((changes_.fetch_or(bit) & bit) != 0) return;  // is still to be written
   asio::post(stream_.get_executor(), [self = shared_from_this()] { self->WriteChanges(); });

@@ -24,7 +24,7 @@ class EventStream : public EventListener, public std::enable_shared_from_this<Ev
   /// Answers the request that asked for the events.
   void Start();
 
-  void Tell(Change change) override;
+  void Report(Change change) override;
   void End() override;
 
  private:

@@ -1,4 +1,4 @@
-// Pages that are told of changes, and that they disturb nobody.
+// Events that report changes to pages, and pages that hang, which disturb nobody.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -47,7 +47,7 @@ class Events : public FolderTest {
   const std::string data_ = folder_ + "/data";
 };
 
-TEST_F(Events, TellOfWhatHasChanged) {
+TEST_F(Events, ReportWhatHasChanged) {
   const RunningService service(data_);
   Page page(service.url());
   EXPECT_EQ(page.Begin(), kHead);
@@ -115,7 +115,7 @@ TEST_F(Events, GoOnBeyondTheTimeOfARequestAndEndForAPageThatDoesNotRead) {
   EXPECT_EQ(page.Begin(), kHead);
   for (int i = 0; i < 4; ++i) EXPECT_EQ(page.Receive(":\n\n"), ":\n\n");
   struct Other : service::EventListener {
-    void Tell(service::Change) override {}
+    void Report(service::Change) override {}
     void End() override {}
   };
   const auto other = std::make_shared<Other>();
@@ -123,7 +123,7 @@ TEST_F(Events, GoOnBeyondTheTimeOfARequestAndEndForAPageThatDoesNotRead) {
   while (!context.events.HasRoom()) context.events.Fire(service::Change::kStatus);
 }
 
-TEST_F(Events, TellWhenThePlugInStopsAsking) {
+TEST_F(Events, ReportWhenThePlugInStopsAsking) {
   service::Store store(data_);
   service::Times times;
   times.watch = milliseconds(1);
