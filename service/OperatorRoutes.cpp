@@ -1,6 +1,4 @@
 // The operator interface: queue and cancel commands, list what there is, fetch results, delete old data.
-#include <charconv>
-
 #include "HttpError.h"
 #include "Message.h"
 #include "Parameters.h"
@@ -109,11 +107,9 @@ Response SendResult(Context& context, const Request& request) {
 }
 
 Response SendContent(Context& context, const Request& request) {
-  std::int64_t number = 0;
-  const std::string& digits = request.captures[0];
-  std::from_chars(digits.data(), digits.data() + digits.size(), number);
-  if (!context.store.FindRecord(number)) throw HttpError(404, "no such record");
-  return AnswerContent(context, number);
+  const auto number = WholeNumber(request.captures[0]);
+  if (!number || !context.store.FindRecord(*number)) throw HttpError(404, "no such record");
+  return AnswerContent(context, *number);
 }
 
 Response ListCommands(Context& context, const Request& request) {

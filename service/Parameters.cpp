@@ -6,6 +6,12 @@
 
 namespace service {
 
+std::optional<std::int64_t> WholeNumber(std::string_view text) {
+  std::int64_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return error == std::errc() && end == text.data() + text.size() ? std::optional(number) : std::nullopt;
+}
+
 std::optional<std::string> Parameter(const Request& request, const std::string& name) {
   const auto found = request.query.find(name);
   return found == request.query.end() ? std::nullopt : std::optional(found->second);
@@ -14,13 +20,12 @@ std::optional<std::string> Parameter(const Request& request, const std::string& 
 std::int64_t Number(const char* name, const std::optional<std::string>& text, std::int64_t lowest, std::int64_t highest,
                     std::int64_t otherwise) {
   if (!text) return otherwise;
-  std::int64_t number = 0;
-  const auto [end, error] = std::from_chars(text->data(), text->data() + text->size(), number);
-  if (error != std::errc() || end != text->data() + text->size() || number < lowest || number > highest) {
+  const auto number = WholeNumber(*text);
+  if (!number || *number < lowest || *number > highest) {
     throw HttpError(
         400, std::string(name) + " must be a number from " + std::to_string(lowest) + " to " + std::to_string(highest));
   }
-  return number;
+  return *number;
 }
 
 std::int64_t Rows(const Request& request) {

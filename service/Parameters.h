@@ -4,12 +4,16 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "Http.h"
 
 namespace service {
 
 inline constexpr std::int64_t kMostRows = 1000;  ///< of a list in one answer
+
+/// `text` as a whole number; nothing when it is not one, or has anything before or after it.
+std::optional<std::int64_t> WholeNumber(std::string_view text);
 
 /// A parameter of the address; nothing without it.
 std::optional<std::string> Parameter(const Request& request, const std::string& name);

@@ -1,6 +1,4 @@
 // The operator interface to the clips.
-#include <charconv>
-
 #include "HttpError.h"
 #include "Message.h"
 #include "Parameters.h"
@@ -23,11 +21,8 @@ Json Describe(const Clip& clip) {
 }
 
 Clip NamedClip(Context& context, const Request& request) {
-  const std::string& digits = request.captures[0];
-  std::int64_t id = 0;
-  const auto [end, fault] = std::from_chars(digits.data(), digits.data() + digits.size(), id);
-  const bool isNumber = fault == std::errc() && end == digits.data() + digits.size();
-  auto clip = isNumber ? context.store.FindClip(id) : std::nullopt;
+  const auto id = WholeNumber(request.captures[0]);
+  auto clip = id ? context.store.FindClip(*id) : std::nullopt;
   if (!clip) throw HttpError(404, "no such clip");
   return *std::move(clip);
 }

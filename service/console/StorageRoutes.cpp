@@ -1,5 +1,4 @@
 // What is kept and for how long, single deletions, and a copy of everything.
-#include <charconv>
 #include <filesystem>
 
 #include "HttpError.h"
@@ -54,11 +53,9 @@ Response SetRetention(Context& context, const Request& request) {
 }
 
 std::int64_t NumberIn(const Request& request, const char* unknown) {
-  const std::string& digits = request.captures[0];
-  std::int64_t number = 0;
-  const auto [end, fault] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-  if (fault != std::errc() || end != digits.data() + digits.size()) throw HttpError(404, unknown);
-  return number;
+  const auto number = WholeNumber(request.captures[0]);
+  if (!number) throw HttpError(404, unknown);
+  return *number;
 }
 
 Response DeleteRecord(Context& context, const Request& request) {

@@ -1,6 +1,4 @@
 // The operator interface to the designs that were received.
-#include <charconv>
-
 #include "HttpError.h"
 #include "Parameters.h"
 #include "Routes.h"
@@ -44,13 +42,10 @@ std::unique_ptr<const Design> ReadStored(Context& context, std::int64_t id) {
 
 // The design whose id is the open segment `index` of the path.
 std::shared_ptr<const OpenedDesign> Open(Context& context, const Request& request, std::size_t index) {
-  const std::string& digits = request.captures[index];
-  std::int64_t id = 0;
-  const auto [end, fault] = std::from_chars(digits.data(), digits.data() + digits.size(), id);
-  const bool isNumber = fault == std::errc() && end == digits.data() + digits.size();
-  const auto record = isNumber ? context.store.FindRecord(id) : std::nullopt;
+  const auto id = WholeNumber(request.captures[index]);
+  const auto record = id ? context.store.FindRecord(*id) : std::nullopt;
   if (!record) throw HttpError(404, "no such design");
-  return context.designs.Open(id, record->bytes, [&context, id] { return ReadStored(context, id); });
+  return context.designs.Open(*id, record->bytes, [&context, id] { return ReadStored(context, *id); });
 }
 
 std::vector<const Element*> Named(const Design& design, const std::string& name) {

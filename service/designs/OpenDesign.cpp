@@ -1,11 +1,11 @@
 #include "designs/OpenDesign.h"
 
 #include <algorithm>
-#include <charconv>
 #include <ostream>
 #include <stdexcept>
 
 #include "Options.h"
+#include "Parameters.h"
 #include "Terminal.h"
 #include "design/DesignReader.h"
 
@@ -27,10 +27,8 @@ bool IsPath(const std::string& name) {
 }
 
 StoredDesign FindDesign(DesignStore& history, const std::string& name) {
-  std::int64_t id = 0;
-  const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), id);
-  if (error == std::errc() && end == name.data() + name.size()) {
-    const auto found = history.Find(id);
+  if (const auto id = WholeNumber(name)) {
+    const auto found = history.Find(*id);
     if (!found) throw std::runtime_error("there is no design " + name);
     return *found;
   }

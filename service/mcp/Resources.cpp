@@ -1,10 +1,10 @@
 #include "mcp/Resources.h"
 
 #include <algorithm>
-#include <charconv>
 
 #include "Agents.h"
 #include "Http.h"
+#include "Parameters.h"
 #include "canonical/Properties.h"
 #include "designs/OpenDesign.h"
 #include "mcp/StoredDesigns.h"
@@ -42,13 +42,11 @@ Json Describe(const StoredDesign& design) {
 std::size_t PageBegin(const Value& params, std::size_t total) {
   if (!params.contains("cursor")) return 0;
   const Value& cursor = params["cursor"];
-  const std::string digits = cursor.is_string() ? cursor.get<std::string>() : "";
-  std::size_t begin = 0;
-  const auto [end, fault] = std::from_chars(digits.data(), digits.data() + digits.size(), begin);
-  if (fault != std::errc() || end != digits.data() + digits.size() || begin > total) {
+  const auto begin = cursor.is_string() ? WholeNumber(cursor.get_ref<const std::string&>()) : std::nullopt;
+  if (!begin || *begin < 0 || static_cast<std::size_t>(*begin) > total) {
     throw ProtocolError(kInvalidParams, "unknown cursor");
   }
-  return begin;
+  return static_cast<std::size_t>(*begin);
 }
 
 std::string Overview(const solution::Design& design) {
