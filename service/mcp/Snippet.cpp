@@ -1,10 +1,8 @@
 #include "mcp/Snippet.h"
 
 #include <algorithm>
-#include <rapidxml.hpp>
 
-#include "export/TagCheck.h"
-#include "export/XmlTree.h"
+#include "export/ParsedXml.h"
 
 namespace service::mcp {
 namespace {
@@ -43,39 +41,12 @@ std::string Suggestion(std::string_view element) {
   return "";
 }
 
-// The parsed snippet, which points into the text.
-class Snippet {
- public:
-  explicit Snippet(std::string xml) : text_(std::move(xml)) {}
-
-  /// Why it is not XML; empty when it is.
-  std::string Parse() try {
-    if (const auto flaw = solution::FindFlaw(text_)) return flaw->reason + Line(flaw->offset);
-    document_.parse<rapidxml::parse_validate_closing_tags | rapidxml::parse_non_destructive>(text_.data());
-    return "";
-  } catch (const rapidxml::parse_error& error) {
-    return error.what() + Line(static_cast<std::size_t>(error.where<char>() - text_.data()));
-  }
-
-  solution::XmlNode root() const { return solution::XmlNode(document_.first_node()); }
-
- private:
-  std::string Line(std::size_t offset) const {
-    const auto end = text_.begin() + static_cast<std::ptrdiff_t>(std::min(offset, text_.size()));
-    return " in line " + std::to_string(1 + std::count(text_.begin(), end, '\n'));
-  }
-
-  std::string text_;
-  rapidxml::xml_document<> document_;
-};
-
 }  // namespace
 
-std::string CheckSnippet(std::string_view xmlType, const std::string& xml) {
+std::string CheckSnippet(std::string_view xmlType, const std::string& xml) try {
   const PasteKind* kind = Find(xmlType);
   if (kind == nullptr) return "unknown xmlType " + std::string(xmlType);
-  Snippet snippet(xml);
-  if (const std::string fault = snippet.Parse(); !fault.empty()) return "the content is not well-formed XML: " + fault;
+  const solution::ParsedXml snippet(xml);
   if (snippet.root().name() != "fmxmlsnippet") {
     return "the root element must be fmxmlsnippet, <fmxmlsnippet type=\"FMObjectList\">, not " +
            std::string(snippet.root().name());
@@ -89,6 +60,8 @@ std::string CheckSnippet(std::string_view xmlType, const std::string& xml) {
     }
   }
   return isEmpty ? "the snippet is empty" : "";
+} catch (const solution::Refusal& refusal) {
+  return "the content " + refusal.reason + "; it must be one well-formed element, fmxmlsnippet";
 }
 
 std::string_view PlaceOf(std::string_view xmlType) {
@@ -97,8 +70,7 @@ std::string_view PlaceOf(std::string_view xmlType) {
 }
 
 std::size_t CountObjects(const std::string& xml) {
-  Snippet snippet(xml);
-  snippet.Parse();
+  const solution::ParsedXml snippet(xml);
   std::size_t count = 0;
   for (const auto node : snippet.root().children()) count += node.IsElement() ? 1 : 0;
   return count;
