@@ -53,12 +53,14 @@ AgentMode KeptAgentMode(const std::string& folder) {
   return AgentModeNamed(name);
 }
 
-std::string AgentOf(const Request& request) {
-  std::string name = request.Header("varnix-agent").substr(0, kLongestName);
+std::string AgentName(std::string name) {
+  name.resize(std::min(name.size(), kLongestName));
   std::replace_if(
       name.begin(), name.end(), [](char c) { return c < ' ' || c > '~'; }, '?');
   return name;
 }
+
+std::string AgentOf(const Request& request) { return AgentName(request.Header("varnix-agent")); }
 
 void CheckAgent(AgentMode mode, const Request& request, const Route& route) {
   if (AgentOf(request).empty()) return;

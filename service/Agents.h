@@ -23,7 +23,10 @@ void KeepAgentMode(const std::string& folder, AgentMode mode);
 /// says it is damaged.
 AgentMode KeptAgentMode(const std::string& folder);
 
-/// The assistant that a request says it is made for, in printable ASCII; empty when it is made for none.
+/// The name of an assistant as a header can carry it: in printable ASCII, the end of a long one missing.
+std::string AgentName(std::string name);
+
+/// The assistant that a request says it is made for, as AgentName returns it; empty when it is made for none.
 std::string AgentOf(const Request& request);
 
 /// Throws HttpError 403 when an assistant may not make the request. It looks at everything, queues commands and

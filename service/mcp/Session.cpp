@@ -1,7 +1,6 @@
 #include "mcp/Session.h"
 
-#include <algorithm>
-
+#include "Agents.h"
 #include "mcp/Limits.h"
 #include "mcp/Methods.h"
 
@@ -12,18 +11,14 @@ constexpr char kVersionKey[] = "io.modelcontextprotocol/protocolVersion";
 constexpr char kCapabilitiesKey[] = "io.modelcontextprotocol/clientCapabilities";
 constexpr char kClientKey[] = "io.modelcontextprotocol/clientInfo";
 constexpr char kServerKey[] = "io.modelcontextprotocol/serverInfo";
-constexpr std::size_t kLongestName = 100;
 constexpr std::size_t kThreads = 16;
 constexpr std::size_t kMostAtWork = 1000;
 constexpr auto kEndPatience = std::chrono::seconds(3);
 constexpr std::int64_t kLongCaching = 3'600'000;  // milliseconds
 
-// In printable ASCII, as it goes into a header of requests to the service.
-std::string AgentName(const Value& clientInfo) {
+std::string NameOf(const Value& clientInfo) {
   const Value given = clientInfo.is_object() ? clientInfo.value("name", Value()) : Value();
-  std::string name = given.is_string() ? given.get<std::string>().substr(0, kLongestName) : "";
-  std::replace_if(
-      name.begin(), name.end(), [](char c) { return c < ' ' || c > '~'; }, '?');
+  const std::string name = given.is_string() ? AgentName(given.get<std::string>()) : "";
   const bool isBlank = name.find_first_not_of(' ') == std::string::npos;
   return isBlank ? "unnamed" : name;
 }
@@ -92,7 +87,7 @@ Session::Request Session::Examine(Incoming incoming) const {
   request.isModern = request.meta.contains(kVersionKey) || incoming.method == "server/discover";
   if (request.isModern) CheckModern(request.meta);
   request.begins = incoming.method == "initialize" && !request.isModern;
-  request.agent = request.isModern ? AgentName(request.meta.value(kClientKey, Value())) : agent_;
+  request.agent = request.isModern ? NameOf(request.meta.value(kClientKey, Value())) : agent_;
   if (request.begins) return request;
   request.method = &FindMethod(incoming.method, request.isModern);
   if (!request.isModern && !isInitialized_ && request.method->era != Era::kSession) {
@@ -119,7 +114,7 @@ void Session::TakeRequest(Incoming incoming) {
 void Session::Initialize(Request& request) {
   const Value version = request.params.value("protocolVersion", Value());
   if (!version.is_string()) throw ProtocolError(kInvalidParams, "protocolVersion is missing");
-  agent_ = AgentName(request.params.value("clientInfo", Value()));
+  agent_ = NameOf(request.params.value("clientInfo", Value()));
   isInitialized_ = true;
   send_(ResultMessage(request.id, Greeting(version.get<std::string>())));
 }
