@@ -267,7 +267,6 @@ std::int64_t Store::Add(const Record& record) {
   changed_(Change::kRecords);
   if (clip) changed_(Change::kClips);
   if (record.kind == "diagnostic") changed_(Change::kCommands);
-  if (record.kind == "push") changed_(Change::kClips);
   return number;
 }
 

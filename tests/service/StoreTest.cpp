@@ -7,6 +7,7 @@
 #include <fstream>
 #include <optional>
 #include <thread>
+#include <vector>
 
 #include "Store.h"
 #include "support/FolderTest.h"
@@ -155,6 +156,16 @@ TEST_F(StoreOverTime, DeliversWhileMuchIsDeleted) {
   EXPECT_GT(polls, 20) << "while the space is given back";
   store_.reset();
   EXPECT_LT(std::filesystem::file_size(folder_ + "/data/varnix-service.db"), 200'000u);
+}
+
+TEST_F(StoreOverTime, ReportsAChangeOnce) {
+  using service::Change;
+  std::vector<Change> changes;
+  store_->Observe([&](Change change) { changes.push_back(change); });
+  Push("XMSS", "<fmxmlsnippet/>");
+  Push("FILE_LIST", "Sales");
+  EXPECT_EQ(changes, (std::vector{Change::kRecords, Change::kClips, Change::kRecords}))
+      << "a list of files is not a clip";
 }
 
 TEST_F(StoreOverTime, RefusesWhatOthersCanWriteAndADatabaseThatIsGone) {
