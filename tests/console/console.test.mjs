@@ -9,12 +9,12 @@ import {
   click,
   confirm,
   consoleAddress,
+  disturb,
   drop,
   exists,
   find,
   finish,
   longestKey,
-  loseRequests,
   offences,
   openWindow,
   otherBrowser,
@@ -56,10 +56,10 @@ const designs = async () => (await service.fetch('/operator/designs')).designs;
 
 step('The first visit leads to the sign-in line', async () => {
   isDown = true;
-  const losing = await loseRequests(page, '/console/session');
+  const trouble = await disturb(page, /session$|status$/);
   await page.goto(service.consoleUrl);
   await sees(page, 'does not answer', 'alert');
-  await losing.end();
+  await trouble.end();
   await find(page, 'heading', 'Setup');
   isDown = false;
   assert.equal(await page.title(), 'Varnix');
@@ -284,6 +284,27 @@ step('A session that has ended is explained, and a new address revives the page'
   isDown = false;
   await window.close();
   offences.length = 0; // the refusals
+});
+
+step('Only a service that does not answer at all counts as gone', async () => {
+  isDown = true;
+  await visit(page, service, '/commands', 'Commands');
+  const trouble = await disturb(page, /operator/);
+  for (const status of [403, 404, 500]) {
+    trouble.answer = undefined;
+    await click(page, 'button', 'List open files');
+    await sees(page, 'does not answer', 'alert');
+    trouble.answer = {status, body: '{"error":"no"}'};
+    await page.waitForSelector('[role=alert]', {hidden: true});
+  }
+  trouble.answer = undefined;
+  trouble.lost = /POST .*commands$/;
+  await click(page, 'button', 'List open files');
+  await sees(page, 'The connection to the service broke. Try again.', 'status');
+  assert.equal(await page.$eval('[role=alert]', (alert) => alert.hidden), true);
+  await trouble.end();
+  isDown = false;
+  offences.length = 0;
 });
 
 step('Files that are dropped are added', async () => {

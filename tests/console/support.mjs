@@ -83,17 +83,20 @@ export async function find(page, role, name) {
 export const click = async (page, role, name) => (await find(page, role, name)).click();
 export const exists = async (page, role, name) => (await page.$(selector(role, name))) !== null;
 
-/** Requests for `path` get lost until `end()`. */
-export async function loseRequests(page, path) {
-  const lose = (asked) => (asked.url().endsWith(path) ? asked.abort() : asked.continue());
-  page.on('request', lose);
-  await page.setRequestInterception(true);
-  return {
-    end: async () => {
-      await page.setRequestInterception(false);
-      page.off('request', lose);
-    },
+/** Until `end()`, requests whose address `lost` matches get `answer`, or get lost while there is none. */
+export async function disturb(page, lost) {
+  const trouble = {lost, answer: undefined};
+  const meet = (asked) => {
+    if (!trouble.lost.test(`${asked.method()} ${asked.url()}`)) return asked.continue();
+    return trouble.answer ? asked.respond(trouble.answer) : asked.abort();
   };
+  page.on('request', meet);
+  await page.setRequestInterception(true);
+  trouble.end = async () => {
+    await page.setRequestInterception(false);
+    page.off('request', meet);
+  };
+  return trouble;
 }
 
 /** Answers the question that is being asked. */

@@ -8,12 +8,15 @@ export class Refusal extends Error {
   }
 }
 
-/** The service was not reached. */
+/** The connection broke, or there was none. */
 export class Unreachable extends Error {
   constructor() {
-    super('The service does not answer.');
+    super(state === 'gone' ? 'The service does not answer.' : 'The connection to the service broke. Try again.');
   }
 }
+
+const kStatus = '/operator/status';
+const kStrange = 'The answer cannot be read. Another program may be using the address of the service.';
 
 const watchers = new Set();
 let state = 'ok';
@@ -31,6 +34,28 @@ export function setServiceState(next) {
   for (const watcher of watchers) watcher(state);
 }
 
+// What an answer shows about the service, whatever it answers.
+function noteAnswer(path, {ok, status}) {
+  if (status === 401 && path.startsWith('/operator/')) setServiceState('signedOut');
+  else if (ok || state === 'gone') setServiceState('ok');
+}
+
+/** Finds out the state of the service. */
+export async function look() {
+  try {
+    noteAnswer(kStatus, await fetch(kStatus, {cache: 'no-store'}));
+  } catch {
+    setServiceState('gone');
+  }
+}
+
+// One connection can break for a reason of its own, such as a file that is too large or has changed. The service is gone
+// only when the next one fails, too.
+async function broken() {
+  await look();
+  return new Unreachable();
+}
+
 async function request(method, path, {body, type, signal} = {}) {
   let answer;
   try {
@@ -42,19 +67,14 @@ async function request(method, path, {body, type, signal} = {}) {
       headers: type ? {'Content-Type': type} : {},
     });
   } catch (error) {
-    if (error.name === 'AbortError') throw error;
-    setServiceState('gone');
-    throw new Unreachable();
+    throw error.name === 'AbortError' ? error : await broken();
   }
-  if (answer.ok) {
-    setServiceState('ok');
-    return answer;
-  }
+  noteAnswer(path, answer);
+  if (answer.ok) return answer;
   const reason = await answer.json().then(
     (json) => json.error,
     () => answer.statusText,
   );
-  if (answer.status === 401 && path.startsWith('/operator/')) setServiceState('signedOut');
   throw new Refusal(answer.status, sentence(reason || `The service answered with status ${answer.status}`));
 }
 
@@ -65,9 +85,8 @@ async function whole(reading) {
   try {
     return await reading;
   } catch (error) {
-    if (error.name === 'AbortError') throw error;
-    setServiceState('gone');
-    throw new Unreachable();
+    if (error instanceof SyntaxError) throw new Refusal(0, kStrange);
+    throw error.name === 'AbortError' ? error : await broken();
   }
 }
 
@@ -95,7 +114,6 @@ export async function postFile(path, content) {
 /** Exchanges the one-time token of the address for a session. */
 export async function openSession(token) {
   await request('POST', '/console/session', {body: JSON.stringify({token}), type: 'application/json'});
-  setServiceState('ok');
 }
 
 export const segment = encodeURIComponent;

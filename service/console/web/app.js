@@ -1,5 +1,5 @@
 // The frame: chooses the page for the address, marks it in the navigation, and shows the state of the connection.
-import {Unreachable, get, onServiceState, openSession} from './api.js';
+import {Unreachable, get, look, onServiceState, openSession} from './api.js';
 import {announce, h} from './dom.js';
 import {duration} from './format.js';
 import {connect, subscribe} from './live.js';
@@ -155,7 +155,10 @@ async function showConnection() {
   }
 }
 
+let looking;
 function onTrouble(state) {
+  clearInterval(looking);
+  if (state !== 'ok') looking = setInterval(look, kRetry);
   const trouble = document.getElementById('trouble');
   const link = document.getElementById('connection');
   trouble.hidden = state === 'ok';

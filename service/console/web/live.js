@@ -1,5 +1,5 @@
 // Server-sent events: "this has changed, fetch it again". After a break in the connection everything has changed.
-import {get, setServiceState} from './api.js';
+import {look, onServiceState, setServiceState} from './api.js';
 
 const kTopics = ['commands', 'records', 'designs', 'clips', 'status'];
 const kRetry = 3000; // ms
@@ -34,11 +34,7 @@ export function subscribe(topics, action) {
 // The browser tries again by itself while the service is away, but not after a refusal.
 async function onBreak({target: broken}) {
   const isRefused = broken.readyState === EventSource.CLOSED;
-  try {
-    await get('status');
-  } catch {
-    // get() has noted the state
-  }
+  await look();
   if (isRefused) setTimeout(() => broken === source && connect(), kRetry);
 }
 
@@ -47,6 +43,10 @@ document.addEventListener('visibilitychange', () => {
   clearTimeout(rest);
   if (document.hidden) rest = setTimeout(() => source?.close(), kHidden);
   else if (source?.readyState === EventSource.CLOSED) connect();
+});
+
+onServiceState((state) => {
+  if (state === 'ok') note([...kTopics, 'reconnected']);
 });
 
 /** Begins to listen; called once, and again by itself for as long as the page is open. */

@@ -3,6 +3,8 @@ import {Refusal, Unreachable, serviceState} from './api.js';
 import {announce, empty, h} from './dom.js';
 import {subscribe} from './live.js';
 
+const kRetry = 2000; // ms
+
 /** One page while it is shown. */
 export class Page {
   constructor(main, path, params, query) {
@@ -60,7 +62,9 @@ export class Page {
   watch({topics = [], load, apply, failed = (error) => announce(error.message, true)}) {
     let last;
     let running = 0;
+    let retry;
     const refresh = async () => {
+      clearTimeout(retry);
       const turn = ++running;
       try {
         const data = await load(this.signal);
@@ -76,6 +80,7 @@ export class Page {
         if (turn !== running || this.signal.aborted) return;
         const isRefused = error instanceof Refusal && error.status !== 401;
         if (!(error instanceof Refusal || error instanceof Unreachable)) throw error;
+        if (error instanceof Unreachable) retry = setTimeout(refresh, kRetry);
         if (last !== undefined && !isRefused) return; // what is shown stays while the service is away
         last = undefined;
         failed(error);
@@ -84,7 +89,10 @@ export class Page {
     const end = subscribe([...topics, 'reconnected'], () => {
       if (topics.length > 0 || last === undefined) refresh();
     });
-    this.signal.addEventListener('abort', end);
+    this.signal.addEventListener('abort', () => {
+      end();
+      clearTimeout(retry);
+    });
     this.loads.push(refresh());
     return refresh;
   }
