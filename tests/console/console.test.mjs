@@ -59,6 +59,10 @@ step('The first visit leads to the sign-in line', async () => {
   const trouble = await disturb(page, /session$|status$/);
   await page.goto(service.consoleUrl);
   await sees(page, 'does not answer', 'alert');
+  trouble.answer = {status: 503, body: '{"error":"the disk is full"}'};
+  await sees(page, 'The disk is full.');
+  await page.reload(); // the token is still in the address
+  await sees(page, 'The disk is full.');
   await trouble.end();
   await find(page, 'heading', 'Setup');
   isDown = false;

@@ -1,6 +1,6 @@
 // The frame: chooses the page for the address, marks it in the navigation, and shows the state of the connection.
-import {Unreachable, get, look, onServiceState, openSession} from './api.js';
-import {announce, h} from './dom.js';
+import {Refusal, get, look, onServiceState, openSession, serviceState} from './api.js';
+import {announce, empty, h} from './dom.js';
 import {duration} from './format.js';
 import {connect, subscribe} from './live.js';
 import {Page} from './page.js';
@@ -88,14 +88,24 @@ async function exchangeToken() {
   try {
     await openSession(hash.slice('#token='.length));
   } catch (error) {
-    if (error instanceof Unreachable) {
+    if (!(error instanceof Refusal) || error.status >= 500) {
+      showWaiting(error.message);
       await new Promise((resolve) => setTimeout(resolve, kRetry));
       return;
     }
-    announce(error.message, true);
+    await look();
+    if (serviceState() !== 'ok') announce(error.message, true); // an old session may still be open
   }
   if (location.hash === hash) history.replaceState(null, '', '/');
   connect();
+}
+
+function showWaiting(reason) {
+  if (main.textContent.includes(reason)) return;
+  main.replaceChildren(
+    h('h1', {}, 'Varnix'),
+    empty('This browser is not signed in yet', h('p', {}, reason), h('p', {}, 'The page keeps trying.')),
+  );
 }
 
 async function route({isFirst = false} = {}) {
