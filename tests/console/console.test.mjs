@@ -205,6 +205,23 @@ step('A design that cannot come says why', async () => {
   await page.waitForSelector('.state.failed');
 });
 
+step('The wait for a design is counted down, and not read aloud', async () => {
+  const waiting = {
+    id: 'x',
+    type: 'GET_SCHEMA',
+    state: 'delivered',
+    secondsInState: 12,
+    queuedAt: '2025-01-01T00:00:00Z',
+  };
+  const trouble = await disturb(page, /commands[?/]/);
+  trouble.answer = {body: JSON.stringify({commands: [waiting]}), contentType: 'application/json'};
+  await page.reload();
+  await sees(page, '17 s left');
+  await sees(page, '16 s left');
+  assert.equal(await page.$('[aria-live] .state-text, [role=status] .state-text, [role=progressbar]'), null);
+  await trouble.end();
+});
+
 step('A clip is listed once, tagged, changed and placed again', async () => {
   await visit(page, service, '/clips', 'Clips');
   await type(page, 'searchbox', 'Search in clips', 'violin');

@@ -87,8 +87,9 @@ export const exists = async (page, role, name) => (await page.$(selector(role, n
 export async function disturb(page, lost) {
   const trouble = {lost, answer: undefined};
   const meet = (asked) => {
-    if (!trouble.lost.test(`${asked.method()} ${asked.url()}`)) return asked.continue();
-    return trouble.answer ? asked.respond(trouble.answer) : asked.abort();
+    const isMet = trouble.lost.test(`${asked.method()} ${asked.url()}`);
+    const done = !isMet ? asked.continue() : trouble.answer ? asked.respond(trouble.answer) : asked.abort();
+    done.catch(() => {}); // `end` came first
   };
   page.on('request', meet);
   await page.setRequestInterception(true);

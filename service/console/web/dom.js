@@ -32,12 +32,24 @@ export const uniqueId = (stem) => `${stem}-${++nextId}`;
 
 /** Shows `text` in the status region for a while, and has screen readers read it. */
 export function announce(text, isError = false) {
+  showStatus(text, isError);
+  announce.timer = setTimeout(() => showStatus(''), isError ? 15000 : 7000);
+}
+
+/** The same until something else is announced, with the seconds that pass, which screen readers do not read. */
+export function announceWork(text) {
+  const start = performance.now();
+  const clock = h('span', {class: 'clock', 'aria-hidden': 'true'});
+  showStatus([text, clock]);
+  announce.timer = setInterval(() => (clock.textContent = `${Math.round((performance.now() - start) / 1000)} s`), 1000);
+}
+
+function showStatus(content, isError = false) {
   const status = document.getElementById('status');
   status.textContent = '';
   status.classList.toggle('error', isError);
   clearTimeout(announce.timer);
-  requestAnimationFrame(() => (status.textContent = text));
-  announce.timer = setTimeout(() => (status.textContent = ''), isError ? 15000 : 7000);
+  requestAnimationFrame(() => status.replaceChildren(...[content].flat()));
 }
 
 /** A button that runs `action`, is disabled meanwhile, and announces what goes wrong. */

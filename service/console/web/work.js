@@ -1,10 +1,14 @@
 // Commands for the plug-in, and waiting for what becomes of them.
 import {get, getText, post, segment} from './api.js';
-import {announce} from './dom.js';
+import {announce, announceWork} from './dom.js';
 import {subscribe} from './live.js';
 
 const kPolling = 10; // seconds after the last poll in which the plug-in counts as connected
 const kLook = 2000; // ms between looks when no event arrives
+
+/** Seconds that the plug-in waits for a file to be active. */
+export const kWait = 30;
+export const kWaits = `The plug-in waits up to ${kWait} seconds until the file is active and no script is running.`;
 
 export const kCommands = {
   LIST_FILES: 'List open files',
@@ -84,8 +88,13 @@ export function reasonOf(command) {
 
 /** Asks FileMaker for the design of a file and announces how that goes. */
 export async function requestDesign(fileName, signal) {
-  announce(`Asking FileMaker for the design of ${fileName}…`);
-  const command = await finished(await queue('GET_SCHEMA', {fileName}), {signal});
+  announceWork(`Asking FileMaker for the design of ${fileName}…`);
+  let isDelivered = false;
+  const changed = ({state}) => {
+    if (state === 'delivered' && !isDelivered) announceWork(`FileMaker has been asked for ${fileName}. ${kWaits}`);
+    isDelivered ||= state === 'delivered';
+  };
+  const command = await finished(await queue('GET_SCHEMA', {fileName}), {signal, changed});
   if (command.state !== 'completed') throw new Error(reasonOf(command));
   announce(`The design of ${fileName} has arrived`);
   return command;
@@ -94,7 +103,7 @@ export async function requestDesign(fileName, signal) {
 /** The snippet of the service goes to FileMaker's clipboard. */
 export async function placed(path, what) {
   const {id} = await post(path);
-  announce(`${what} is on its way to FileMaker's clipboard…`);
+  announceWork(`${what} is on its way to FileMaker's clipboard…`);
   const command = await finished(id);
   if (command.state !== 'completed') throw new Error(reasonOf(command));
   announce(`${what} is on FileMaker's clipboard`);

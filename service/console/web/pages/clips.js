@@ -1,6 +1,6 @@
 // Every FileMaker object that came from the clipboard, once.
 import {get, postFile, query, segment} from '../api.js';
-import {announce, button, empty, field, h, select, settled} from '../dom.js';
+import {announce, announceWork, button, empty, field, h, select, settled} from '../dom.js';
 import {dropArea} from '../drop.js';
 import {size, when} from '../format.js';
 import {clipKind, clipKinds} from '../kinds.js';
@@ -20,7 +20,7 @@ async function addClips(files) {
 
 /** Has FileMaker send what is on its clipboard. */
 async function fetchClipboard() {
-  announce('Asking FileMaker for its clipboard…');
+  announceWork('Asking FileMaker for its clipboard…');
   const command = await finished(await queue('GET_CLIPBOARD'));
   if (command.state !== 'completed') throw new Error(reasonOf(command));
   announce('The clipboard has arrived');

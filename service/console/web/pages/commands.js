@@ -6,11 +6,10 @@ import {duration, fileTitle, when} from '../format.js';
 import {clipKind, clipKinds} from '../kinds.js';
 import {list} from '../list.js';
 import {keepingFocus} from '../page.js';
-import {commandName, isOpen, queue, reasonOf, repeat} from '../work.js';
+import {commandName, isOpen, kWait, kWaits, queue, reasonOf, repeat} from '../work.js';
 
 const kHistory = 200;
-const kWaits = 'The plug-in waits up to 30 seconds until the file is active and no script runs.';
-const kWait = 30; // seconds that the plug-in waits for a file to be active
+const kSecond = 1000; // ms
 
 const kDescriptions = {
   GET_SCHEMA: 'The design of a file, which its script “Varnix Live Push” saves.',
@@ -64,15 +63,30 @@ function commandForm(type, suggestions) {
   );
 }
 
-/** Where a command is, in words. `command.fetchedAt` is when the page learnt `secondsInState`. */
-export function stateText(command) {
-  const seconds = command.secondsInState + (performance.now() - command.fetchedAt) / 1000;
+// Where a command is, in words.
+function stateText(command, seconds) {
   if (command.state === 'queued') return `Waiting for FileMaker for ${duration(seconds)}`;
   if (command.state !== 'delivered') return command.state;
   if (command.type !== 'GET_SCHEMA') return `At work for ${duration(seconds)}`;
   return seconds <= kWait
-    ? `At work for ${duration(seconds)}. ${kWaits}`
-    : `At work for ${duration(seconds)}. FileMaker saves the design, or is busy.`;
+    ? `At work for ${duration(seconds)}. ${kWaits} ${duration(kWait - seconds)} left.`
+    : `At work for ${duration(seconds)}. FileMaker is saving the design, or is busy.`;
+}
+
+/** The same as elements that follow the time while they are shown. Screen readers are not disturbed by it. */
+export function openState(command) {
+  const text = h('span', {class: 'state-text'});
+  const isWait = command.type === 'GET_SCHEMA' && command.state === 'delivered';
+  const meter = isWait && h('progress', {max: String(kWait), 'aria-hidden': 'true'});
+  const start = performance.now();
+  const tick = () => {
+    const seconds = command.secondsInState + (performance.now() - start) / 1000;
+    text.textContent = stateText(command, seconds);
+    if (meter) meter.value = Math.min(seconds, kWait);
+  };
+  const timer = setInterval(() => (text.isConnected ? tick() : clearInterval(timer)), kSecond);
+  tick();
+  return [text, meter];
 }
 
 async function ask(command) {
@@ -88,32 +102,14 @@ async function cancel(command) {
 const about = (command) => [command.fileName, command.xmlType && clipKind(command.xmlType)].filter(Boolean).join(', ');
 
 function openCommand(command) {
-  const text = h('span', {class: 'state-text'}, stateText(command));
-  const meter =
-    command.type === 'GET_SCHEMA' &&
-    command.state === 'delivered' &&
-    h('progress', {
-      max: String(kWait),
-      value: String(command.secondsInState),
-      'aria-label': 'Time that the plug-in waits',
-    });
-  return Object.assign(
-    h(
-      'li',
-      {},
-      h('a', {href: `#/commands/${segment(command.id)}`}, commandName(command.type)),
-      about(command) && h('span', {class: 'by'}, about(command)),
-      text,
-      meter,
-      command.state === 'queued' &&
-        button('Cancel', () => cancel(command), {class: 'plain', 'aria-label': `Cancel ${commandName(command.type)}`}),
-    ),
-    {
-      tick: () => {
-        text.textContent = stateText(command);
-        if (meter) meter.value = command.secondsInState + (performance.now() - command.fetchedAt) / 1000;
-      },
-    },
+  return h(
+    'li',
+    {},
+    h('a', {href: `#/commands/${segment(command.id)}`}, commandName(command.type)),
+    about(command) && h('span', {class: 'by'}, about(command)),
+    openState(command),
+    command.state === 'queued' &&
+      button('Cancel', () => cancel(command), {class: 'plain', 'aria-label': `Cancel ${commandName(command.type)}`}),
   );
 }
 
@@ -194,8 +190,7 @@ export function show(page) {
     topics: ['commands'],
     load,
     apply: (commands) => {
-      const fetchedAt = performance.now();
-      const open = commands.filter(isOpen).map((command) => ({...command, fetchedAt}));
+      const open = commands.filter(isOpen);
       keepingFocus(work, () =>
         work.replaceChildren(
           ...(open.length ? open.map(openCommand) : [h('li', {class: 'hint'}, 'Nothing at present.')]),
@@ -204,6 +199,4 @@ export function show(page) {
       table.update(commands.filter((command) => !isOpen(command)));
     },
   });
-  const timer = setInterval(() => [...work.children].forEach((item) => item.tick?.()), 1000);
-  page.signal.addEventListener('abort', () => clearInterval(timer));
 }

@@ -6,7 +6,7 @@ import {when} from '../format.js';
 import {clipKind} from '../kinds.js';
 import {keepingFocus} from '../page.js';
 import {commandName, isOpen, reasonOf} from '../work.js';
-import {stateText} from './commands.js';
+import {openState} from './commands.js';
 
 const kShownXml = 200000; // characters
 
@@ -105,7 +105,6 @@ async function load(id, signal) {
 }
 
 function render({command, text, design}) {
-  const current = {...command, fetchedAt: performance.now()};
   const remove = async () => {
     if (
       !(await confirmed(
@@ -121,7 +120,7 @@ function render({command, text, design}) {
   };
   return [
     facts(command),
-    isOpen(command) && h('p', {class: 'state-text'}, stateText(current)),
+    isOpen(command) && h('p', {}, openState(command)),
     reasonOf(command) && h('p', {class: 'warning'}, reasonOf(command)),
     command.diagnostics?.length > 0 &&
       h(
