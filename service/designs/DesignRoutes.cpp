@@ -1,5 +1,6 @@
 // The operator interface to the designs that were received.
 #include "HttpError.h"
+#include "Message.h"
 #include "Parameters.h"
 #include "Routes.h"
 #include "canonical/Properties.h"
@@ -57,6 +58,18 @@ std::vector<const Element*> Named(const Design& design, const std::string& name)
 Response ListDesigns(Context& context, const Request& request) {
   const auto designs = OpenHistory(context.store.Folder()).List(request.Parameter("file"));
   return JsonAnswer({{"designs", DescribeAll(designs, DescribeDesign)}});
+}
+
+Response LabelDesign(Context& context, const Request& request) {
+  const Message message = ReadMessage(request.body, {{"label", false}, {"note", false}});
+  if (message.empty()) throw HttpError(400, "label or note is missing");
+  const auto id = WholeNumber(request.captures[0]);
+  DesignStore history = OpenHistory(context.store.Folder());
+  if (!id || !history.Describe(*id, Find(message, "label"), Find(message, "note"))) {
+    throw HttpError(404, "no such design");
+  }
+  context.events.Fire(Change::kDesigns);
+  return JsonAnswer({{"ok", true}});
 }
 
 Response SearchDesigns(Context& context, const Request& request) {
@@ -126,6 +139,7 @@ Response ShowReport(Context& context, const Request& request) {
 constexpr Route kRoutes[] = {
     {"GET", "/operator/designs", KeyPlace::kHeader, false, false, ListDesigns},
     {"GET", "/operator/designs/search", KeyPlace::kHeader, false, false, SearchDesigns},
+    {"POST", "/operator/designs/*/label", KeyPlace::kHeader, false, false, LabelDesign},
     {"GET", "/operator/designs/*/changes/*", KeyPlace::kHeader, false, false, ShowChanges},
     {"GET", "/operator/designs/*/graph", KeyPlace::kHeader, false, false, ShowGraph},
     {"GET", "/operator/designs/*/report", KeyPlace::kHeader, false, false, ShowReport},

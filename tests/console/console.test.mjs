@@ -1,6 +1,6 @@
 // What people do in the console, in the order in which they meet it. The tests share one service, as one day does.
 import assert from 'node:assert/strict';
-import {after, before, test} from 'node:test';
+import {after, before} from 'node:test';
 import {droppedExport, hostileExport, kHostile, kSnippet, largeExport, laterWorkshop} from './exports.mjs';
 import {startFileMaker, until} from '../support/programs.mjs';
 import {
@@ -20,13 +20,13 @@ import {
   otherBrowser,
   sees,
   startService,
+  step,
   type,
   visit,
 } from './support.mjs';
 
 const kFirstView = 300; // ms from the arrival of 10,000 fields to the first rows
 const kKey = 50; // ms for a key in Search
-const kStepTime = 60000; // ms
 const kSlowMachine = 4; // times: machines that test do other things, too
 
 let service;
@@ -40,17 +40,6 @@ before(async () => {
   page = await openWindow(service, {isDown: () => isDown});
 });
 after(finish);
-
-// Each step needs those before it, so the first that fails ends the day.
-let failed;
-const step = (name, action) =>
-  test(name, {timeout: kStepTime}, async () => {
-    assert.equal(failed, undefined, 'not tried, because an earlier step failed');
-    failed = name;
-    await action();
-    assert.deepEqual(offences.splice(0), []);
-    failed = undefined;
-  });
 
 const designs = async () => (await service.fetch('/operator/designs')).designs;
 

@@ -2,10 +2,12 @@
 import assert from 'node:assert/strict';
 import {readFileSync} from 'node:fs';
 import {join} from 'node:path';
+import {test} from 'node:test';
 
 import {endAll, folder, kPatience, load, Service, until} from '../support/programs.mjs';
 
 const {CHROMIUM} = process.env;
+const kStepTime = 60000; // ms
 const puppeteer = load('puppeteer-core');
 const axeSource = readFileSync(load.resolve('axe-core/axe.min.js'), 'utf8');
 
@@ -31,6 +33,17 @@ export async function addDesign(service, xml, name) {
 let browser;
 /** What a page must not do: errors in the console, requests to elsewhere. Expected ones are removed by the tests. */
 export const offences = [];
+
+let failed;
+/** A test that needs those before it: the first that fails ends the day. */
+export const step = (name, action) =>
+  test(name, {timeout: kStepTime}, async () => {
+    assert.equal(failed, undefined, 'not tried, because an earlier step failed');
+    failed = name;
+    await action();
+    assert.deepEqual(offences.splice(0), []);
+    failed = undefined;
+  });
 
 /** A new window. Network errors of the time when the service is down are allowed for while `isDown()`. */
 export async function openWindow(service, {width = 1280, isDown = () => false, context = browser} = {}) {

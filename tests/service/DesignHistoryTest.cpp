@@ -50,6 +50,8 @@ TEST_F(DesignHistory, ListsComparesAndSearchesWithAndWithoutTheService) {
     Upload(service, "Broken.fmp12.xml", orders_.substr(0, 3000));
     EXPECT_EQ(Service({"label", "3", "release 2", "--note", "as sold"}).status, 0);
     EXPECT_NE(Service({"designs", "orders"}).output.find("release 2  as sold\n"), std::string::npos);
+    EXPECT_EQ(service.Post("/operator/designs/3/label", R"({"note":"as delivered"})").status, 200);
+    EXPECT_NE(Service({"designs", "orders"}).output.find("release 2  as delivered\n"), std::string::npos);
   }
   const std::string list = Service({"designs", "--json"}).output;
   EXPECT_EQ(std::count(list.begin(), list.end(), '\n'), 3) << "what came again is not listed again: " << list;

@@ -113,32 +113,36 @@ export function properties(label, pairs) {
   return table(label, [], rows, {class: 'properties'});
 }
 
-/** Asks before something is deleted. Resolves to whether it was confirmed. */
-export function confirmed(question, explanation, verb) {
-  const title = uniqueId('title');
-  const dialog = h(
-    'dialog',
-    {'aria-labelledby': title},
-    h(
-      'form',
-      {method: 'dialog'},
-      h('h2', {id: title}, question),
-      h('p', {}, explanation),
-      h(
-        'div',
-        {class: 'actions'},
-        h('button', {value: 'no', class: 'plain'}, 'Cancel'),
-        h('button', {value: 'yes', class: 'danger'}, verb),
-      ),
-    ),
-  );
+/**
+ * Opens a dialog, which Escape and `dialog.close()` end. `ended` gets its `returnValue` then. The focus goes back to the
+ * control that opened it, or to the one that has been drawn in its place.
+ */
+export function openDialog(title, content, ended) {
+  const id = uniqueId('title');
+  const dialog = h('dialog', {'aria-labelledby': id}, h('h2', {id}, title), content);
+  const opener = document.activeElement;
+  const label = opener.getAttribute('aria-label');
+  dialog.addEventListener('close', () => {
+    dialog.remove();
+    const now = [...document.querySelectorAll('main button')].find((one) => one.getAttribute('aria-label') === label);
+    if (!opener.isConnected) (now ?? document.getElementById('main')).focus({preventScroll: true});
+    ended(dialog.returnValue);
+  });
   document.body.append(dialog);
   dialog.showModal();
+  return dialog;
+}
+
+/** Asks before something is deleted. Resolves to whether it was confirmed. */
+export function confirmed(question, explanation, verb) {
+  const choices = h(
+    'form',
+    {method: 'dialog', class: 'actions'},
+    h('button', {value: 'no', class: 'plain'}, 'Cancel'),
+    h('button', {value: 'yes', class: 'danger'}, verb),
+  );
   return new Promise((resolve) => {
-    dialog.addEventListener('close', () => {
-      dialog.remove();
-      resolve(dialog.returnValue === 'yes');
-    });
+    openDialog(question, [h('p', {}, explanation), choices], (choice) => resolve(choice === 'yes'));
   });
 }
 

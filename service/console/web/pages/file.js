@@ -3,6 +3,7 @@ import {Refusal, post} from '../api.js';
 import {announce, button, confirmed, empty, h, table} from '../dom.js';
 import {designs, fileKey} from '../data.js';
 import {fileTitle, size, when} from '../format.js';
+import {labelCell} from '../label.js';
 import {keepingFocus} from '../page.js';
 import {requestDesign} from '../work.js';
 
@@ -57,7 +58,7 @@ function row(design, previous, chosen, changed) {
     {},
     h('td', {}, box),
     h('th', {scope: 'row'}, design.problem ? time : h('a', {href: `#/designs/${design.id}`}, time)),
-    h('td', {}, design.label ?? '', design.note && h('small', {}, design.note)),
+    h('td', {class: 'labelled'}, labelCell(design)),
     h('td', {}, design.version),
     h('td', {class: 'number'}, size(design.bytes)),
     h(

@@ -1,0 +1,74 @@
+// What people do in the console once it is set up: they keep order in designs and commands.
+import assert from 'node:assert/strict';
+import {after, before} from 'node:test';
+import {laterWorkshop} from './exports.mjs';
+import {until} from '../support/programs.mjs';
+import {
+  addDesign,
+  click,
+  disturb,
+  exists,
+  find,
+  finish,
+  openWindow,
+  sees,
+  startService,
+  step,
+  type,
+  visit,
+} from './support.mjs';
+
+let service;
+let page;
+let isDown = false;
+let workshop; // the design's id
+
+before(async () => {
+  service = await startService();
+  page = await openWindow(service, {isDown: () => isDown});
+  await page.goto(service.consoleUrl);
+  await find(page, 'heading', 'Setup');
+});
+after(finish);
+
+const focused = (window) => window.evaluate(() => document.activeElement.getAttribute('aria-label'));
+
+step('A label and a note are given, changed and removed, in every window', async () => {
+  workshop = await addDesign(service, laterWorkshop, 'Workshop.fmp12.xml');
+  await visit(page, service, '/files', 'Files');
+  await click(page, 'link', 'Workshop');
+  const window = await openWindow(service);
+  await window.goto(page.url());
+  await find(window, 'button', `Add label to design ${workshop}`);
+  await click(page, 'button', `Add label to design ${workshop}`);
+  await type(page, 'textbox', 'Label', '  Release 2 ');
+  await type(page, 'textbox', 'Note', '<b>as sold</b>');
+  isDown = true;
+  const trouble = await disturb(page, /label$/);
+  await click(page, 'button', 'Save');
+  await page.waitForSelector('dialog [role=alert]:not(:empty)');
+  await trouble.end();
+  await click(page, 'button', 'Save');
+  await sees(page, 'Label and note saved', 'status');
+  isDown = false;
+  await sees(page, 'Release 2 <b>as sold</b>');
+  await until(async () => (await focused(page)) === `Edit label of design ${workshop}`);
+  await sees(window, 'Release 2 <b>as sold</b>');
+  await window.close();
+  await click(page, 'button', `Edit label of design ${workshop}`);
+  await type(page, 'textbox', 'Note', '');
+  await click(page, 'button', 'Save');
+  await sees(page, 'Note saved', 'status');
+  await until(async () => !(await page.$eval('main', (main) => main.innerText)).includes('as sold'));
+  const [design] = (await service.fetch('/operator/designs')).designs;
+  assert.deepEqual([design.label, design.note], ['Release 2', undefined]);
+  await click(page, 'button', `Edit label of design ${workshop}`);
+  await type(page, 'textbox', 'Label', 'not kept');
+  await page.keyboard.press('Escape');
+  await click(page, 'button', `Edit label of design ${workshop}`);
+  await type(page, 'textbox', 'Label', '');
+  await click(page, 'button', 'Save');
+  await sees(page, 'Label and note removed', 'status');
+  await find(page, 'button', `Add label to design ${workshop}`);
+  assert.equal(await exists(page, 'button', `Edit label of design ${workshop}`), false);
+});
