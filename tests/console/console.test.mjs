@@ -81,7 +81,7 @@ step('From sign-in to the first design', async () => {
   await sees(page, 'Timesheets missing');
   await click(page, 'button', "Put Varnix Live Push on FileMaker's clipboard");
   await sees(page, "is on FileMaker's clipboard", 'status');
-  await click(page, 'button', 'Get design of Workshop now');
+  await click(page, 'button', 'Get design now: Workshop');
   await sees(page, 'The design of Workshop has arrived', 'status');
   await click(page, 'link', 'Files');
   await click(page, 'link', 'Workshop');
@@ -387,24 +387,34 @@ step('Ten thousand fields are quick', async () => {
   await sees(page, 'Made 1');
 });
 
-const pages = () => [
-  ['/files', 'Files'],
-  [`/designs/${workshop}`, 'Workshop'],
-  [`/designs/${workshop}?kind=field`, 'Workshop'],
-  [`/changes/${workshop}/${later}`, 'Changes in Workshop'],
-  [`/designs/${workshop}/relationships`, 'Relationships of Workshop'],
-  [`/designs/${workshop}/report`, 'Report on Workshop'],
-  ['/search?text=Job', 'Search'],
-  ['/clips', 'Clips'],
-  ['/commands', 'Commands'],
-  ['/storage', 'Storage'],
-  ['/setup', 'Setup'],
-];
+async function pages() {
+  const {fileUuid} = (await designs()).find(({id}) => id === workshop);
+  const {clips} = await service.fetch('/operator/clips');
+  const {commands: all} = await service.fetch('/operator/commands');
+  return [
+    ['/files', 'Files'],
+    [`/files/${fileUuid}`, 'Workshop'],
+    [`/designs/${workshop}`, 'Workshop'],
+    [`/designs/${workshop}?kind=field`, 'Workshop'],
+    [`/designs/${workshop}/elements/Close%20Job`, 'Close Job'],
+    [`/changes/${workshop}/${later}`, 'Changes in Workshop'],
+    [`/designs/${workshop}/relationships`, 'Relationships of Workshop'],
+    [`/designs/${workshop}/report`, 'Report on Workshop'],
+    ['/search?text=Job', 'Search'],
+    ['/clips', 'Clips'],
+    [`/clips/${clips[0].id}`, clips[0].title],
+    [`/clips/${clips[0].id}/compare/${clips[1].id}`, 'Compare clips'],
+    ['/commands', 'Commands'],
+    [`/commands/${all[0].id}`, 'List open files'],
+    ['/storage', 'Storage'],
+    ['/setup', 'Setup'],
+  ];
+}
 
 for (const scheme of ['light', 'dark']) {
   step(`Every page is accessible and fits, ${scheme}`, async () => {
     await page.emulateMediaFeatures([{name: 'prefers-color-scheme', value: scheme}]);
-    for (const [address, heading] of pages()) {
+    for (const [address, heading] of await pages()) {
       await visit(page, service, address, heading);
       await page.waitForFunction(() => !document.querySelector('.loading'));
       assert.deepEqual(await accessibilityFaults(page), [], address);

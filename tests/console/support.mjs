@@ -175,11 +175,19 @@ export async function visit(page, service, fragment, heading) {
   if (heading) await find(page, 'heading', heading);
 }
 
-/** What axe finds serious or worse. */
+// Whoever speaks to the computer says what is visible, so that must be how the accessible name begins.
+const misnamed = (page) =>
+  page.$$eval(':is(a, button, summary)[aria-label]:not(svg *)', (controls) =>
+    controls
+      .filter(({ariaLabel, innerText}) => !ariaLabel.startsWith(innerText.trim()))
+      .map(({ariaLabel, innerText}) => `“${innerText}” is named “${ariaLabel}”`),
+  );
+
+/** What axe finds serious or worse, and names that differ from what is visible. */
 export async function accessibilityFaults(page) {
   await page.evaluate(axeSource);
   const {violations} = await page.evaluate(() => globalThis.axe.run(document, {resultTypes: ['violations']}));
-  return violations
+  const serious = violations
     .filter(({impact}) => impact === 'serious' || impact === 'critical')
     .map(
       ({id, nodes}) =>
@@ -188,6 +196,7 @@ export async function accessibilityFaults(page) {
           .map((node) => `${node.target} ${node.failureSummary}`)
           .join(' | ')}`,
     );
+  return [...serious, ...(await misnamed(page))];
 }
 
 /** Ends everything that was started. */

@@ -70,7 +70,10 @@ function row(design, previous, chosen, changed) {
             previous &&
               h(
                 'a',
-                {href: `#/changes/${previous.id}/${design.id}`, 'aria-label': `Changes since design ${previous.id}`},
+                {
+                  href: `#/changes/${previous.id}/${design.id}`,
+                  'aria-label': `Changes since the one before, design ${previous.id}`,
+                },
                 'Changes since the one before',
               ),
             h('a', {href: `#/designs/${design.id}/relationships`}, 'Relationships'),

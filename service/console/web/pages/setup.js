@@ -121,7 +121,7 @@ function fileRow(name, state, newest) {
   const design = newest.get(name);
   const fetchNow = button('Get design now', () => requestDesign(name), {
     class: 'plain',
-    'aria-label': `Get design of ${name} now`,
+    'aria-label': `Get design now: ${name}`,
   });
   return h(
     'tr',
