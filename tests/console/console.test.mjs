@@ -135,6 +135,13 @@ step('Changes are grouped, filtered and shown side by side', async () => {
   assert.equal(await exists(page, 'table', 'steps of Close Job'), false);
 });
 
+function isFocusInPicture() {
+  const outer = document.querySelector('.graph-box').getBoundingClientRect();
+  const inner = document.activeElement.querySelector('.frame').getBoundingClientRect();
+  const contains = (x, y) => x >= outer.left && x <= outer.right && y >= outer.top && y <= outer.bottom;
+  return contains(inner.left, inner.top) && contains(inner.right, inner.bottom);
+}
+
 step('The relationships can be searched, enlarged and opened', async () => {
   await visit(page, service, `/designs/${workshop}/relationships`, 'Relationships of Workshop');
   const box = () => page.$eval('svg.graph', (svg) => svg.viewBox.baseVal.width);
@@ -143,6 +150,13 @@ step('The relationships can be searched, enlarged and opened', async () => {
   assert.ok((await box()) < before);
   await type(page, 'searchbox', 'Find a table occurrence', 'Payments');
   await sees(page, 'match');
+  for (let times = 0; times < 5; ++times) await click(page, 'button', 'Enlarge');
+  const tables = await page.$$eval('a.occurrence', (all) => all.length);
+  await page.$eval('a.occurrence', (link) => link.focus());
+  for (let at = 1; at < tables; ++at) {
+    await page.keyboard.press('Tab');
+    assert.equal(await page.evaluate(isFocusInPicture), true, 'the picture follows the focus');
+  }
   await page.$eval('a.occurrence.here', (link) => link.focus());
   await page.keyboard.press('Enter');
   await sees(page, 'Table occurrence');

@@ -19,7 +19,10 @@ export function listen(graph) {
   const {element} = graph;
   drag(graph);
   element.addEventListener('wheel', (event) => wheel(graph, event), {passive: false});
-  element.addEventListener('focusin', (event) => mark(element, event.target.closest('.occurrence')));
+  element.addEventListener('focusin', ({target}) => {
+    mark(element, target.closest('.occurrence'));
+    if (target !== element && target.matches(':focus-visible')) graph.reveal(target);
+  });
   element.addEventListener('pointerover', (event) => mark(element, event.target.closest('.occurrence')));
   const keys = {
     '+': () => graph.enlarge(kStep),

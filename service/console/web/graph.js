@@ -199,6 +199,19 @@ export class Graph {
     this.show();
   }
 
+  /** Moves as far as needed to show what the keyboard has come to. */
+  reveal(link) {
+    const {x, y, width, height} = (link.querySelector('.frame') ?? link).getBBox();
+    const {view} = this;
+    const isInside =
+      x >= view.x && y >= view.y && x + width <= view.x + view.width && y + height <= view.y + view.height;
+    if (!isInside) this.center({x, y, width, height});
+  }
+
+  center({x, y, width, height}) {
+    this.move(x + (width - this.view.width) / 2 - this.view.x, y + (height - this.view.height) / 2 - this.view.y);
+  }
+
   fit() {
     this.view = {...this.all};
     this.show();
@@ -218,9 +231,8 @@ export class Graph {
     this.found = text === this.wanted && hits.length ? (this.found + 1) % hits.length : 0;
     this.wanted = text;
     if (!hits.length) return 0;
-    const {x, y, width, height} = this.occurrences[hits[this.found]];
     this.nodes[hits[this.found]].classList.add('here');
-    this.move(x + (width - this.view.width) / 2 - this.view.x, y + (height - this.view.height) / 2 - this.view.y);
+    this.center(this.occurrences[hits[this.found]]);
     return hits.length;
   }
 }
