@@ -333,11 +333,14 @@ step('Only a service that does not answer at all counts as gone', async () => {
 
 step('Files that are dropped are added', async () => {
   await visit(page, service, '/files', 'Files');
-  await drop(page, 'Dropped.xml', droppedExport);
-  await sees(page, 'Dropped.xml added', 'status');
+  await drop(page, {'Letter.xml': '<letter/>', 'Dropped.xml': droppedExport, 'Empty.xml': ''});
+  await sees(page, '1 of 3 files added. Not added: Letter.xml, Empty.xml', 'status');
+  await sees(page, 'Letter.xml was not added. ');
+  await sees(page, 'Empty.xml was not added. ');
+  offences.length = 0; // the refusals
   await find(page, 'link', 'Browse of Dropped');
   await visit(page, service, '/clips', 'Clips');
-  await drop(page, 'Fiddle.xml', kSnippet.replace('violin', 'fiddle'));
+  await drop(page, {'Fiddle.xml': kSnippet.replace('violin', 'fiddle')});
   await sees(page, '# Buy fiddle strings');
 });
 

@@ -119,17 +119,13 @@ export async function confirm(page, verb) {
   await button.click();
 }
 
-/** Drops a file on the page. */
-export const drop = (page, name, content) =>
-  page.evaluate(
-    (fileName, text) => {
-      const dataTransfer = new DataTransfer();
-      dataTransfer.items.add(new File([text], fileName));
-      document.body.dispatchEvent(new DragEvent('drop', {dataTransfer, bubbles: true, cancelable: true}));
-    },
-    name,
-    content,
-  );
+/** Drops files on the page: their contents by name. */
+export const drop = (page, files) =>
+  page.evaluate((contents) => {
+    const dataTransfer = new DataTransfer();
+    for (const [name, text] of Object.entries(contents)) dataTransfer.items.add(new File([text], name));
+    document.body.dispatchEvent(new DragEvent('drop', {dataTransfer, bubbles: true, cancelable: true}));
+  }, files);
 
 export async function type(page, role, name, text) {
   const control = await find(page, role, name);

@@ -1,8 +1,12 @@
 // Files from the desktop: a button that chooses them, and the whole page as a place to drop them.
-import {button, h, whileBusy} from './dom.js';
+import {announce, announceWork, button, h, whileBusy} from './dom.js';
+import {count} from './format.js';
 
-/** {button, watch(page)}; `add(files)` stores them. */
-export function dropArea({label, accept, add}) {
+/**
+ * {button, refusals, watch(page)}; `add(file, isAlone)` stores a file. `refusals` is an element with the files of the
+ * last drop that were not stored. `note` follows the report of success.
+ */
+export function dropArea({label, accept, add, note = ''}) {
   const input = h('input', {
     type: 'file',
     accept,
@@ -12,10 +16,30 @@ export function dropArea({label, accept, add}) {
     'aria-label': label,
   });
   const choose = button(label, () => input.click(), {class: 'plain'});
+  const refusals = h('ul', {class: 'warning plain-list', 'aria-label': 'Not added', hidden: true});
+  const addAll = async (files) => {
+    const refused = [];
+    refusals.hidden = true;
+    for (const [at, file] of files.entries()) {
+      if (files.length > 1) announceWork(`Adding ${file.name}, ${at + 1} of ${files.length}…`);
+      await add(file, files.length === 1).catch((error) => refused.push([file.name, error.message]));
+    }
+    refusals.replaceChildren(
+      ...refused.map(([name, reason]) => h('li', {}, h('b', {}, name), ` was not added. ${reason}`)),
+    );
+    refusals.hidden = refused.length === 0;
+    const added = files.length - refused.length;
+    if (refused.length)
+      announce(
+        `${added} of ${count(files.length, 'file')} added. Not added: ${refused.map(([name]) => name).join(', ')}`,
+        true,
+      );
+    else announce(`${files.length === 1 ? files[0].name : count(added, 'file')} added.${note}`);
+  };
   let last = Promise.resolve();
   const handle = (files) => {
     const added = [...files]; // the list empties itself
-    return (last = last.then(() => whileBusy(choose, () => add(added))));
+    return (last = last.then(() => whileBusy(choose, () => addAll(added))));
   };
   input.addEventListener('change', async () => {
     await handle(input.files);
@@ -23,6 +47,7 @@ export function dropArea({label, accept, add}) {
   });
   return {
     button: h('span', {}, choose, input),
+    refusals,
     watch(page) {
       const on = (type, action) => document.addEventListener(type, action, {signal: page.signal});
       const hasFiles = (event) => event.dataTransfer?.types.includes('Files');

@@ -10,12 +10,9 @@ import {finished, queue, reasonOf} from '../work.js';
 const kLimit = 1000;
 const kQuiet = 120; // ms
 
-async function addClips(files) {
-  for (const file of files) {
-    const {id} = await postFile(`clips${query({name: file.name.replace(/\.[^.]*$/, '')})}`, file);
-    announce(`${file.name} added`);
-    if (files.length === 1) location.hash = `#/clips/${segment(id)}`;
-  }
+async function addClip(file, isAlone) {
+  const {id} = await postFile(`clips${query({name: file.name.replace(/\.[^.]*$/, '')})}`, file);
+  if (isAlone) location.hash = `#/clips/${segment(id)}`;
 }
 
 /** Has FileMaker send what is on its clipboard. */
@@ -144,13 +141,14 @@ export function show(page) {
     columns: columns(chosen, () => (compare.disabled = chosen.size !== 2)),
     emptyText: 'No clip matches.',
   });
-  const drop = dropArea({label: 'Add a file…', accept: '.xml,.txt', add: addClips});
+  const drop = dropArea({label: 'Add a file…', accept: '.xml,.txt', add: addClip});
   const tags = select([['', 'All tags']], '');
   const place = h('div', {}, h('p', {class: 'loading'}, 'Loading…'));
   page.show(
     'Clips',
     {actions: [button("Get FileMaker's clipboard", fetchClipboard), drop.button, compare]},
     filterForm(page, tags, () => refresh()),
+    drop.refusals,
     place,
   );
   drop.watch(page);

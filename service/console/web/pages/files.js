@@ -1,6 +1,6 @@
 // The files of which there are designs.
 import {postFile, query, segment} from '../api.js';
-import {announce, empty, h} from '../dom.js';
+import {empty, h} from '../dom.js';
 import {designs, fileKey} from '../data.js';
 import {collator, fileTitle, size, when} from '../format.js';
 import {dropArea} from '../drop.js';
@@ -16,12 +16,7 @@ function groupByFile(all) {
   return [...files.values()].sort((a, b) => collator.compare(a.newest.fileName, b.newest.fileName));
 }
 
-async function addExports(files) {
-  for (const file of files) {
-    await postFile(`designs${query({filename: file.name})}`, file);
-    announce(`${file.name} added. Its design appears once it is read.`);
-  }
-}
+const addExport = (file) => postFile(`designs${query({filename: file.name})}`, file);
 
 function columns() {
   return [
@@ -68,9 +63,14 @@ const nothingYet = () =>
 
 export function show(page) {
   const table = list({page, label: 'Files', noun: 'file', columns: columns(), emptyText: ''});
-  const drop = dropArea({label: 'Add an export…', accept: '.xml', add: addExports});
+  const drop = dropArea({
+    label: 'Add an export…',
+    accept: '.xml',
+    add: addExport,
+    note: ' Designs appear once they are read.',
+  });
   const place = h('div', {}, h('p', {class: 'loading'}, 'Loading…'));
-  page.show('Files', {actions: drop.button}, place);
+  page.show('Files', {actions: drop.button}, drop.refusals, place);
   drop.watch(page);
   page.watch({
     topics: ['designs'],
