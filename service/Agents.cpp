@@ -22,7 +22,8 @@ struct NamedMode {
 constexpr NamedMode kModes[] = {
     {"full", AgentMode::kFull}, {"read-only", AgentMode::kReadOnly}, {"off", AgentMode::kOff}};
 
-constexpr std::array<std::string_view, 2> kPermitted = {"/operator/commands", "/operator/commands/*/cancel"};
+constexpr std::array<std::string_view, 3> kPermitted = {"/operator/commands", "/operator/commands/*/repeat",
+                                                        "/operator/commands/*/cancel"};
 
 std::string PathIn(const std::string& folder) { return (std::filesystem::path(folder) / "agents").string(); }
 

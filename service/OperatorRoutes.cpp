@@ -8,6 +8,7 @@ namespace service {
 namespace {
 
 constexpr std::int64_t kLongestTime = 100LL * 365 * 86400;  // seconds
+constexpr char kNoCommand[] = "no such command";
 
 void Set(Json& json, const char* name, const std::optional<std::string>& value) {
   if (value) json[name] = *value;
@@ -47,26 +48,38 @@ Json DescribeAll(const Rows& rows) {
 
 std::string ByAgent(const std::string& agent) { return agent.empty() ? "" : " by agent " + agent; }
 
+Response Enqueue(Context& context, const Request& request, const CommandType& type, const CommandArguments& arguments,
+                 std::chrono::seconds expires) {
+  if (type.writes) CheckAgentWrites(context.agents, request);
+  const std::string id = context.store.Enqueue(type, arguments, expires, AgentOf(request));
+  context.Log("command " + id + " queued: " + PublicName(type.name) + ByAgent(AgentOf(request)));
+  return JsonAnswer({{"id", id}}, 201);
+}
+
 Response Queue(Context& context, const Request& request) {
   const Message message = ReadMessage(
       request.body, {{"type"}, {"fileName", false}, {"xmlType", false}, {"xmlContent", false}, {"expires", false}});
   const CommandType* type = FindCommandType(message.at("type"));
   if (type == nullptr) throw HttpError(400, "type must be one of " + CommandTypeNames(Reader::kProgram));
-  if (type->writes) CheckAgentWrites(context.agents, request);
   const CommandArguments arguments{Find(message, "fileName"), Find(message, "xmlType"), Find(message, "xmlContent")};
   const std::string fault = CheckArguments(*type, arguments, Reader::kProgram);
   if (!fault.empty()) throw HttpError(400, fault);
   const auto expires = Number("expires", Find(message, "expires"), 1, kLongestTime, type->queuedFor.count());
-  const std::string id = context.store.Enqueue(*type, arguments, std::chrono::seconds(expires), AgentOf(request));
-  context.Log("command " + id + " queued: " + PublicName(type->name) + ByAgent(AgentOf(request)));
-  return JsonAnswer({{"id", id}}, 201);
+  return Enqueue(context, request, *type, arguments, std::chrono::seconds(expires));
+}
+
+Response Repeat(Context& context, const Request& request) {
+  const auto sent = context.store.Sent(request.captures[0]);
+  const CommandType* type = sent ? FindCommandType(sent->type) : nullptr;
+  if (type == nullptr) throw HttpError(404, kNoCommand);
+  return Enqueue(context, request, *type, sent->arguments, type->queuedFor);
 }
 
 Response Cancel(Context& context, const Request& request) {
   const std::string& id = request.captures[0];
   switch (context.store.Cancel(id)) {
     case Cancellation::kUnknown:
-      throw HttpError(404, "no such command");
+      throw HttpError(404, kNoCommand);
     case Cancellation::kNotQueued:
       throw HttpError(409, "the command is no longer queued");
     case Cancellation::kCancelled:
@@ -78,7 +91,7 @@ Response Cancel(Context& context, const Request& request) {
 
 CommandSummary NamedCommand(Context& context, const Request& request) {
   auto command = context.store.FindCommand(request.captures[0]);
-  if (!command) throw HttpError(404, "no such command");
+  if (!command) throw HttpError(404, kNoCommand);
   return *std::move(command);
 }
 
@@ -149,6 +162,7 @@ constexpr Route kRoutes[] = {
     {"GET", "/operator/status", KeyPlace::kHeader, false, false, ShowStatus},
     {"GET", "/operator/commands", KeyPlace::kHeader, false, false, ListCommands},
     {"POST", "/operator/commands", KeyPlace::kHeader, true, false, Queue},
+    {"POST", "/operator/commands/*/repeat", KeyPlace::kHeader, false, false, Repeat},
     {"POST", "/operator/commands/*/cancel", KeyPlace::kHeader, false, false, Cancel},
     {"GET", "/operator/commands/*/result", KeyPlace::kHeader, false, false, SendResult},
     {"GET", "/operator/commands/*", KeyPlace::kHeader, false, false, ShowCommand},

@@ -186,6 +186,16 @@ std::string Store::Enqueue(const CommandType& type, const CommandArguments& argu
   return id;
 }
 
+std::optional<Command> Store::Sent(const std::string& id) {
+  const std::lock_guard lock(mutex_);
+  Statement row(database_, "SELECT id, type, file_name, xml_type, xml_content FROM commands WHERE id = ?1", id);
+  if (!row.Step()) return std::nullopt;
+  Command command;
+  row.Read(command.id, command.type, command.arguments.fileName, command.arguments.xmlType,
+           command.arguments.xmlContent);
+  return command;
+}
+
 std::optional<Command> Store::Deliver() {
   const std::lock_guard lock(mutex_);
   CheckFile();

@@ -129,6 +129,9 @@ class Store {
   std::string Enqueue(const CommandType& type, const CommandArguments& arguments,
                       std::optional<std::chrono::seconds> queuedFor = {}, const std::string& agent = "");
 
+  /// The command as it was queued, so that it can be queued again; nothing when there is no such command.
+  std::optional<Command> Sent(const std::string& id);
+
   /// Takes the oldest queued command that can be delivered now and marks it delivered: no later call returns it again.
   /// A command whose result could be confused with that of one delivered before waits until that one is finished, or
   /// has had as long as its type takes.

@@ -1,7 +1,7 @@
 // What people do in the console once it is set up: they keep order in designs and commands.
 import assert from 'node:assert/strict';
 import {after, before} from 'node:test';
-import {laterWorkshop} from './exports.mjs';
+import {kSnippet, laterWorkshop} from './exports.mjs';
 import {until} from '../support/programs.mjs';
 import {
   addDesign,
@@ -71,4 +71,29 @@ step('A label and a note are given, changed and removed, in every window', async
   await sees(page, 'Label and note removed', 'status');
   await find(page, 'button', `Add label to design ${workshop}`);
   assert.equal(await exists(page, 'button', `Edit label of design ${workshop}`), false);
+});
+
+// What the plug-in is given to do.
+const poll = async () => (await service.fetch(`/api/bridge/command/next?licenseKey=${service.key}`)).command;
+const complete = (id) =>
+  service.fetch(`/api/bridge/command/${id}/complete`, JSON.stringify({licenseKey: service.key, status: 'completed'}));
+
+step('A command is repeated in a window that has not sent it', async () => {
+  const sent = JSON.stringify({type: 'SET_CLIPBOARD', xmlType: 'XMSS', xmlContent: kSnippet});
+  const {id} = await service.fetch('/operator/commands', sent);
+  await poll();
+  await complete(id);
+  await visit(page, service, '/commands', 'Commands');
+  const again = await page.waitForSelector('button[aria-label^="Repeat Set the clipboard"]');
+  await again.click();
+  await sees(page, 'Set the clipboard: waiting for FileMaker', 'status');
+  const first = await poll();
+  assert.deepEqual([first.xmlType, first.xmlContent], ['XMSS', kSnippet]);
+  await complete(first.id);
+  await visit(page, service, `/commands/${id}`, 'Set the clipboard');
+  await click(page, 'button', 'Repeat');
+  await find(page, 'heading', 'Commands');
+  const second = await poll();
+  assert.equal(second.xmlContent, kSnippet);
+  await complete(second.id);
 });

@@ -224,6 +224,11 @@ test('the user decides what assistants may use', async () => {
   assert.match(await refusal('set_clipboard', {xmlType: 'XMSS', xml: kSteps}, assistant), /--agents read-only/);
   assert.match(await refusal('list_files', {waitSeconds: 1}, assistant), /No FileMaker/);
   assert.deepEqual((await readOnly.commands()).map(({type}) => type), ['LIST_FILES']);
+  const sent = JSON.stringify({type: 'SET_CLIPBOARD', xmlType: 'XMSS', xmlContent: kSteps});
+  const {id} = await readOnly.fetch('/operator/commands', sent);
+  const asReader = {Authorization: `Bearer ${readOnly.key}`, 'Varnix-Agent': 'reader'};
+  const repeat = {method: 'POST', headers: asReader, body: '{}'};
+  assert.equal((await fetch(`${readOnly.url}/operator/commands/${id}/repeat`, repeat)).status, 403);
   const off = await Service.start('off', {options: ['--agents', 'off']});
   await off.addDesign(ORDERS, 'Orders.fmp12.xml');
   const headers = {Authorization: `Bearer ${off.key}`, 'Varnix-Agent': 'x'};

@@ -73,6 +73,17 @@ TEST_F(Protocol, DeliversCommandsInOrderAsOneCompactObject) {
   EXPECT_EQ(service_->Poll(), kNothing);
 }
 
+TEST_F(Protocol, RepeatsACommandAsItWasQueued) {
+  const std::string command = R"("type":"SET_CLIPBOARD","xmlType":"XMSS","xmlContent":"<a b=\"\\\">\t😀</a>")";
+  const auto path = "/operator/commands/" + CarryOut(command, [] {}) + "/repeat";
+  const auto answer = service_->Exchange("POST", path, {{"Varnix-Agent", "helper"}}, "{}");
+  EXPECT_EQ(answer.status, 201);
+  const std::string id = JsonGetString(answer.body, "id");
+  EXPECT_EQ(service_->Told(id, "by"), "agent helper");
+  EXPECT_EQ(service_->Poll(), R"({"command":{"id":")" + id + R"(",)" + command + "}}");
+  EXPECT_EQ(service_->Post("/operator/commands/x/repeat", "{}").status, 404);
+}
+
 TEST_F(Protocol, KeepsTheLiveUploadOfTheFileAskedForByteForByte) {
   const auto id = CarryOut(R"("type":"GET_SCHEMA","fileName":"My Büro")", [&] {
     service_->Post("/api/bridge/diagnostic",

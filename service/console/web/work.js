@@ -25,24 +25,16 @@ export const isConnected = ({secondsSincePoll}) => secondsSincePoll !== null && 
 export const commandName = (type) => kCommands[type] ?? type;
 export const isOpen = (command) => command.state === 'queued' || command.state === 'delivered';
 
-// What this window has sent, by the ids of the commands: the service does not give it back.
-const sentXml = new Map();
-
 /** Queues a command; the id. */
 export async function queue(type, values = {}) {
   const set = Object.entries(values).filter(([, value]) => value);
-  const {id} = await post('commands', {type, ...Object.fromEntries(set)});
-  if (values.xmlContent) sentXml.set(id, values.xmlContent);
-  return id;
+  return (await post('commands', {type, ...Object.fromEntries(set)})).id;
 }
 
-/** Queues a command like `command` once more. */
-export function repeat({id, type, fileName, xmlType}) {
-  const xmlContent = sentXml.get(id);
-  if (type === 'SET_CLIPBOARD' && !xmlContent) {
-    throw new Error('This window no longer has the XML of this command. Put a clip on the clipboard instead.');
-  }
-  return queue(type, {fileName, xmlType, xmlContent});
+/** Queues the same command once more. */
+export async function repeat(command) {
+  await post(`commands/${segment(command.id)}/repeat`);
+  announce(`${commandName(command.type)}: waiting for FileMaker`);
 }
 
 /** Resolves to the command once it is finished. `changed` sees it after each change until then. */

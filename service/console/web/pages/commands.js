@@ -89,11 +89,6 @@ export function openState(command) {
   return [text, meter];
 }
 
-async function ask(command) {
-  await repeat(command);
-  announce(`${commandName(command.type)}: waiting for FileMaker`);
-}
-
 async function cancel(command) {
   await post(`commands/${segment(command.id)}/cancel`);
   announce('The command is cancelled');
@@ -138,7 +133,7 @@ function columns() {
       text: () => '',
       cell: (command) =>
         !isOpen(command) &&
-        button('Repeat', () => ask(command), {
+        button('Repeat', () => repeat(command), {
           class: 'quiet',
           'aria-label': `Repeat ${commandName(command.type)} of ${when(command.queuedAt).textContent}`,
         }),

@@ -5,7 +5,7 @@ import {announce, button, confirmed, copy, empty, h, properties, save} from '../
 import {when} from '../format.js';
 import {clipKind} from '../kinds.js';
 import {keepingFocus} from '../page.js';
-import {commandName, isOpen, reasonOf} from '../work.js';
+import {commandName, isOpen, reasonOf, repeat} from '../work.js';
 import {openState} from './commands.js';
 
 const kShownXml = 200000; // characters
@@ -118,6 +118,10 @@ function render({command, text, design}) {
     announce('Command deleted');
     location.hash = '#/commands';
   };
+  const again = async () => {
+    await repeat(command);
+    location.hash = '#/commands';
+  };
   return [
     facts(command),
     isOpen(command) && h('p', {}, openState(command)),
@@ -136,7 +140,13 @@ function render({command, text, design}) {
         ),
       ),
     command.state === 'completed' && h('section', {}, h('h2', {}, 'Result'), resultElement(command, text, design)),
-    !isOpen(command) && h('p', {}, button('Delete', remove, {class: 'plain'})),
+    !isOpen(command) &&
+      h(
+        'div',
+        {class: 'actions'},
+        button('Repeat', again, {class: 'plain'}),
+        button('Delete', remove, {class: 'plain'}),
+      ),
   ]
     .flat(Infinity)
     .filter(Boolean);
