@@ -446,6 +446,40 @@ for (const scheme of ['light', 'dark']) {
   });
 }
 
+async function deleteNow(values) {
+  await visit(page, service, '/storage', 'Storage');
+  for (const [label, number] of Object.entries(values)) await type(page, 'spinbutton', label, number);
+  await click(page, 'button', 'Delete now');
+  await confirm(page, 'Delete');
+}
+
+step('What is old is deleted, but neither tagged clips nor clips that a person added', async () => {
+  const push = {licenseKey: service.key, xmlType: 'XMSS', xmlContent: kSnippet.replace('violin', 'unwanted')};
+  await service.fetch('/api/bridge/push', JSON.stringify(push));
+  const names = async () => (await designs()).map(({fileName}) => fileName).sort();
+  const files = [...new Set(await names())];
+  assert.ok((await names()).length > files.length, 'there is an older design');
+  await deleteNow({'Older than (days)': '0', 'Keep the newest': '1'});
+  await until(async () => (await names()).join() === files.join());
+  await deleteNow({'Older than (days)': '0', 'Keep the newest': ''});
+  await until(async () => (await names()).length === 0);
+  const {clips} = await service.fetch('/operator/clips');
+  assert.deepEqual(clips.map(({title, tags}) => [/Buy (.*) strings/.exec(title)?.[1], ...tags].join(' ')).sort(), [
+    'cello & bow kept',
+    'fiddle',
+    'violin shop strings',
+  ]);
+  const {records} = await service.fetch('/operator/records');
+  assert.deepEqual([...new Set(records.map(({kind}) => kind))].sort(), ['clip', 'push']);
+  const {commands: left} = await service.fetch('/operator/commands');
+  assert.ok(
+    left.every(({result}) => records.some(({number}) => number === result)),
+    'they brought what is kept',
+  );
+  await visit(page, service, '/files', 'Files');
+  await sees(page, 'No design yet');
+});
+
 step('Without JavaScript the page says so', async () => {
   const window = await openWindow(service);
   await window.setJavaScriptEnabled(false);
