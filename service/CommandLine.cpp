@@ -142,6 +142,8 @@ class CommandLine {
     CLI::App* result = AddClient("result", "wait for a command and print its result", RunResult);
     AddWait(result, "how long to wait");
     CLI::App* cancel = AddClient("cancel", "withdraw a command that no plug-in has asked for yet", RunCancel);
+    cancel->add_flag("--delivered", options_.delivered,
+                     "also forget one that a plug-in has taken; FileMaker may still carry it out");
     CLI::App* show = AddClient("show", "show everything about one command except its result", RunShow);
     for (CLI::App* subcommand : {result, cancel, show}) {
       subcommand->add_option("ID", options_.id, "of the command")->required();

@@ -75,18 +75,21 @@ Response Repeat(Context& context, const Request& request) {
   return Enqueue(context, request, *type, sent->arguments, type->queuedFor);
 }
 
-Response Cancel(Context& context, const Request& request) {
-  const std::string& id = request.captures[0];
-  switch (context.store.Cancel(id)) {
-    case Cancellation::kUnknown:
-      throw HttpError(404, kNoCommand);
-    case Cancellation::kNotQueued:
-      throw HttpError(409, "the command is no longer queued");
-    case Cancellation::kCancelled:
-      break;
-  }
+Response Withdraw(Context& context, const std::string& id, Cancellation outcome, const char* otherwise) {
+  if (outcome == Cancellation::kUnknown) throw HttpError(404, kNoCommand);
+  if (outcome == Cancellation::kOtherState) throw HttpError(409, otherwise);
   context.Log("command " + id + " cancelled");
   return JsonAnswer({{"ok", true}});
+}
+
+Response Cancel(Context& context, const Request& request) {
+  const std::string& id = request.captures[0];
+  return Withdraw(context, id, context.store.Cancel(id), "the command is no longer queued");
+}
+
+Response Forget(Context& context, const Request& request) {
+  const std::string& id = request.captures[0];
+  return Withdraw(context, id, context.store.Forget(id), "the command is finished");
 }
 
 CommandSummary NamedCommand(Context& context, const Request& request) {
@@ -164,6 +167,7 @@ constexpr Route kRoutes[] = {
     {"POST", "/operator/commands", KeyPlace::kHeader, true, false, Queue},
     {"POST", "/operator/commands/*/repeat", KeyPlace::kHeader, false, false, Repeat},
     {"POST", "/operator/commands/*/cancel", KeyPlace::kHeader, false, false, Cancel},
+    {"POST", "/operator/commands/*/forget", KeyPlace::kHeader, false, false, Forget},
     {"GET", "/operator/commands/*/result", KeyPlace::kHeader, false, false, SendResult},
     {"GET", "/operator/commands/*", KeyPlace::kHeader, false, false, ShowCommand},
     {"GET", "/operator/records", KeyPlace::kHeader, false, false, ListRecords},

@@ -38,8 +38,9 @@ struct Options {
 
   std::string agent;  ///< AI assistant that requests are made for; empty: none
 
-  std::string id;    ///< of a command
-  std::string kind;  ///< of records
+  std::string id;          ///< of a command
+  bool delivered = false;  ///< a command that a plug-in has taken, too
+  std::string kind;        ///< of records
   std::optional<long> record;
 
   std::optional<long> olderThan;  ///< seconds

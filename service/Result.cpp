@@ -35,7 +35,8 @@ ExitStatus Report(Client& client, const std::string& path, const nlohmann::json&
     return kDone;
   }
   if (IsFinished(command)) {
-    const std::string reason = state == "failed" ? "the plug-in gave no reason" : "the command is " + state;
+    std::string reason = state == "failed" ? "the plug-in gave no reason" : "the command is " + state;
+    if (IsForgotten(command)) reason += ", but FileMaker may still carry it out";
     std::cerr << "varnix-service: " << TextForTerminal(command.value("error", reason)) << '\n';
     return kFailed;
   }
@@ -59,6 +60,10 @@ void PrintContent(const std::string& content) {
 
 bool IsFinished(const nlohmann::json& command) {
   return command.at("state") != "queued" && command.at("state") != "delivered";
+}
+
+bool IsForgotten(const nlohmann::json& command) {
+  return command.at("state") == "cancelled" && command.contains("deliveredAt");
 }
 
 nlohmann::json AwaitCommand(Client& client, const std::string& path, const Waiting& waiting) {

@@ -12,6 +12,9 @@ namespace service {
 
 bool IsFinished(const nlohmann::json& command);
 
+/// True when a plug-in had taken the command before it was cancelled, and may still carry it out.
+bool IsForgotten(const nlohmann::json& command);
+
 struct Waiting {
   std::function<bool()> pause;  ///< waits a moment; false ends the wait
   std::function<void(const nlohmann::json& command)> show;

@@ -60,7 +60,8 @@ ExitStatus RunSend(const Options& options) {
 }
 
 ExitStatus RunCancel(const Options& options) {
-  Client(options).Post(CommandPath(options.id) + "/cancel", nlohmann::json::object());
+  const char* request = options.delivered ? "/forget" : "/cancel";
+  Client(options).Post(CommandPath(options.id) + request, nlohmann::json::object());
   return kDone;
 }
 

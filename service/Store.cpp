@@ -82,10 +82,13 @@ std::int64_t Milliseconds(std::chrono::seconds duration) {
   return std::chrono::duration_cast<std::chrono::milliseconds>(duration).count();
 }
 
+// Delivered and not answered, whether or not somebody still waits for the answer.
+#define MAY_BE_ANSWERED "(state = 'delivered' OR (state = 'cancelled' AND records_before IS NOT NULL))"
+
 // The types whose result a plug-in may be sending at `now`.
 std::vector<const CommandType*> TypesAtWork(Database& database, std::int64_t now) {
   std::vector<const CommandType*> types;
-  Statement rows(database, "SELECT type, delivered FROM commands WHERE state = 'delivered'");
+  Statement rows(database, "SELECT type, delivered FROM commands WHERE " MAY_BE_ANSWERED);
   while (rows.Step()) {
     std::string name;
     std::int64_t delivered = 0;
@@ -217,7 +220,11 @@ std::optional<Command> Store::Deliver() {
   return command;
 }
 
-Cancellation Store::Cancel(const std::string& id) {
+Cancellation Store::Cancel(const std::string& id) { return Withdraw(id, false); }
+
+Cancellation Store::Forget(const std::string& id) { return Withdraw(id, true); }
+
+Cancellation Store::Withdraw(const std::string& id, bool alsoDelivered) {
   const std::lock_guard lock(mutex_);
   CheckFile();
   ExpireCommands();
@@ -225,7 +232,7 @@ Cancellation Store::Cancel(const std::string& id) {
   if (!find.Step()) return Cancellation::kUnknown;
   std::string state;
   find.Read(state);
-  if (state != "queued") return Cancellation::kNotQueued;
+  if (state != "queued" && !(alsoDelivered && state == "delivered")) return Cancellation::kOtherState;
   Statement(database_, "UPDATE commands SET state = 'cancelled', finished = ?1 WHERE id = ?2", clock_(), id).Step();
   changed_(Change::kCommands);
   return Cancellation::kCancelled;
@@ -236,21 +243,29 @@ Completion Store::Complete(const std::string& id, const std::string& state, cons
   CheckFile();
   Transaction transaction(database_);
   Command command{id, "", {}};
-  std::int64_t recordsBefore = 0;
+  std::optional<std::int64_t> delivered, recordsBefore;
+  bool isForgotten = false;
   {
-    Statement find(database_, "SELECT type, file_name, state, error, records_before FROM commands WHERE id = ?1", id);
+    Statement find(database_,
+                   "SELECT type, file_name, state, error, delivered, records_before FROM commands WHERE id = ?1", id);
     if (!find.Step()) return Completion::kUnknown;
     std::string present;
     std::optional<std::string> presentError;
-    find.Read(command.type, command.arguments.fileName, present, presentError, recordsBefore);
+    find.Read(command.type, command.arguments.fileName, present, presentError, delivered, recordsBefore);
     if (present == state && presentError == error) return Completion::kAccepted;
     if (present == "completed" || present == "failed") return Completion::kFinishedOtherwise;
-    if (present != "delivered") return Completion::kNotDelivered;
+    isForgotten = present == "cancelled" && delivered;
+    if (isForgotten && !recordsBefore) return Completion::kAccepted;
+    if (present != "delivered" && !isForgotten) return Completion::kNotDelivered;
   }
-  Statement(database_, "UPDATE commands SET state = ?1, error = ?2, finished = ?3 WHERE id = ?4", state, error,
-            clock_(), id)
-      .Step();
-  if (state == "completed") ClaimResult(database_, command, recordsBefore);
+  if (isForgotten) {
+    Statement(database_, "UPDATE commands SET records_before = NULL WHERE id = ?1", id).Step();
+  } else {
+    Statement(database_, "UPDATE commands SET state = ?1, error = ?2, finished = ?3 WHERE id = ?4", state, error,
+              clock_(), id)
+        .Step();
+  }
+  if (state == "completed") ClaimResult(database_, command, recordsBefore.value_or(0));
   transaction.Commit();
   changed_(Change::kCommands);
   changed_(Change::kRecords);
@@ -267,7 +282,7 @@ std::int64_t Store::Add(const Record& record) {
   const std::int64_t content = KeepOnce(database_, "contents", "bytes", record.content).number;
   Statement(database_,
             "INSERT INTO records (kind, name, label, received, content, command) VALUES (?1, ?2, ?3, ?4, ?5,"
-            " (SELECT id FROM commands WHERE ?1 = 'diagnostic' AND type = 'GET_SCHEMA' AND state = 'delivered'"
+            " (SELECT id FROM commands WHERE ?1 = 'diagnostic' AND type = 'GET_SCHEMA' AND " MAY_BE_ANSWERED
             "  ORDER BY delivered DESC, number DESC LIMIT 1))",
             record.kind, record.name, record.label, clock_(), content)
       .Step();

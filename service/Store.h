@@ -61,7 +61,7 @@ struct CommandSummary {
 };
 
 enum class Completion { kAccepted, kUnknown, kNotDelivered, kFinishedOtherwise };
-enum class Cancellation { kCancelled, kUnknown, kNotQueued };
+enum class Cancellation { kCancelled, kUnknown, kOtherState };
 
 struct Pruned {
   std::int64_t commands = 0;
@@ -74,7 +74,7 @@ struct Retention {
   std::optional<std::int64_t> keep;  ///< the newest of each kind and name are never deleted
 };
 
-enum class Deletion { kDeleted, kUnknown, kNotFinished };
+enum class Deletion { kDeleted, kUnknown, kNotFinished, kAnswerMayCome };
 
 struct KindSize {
   std::string kind;  ///< of records
@@ -143,6 +143,11 @@ class Store {
   /// Ends a queued command.
   Cancellation Cancel(const std::string& id);
 
+  /// Ends a command that is queued or delivered, for a person who no longer waits for it. The plug-in may still carry
+  /// out what was delivered. The command stays cancelled then, but what the plug-in sends becomes its result and is not
+  /// taken for that of another.
+  Cancellation Forget(const std::string& id);
+
   /// Ends a delivered command as `state`, and finds the result of a completed one among the records since its delivery.
   /// Saying the same twice is accepted.
   Completion Complete(const std::string& id, const std::string& state, const std::optional<std::string>& error);
@@ -170,7 +175,9 @@ class Store {
   /// The uploads from the record `number` on that have the same content, oldest first.
   std::vector<std::int64_t> Repetitions(std::int64_t number);
 
-  /// Deletes a finished command and its diagnostics; its result stays as a record that belongs to no command.
+  /// Deletes a finished command and its diagnostics; its result stays as a record that belongs to no command. A
+  /// forgotten command must first have had as long as its type takes, because the answer to it would look like that to
+  /// the next.
   Deletion DeleteCommand(const std::string& id);
 
   Totals Count();
@@ -204,6 +211,7 @@ class Store {
 
  private:
   void ExpireCommands();
+  Cancellation Withdraw(const std::string& id, bool alsoDelivered);
   void ReportDeletion();
   void GiveSpaceBack();
   bool DropContents();  // deletes a step's worth of what no record has; false when there is nothing

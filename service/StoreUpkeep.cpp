@@ -20,6 +20,12 @@ std::int64_t Setting(Database& database, const char* sql) {
   return value;
 }
 
+// In milliseconds.
+std::int64_t LongestWork(const std::string& type) {
+  const CommandType* known = FindCommandType(type);
+  return known == nullptr ? 0 : std::chrono::milliseconds(known->takes).count();
+}
+
 }  // namespace
 
 Pruned Store::Prune(std::chrono::seconds age, std::int64_t keep) {
@@ -117,13 +123,17 @@ Deletion Store::DeleteCommand(const std::string& id) {
     CheckFile();
     ExpireCommands();
     Transaction transaction(database_);
-    std::string state;
+    std::string state, type;
+    std::int64_t delivered = 0;
+    std::optional<std::int64_t> recordsBefore;
     {
-      Statement find(database_, "SELECT state FROM commands WHERE id = ?1", id);
+      Statement find(database_, "SELECT state, type, delivered, records_before FROM commands WHERE id = ?1", id);
       if (!find.Step()) return Deletion::kUnknown;
-      find.Read(state);
+      find.Read(state, type, delivered, recordsBefore);
     }
     if (state == "queued" || state == "delivered") return Deletion::kNotFinished;
+    const bool isForgotten = state == "cancelled" && recordsBefore;
+    if (isForgotten && clock_() - delivered < LongestWork(type)) return Deletion::kAnswerMayCome;
     Statement(database_, "DELETE FROM records WHERE command = ?1 AND kind = 'diagnostic'", id).Step();
     Statement(database_, "UPDATE records SET command = NULL WHERE command = ?1", id).Step();
     Statement(database_, "DELETE FROM commands WHERE id = ?1", id).Step();

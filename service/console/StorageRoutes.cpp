@@ -86,6 +86,8 @@ Response DeleteCommand(Context& context, const Request& request) {
       throw HttpError(404, "no such command");
     case Deletion::kNotFinished:
       throw HttpError(409, "the command is not finished");
+    case Deletion::kAnswerMayCome:
+      throw HttpError(409, "FileMaker may still answer this command: delete it in a minute");
     case Deletion::kDeleted:
       break;
   }

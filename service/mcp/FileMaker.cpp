@@ -69,6 +69,7 @@ void CheckCompleted(const Command& command) {
   const std::string state = command.at("state");
   if (state == "completed") return;
   if (state == "failed") throw ToolError("FileMaker: " + command.value("error", "it failed and gave no reason"));
+  if (IsForgotten(command)) throw ToolError("The user no longer waits for it. FileMaker may still carry it out.");
   throw ToolError(state == "cancelled" ? "The user has withdrawn the command."
                                        : "The command expired before FileMaker took it. Nothing was done.");
 }

@@ -6,6 +6,7 @@ import {until} from '../support/programs.mjs';
 import {
   addDesign,
   click,
+  confirm,
   disturb,
   exists,
   find,
@@ -96,4 +97,31 @@ step('A command is repeated in a window that has not sent it', async () => {
   const second = await poll();
   assert.equal(second.xmlContent, kSnippet);
   await complete(second.id);
+});
+
+step('A command that FileMaker has taken is forgotten, and what comes late is shown there', async () => {
+  const {id} = await service.fetch('/operator/commands', JSON.stringify({type: 'LIST_FILES'}));
+  await poll();
+  await visit(page, service, '/commands', 'Commands');
+  await click(page, 'button', 'Forget List open files');
+  await sees(page, 'Forget this command?', 'dialog');
+  await confirm(page, 'Forget the command');
+  await sees(page, 'FileMaker may still carry it out', 'status');
+  await sees(page, 'At work Nothing at present.');
+  await sees(page, 'Nobody waits for it any longer. FileMaker may still carry it out.');
+  await visit(page, service, `/commands/${id}`, 'List open files');
+  await click(page, 'button', 'Delete');
+  isDown = true; // the browser reports the refusal
+  await confirm(page, 'Delete the command');
+  await sees(page, 'FileMaker may still answer', 'status');
+  isDown = false;
+  const list = {licenseKey: service.key, xmlType: 'FILE_LIST', xmlContent: 'Workshop', label: 'Open files'};
+  await service.fetch('/api/bridge/push', JSON.stringify(list));
+  await complete(id);
+  await sees(page, 'cancelled');
+  await sees(page, 'Result that came late Copy Download Workshop');
+  await click(page, 'button', 'Delete');
+  await confirm(page, 'Delete the command');
+  await find(page, 'heading', 'Commands');
+  assert.equal((await service.fetch('/operator/commands')).commands.filter((one) => one.id === id).length, 0);
 });

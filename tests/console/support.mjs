@@ -150,7 +150,7 @@ export const longestKey = (page, inputs) =>
 
 /** Waits for a text in the element of this role. */
 export async function sees(page, text, role = 'main') {
-  const places = {main: 'main', status: '[role=status]', alert: '[role=alert]', banner: 'header'};
+  const places = {main: 'main', status: '[role=status]', alert: '[role=alert]', banner: 'header', dialog: 'dialog'};
   await page.bringToFront();
   try {
     await page.waitForFunction(

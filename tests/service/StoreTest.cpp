@@ -16,6 +16,7 @@ namespace {
 
 using service::Cancellation;
 using service::Completion;
+using service::Deletion;
 using namespace std::chrono_literals;
 
 class StoreOverTime : public FolderTest {
@@ -98,7 +99,7 @@ TEST_F(StoreOverTime, CancelsAndExpiresOnlyWhatIsQueued) {
   const auto cancelled = Queue("LIST_FILES"), brief = Queue("GET_SCHEMA", {}, 5s), clipboard = Queue("GET_CLIPBOARD");
   const auto delivered = Queue("DEBUG_CONTEXT"), long_ = Queue("GET_CLIPBOARD_FORMATS", {}, 1h);
   EXPECT_EQ(store_->Cancel(cancelled), Cancellation::kCancelled);
-  EXPECT_EQ(store_->Cancel(cancelled), Cancellation::kNotQueued);
+  EXPECT_EQ(store_->Cancel(cancelled), Cancellation::kOtherState);
   EXPECT_EQ(store_->Cancel("no such"), Cancellation::kUnknown);
   EXPECT_EQ(Complete(cancelled), Completion::kNotDelivered);
   now_ += 5000;
@@ -114,6 +115,38 @@ TEST_F(StoreOverTime, CancelsAndExpiresOnlyWhatIsQueued) {
   now_ += 601'000;
   EXPECT_EQ(State(delivered), "delivered");
   EXPECT_EQ(Deliver(), long_);
+}
+
+TEST_F(StoreOverTime, GivesAForgottenCommandWhatComesLateAndNobodyElse) {
+  const auto forgotten = Queue("LIST_FILES"), next = Queue("LIST_FILES");
+  EXPECT_EQ(Deliver(), forgotten);
+  EXPECT_EQ(store_->Forget(forgotten), Cancellation::kCancelled);
+  EXPECT_EQ(store_->Forget(forgotten), Cancellation::kOtherState);
+  EXPECT_EQ(store_->Count().delivered, 0);
+  EXPECT_EQ(Deliver(), "") << "the plug-in may be at work on the first one";
+  EXPECT_EQ(store_->DeleteCommand(forgotten), Deletion::kAnswerMayCome);
+  now_ += 10'000;
+  EXPECT_EQ(Deliver(), next);
+  Push("FILE_LIST", "late");
+  EXPECT_EQ(Complete(forgotten), Completion::kAccepted);
+  EXPECT_EQ(Complete(forgotten), Completion::kAccepted);
+  EXPECT_EQ(State(forgotten), "cancelled");
+  EXPECT_EQ(Result(forgotten), "late");
+  Complete(next);
+  EXPECT_EQ(Result(next), "none");
+  EXPECT_EQ(store_->DeleteCommand(forgotten), Deletion::kDeleted);
+  EXPECT_EQ(Complete(forgotten), Completion::kUnknown);
+
+  const auto schema = Queue("GET_SCHEMA"), queued = Queue("DEBUG_CONTEXT");
+  EXPECT_EQ(store_->Forget(queued), Cancellation::kCancelled);
+  EXPECT_EQ(store_->DeleteCommand(queued), Deletion::kDeleted);
+  EXPECT_EQ(Deliver(), schema);
+  store_->Forget(schema);
+  const auto diagnostic = store_->Add({"diagnostic", "LC_SCHEMA_TIMEOUT", "failed", "late"});
+  EXPECT_EQ(store_->FindRecord(diagnostic)->command, schema);
+  EXPECT_EQ(Complete(schema, "failed"), Completion::kAccepted);
+  EXPECT_EQ(State(schema), "cancelled");
+  EXPECT_EQ(store_->DeleteCommand(schema), Deletion::kDeleted) << "it is answered";
 }
 
 TEST_F(StoreOverTime, KeepsIdenticalContentsOnceAndPrunesWhatIsOld) {

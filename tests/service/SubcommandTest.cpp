@@ -100,6 +100,10 @@ TEST_F(Subcommands, ShowWhatThereIsAndWithdrawAndDeleteIt) {
   const auto cancelled = Run({"result", other});
   EXPECT_EQ(cancelled.status, 1);
   EXPECT_EQ(cancelled.errors, "varnix-service: the command is cancelled\n");
+  EXPECT_EQ(Run({"cancel", id, "--delivered"}).status, 0);
+  EXPECT_EQ(Run({"result", id}).errors,
+            "varnix-service: the command is cancelled, but FileMaker may still carry it out\n");
+  EXPECT_EQ(Run({"cancel", id, "--delivered"}).errors, "varnix-service: the command is finished\n");
   service.Post("/api/bridge/push", R"({"licenseKey":"K1","xmlType":"A\u001bB","xmlContent":"123"})");
   EXPECT_NE(Run({"records", "--kind=push"}).output.find("3 bytes  A\\x1BB\n"), std::string::npos);
   EXPECT_EQ(Run({"records", "1"}).output, "123");

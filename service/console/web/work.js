@@ -25,6 +25,8 @@ export const isConnected = ({secondsSincePoll}) => secondsSincePoll !== null && 
 export const commandName = (type) => kCommands[type] ?? type;
 export const isOpen = (command) => command.state === 'queued' || command.state === 'delivered';
 
+const isForgotten = (command) => command.state === 'cancelled' && command.deliveredAt;
+
 /** Queues a command; the id. */
 export async function queue(type, values = {}) {
   const set = Object.entries(values).filter(([, value]) => value);
@@ -74,6 +76,7 @@ export function reasonOf(command) {
   if (command.state === 'failed')
     return command.error?.replace(/^ERROR:\s*/, '') || 'The plug-in reported a failure without a reason.';
   if (command.state === 'expired') return 'FileMaker did not ask for the command in time.';
+  if (isForgotten(command)) return 'Nobody waits for it any longer. FileMaker may still carry it out.';
   if (command.state === 'cancelled') return 'The command was cancelled.';
   return '';
 }

@@ -1,6 +1,6 @@
 // The six commands as forms, what is at work, and what was asked before.
 import {get, post, segment} from '../api.js';
-import {announce, button, field, form, h, select} from '../dom.js';
+import {announce, button, confirmed, field, form, h, select} from '../dom.js';
 import {designs} from '../data.js';
 import {duration, fileTitle, when} from '../format.js';
 import {clipKind, clipKinds} from '../kinds.js';
@@ -94,6 +94,24 @@ async function cancel(command) {
   announce('The command is cancelled');
 }
 
+async function forget(command) {
+  const isSure = await confirmed(
+    'Forget this command?',
+    'Nobody waits for it any longer. FileMaker may still carry it out, because what it has taken cannot be called back.',
+    'Forget the command',
+  );
+  if (!isSure) return;
+  await post(`commands/${segment(command.id)}/forget`);
+  announce('The command is forgotten. FileMaker may still carry it out.');
+}
+
+/** The button that withdraws an open command. */
+export function withdrawal(command) {
+  const [verb, action] = command.state === 'queued' ? ['Cancel', cancel] : ['Forget', forget];
+  const name = `${verb} ${commandName(command.type)}`;
+  return button(verb, () => action(command), {class: 'plain', 'aria-label': name});
+}
+
 const about = (command) => [command.fileName, command.xmlType && clipKind(command.xmlType)].filter(Boolean).join(', ');
 
 function openCommand(command) {
@@ -103,8 +121,7 @@ function openCommand(command) {
     h('a', {href: `#/commands/${segment(command.id)}`}, commandName(command.type)),
     about(command) && h('span', {class: 'by'}, about(command)),
     openState(command),
-    command.state === 'queued' &&
-      button('Cancel', () => cancel(command), {class: 'plain', 'aria-label': `Cancel ${commandName(command.type)}`}),
+    withdrawal(command),
   );
 }
 

@@ -6,7 +6,7 @@ import {when} from '../format.js';
 import {clipKind} from '../kinds.js';
 import {keepingFocus} from '../page.js';
 import {commandName, isOpen, reasonOf, repeat} from '../work.js';
-import {openState} from './commands.js';
+import {openState, withdrawal} from './commands.js';
 
 const kShownXml = 200000; // characters
 
@@ -124,7 +124,7 @@ function render({command, text, design}) {
   };
   return [
     facts(command),
-    isOpen(command) && h('p', {}, openState(command)),
+    isOpen(command) && [h('p', {}, openState(command)), h('p', {}, withdrawal(command))],
     reasonOf(command) && h('p', {class: 'warning'}, reasonOf(command)),
     command.diagnostics?.length > 0 &&
       h(
@@ -139,7 +139,13 @@ function render({command, text, design}) {
           ),
         ),
       ),
-    command.state === 'completed' && h('section', {}, h('h2', {}, 'Result'), resultElement(command, text, design)),
+    (command.state === 'completed' || command.result) &&
+      h(
+        'section',
+        {},
+        h('h2', {}, command.state === 'completed' ? 'Result' : 'Result that came late'),
+        resultElement(command, text, design),
+      ),
     !isOpen(command) &&
       h(
         'div',
