@@ -5,8 +5,6 @@ set(VARNIX_LINUX_PLUGIN "" CACHE FILEPATH "Varnix.fmx for FileMaker Server on Li
 set_target_properties(plugin PROPERTIES BUNDLE ON BUNDLE_EXTENSION fmplugin
   MACOSX_BUNDLE_INFO_PLIST ${PROJECT_SOURCE_DIR}/packaging/Info.plist.in
   LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.txt)
-target_link_libraries(plugin PRIVATE
-  "-framework AppKit" "-framework ApplicationServices" "-framework CoreFoundation" "-framework Foundation")
 target_link_options(plugin PRIVATE "LINKER:-exported_symbols_list,${PROJECT_SOURCE_DIR}/cmake/exports.txt")
 
 # Jobs on the system's queues may still run while the process exits, so nothing static is destroyed then.
