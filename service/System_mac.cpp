@@ -1,9 +1,11 @@
 #include <mach-o/dyld.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <climits>
 #include <cstdint>
 #include <cstdlib>
-#include <filesystem>
+#include <system_error>
 
 #include "Options.h"
 #include "System.h"
@@ -44,7 +46,10 @@ std::string ProgramPath() {
   _NSGetExecutablePath(nullptr, &size);
   std::string path(size, '\0');
   _NSGetExecutablePath(path.data(), &size);
-  return std::filesystem::canonical(path.c_str()).string();
+  char resolved[PATH_MAX];
+  if (realpath(path.c_str(), resolved) == nullptr)
+    throw std::system_error(errno, std::generic_category(), path.c_str());
+  return resolved;
 }
 
 Autostart DescribeAutostart(const std::vector<std::string>& command) {

@@ -1,8 +1,7 @@
 #!/bin/sh
-# make-sdk.sh DIRECTORY CLANG GNUSTEP: a stand-in for the macOS SDK that the whole plug-in compiles and links against, and most
-# other units for macOS compile against. C
-# comes from musl, whose headers suit any target, Foundation from GNUstep (its include directory), the rest from the
-# tests' stand-ins.
+# make-sdk.sh DIRECTORY CLANG GNUSTEP: a stand-in for the macOS SDK. The whole plug-in compiles and links against it, the
+# other units for macOS compile. C comes from musl, whose headers suit any target, Foundation from GNUstep (its include
+# directory), the rest from the tests' stand-ins.
 set -eu
 sdk=$1
 standin=$(dirname "$0")/../plugin/mac/standin
@@ -39,7 +38,7 @@ extern "C" void* pthread_get_stackaddr_np(pthread_t);
 extern "C" size_t pthread_get_stacksize_np(pthread_t);
 TEXT
 cp -pR "$3/." /usr/include/Block*.h "$objc" "$sdk/usr/include"
-for folder in AppKit ApplicationServices CommonCrypto dispatch Foundation objc; do
+for folder in AppKit ApplicationServices CommonCrypto dispatch Foundation mach-o objc; do
   cp -pR "$standin/$folder" "$sdk/usr/include"
 done
 touch -r "$standin/fcntl.h" "$site" "$sdk/usr/include/features.h" "$sdk/usr/include/fcntl.h" \

@@ -1,0 +1,6 @@
+// Declared as in Apple's header. Only for compiling.
+#pragma once
+
+#include <cstdint>
+
+extern "C" int _NSGetExecutablePath(char* path, std::uint32_t* size);
