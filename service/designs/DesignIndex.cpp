@@ -119,14 +119,15 @@ DesignStore::Entry DesignStore::Examine(Received& received, const Begin& begin, 
 
 void DesignStore::Keep(const Received& received, std::int64_t bytes, const Entry& entry) {
   Transaction transaction(index_);
-  Statement(index_, "UPDATE progress SET record = max(record, ?1)", received.number).Step();
-  // A design that came again without a change in between says nothing new; another program may have been faster.
-  const bool isNews = entry.isDesign && !Exists(index_, "SELECT 1 FROM designs WHERE id = ?1", received.number) &&
-                      !Statement(index_,
-                                 "SELECT 1 FROM (SELECT content FROM designs WHERE file_uuid = ?1 AND file_name = ?2"
-                                 " ORDER BY id DESC LIMIT 1) WHERE content = ?3",
-                                 entry.fileUuid, entry.fileName, received.content)
-                           .Step();
+  Statement(index_, "UPDATE progress SET record = ?1 WHERE record < ?1", received.number).Step();
+  if (sqlite3_changes(index_.handle()) == 0) return;  // another program was faster, and perhaps went on to the next
+  // A design that came again without a change in between says nothing new.
+  const bool isNews =
+      entry.isDesign && !Statement(index_,
+                                   "SELECT 1 FROM (SELECT content FROM designs WHERE file_uuid = ?1 AND file_name = ?2"
+                                   " ORDER BY id DESC LIMIT 1) WHERE content = ?3",
+                                   entry.fileUuid, entry.fileName, received.content)
+                             .Step();
   if (isNews) {
     const bool isIndexed = Exists(index_, "SELECT 1 FROM designs WHERE content = ?1", received.content);
     Statement(index_,
