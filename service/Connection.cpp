@@ -1,5 +1,7 @@
 #include "Connection.h"
 
+#include <sys/socket.h>
+
 #include <algorithm>
 #include <boost/asio/dispatch.hpp>
 #include <boost/asio/write.hpp>
@@ -8,6 +10,7 @@
 #include <boost/beast/http/string_body.hpp>
 #include <boost/beast/http/write.hpp>
 #include <cctype>
+#include <cerrno>
 #include <exception>
 #include <filesystem>
 #include <limits>
@@ -52,6 +55,13 @@ Response AnswerToException() {
   } catch (const std::exception& error) {
     return ErrorAnswer(500, std::string("the service failed: ") + error.what());
   }
+}
+
+// A client that closes its connection, or only its own direction, sends the end of its bytes.
+bool IsOpen(asio::ip::tcp::socket& socket) {
+  char byte = 0;
+  const auto count = recv(socket.native_handle(), &byte, 1, MSG_PEEK | MSG_DONTWAIT);
+  return count > 0 || (count < 0 && (errno == EAGAIN || errno == EINTR));
 }
 
 }  // namespace
@@ -140,6 +150,7 @@ void Connection::AnswerRequest() {
   Try([&] {
     atWork_ = true;
     request_.body = body_->bytes();
+    request_.isWanted = [this] { return IsOpen(stream_.socket()); };
     Response response = route_->answer(context_, request_);
     if (!response.file.empty()) return SendFile(response);
     if (!response.streamsEvents) return Send(std::move(response));

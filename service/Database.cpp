@@ -1,9 +1,12 @@
 #include "Database.h"
 
 #include <new>
+#include <utility>
 
 namespace service {
 namespace {
+
+constexpr int kStepsBetweenQuestions = 10000;  // of SQLite's machine: about a millisecond
 
 void Check(sqlite3* database, int result) {
   if (result == SQLITE_BUSY) throw DatabaseInUse(sqlite3_errmsg(database));
@@ -66,6 +69,14 @@ void Statement::Bind(int index, Blob blob) {
   Check(database_, sqlite3_bind_blob64(statement_.get(), index, blob.bytes.empty() ? "" : blob.bytes.data(),
                                        blob.bytes.size(), SQLITE_STATIC));
 }
+
+Interruption::Interruption(Database& database, std::function<bool()> isWanted)
+    : database_(database), isWanted_(std::move(isWanted)) {
+  const auto ask = [](void* self) { return static_cast<Interruption*>(self)->isWanted_() ? 0 : 1; };
+  sqlite3_progress_handler(database.handle(), kStepsBetweenQuestions, ask, this);
+}
+
+Interruption::~Interruption() { sqlite3_progress_handler(database_.handle(), 0, nullptr, nullptr); }
 
 Transaction::Transaction(Database& database) : database_(database) { database_.Execute("BEGIN IMMEDIATE"); }
 

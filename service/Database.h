@@ -4,6 +4,7 @@
 #include <sqlite3.h>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -87,6 +88,19 @@ class Statement {
   };
   sqlite3* database_;
   std::unique_ptr<sqlite3_stmt, Finalize> statement_;
+};
+
+/// While it lives, statements of `database` fail once `isWanted`, which is asked now and then, returns false.
+class Interruption {
+ public:
+  Interruption(Database& database, std::function<bool()> isWanted);
+  ~Interruption();
+  Interruption(const Interruption&) = delete;
+  Interruption& operator=(const Interruption&) = delete;
+
+ private:
+  Database& database_;
+  std::function<bool()> isWanted_;
 };
 
 /// Changes between construction and Commit happen all or not at all.

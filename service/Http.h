@@ -1,6 +1,7 @@
 // Requests and answers, as the handlers see them.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
@@ -16,6 +17,8 @@ struct Request {
   std::map<std::string, std::string> headers;  ///< names in lower case; of a header given twice, the first
   std::vector<std::string> captures;           ///< decoded: what the route leaves open in the path
   std::string_view body;
+  /// False once the client has closed the connection. For the thread that answers.
+  std::function<bool()> isWanted = [] { return true; };
 
   /// The header's value; "" without it. `name` is in lower case.
   std::string Header(const std::string& name) const;

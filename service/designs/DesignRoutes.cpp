@@ -13,6 +13,8 @@
 namespace service {
 namespace {
 
+constexpr int kClientGone = 499;  // nobody reads it, unless the client has closed only its own direction
+
 using solution::Design;
 using solution::Element;
 
@@ -78,9 +80,12 @@ Response SearchDesigns(Context& context, const Request& request) {
   const auto rows = static_cast<std::size_t>(Rows(request));
   Json hits = Json::array();
   std::size_t total = 0;
-  OpenHistory(context.store.Folder()).Search(text, request.Parameter("file"), [&](const StoredHit& hit) {
+  const auto found = [&](const StoredHit& hit) {
     if (++total <= rows) hits.push_back(DescribeHit(hit));
-  });
+  };
+  const bool isWhole =
+      OpenHistory(context.store.Folder()).Search(text, request.Parameter("file"), found, request.isWanted);
+  if (!isWhole) throw HttpError(kClientGone, "the search was given up, because the connection was closed");
   return JsonAnswer({{"total", total}, {"hits", std::move(hits)}});
 }
 

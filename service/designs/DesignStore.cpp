@@ -143,10 +143,11 @@ std::string DesignStore::TextOf(std::int64_t number) {
   return body;
 }
 
-void DesignStore::Search(const std::string& text, const std::string& file,
-                         const std::function<void(const StoredHit&)>& found) {
+bool DesignStore::Search(const std::string& text, const std::string& file,
+                         const std::function<void(const StoredHit&)>& found,
+                         const std::function<bool()>& isWanted) try {
   const std::string folded = solution::FoldCase(text);
-  if (folded.empty() || folded.find('\0') != std::string::npos) return;  // no XML contains that
+  if (folded.empty() || folded.find('\0') != std::string::npos) return true;  // no XML contains that
   // Texts too short for the index of words are looked for everywhere.
   const bool isIndexed = Characters(folded) >= kShortestIndexed;
   const std::string sql =
@@ -157,8 +158,10 @@ void DesignStore::Search(const std::string& text, const std::string& file,
       " GROUP BY text, file_uuid, file_name, kind, uuid, name ORDER BY file_name, max(id), elements.rowid";
   const std::string foldedName = FoldedName(file);
   const auto phrase = isIndexed ? std::optional(AsPhrase(folded)) : std::nullopt;
+  const Interruption interruption(index_, isWanted);
   Statement rows(index_, sql.c_str(), file, foldedName, phrase);
   while (rows.Step()) {
+    if (!isWanted()) return false;
     StoredHit hit;
     std::int64_t number = 0;
     rows.Read(hit.firstDesign, hit.lastDesign, hit.fileName, hit.kind, hit.uuid, hit.name, number);
@@ -172,6 +175,10 @@ void DesignStore::Search(const std::string& text, const std::string& file,
       });
     });
   }
+  return true;
+} catch (const std::runtime_error&) {
+  if (isWanted()) throw;
+  return false;
 }
 
 }  // namespace service

@@ -61,8 +61,11 @@ class DesignStore {
   /// Sets what is given; an empty text removes. False when there is no such design.
   bool Describe(std::int64_t id, const std::optional<std::string>& label, const std::optional<std::string>& note);
 
-  /// Calls `found` for every line that contains `text`, in any case, in all designs or in those of one file.
-  void Search(const std::string& text, const std::string& file, const std::function<void(const StoredHit&)>& found);
+  /// Calls `found` for every line that contains `text`, in any case, in all designs or in those of one file. Gives up
+  /// and returns false soon after `isWanted`, which is asked often, has returned false.
+  bool Search(
+      const std::string& text, const std::string& file, const std::function<void(const StoredHit&)>& found,
+      const std::function<bool()>& isWanted = [] { return true; });
 
  private:
   struct Received;

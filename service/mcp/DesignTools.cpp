@@ -72,11 +72,13 @@ ToolResult Search(Call& call, const Value& arguments) {
   const auto rows = static_cast<std::size_t>(Number(arguments, "limit", kRows));
   Json hits = Json::array();
   std::size_t total = 0;
-  OpenHistory(call.options().Folder())
-      .Search(Text(arguments, "text"), Text(arguments, "file"), [&](const StoredHit& hit) {
-        call.Check();
-        if (++total <= rows) hits.push_back(DescribeHit(hit));
-      });
+  const auto found = [&](const StoredHit& hit) {
+    if (++total <= rows) hits.push_back(DescribeHit(hit));
+  };
+  OpenHistory(call.options().Folder()).Search(Text(arguments, "text"), Text(arguments, "file"), found, [&call] {
+    return !call.IsCancelled();
+  });
+  call.Check();
   return {{{"total", total}, {"hits", std::move(hits)}}};
 }
 

@@ -125,3 +125,22 @@ step('A command that FileMaker has taken is forgotten, and what comes late is sh
   await find(page, 'heading', 'Commands');
   assert.equal((await service.fetch('/operator/commands')).commands.filter((one) => one.id === id).length, 0);
 });
+
+step('A search for which nobody waits any longer is given up', async () => {
+  await visit(page, service, '/search', 'Search');
+  const withdrawn = [];
+  const hold = (asked) => asked.url().includes('search?text=Jo&') || asked.continue();
+  const note = (asked) => withdrawn.push(asked.url());
+  page.on('request', hold);
+  page.on('requestfailed', note);
+  await page.setRequestInterception(true);
+  const asked = page.waitForRequest((request) => request.url().includes('search?text=Jo&'));
+  await page.keyboard.type('Jo');
+  await asked;
+  await page.keyboard.type('bs::Status');
+  await sees(page, 'Close Job');
+  assert.match(withdrawn.join(), /search\?text=Jo&/);
+  await page.setRequestInterception(false);
+  page.off('request', hold);
+  page.off('requestfailed', note);
+});

@@ -4,12 +4,15 @@
 #include <algorithm>
 #include <csignal>
 #include <fstream>
+#include <optional>
 #include <regex>
 #include <thread>
 
+#include "designs/DesignStore.h"
 #include "service/RunningService.h"
 #include "support/FolderTest.h"
 #include "support/Process.h"
+#include "support/RawConnection.h"
 
 namespace {
 
@@ -118,6 +121,35 @@ TEST_F(DesignHistory, AnswersRequests) {
     }
   }
   EXPECT_GT(requests, 0);
+}
+
+TEST_F(DesignHistory, GivesUpASearchForWhichNobodyWaits) {
+  const RunningService service(data_);
+  service::DesignStore history(data_);
+  const auto ask = [&](const std::string& path, const std::string& content) {
+    service::Database index(data_ + "/varnix-designs.db");
+    std::optional<service::Transaction> writing(std::in_place,
+                                                index);  // the index waits for that, and the answer for it
+    Upload(service, "Orders.fmp12.xml", content);
+    RawConnection connection(service.url());
+    connection.Send("GET /operator/designs" + path + " HTTP/1.1\r\nHost: localhost\r\n\r\n");
+    connection.EndSending();
+    writing.reset();
+    return connection.Receive().substr(0, 12);
+  };
+  EXPECT_EQ(ask("/search?text=Status", orders_), "HTTP/1.1 499");
+  EXPECT_EQ(ask("", edited_), "HTTP/1.1 200") << "it takes no time";
+  int hits = 0, questions = 0;
+  const auto search = [&](int patience) {
+    questions = hits = 0;
+    return history.Search(
+        "a", "", [&](const auto&) { ++hits; }, [&] { return ++questions <= patience; });
+  };
+  EXPECT_TRUE(search(1000));
+  EXPECT_GT(hits, 20);
+  EXPECT_FALSE(search(3));
+  EXPECT_LT(hits, 20);
+  EXPECT_LE(questions, 5);
 }
 
 TEST_F(DesignHistory, PruneRemovesDesignsAndTheirTexts) {

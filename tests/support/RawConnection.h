@@ -30,6 +30,9 @@ class RawConnection {
     return send(socket_.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL) == static_cast<ssize_t>(bytes.size());
   }
 
+  /// Says that no more bytes follow.
+  void EndSending() { shutdown(socket_.get(), SHUT_WR); }
+
   /// What comes until `ending`, or until the server closes.
   std::string Receive(const std::string& ending = "") {
     std::string received;

@@ -57,17 +57,21 @@ export class Page {
   /**
    * Calls `apply` with what `load` gives, now and after changes of `topics`, when it differs from the last time.
    * Without topics it is shown once, because somebody may be typing in it. `failed` gets what the service refuses, and
-   * other errors while there is nothing to show yet. Returns a function that loads again.
+   * other errors while there is nothing to show yet. Returns a function that loads again; it gives up what is still
+   * being loaded then.
    */
   watch({topics = [], load, apply, failed = (error) => announce(error.message, true)}) {
     let last;
     let running = 0;
     let retry;
+    let loading = new AbortController();
     const refresh = async () => {
       clearTimeout(retry);
+      loading.abort();
+      loading = new AbortController();
       const turn = ++running;
       try {
-        const data = await load(this.signal);
+        const data = await load(loading.signal);
         if (turn !== running || this.signal.aborted) return;
         const print = JSON.stringify(data);
         if (print === last) return;
@@ -91,6 +95,7 @@ export class Page {
     });
     this.signal.addEventListener('abort', () => {
       end();
+      loading.abort();
       clearTimeout(retry);
     });
     this.loads.push(refresh());
