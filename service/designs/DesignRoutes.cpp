@@ -1,9 +1,12 @@
 // The operator interface to the designs that were received.
+#include <algorithm>
+
 #include "HttpError.h"
 #include "Message.h"
 #include "Parameters.h"
 #include "Routes.h"
 #include "canonical/Properties.h"
+#include "canonical/Steps.h"
 #include "design/DesignReader.h"
 #include "designs/DesignJson.h"
 #include "designs/OpenDesign.h"
@@ -17,6 +20,7 @@ constexpr int kClientGone = 499;  // nobody reads it, unless the client has clos
 
 using solution::Design;
 using solution::Element;
+using solution::Kind;
 
 template <class Items, class Describe>
 Json DescribeAll(const Items& items, Describe describe) {
@@ -123,12 +127,22 @@ Response ListElements(Context& context, const Request& request) {
   return JsonAnswer({{"elements", std::move(elements)}});
 }
 
+// How many lines of the text each step takes; formulas and comments may have several.
+Json StepLengths(const Design& design, const Element& script) {
+  Json lengths = Json::array();
+  for (const auto& step : solution::StepLines(design, script)) {
+    lengths.push_back(1 + std::count(step.text.begin(), step.text.end(), '\n'));
+  }
+  return lengths;
+}
+
 Response ShowElements(Context& context, const Request& request) {
   const auto opened = Open(context, request, 0);
   const Design& design = opened->design();
   return JsonAnswer({{"elements", DescribeAll(Named(design, request.captures[1]), [&](const Element* element) {
                         Json json = DescribeElementIn(design, *element);
                         json["text"] = CanonicalText(design, *element);
+                        if (element->kind == Kind::kScript) json["stepLines"] = StepLengths(design, *element);
                         return json;
                       })}});
 }

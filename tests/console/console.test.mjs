@@ -1,10 +1,9 @@
 // What people do in the console, in the order in which they meet it. The tests share one service, as one day does.
 import assert from 'node:assert/strict';
 import {after, before} from 'node:test';
-import {droppedExport, hostileExport, kHostile, kSnippet, largeExport, laterWorkshop} from './exports.mjs';
+import {droppedExport, kSnippet, laterWorkshop} from './exports.mjs';
 import {startFileMaker, until} from '../support/programs.mjs';
 import {
-  accessibilityFaults,
   addDesign,
   click,
   confirm,
@@ -14,7 +13,6 @@ import {
   exists,
   find,
   finish,
-  longestKey,
   offences,
   openWindow,
   otherBrowser,
@@ -24,10 +22,6 @@ import {
   type,
   visit,
 } from './support.mjs';
-
-const kFirstView = 300; // ms from the arrival of 10,000 fields to the first rows
-const kKey = 50; // ms for a key in Search
-const kSlowMachine = 4; // times: machines that test do other things, too
 
 let service;
 let page;
@@ -367,85 +361,6 @@ step('Storage is saved, thinned out and kept within bounds', async () => {
   assert.match(await page.evaluate(() => document.activeElement.ariaLabel), /^Delete record /, 'the focus stays near');
 });
 
-step('Markup in names stays text', async () => {
-  const hostile = await addDesign(service, hostileExport, 'Hostile.fmp12.xml');
-  for (const path of ['?kind=script', '?kind=field', '?kind=layout', '/relationships', '/report']) {
-    await visit(page, service, `/designs/${hostile}${path}`);
-    await sees(page, kHostile.slice(0, 30));
-  }
-  await visit(page, service, `/changes/${workshop}/${hostile}`);
-  await sees(page, kHostile.slice(0, 30));
-  await visit(page, service, '/search?text=onerror', 'Search');
-  await sees(page, kHostile.slice(0, 30));
-  assert.equal(await page.evaluate(() => globalThis.taken), undefined);
-});
-
-step('Ten thousand fields are quick', async () => {
-  const large = await addDesign(service, largeExport(10000), 'Large.fmp12.xml');
-  await page.evaluateOnNewDocument(() => {
-    new MutationObserver(() => {
-      if (!globalThis.firstRow && document.querySelector('td a, tbody th a')) globalThis.firstRow = performance.now();
-    }).observe(document, {childList: true, subtree: true});
-  });
-  await page.goto('about:blank');
-  await visit(page, service, `/designs/${large}?kind=field`);
-  await sees(page, '10,');
-  const delay = await page.evaluate(
-    () =>
-      globalThis.firstRow -
-      performance.getEntriesByType('resource').findLast((entry) => entry.name.endsWith('/elements')).responseEnd,
-  );
-  assert.ok(delay < kFirstView * kSlowMachine, `first rows ${delay} ms after the data`);
-  await type(page, 'searchbox', 'Filter fields', 'Made 9999');
-  await sees(page, '1 of 10,');
-  await visit(page, service, '/search', 'Search');
-  const longest = await longestKey(page, ['M', 'Ma', 'Mad', 'Made', 'Made 1']);
-  assert.ok(longest < kKey * kSlowMachine, `a key took ${longest} ms`);
-  await sees(page, 'Made 1');
-});
-
-async function pages() {
-  const {fileUuid} = (await designs()).find(({id}) => id === workshop);
-  const {clips} = await service.fetch('/operator/clips');
-  const {commands: all} = await service.fetch('/operator/commands');
-  return [
-    ['/files', 'Files'],
-    [`/files/${fileUuid}`, 'Workshop'],
-    [`/designs/${workshop}`, 'Workshop'],
-    [`/designs/${workshop}?kind=field`, 'Workshop'],
-    [`/designs/${workshop}/elements/Close%20Job`, 'Close Job'],
-    [`/changes/${workshop}/${later}`, 'Changes in Workshop'],
-    [`/designs/${workshop}/relationships`, 'Relationships of Workshop'],
-    [`/designs/${workshop}/report`, 'Report on Workshop'],
-    ['/search?text=Job', 'Search'],
-    ['/clips', 'Clips'],
-    [`/clips/${clips[0].id}`, clips[0].title],
-    [`/clips/${clips[0].id}/compare/${clips[1].id}`, 'Compare clips'],
-    ['/commands', 'Commands'],
-    [`/commands/${all[0].id}`, 'List open files'],
-    ['/storage', 'Storage'],
-    ['/setup', 'Setup'],
-  ];
-}
-
-for (const scheme of ['light', 'dark']) {
-  step(`Every page is accessible and fits, ${scheme}`, async () => {
-    await page.emulateMediaFeatures([{name: 'prefers-color-scheme', value: scheme}]);
-    for (const [address, heading] of await pages()) {
-      await visit(page, service, address, heading);
-      await page.waitForFunction(() => !document.querySelector('.loading'));
-      assert.deepEqual(await accessibilityFaults(page), [], address);
-      for (const width of [800, 640]) {
-        // 640: 1280 at 200 %
-        await page.setViewport({width, height: 900});
-        const overflow = await page.evaluate(() => document.documentElement.scrollWidth - innerWidth);
-        assert.ok(overflow <= 0, `${address} is ${overflow} pixels too wide at ${width}`);
-      }
-      await page.setViewport({width: 1280, height: 900});
-    }
-  });
-}
-
 async function deleteNow(values) {
   await visit(page, service, '/storage', 'Storage');
   for (const [label, number] of Object.entries(values)) await type(page, 'spinbutton', label, number);
@@ -478,13 +393,4 @@ step('What is old is deleted, but neither tagged clips nor clips that a person a
   );
   await visit(page, service, '/files', 'Files');
   await sees(page, 'No design yet');
-});
-
-step('Without JavaScript the page says so', async () => {
-  const window = await openWindow(service);
-  await window.setJavaScriptEnabled(false);
-  await window.goto(service.url);
-  const shown = await find(window, 'main');
-  assert.match(await shown.evaluate((main) => main.innerText), /needs JavaScript/);
-  await window.close();
 });

@@ -6,13 +6,14 @@ export const kSnippet =
   '<fmxmlsnippet type="FMObjectList"><Step enable="True" id="89" name="# (comment)">' +
   '<Text>Buy violin strings&#13;and rosin</Text></Step></fmxmlsnippet>';
 
-const workshop = readFileSync(`${SAMPLES}/Workshop.xml`, 'utf8');
+/** The sample. */
+export const workshopExport = readFileSync(`${SAMPLES}/Workshop.xml`, 'utf8');
 
 /** The sample after somebody renamed a field and changed a script. */
-export const laterWorkshop = workshop.replaceAll('Picked Up', 'Handed Over');
+export const laterWorkshop = workshopExport.replaceAll('Picked Up', 'Handed Over');
 
 const fileNamed = (name) =>
-  workshop.replaceAll('Workshop.fmp12', `${name}.fmp12`).replace(/(<FMSaveAsXML[^>]*UUID=")[^"]*/, `$1${name}`);
+  workshopExport.replaceAll('Workshop.fmp12', `${name}.fmp12`).replace(/(<FMSaveAsXML[^>]*UUID=")[^"]*/, `$1${name}`);
 
 /** The sample as another file. */
 export const droppedExport = fileNamed('Dropped');
@@ -20,15 +21,15 @@ export const droppedExport = fileNamed('Dropped');
 export const kHostile = '<script>window.taken=1</script><img src=x onerror="window.taken=1">';
 const inXml = (text) => text.replace(/[&<>"]/g, (sign) => `&#${sign.charCodeAt(0)};`);
 
-/** Every name of a script, layout, table, occurrence and value list is markup. */
+/** Every name of a script, layout, table, occurrence and value list is markup, and too long for any line. */
 export const hostileExport = fileNamed('Hostile').replace(
   /(<(?:Script|Layout|BaseTable|TableOccurrence|ValueList|Field|CustomFunction)\b[^>]*? name=")([^"]+)/g,
-  (whole, head, name) => `${head}${inXml(kHostile)} ${name}`,
+  (whole, head, name) => `${head}${inXml(kHostile)}${'x'.repeat(400)} ${name}`,
 );
 
 /** A table with `fields` more fields. */
 export function largeExport(fields) {
-  const [sample] = /<Field\b[^>]*fieldtype="Normal"[\s\S]*?<\/Field>/.exec(workshop);
+  const [sample] = /<Field\b[^>]*fieldtype="Normal"[\s\S]*?<\/Field>/.exec(workshopExport);
   const made = Array.from({length: fields}, (_, i) =>
     sample
       .replace(/ id="\d+"/, ` id="${5000 + i}"`)

@@ -25,9 +25,12 @@ export function linker(links) {
   };
 }
 
+const isComment = (text) => /^\s*#/.test(text);
+const commentLine = (text) => h('span', {class: 'comment'}, text);
+
 /** The content of one line of a script. */
 export function stepLine(text, link = (plain) => [plain]) {
-  if (/^\s*#/.test(text)) return h('span', {class: 'comment'}, text);
+  if (isComment(text)) return commentLine(text);
   const [, indent, disabled, name, rest] = kStep.exec(text) ?? [];
   if (name === undefined) return link(text);
   const step = h('span', {class: kControl.test(name) ? 'control' : 'step'}, name);
@@ -43,15 +46,25 @@ export function formulaLine(text, link = (plain) => [plain]) {
     : [link(text.slice(0, at)), h('span', {class: 'comment'}, text.slice(at))];
 }
 
-/** Lines in a block; `numbered` shows the number of each, without it being copied. */
-export function codeBlock(lines, {label, line = formulaLine, link, numbered = false}) {
+/**
+ * Lines in a block; `numbered` shows the number of each, without it being copied. `lengths` are the numbers of lines
+ * that belong together and are numbered as one, such as a step with its formula.
+ */
+export function codeBlock(lines, {label, line = formulaLine, link, numbered = false, lengths = lines.map(() => 1)}) {
+  let at = 0;
+  const units = lengths.map((length) => lines.slice(at, (at += length)));
+  const element = (text, content, kind) => h('span', {class: kind}, content(text, link), '\n');
+  const more = (first) => (isComment(first) ? commentLine : formulaLine);
   return h(
     'pre',
     {class: numbered ? 'code numbered' : 'code', tabindex: '0', role: 'region', 'aria-label': label},
     h(
       'code',
       {},
-      lines.map((text) => h('span', {class: 'line'}, line(text, link), '\n')),
+      units.map(([first, ...rest]) => [
+        element(first, line, 'line start'),
+        rest.map((text) => element(text, more(first), 'line')),
+      ]),
     ),
   );
 }
@@ -64,7 +77,7 @@ export function parseText(text, kind) {
   const body = text.slice(text.indexOf('\n\n') + 2);
   const steps = kind === 'script' ? body.indexOf('\n\n') : -1;
   if (steps < 0) return {properties: parseProperties(body), lines: []};
-  return {properties: parseProperties(body.slice(0, steps)), lines: trimEnd(body.slice(steps + 2).split('\n'))};
+  return {properties: parseProperties(body.slice(0, steps)), lines: body.slice(steps + 2, -1).split('\n')};
 }
 
 function parseProperties(text) {

@@ -1,5 +1,6 @@
 // The relationships as FileMaker shows them: a picture that can be moved, enlarged, searched and printed.
 import {svg} from './dom.js';
+import {named} from './format.js';
 import {listen} from './gestures.js';
 
 const kMargin = 40;
@@ -151,8 +152,9 @@ function extent(rectangles) {
 
 // Boxes without their fields, or too small to read, as FileMaker draws them.
 function readable(occurrence) {
-  if (occurrence.collapsed) return {...occurrence, height: kHeader + 2};
-  return {...occurrence, width: Math.max(occurrence.width, 60), height: Math.max(occurrence.height, kHeader + 2)};
+  const name = named(occurrence.name);
+  if (occurrence.collapsed) return {...occurrence, name, height: kHeader + 2};
+  return {...occurrence, name, width: Math.max(occurrence.width, 60), height: Math.max(occurrence.height, kHeader + 2)};
 }
 
 /** The picture as `element`. `view` is the part that is shown, after `show`. */

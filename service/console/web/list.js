@@ -25,7 +25,9 @@ class List {
       {rootMargin: kAhead},
     );
     this.observer.observe(this.end);
-    this.page.signal.addEventListener('abort', () => this.observer.disconnect());
+    const {signal} = this.page;
+    signal.addEventListener('abort', () => this.observer.disconnect());
+    addEventListener('beforeprint', () => this.draw(Infinity), {signal}); // paper does not scroll
   }
 
   build() {

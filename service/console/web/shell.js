@@ -57,6 +57,7 @@ export function showInDesign(page, {heading, current, fill}) {
       const content = h('div', {class: 'content'});
       const side = () => sideNavigation(design, index.kinds, current(index));
       page.show(heading, {trail: trailOf(design)}, h('div', {class: 'with-side'}, side(), content));
+      page.main.querySelector('.side [aria-current]')?.scrollIntoView({block: 'nearest', inline: 'nearest'});
       content.append(...[await fill(design, index)].flat().filter(Boolean));
     },
     failed: page.failure('The design cannot be shown', h('p', {}, h('a', {href: '#/files'}, 'Go to Files'))),

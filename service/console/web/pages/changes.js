@@ -4,7 +4,7 @@ import {formulaLine, stepLine} from '../code.js';
 import {elementAddress, fileKey, findDesign, groupBy} from '../data.js';
 import {sideBySide} from '../diff.js';
 import {amount, button, copy, empty, field, h, save, select} from '../dom.js';
-import {count, fileTitle, number, timeText, when} from '../format.js';
+import {count, fileTitle, named, number, timeText, when} from '../format.js';
 import {byKind, kindName, kindPlural} from '../kinds.js';
 import {markdown} from '../markdown.js';
 
@@ -36,8 +36,8 @@ function changeElement(change, designs, isOpen) {
     'div',
     {class: 'change-row'},
     h('span', {class: `change ${change.change}`}, change.change),
-    h('a', {href: elementAddress(design.id, change.key)}, change.name || '(no name)'),
-    change.oldName && h('span', {class: 'old-name'}, `was ${change.oldName}`),
+    h('a', {href: elementAddress(design.id, change.key)}, named(change.name)),
+    change.oldName && h('span', {class: 'old-name'}, `was ${named(change.oldName)}`),
     person(change) && h('span', {class: 'by'}, person(change), ', ', when(change.time)),
   );
   return h('div', {class: 'card'}, row, details.length > 0 && folded(change, details, isOpen));

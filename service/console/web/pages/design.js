@@ -1,7 +1,7 @@
 // The elements of a design, one kind at a time.
 import {elementAddress} from '../data.js';
 import {empty, h} from '../dom.js';
-import {fileTitle, when} from '../format.js';
+import {fileTitle, named, when} from '../format.js';
 import {kindName, kindPlural} from '../kinds.js';
 import {list} from '../list.js';
 import {showInDesign} from '../shell.js';
@@ -11,18 +11,19 @@ const kParents = {field: 'Table', script: 'Folder', layout: 'Folder', customFunc
 /** The name without the table, which has a column of its own. */
 export function shortName(element) {
   const prefix = `${element.parent}::`;
-  return element.kind === 'field' && element.name.startsWith(prefix) ? element.name.slice(prefix.length) : element.name;
+  const isField = element.kind === 'field' && element.name.startsWith(prefix);
+  return named(isField ? element.name.slice(prefix.length) : element.name);
 }
 
 function columns(design, kind, elements) {
   const has = (name) => elements.some((element) => element[name]);
   const parent = ({parent: text, parentKey}) =>
-    parentKey ? h('a', {href: elementAddress(design.id, parentKey)}, text) : text;
+    parentKey ? h('a', {href: elementAddress(design.id, parentKey)}, named(text)) : text;
   return [
     {
       name: 'Name',
       text: shortName,
-      cell: (element) => h('a', {href: elementAddress(design.id, element.key)}, shortName(element) || '(no name)'),
+      cell: (element) => h('a', {href: elementAddress(design.id, element.key)}, shortName(element)),
     },
     has('parent') && {name: kParents[kind] ?? 'In', text: (element) => element.parent, cell: parent},
     has('detail') && {name: 'Details', text: (element) => element.detail, cell: (element) => element.detail},

@@ -3,7 +3,7 @@ import {Refusal, get, segment} from '../api.js';
 import {codeBlock, linker, parseText, stepLine} from '../code.js';
 import {elementAddress, groupBy} from '../data.js';
 import {amount, button, copy, empty, h, properties as propertyTable} from '../dom.js';
-import {count, number, when} from '../format.js';
+import {count, named, number, when} from '../format.js';
 import {kindName, kindPlural, byKind} from '../kinds.js';
 import {list} from '../list.js';
 import {showInDesign} from '../shell.js';
@@ -23,7 +23,7 @@ function facts(element) {
         'span',
         {},
         'in ',
-        element.parentAddress ? h('a', {href: element.parentAddress}, element.parent) : element.parent,
+        element.parentAddress ? h('a', {href: element.parentAddress}, named(element.parent)) : element.parent,
       ),
     element.detail && h('span', {}, element.detail),
     element.time && h('span', {}, 'modified ', when(element.time), by && ` by ${by}`),
@@ -38,20 +38,19 @@ function definition(page, element, links) {
   const link = linker(links);
   const plain = properties.filter(([, value]) => isPlain(value));
   const long = properties.filter(([, value]) => !isPlain(value));
-  const name = element.kind === 'script' ? 'Steps' : 'Definition';
   return [
-    lines.length > 0 &&
+    element.stepLines?.length > 0 &&
       h(
         'section',
         {},
         h(
           'h2',
           {},
-          name,
-          amount(number(lines.length)),
+          'Steps',
+          amount(number(element.stepLines.length)),
           button('Copy', () => copy(lines.join('\n'), 'Steps'), {class: 'quiet'}),
         ),
-        codeBlock(lines, {label: name, line: stepLine, link, numbered: true}),
+        codeBlock(lines, {label: 'Steps', line: stepLine, link, numbered: true, lengths: element.stepLines}),
       ),
     long.map(([path, value]) =>
       h('section', {}, h('h2', {}, words(path)), codeBlock(value, {label: words(path), link})),
@@ -123,7 +122,7 @@ function merged(references, side) {
 
 function target(reference, side, design) {
   const key = reference[`${side}Key`];
-  const name = reference[`${side}Name`] || '(no name)';
+  const name = named(reference[`${side}Name`]);
   return key ? h('a', {href: elementAddress(design, key)}, name) : h('span', {title: 'Not in this export'}, name);
 }
 
@@ -191,7 +190,7 @@ async function load(page, design, key, index) {
   ]);
   if (elements.length > 1) return choice(design, elements);
   const [element] = elements;
-  page.heading.textContent = shortName(element) || '(no name)';
+  page.heading.textContent = shortName(element);
   element.parentAddress = element.parentKey && elementAddress(design, element.parentKey);
   const uses = references.filter((reference) => reference.fromKey === element.key);
   const usedBy = references.filter((reference) => reference.toKey === element.key && reference.fromKey !== element.key);

@@ -2,7 +2,7 @@
 import {get, segment} from '../api.js';
 import {elementAddress, findDesign} from '../data.js';
 import {button, empty, h} from '../dom.js';
-import {count, fileTitle} from '../format.js';
+import {count, fileTitle, named} from '../format.js';
 import {kStep} from '../gestures.js';
 import {Graph, sign} from '../graph.js';
 import {list} from '../list.js';
@@ -71,7 +71,7 @@ function printWhole(page, picture) {
 }
 
 function table(page, data) {
-  const names = new Map(data.occurrences.map((occurrence) => [occurrence.key, occurrence.name]));
+  const names = new Map(data.occurrences.map((occurrence) => [occurrence.key, named(occurrence.name)]));
   const link = (key, text) => h('a', {href: elementAddress(page.params.design, key)}, text);
   const rows = list({
     page,

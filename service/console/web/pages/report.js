@@ -2,7 +2,7 @@
 import {get, segment} from '../api.js';
 import {designAddress, elementAddress} from '../data.js';
 import {h} from '../dom.js';
-import {fileTitle, number} from '../format.js';
+import {fileTitle, named, number} from '../format.js';
 import {kindName} from '../kinds.js';
 import {list} from '../list.js';
 import {showInDesign} from '../shell.js';
@@ -20,7 +20,7 @@ function elementTable(page, name, label, elements, emptyText) {
       {
         name: 'Name',
         text: (element) => element.name,
-        cell: (element) => h('a', {href: elementAddress(page.params.design, element.key)}, element.name || '(no name)'),
+        cell: (element) => h('a', {href: elementAddress(page.params.design, element.key)}, named(element.name)),
       },
       {name: 'Kind', text: (element) => kindName(element.kind), cell: (element) => kindName(element.kind)},
       {name: 'In', text: (element) => element.parent ?? '', cell: (element) => element.parent},
@@ -43,7 +43,8 @@ function brokenTable(page, references) {
       {
         name: 'Where',
         text: (reference) => reference.fromName,
-        cell: (reference) => h('a', {href: elementAddress(page.params.design, reference.fromKey)}, reference.fromName),
+        cell: (reference) =>
+          h('a', {href: elementAddress(page.params.design, reference.fromKey)}, named(reference.fromName)),
       },
       {
         name: 'Kind',

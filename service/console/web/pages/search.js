@@ -2,7 +2,7 @@
 import {get, query, segment} from '../api.js';
 import {designs, elementAddress, groupBy} from '../data.js';
 import {amount, empty, field, h, select, settled} from '../dom.js';
-import {count, fileTitle, number, when} from '../format.js';
+import {count, fileTitle, named, number, when} from '../format.js';
 import {clipKind, kindName} from '../kinds.js';
 
 const kHits = 100;
@@ -46,7 +46,7 @@ function elementHits(hits, wanted, newest) {
       h(
         'a',
         {href: elementAddress(first.lastDesign, first.key || first.uuid || first.name)},
-        marked(first.name || '(no name)', wanted),
+        marked(named(first.name), wanted),
       ),
       h('span', {class: 'badge'}, kindName(first.kind)),
       h('span', {class: 'by'}, fileTitle(first.fileName), life && `, ${life}`),
@@ -61,7 +61,7 @@ function elementHits(hits, wanted, newest) {
           h(
             'span',
             {class: 'place'},
-            hit.property === 'steps' ? `line ${hit.line}` : hit.property.split('/').slice(-2).join(' › '),
+            hit.property === 'steps' ? 'in a step' : hit.property.split('/').slice(-2).join(' › '),
           ),
           h('code', {}, marked(hit.text.trim(), wanted)),
         ),
@@ -199,4 +199,5 @@ export function show(page) {
     soon();
   });
   input.focus();
+  input.setSelectionRange(input.value.length, input.value.length);
 }
