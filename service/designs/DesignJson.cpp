@@ -110,6 +110,13 @@ Json DescribeReferenceIn(const solution::Design& design, const solution::Referen
   return json;
 }
 
+Json DescribeCall(const solution::Design& design, const solution::ReferenceIndex::Call& call) {
+  return {{"depth", call.depth},
+          {"key", KeyOf(design, *call.script)},
+          {"name", DisplayName(*call.script)},
+          {"isRepeated", call.isRepeated}};
+}
+
 Json DescribeChangeBetween(const solution::Design& older, const solution::Design& newer,
                            const solution::Change& change) {
   const Element& element = *(change.newer ? change.newer : change.older);

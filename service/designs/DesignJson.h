@@ -7,6 +7,7 @@
 #include "changes/Changes.h"
 #include "designs/DesignStore.h"
 #include "output/Search.h"
+#include "references/ReferenceIndex.h"
 #include "references/References.h"
 
 namespace service {
@@ -23,6 +24,7 @@ nlohmann::ordered_json DescribeElement(const solution::Element& element);
 /// What requests get more: keys of elements, who changed what, values before and after.
 nlohmann::ordered_json DescribeElementIn(const solution::Design& design, const solution::Element& element);
 nlohmann::ordered_json DescribeReferenceIn(const solution::Design& design, const solution::Reference& reference);
+nlohmann::ordered_json DescribeCall(const solution::Design& design, const solution::ReferenceIndex::Call& call);
 nlohmann::ordered_json DescribeChangeBetween(const solution::Design& older, const solution::Design& newer,
                                              const solution::Change& change);
 

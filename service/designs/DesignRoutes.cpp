@@ -116,6 +116,17 @@ Response ShowReferences(Context& context, const Request& request) {
   return JsonAnswer({{"references", DescribeReferences(design, opened->references().Select(elements, broken))}});
 }
 
+Response ShowCalls(Context& context, const Request& request) {
+  const auto opened = Open(context, request, 0);
+  const Design& design = opened->design();
+  const auto scripts = Named(design, request.Parameter("of"));
+  if (scripts.size() != 1 || scripts[0]->kind != solution::Kind::kScript) {
+    throw HttpError(400, "of must name one script, such as its key");
+  }
+  return JsonAnswer({{"calls", DescribeAll(opened->references().CallChain(*scripts[0]),
+                                           [&design](const auto& call) { return DescribeCall(design, call); })}});
+}
+
 Response ListElements(Context& context, const Request& request) {
   const std::string kind = request.Parameter("kind");
   const auto opened = Open(context, request, 0);
@@ -163,6 +174,7 @@ constexpr Route kRoutes[] = {
     {"GET", "/operator/designs/*/graph", KeyPlace::kHeader, false, false, ShowGraph},
     {"GET", "/operator/designs/*/report", KeyPlace::kHeader, false, false, ShowReport},
     {"GET", "/operator/designs/*/references", KeyPlace::kHeader, false, false, ShowReferences},
+    {"GET", "/operator/designs/*/calls", KeyPlace::kHeader, false, false, ShowCalls},
     {"GET", "/operator/designs/*/elements", KeyPlace::kHeader, false, false, ListElements},
     {"GET", "/operator/designs/*/elements/*", KeyPlace::kHeader, false, false, ShowElements},
 };

@@ -1,9 +1,10 @@
 // What people do in the console once it is set up: they keep order in designs and commands.
 import assert from 'node:assert/strict';
 import {after, before} from 'node:test';
-import {kSnippet, laterWorkshop} from './exports.mjs';
+import {chainedExport, kSnippet, laterWorkshop} from './exports.mjs';
 import {until} from '../support/programs.mjs';
 import {
+  accessibilityFaults,
   addDesign,
   click,
   confirm,
@@ -44,6 +45,7 @@ step('A label and a note are given, changed and removed, in every window', async
   await click(page, 'button', `Add label to design ${workshop}`);
   await type(page, 'textbox', 'Label', '  Release 2 ');
   await type(page, 'textbox', 'Note', '<b>as sold</b>');
+  assert.deepEqual(await accessibilityFaults(page), []);
   isDown = true;
   const trouble = await disturb(page, /label$/);
   await click(page, 'button', 'Save');
@@ -124,6 +126,20 @@ step('A command that FileMaker has taken is forgotten, and what comes late is sh
   await confirm(page, 'Delete the command');
   await find(page, 'heading', 'Commands');
   assert.equal((await service.fetch('/operator/commands')).commands.filter((one) => one.id === id).length, 0);
+});
+
+step('A script shows what it performs in turn, with cycles and within bounds', async () => {
+  const orders = await addDesign(service, chainedExport(10), 'Orders.fmp12.xml');
+  await visit(page, service, `/designs/${orders}/elements/Start`, 'Start');
+  await sees(page, 'Performs in turn 12');
+  assert.doesNotMatch(await page.$eval('aside', (aside) => aside.innerText), /Made 1/, 'it is folded');
+  await page.click('aside section:last-child summary');
+  await sees(page, 'Reset Log Made 1 Made 2 Made 3 Made 4 Made 5 Made 6 performs more: open it Start');
+  await sees(page, 'Start is being performed already: a cycle');
+  assert.deepEqual(await accessibilityFaults(page), []);
+  await click(page, 'link', 'Made 6');
+  await find(page, 'heading', 'Made 6');
+  await sees(page, 'Performs in turn 4');
 });
 
 step('A search for which nobody waits any longer is given up', async () => {

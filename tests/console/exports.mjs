@@ -1,4 +1,4 @@
-// A clip, and exports made from a sample: a later state of it, a large one, and one whose names are markup.
+// A clip, and exports made from samples: a later state, a large one, one whose names are markup, one with many calls.
 import {readFileSync} from 'node:fs';
 import {SAMPLES} from '../support/programs.mjs';
 
@@ -40,4 +40,25 @@ export function largeExport(fields) {
       ),
   );
   return fileNamed('Large').replace(sample, sample + made.join(''));
+}
+
+/** A script Start that performs Reset, which performs Start again and Log, which performs Made 1, and that Made 2 ... */
+export function chainedExport(length) {
+  const orders = readFileSync(process.env.ORDERS, 'utf8');
+  const uuid = (i) => `00000000-0000-4000-8000-${String(i).padStart(12, '0')}`;
+  const reference = (i) => `<ScriptReference id="${100 + i}" name="Made ${i}" UUID="${uuid(i)}"></ScriptReference>`;
+  const performs = (i) =>
+    `<ObjectList membercount="1"><Step index="0" id="1" name="Perform Script" enable="True"><ParameterValues>` +
+    `<Parameter type="List"><List name="From list" value="1">${reference(i)}</List></Parameter></ParameterValues>` +
+    `</Step></ObjectList>`;
+  const numbers = Array.from({length}, (_, i) => i + 1);
+  const scripts = numbers.map((i) => `<Script id="${100 + i}" name="Made ${i}"><UUID>${uuid(i)}</UUID></Script>`);
+  const steps = numbers.map((i) => `<Script>${reference(i)}${i < length ? performs(i + 1) : ''}</Script>`);
+  return orders
+    .replace(/(?=<Script id="4" name="Log">)/, scripts.join(''))
+    .replace(
+      /(<ScriptReference id="4" name="Log"[^>]*><\/ScriptReference>\s*)<ObjectList membercount="0"><\/ObjectList>/,
+      `$1${performs(1)}`,
+    )
+    .replace(/(?=<\/StepsForScripts>)/, steps.join(''));
 }

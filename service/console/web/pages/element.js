@@ -1,5 +1,6 @@
 // One element: its definition, what uses it, and what it uses.
 import {Refusal, get, segment} from '../api.js';
+import {performedInTurn} from '../calls.js';
 import {codeBlock, linker, parseText, stepLine} from '../code.js';
 import {elementAddress, groupBy} from '../data.js';
 import {amount, button, copy, empty, h, properties as propertyTable} from '../dom.js';
@@ -191,6 +192,8 @@ async function load(page, design, key, index) {
   if (elements.length > 1) return choice(design, elements);
   const [element] = elements;
   page.heading.textContent = shortName(element);
+  const isScript = element.kind === 'script';
+  const {calls} = isScript ? await get(`${path}/calls?of=${segment(element.key)}`, page.signal) : {calls: []};
   element.parentAddress = element.parentKey && elementAddress(design, element.parentKey);
   const uses = references.filter((reference) => reference.fromKey === element.key);
   const usedBy = references.filter((reference) => reference.toKey === element.key && reference.fromKey !== element.key);
@@ -210,6 +213,7 @@ async function load(page, design, key, index) {
         {'aria-label': 'References'},
         groups('Used by', usedBy, 'from', design),
         groups('Uses', uses, 'to', design),
+        performedInTurn(calls, element.key, design),
       ),
     ),
   ];
