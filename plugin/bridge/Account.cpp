@@ -6,7 +6,7 @@
 
 namespace {
 
-/// The length of `byte` at the start of `text`: 3 percent-encoded, 1 verbatim, 0 when something else is there.
+/// The length of `byte` at the start of `text`: 3 if percent-encoded, 1 if verbatim, 0 if `text` starts otherwise.
 std::size_t LengthOfByte(std::string_view text, char byte) {
   if (text.size() >= 3 && text[0] == '%') {
     unsigned char decoded = 0;
@@ -16,7 +16,7 @@ std::size_t LengthOfByte(std::string_view text, char byte) {
   return text.starts_with(byte) ? 1 : 0;
 }
 
-/// The length of `key` at the start of `text`, 0 when something else is there.
+/// The length of `key` at the start of `text`; 0 if `text` starts otherwise.
 std::size_t LengthOfKey(std::string_view text, std::string_view key) {
   if (text.starts_with(key)) return key.size();
   std::string_view rest = text;

@@ -1,12 +1,12 @@
-// The service and the account of the bridge's requests, as a copy that a background job owns.
+// The service and the account that a request of the bridge uses. A background job owns a copy.
 #pragma once
 
 #include <string>
 #include <string_view>
 
 struct Account {
-  std::string baseUrl;
-  std::string licenseKey;
+  std::string baseUrl;     ///< origin of the service; paths are appended to it
+  std::string licenseKey;  ///< the account key
 
   bool operator==(const Account&) const = default;
 };

@@ -6,12 +6,12 @@
 #include <memory>
 
 /// Runs `job` on the system's shared pool of default priority. Returns at once and never throws. Nothing waits for the
-/// job, and anything that it throws is dropped. When the process ends first, or no thread can be started, the job does
-/// not run and is only destroyed. It must own copies of everything that it needs. Any thread.
+/// job, and anything that it throws is dropped. If the process ends first, or no thread can be started, the job is
+/// destroyed without being run. It must own copies of everything that it needs. Any thread.
 void bg(std::function<void()> job) noexcept;
 
-/// Called at initialise, so that an unload leaves no job running code that is gone. On Linux an unload ends all jobs;
-/// macOS cannot wait for those that run, so there the plug-in stays in memory from here on.
+/// To be called when the plug-in is initialised, so that no job runs unloaded code later. On Linux an unload ends all
+/// jobs. macOS cannot wait for running jobs, so there the plug-in stays in memory from here on. Main thread.
 void PrepareForUnload();
 
 /// Lowers `flag` when the last copy of the result is destroyed. A job that holds one lowers the flag when it ends,

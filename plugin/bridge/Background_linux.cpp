@@ -1,5 +1,5 @@
 // A pool of threads that grows with the work. When the plug-in is unloaded, or the process ends, waiting jobs are
-// dropped and running jobs are cut short.
+// dropped and the waits of running jobs are aborted.
 #include "bridge/Background_linux.h"
 
 #include <sys/eventfd.h>

@@ -17,11 +17,11 @@
 namespace {
 
 constexpr std::int64_t kPrepareIntervalMs = 500;
-// Other programs clear the clipboard first and add to it later, and the system may not report that as a change.
+// Other programs clear the clipboard first and add to it later. The system may not report the additions as a change.
 constexpr std::int64_t kAdditionIntervalMs = 500;
 constexpr std::int64_t kNever = std::numeric_limits<std::int64_t>::max();
 
-// Content of another device, which macOS fetches, with a progress window, when it is read.
+// Marks content of another device. Reading it makes macOS fetch it, with a progress window.
 constexpr char kRemoteClipboard[] = "com.apple.is-remote-clipboard";
 
 enum class Found {
@@ -31,13 +31,13 @@ enum class Found {
   kUnprepared,  // FileMaker XML as text that is not due yet, or could not be written
 };
 
-// Nothing here is destroyed, so its order with the state of the bridge does not matter.
+// Needs no destructor, so its order of destruction does not matter.
 struct LastLook {
   std::optional<std::uint64_t> change;  // the clipboard's, read before its content
   std::int64_t changedMs = 0;           // when an idle call first saw it
   std::int64_t lookedMs = 0;
   std::int64_t pauseMs = 0;  // until the next look, unless there is another change
-  std::size_t types = 0;     // hash of their names
+  std::size_t types = 0;     // hash of the type names
   Found found = Found::kIncomplete;
 };
 LastLook g_lastLook;
@@ -50,12 +50,12 @@ std::size_t HashOf(const std::vector<std::string>& names) {
   return HashOf(lines);
 }
 
-// Writes FileMaker XML that the clipboard holds without its text back under every name.
+// Writes FileMaker objects that the clipboard holds without their text back under every name.
 Found Mirror() {
   std::string type, xml, error;
   if (!ProbeFileMakerClipboardXML(type, xml, error)) return Found::kIncomplete;
   const std::size_t xmlHash = HashOf(xml);
-  const std::size_t hash = HashOf(type + '\n' + std::to_string(xmlHash));  // the XML may be too large to be joined
+  const std::size_t hash = HashOf(type + '\n' + std::to_string(xmlHash));  // of the hash: the XML may be large
   if (hash == g_lastMirroredClipboardHash) return Found::kNothingToDo;
   if (!Clipboard::SetXML(type, xml, error)) return Found::kUnmirrored;
   g_lastMirroredClipboardHash = hash;
@@ -72,20 +72,20 @@ Found Prepare(const std::string& text, bool isDue) {
   return Found::kNothingToDo;
 }
 
-// The text is read and searched once for both halves: what mirroring writes needs no preparation.
+// Reads and searches the text once for both purposes: what mirroring has written needs no preparation.
 Found Look(const std::vector<std::string>& types, bool prepareIsDue) {
   if (std::find(types.begin(), types.end(), kRemoteClipboard) != types.end()) return Found::kNothingToDo;
   std::string text, error;
   Clipboard::GetText(text, error);
   if (HoldsSnippet(text)) return Prepare(text, prepareIsDue);
-  // Each file copied in the Finder is an item, and a probe asks every item for every name.
+  // A probe asks every item for every name, and each file copied in the Finder is an item.
   if (IncludeFileMakerType(types)) return Mirror();
   return text.empty() ? Found::kIncomplete : Found::kNothingToDo;
 }
 
 std::int64_t PauseAfter(Found found, bool typesStay, std::int64_t ageMs, std::int64_t sincePrepareMs) {
   switch (found) {
-    case Found::kIncomplete:  // less and less often, because an owner that is too slow makes FileMaker wait
+    case Found::kIncomplete:  // less and less often, because a slow owner makes FileMaker wait
       return std::max(ageMs, kAdditionIntervalMs);
     case Found::kUnmirrored:
       return 0;
@@ -118,5 +118,5 @@ void KeepClipboardConvertible() {
   look.lookedMs = now;
   look.types = typesHash;
   look.pauseMs = PauseAfter(look.found, typesStay, now - look.changedMs, now - g_lastClipboardPrepareMs);
-  g_lastLook = look;  // not when an exception ended the look: the next call makes it
+  g_lastLook = look;  // not if an exception ended the look: then the next call looks again
 }

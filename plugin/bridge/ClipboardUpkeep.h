@@ -1,7 +1,7 @@
-// What an idle call does for the clipboard: FileMaker XML of any program is kept there under every name, and text that
-// is FileMaker XML becomes pasteable into FileMaker. FileMaker's main thread only.
+// What an idle call does for the clipboard. Mirroring: FileMaker objects are written back under every type name of
+// their kind. Preparation: text that is FileMaker XML becomes pasteable as objects. FileMaker's main thread only.
 #pragma once
 
-/// One idle call's worth of upkeep. Failures are silent and tried again: mirroring on the next call, preparation when
-/// it next looks.
+/// Does one idle call's upkeep. Failures are silent and tried again: mirroring at the next call, preparation at its
+/// next interval.
 void KeepClipboardConvertible();

@@ -23,8 +23,8 @@ constexpr char kNoXml[] =
     "functions, or value lists in FileMaker first.";
 constexpr char kNoFile[] = "No FM file registered. Open your FM file and let Varnix.Register() run first.";
 
-/// What a handler works on. The account is the one in use when the idle call began: an evaluation may let in a sign-in
-/// to another.
+/// What a handler works on. The account is the one in use when the command was taken: a sign-in during an evaluation
+/// may change it.
 struct Command {
   PendingCmd received;
   Account account;
@@ -33,7 +33,7 @@ struct Command {
   std::string Argument(const char* name) const { return JsonGetString(received.json, name); }
 };
 
-/// What to report of a command that has ended.
+/// What to report about a command that has ended.
 struct Ending {
   std::optional<PushRecord> push;
   std::optional<std::string> error;  // set when the command has failed, even if the push succeeds; may be empty

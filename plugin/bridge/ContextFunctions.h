@@ -1,4 +1,4 @@
-// The open files and the context report, with what they show of the bridge. FileMaker's main thread only.
+// The open files and the context report, including the bridge's state. FileMaker's main thread only.
 #pragma once
 
 #include <string>
@@ -11,8 +11,8 @@ std::string ActiveFiles(const fmx::ExprEnv* env);
 /// The context report about the file `targetFileName`, "" for the current one, as JSON. `env` may be null.
 std::string ContextReport(const fmx::ExprEnv* env, const std::string& targetFileName);
 
-/// Varnix.ListFiles: ActiveFiles. Always returns 0.
+/// Varnix.ListFiles: ActiveFiles.
 fmx::errcode Do_ListFiles(short funcId, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result);
 
-/// Varnix.DebugContext( { targetFileName } ): ContextReport. Always returns 0.
+/// Varnix.DebugContext( { targetFileName } ): ContextReport.
 fmx::errcode Do_DebugContext(short funcId, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result);

@@ -20,8 +20,8 @@ class CurrentContext {
   const fmx::ExprEnvUniquePtr env_;
 };
 
-/// The name of FileMaker's current file, "" when there is none. The evaluation may let in other calls of the plug-in.
-/// FileMaker's main thread only, and only while `call` is being handled.
+/// The name of FileMaker's current file, "" when there is none. During the evaluation FileMaker may call the plug-in
+/// again. FileMaker's main thread only, and only while `call` is being handled.
 inline std::string CurrentFileName(const FMX_ExternCallStruct& call) {
   return EvalCalc(CurrentContext(call).get(), "Get(FileName)");
 }

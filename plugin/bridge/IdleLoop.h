@@ -3,5 +3,5 @@
 
 #include <FMWrapper/FMXExtern.h>
 
-/// Handles one idle call. Never waits for the network; an exception status of the host passes through.
+/// Handles one idle call. Never waits for the network. Exceptions from the host's interface pass through.
 void Do_PluginIdle(FMX_ExternCallStruct* call);

@@ -18,7 +18,7 @@
 
 namespace {
 
-/// A file that is deleted with its upload, even when the job is dropped or memory runs out.
+/// A file that is deleted once its upload has ended, even if the job is dropped or memory runs out.
 class ConsumedFile {
  public:
   explicit ConsumedFile(std::string path) : path_(std::move(path)) {}

@@ -3,6 +3,6 @@
 
 #include <string>
 
-/// The script, without a line ending of its own. Double quotes in the texts become apostrophes, so that a text cannot
-/// end its literal, and backslashes are doubled; line breaks stay. Any thread.
+/// The script, without a final line ending; all texts are UTF-8. Double quotes in the texts become apostrophes, so that
+/// a text cannot end its literal, and backslashes are doubled; line breaks stay. Any thread.
 std::string NotificationScript(const std::string& title, const std::string& message);

@@ -41,8 +41,8 @@ void PollWhenDue() {
   g_lastPollMs = now;
   if (g_pollInFlight.exchange(true)) return;
   const auto flight = LoweredAtEnd(g_pollInFlight);
-  // The last poll may have brought a command after this idle call looked for one. It must be taken before the next
-  // poll.
+  // The last poll may have received a command after this idle call looked for one. It must be taken before the next
+  // poll overwrites it.
   if (g_hasPendingCmd) return;
   bg([account = CurrentAccount(), flight] { Poll(account); });
 }

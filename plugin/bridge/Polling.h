@@ -9,11 +9,11 @@
 /// Starts a poll when one is due and none is running.
 void PollWhenDue();
 
-/// Takes the command that a poll has brought; nothing when there is none.
+/// Takes the command that a poll has received; nothing when there is none.
 std::optional<PendingCmd> TakeCommand();
 
 /// Starts a check for a newer version unless one is running.
 void CheckVersionInBackground();
 
-/// The same when one is due.
+/// Does the same, but only when a check is due.
 void CheckVersionWhenDue();

@@ -70,7 +70,7 @@ void StartLivePush(const Account& account, const FMX_ExternCallStruct& call, con
                  "Script queued — waiting for FileMaker to run \"Varnix Live Push\"...");
     return;
   }
-  if (g_pendingGetSchemaCmdId == commandId) TakeRequest();  // otherwise the start let in another request
+  if (g_pendingGetSchemaCmdId == commandId) TakeRequest();  // otherwise another request arrived during the start
   Fail(account, commandId, "LC_SCRIPT_ERROR", StartFailure(error, target));
 }
 
@@ -84,7 +84,7 @@ void GiveUp(const Account& account) {
            "\" was not the active FileMaker file within 30 seconds. Make sure the file is open and try again.");
 }
 
-// The extension counts only in lower case; the rest of the name in any.
+// Only a lower-case extension is one; the names are then compared in any case.
 std::string_view WithoutExtension(std::string_view name) {
   constexpr std::string_view kExtension = ".fmp12";
   if (name.size() > kExtension.size() && name.ends_with(kExtension)) name.remove_suffix(kExtension.size());
@@ -103,11 +103,11 @@ void ArmSchemaRequest(const Account& account, const std::string& commandId, cons
 
 bool WatchSchemaRequest(const FMX_ExternCallStruct& call) {
   if (!g_pendingSchemaReady) return false;
-  // Copied now: the evaluation may let in another idle call, in the same record, and a sign-in.
+  // Copied now: during the evaluation another idle call may reuse the same call record, or a sign-in may happen.
   const auto level = call.parm1;
   const Account account = CurrentAccount();
   const std::string currentFile = CurrentFileName(call);
-  if (!g_pendingSchemaReady) return true;  // the other idle call has settled the wait
+  if (!g_pendingSchemaReady) return true;  // the other idle call has ended the wait
   const bool isActive = !currentFile.empty() && EqualIgnoringAsciiCase(currentFile, g_pendingTargetFileName);
   if (isActive && level < kFMXT_ScriptPaused) {
     StartLivePush(account, call, currentFile);

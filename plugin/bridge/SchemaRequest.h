@@ -10,13 +10,12 @@
 
 #include "bridge/Account.h"
 
-/// Starts the wait of the command `commandId` for the file `target` (neither empty) and reports so to `account`. An
-/// earlier wait is replaced, and its command never completed.
+/// Starts waiting for the file `target` on behalf of the command `commandId` (neither may be empty) and reports that to
+/// the service of `account`. Replaces an earlier wait, whose command is then never completed.
 void ArmSchemaRequest(const Account& account, const std::string& commandId, const std::string& target);
 
-/// One idle call's look at the wait: starts the script, gives up after 30 seconds, or goes on waiting. Returns whether
-/// one of the first two happened. Failures are reported to the service and to the user. Only while `call` is being
-/// handled.
+/// Called once in each idle call: starts the script, gives up after 30 seconds, or goes on waiting. True if the wait
+/// ended during this call. Failures are reported to the service and to the user. Only while `call` is being handled.
 bool WatchSchemaRequest(const FMX_ExternCallStruct& call);
 
 struct SchemaClaim {
@@ -24,6 +23,6 @@ struct SchemaClaim {
   std::string target;     ///< the file that it names, "" when none waits
 };
 
-/// Takes the waiting request, so that only one upload, that of `fileName`, answers it. Returns nothing when the request
-/// is about another file; the request then stays.
+/// Takes the waiting request, so that only one upload, that of `fileName`, answers it. Returns nothing, and leaves the
+/// request waiting, when it is about another file.
 std::optional<SchemaClaim> ClaimSchemaRequest(const std::string& fileName);

@@ -17,7 +17,7 @@ namespace {
 
 std::string OrDefault(std::string baseUrl) { return baseUrl.empty() ? kDefaultBaseUrl : std::move(baseUrl); }
 
-// Takes a copy, so that nothing can fail between key and URL: a key is sent only to its own service.
+// Takes a copy, so that nothing can fail between setting the key and the URL: a key is sent only to its own service.
 void Use(Account account) {
   g_licenseKey.swap(account.licenseKey);
   g_baseUrl.swap(account.baseUrl);
@@ -29,7 +29,7 @@ void SignIn(const Account& account, const fmx::ExprEnv& env) {
   Prefs::SaveLicenseKey(g_licenseKey);
   Prefs::SaveBaseUrl(g_baseUrl);
   const std::string fileName = EvalCalc(&env, "Get(FileName)");
-  // The evaluation may have let in a later sign-in, with a file of its own.
+  // During the evaluation there may have been another sign-in, from another file.
   if (!fileName.empty() && CurrentAccount() == account) g_registeredFileName = fileName;
   CheckVersionInBackground();
 }
@@ -73,6 +73,6 @@ void SignOut() { g_registered = false; }
 void LearnRegisteredFile(const FMX_ExternCallStruct& call) {
   if (!g_registeredFileName.empty()) return;
   std::string fileName = CurrentFileName(call);
-  // The evaluation may have let in another idle call or a sign-in, which has set the name.
+  // Another idle call or a sign-in may have set the name during the evaluation.
   if (g_registeredFileName.empty()) g_registeredFileName = std::move(fileName);
 }

@@ -6,13 +6,13 @@
 #include "core/CalcEngine.h"
 
 /// Varnix.Register( email ; licenseKey ; machineId { ; baseUrl } ): "OK", or the error as text. Blocks FileMaker until
-/// the service has answered, 120 seconds at most. A failure leaves an earlier sign-in in force. Always returns 0.
+/// the service has answered, 120 seconds at most. A failure leaves an earlier sign-in in force.
 fmx::errcode Do_Register(short funcId, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result);
 
 /// Restores the sign-in that an earlier run has stored, if any. Sends nothing.
 void RestoreSignIn();
 
-/// The bridge stops; the stored sign-in stays.
+/// Stops the bridge. The stored sign-in stays.
 void SignOut();
 
 /// Makes FileMaker's current file the registered one when none is known, as after RestoreSignIn. Only while the idle

@@ -111,7 +111,7 @@ bool GetText(std::string& text, std::string&) {
 
 bool SetText(const std::string& text, std::string& error) {
   const auto pasteboard = Pasteboard::Open();
-  const bool valid = IsUtf8(text);  // otherwise the system makes no string of it, and the clipboard should stay
+  const bool valid = IsUtf8(text);  // otherwise the system cannot make a string of it, and the clipboard should stay
   if (valid) pasteboard->DeclareTypes(true, {});
   if (valid && pasteboard->SetString(text)) return true;
   error = kStringRefused;

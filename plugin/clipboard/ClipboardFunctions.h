@@ -1,21 +1,21 @@
-// The handlers of the six clipboard functions. FileMaker's main thread only. All return 0: each outcome, failures
-// included, is the result text; those of failures begin with "ERROR". They can wait for the program that owns the
-// clipboard. An exception of the host's interface passes through.
+// The handlers of the six clipboard functions. They may wait for the program that owns the clipboard. See
+// core/FunctionTable.h for the contract of all handlers.
 #pragma once
 
 #include "core/CalcEngine.h"
 
-/// Arguments: kind, XML. "OK", or why the clipboard does not hold the XML.
+/// Varnix.SetXMLClipboard( xmlType ; xmlContent ): "OK", or why the clipboard does not hold the XML.
 fmx::errcode Do_SetXMLClipboard(short funcId, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result);
-/// Argument: kind; "", "AUTO" or "auto" for the first kind found. The XML, or "" when there is none.
+/// Varnix.GetXMLClipboard( xmlType ): the XML of that kind, of the first kind found for "", "AUTO" or "auto"; "" when
+/// there is none.
 fmx::errcode Do_GetXMLClipboard(short funcId, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result);
-/// The plain text, or "" when there is none.
+/// Varnix.GetTextClipboard: the plain text, or "" when there is none.
 fmx::errcode Do_GetTextClipboard(short funcId, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result);
-/// Argument: text, which may be empty. "OK", or why the clipboard does not hold it.
+/// Varnix.SetTextClipboard( text ): "OK", or why the clipboard does not hold the text, which may be empty.
 fmx::errcode Do_SetTextClipboard(short funcId, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result);
-/// The name of each type on the clipboard, followed by a line feed.
+/// Varnix.ClipboardFormats: the name of each type on the clipboard, followed by a line feed.
 fmx::errcode Do_ClipboardFormats(short funcId, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result);
-/// Optional argument: kind, else detected. Writes FileMaker XML that is plain text as that kind: "OK: " and the kind,
-/// or what is wrong with the text or the argument.
+/// Varnix.PrepareXMLClipboard( { xmlType } ): writes the plain text, which must be FileMaker XML, as objects of that
+/// kind, by default the detected one. "OK: " and the kind, or what is wrong with the text or the argument.
 fmx::errcode Do_PrepareXMLClipboard(short funcId, const fmx::ExprEnv& env, const fmx::DataVect& args,
                                     fmx::Data& result);

@@ -17,8 +17,8 @@ struct Kind {
 
 constexpr std::size_t kCodeLength = 4;
 
-// In the order in which an unknown clipboard is probed. The "dyn." names are what macOS makes of the four-character
-// code.
+// In the order in which a clipboard of unknown kind is probed. The "dyn." names are those that macOS generates from the
+// four-character codes.
 const std::vector<Kind>& Kinds() {
   static const std::vector<Kind> kinds = {
       {"XMSS", {"dyn.ah62d4rv4gk8zuxnxnq", "ScriptStep", "Mac-ScriptStep"}},
@@ -36,7 +36,7 @@ const std::vector<Kind>& Kinds() {
 // The beginning of the "dyn." name of every code that begins with "XM", even of codes that no table lists.
 constexpr std::string_view kDynamicKindPrefix = "dyn.ah62d4rv4gk8zuxn";
 
-// What Carbon made visible of a four-character flavour type; "" for any other code.
+// The name under which Carbon exposes a four-character flavour type; "" for any other code.
 std::string LegacyFlavorName(const std::string& code) {
   if (code.size() != kCodeLength) return {};
   char name[40];
@@ -45,7 +45,7 @@ std::string LegacyFlavorName(const std::string& code) {
   return name;
 }
 
-// A text that is searched for by its rarest letter in XML.
+// A text, found by searching for that of its letters that is rarest in XML.
 struct Mark {
   std::string_view text;
   char rare;

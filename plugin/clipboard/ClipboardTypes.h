@@ -17,12 +17,12 @@ std::vector<std::string> BuildClipboardTypeCandidates(const std::string& code);
 /// The code of the kind that `xml` seems to be; never empty.
 std::string DetectXmlClipboardType(const std::string& xml);
 
-/// Whether `text` contains "<fmxmlsnippet", which marks a plain text as FileMaker XML, at `begin` or later.
+/// Whether `text` contains "<fmxmlsnippet", which marks plain text as FileMaker XML, at `begin` or later.
 bool HoldsSnippet(const std::string& text, std::size_t begin = 0);
 
-/// Whether FileMaker XML of any kind can stand under one of `types`, the names that the pasteboard reports.
+/// Whether one of `types`, the names that the pasteboard reports, can be that of FileMaker XML of any kind.
 bool IncludeFileMakerType(const std::vector<std::string>& types);
 
-/// Finds the first kind on the pasteboard that holds anything. When there is none, returns false with `code` and `xml`
-/// untouched and `error` set to the first error of a read, if there was any.
+/// Finds the first kind for which the pasteboard has XML, and sets `code` and `xml`. When there is none, returns false
+/// with both unchanged. `error` is then the first error of a read, if there was any; success clears it.
 bool ProbeFileMakerClipboardXML(std::string& code, std::string& xml, std::string& error);

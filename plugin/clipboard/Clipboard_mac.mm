@@ -40,7 +40,7 @@ NSString* Text(const std::string& utf8) {
   return [[[NSString alloc] initWithBytes:utf8.data() length:utf8.size() encoding:NSUTF8StringEncoding] autorelease];
 }
 
-/// Without those that are not UTF-8: an array takes no nil.
+/// Without those that are not UTF-8, because an array cannot hold nil.
 NSMutableArray* Texts(const std::vector<std::string>& texts) {
   NSMutableArray* converted = [NSMutableArray arrayWithCapacity:texts.size()];
   for (const auto& utf8 : texts) {
@@ -126,7 +126,8 @@ class MacPasteboard : public Pasteboard {
   bool SetData(const std::string& type, const std::string& bytes) override {
     NSString* name = Text(type);
     if (name == nil) return false;
-    // AppKit may keep the data, so it gets a copy; the copies of a large snippet would pile up if the pool held them.
+    // AppKit may keep the data, so it gets a copy. It is released at once: in the pool, copies of a large snippet would
+    // pile up.
     NSData* data = [[NSData alloc] initWithBytes:bytes.data() length:bytes.size()];
     const bool set = Ask([&](NSPasteboard* general) { return [general setData:data forType:name]; });
     [data release];

@@ -1,4 +1,4 @@
-// The system pasteboard: the seam below the Clipboard operations. // FileMaker's main thread only.
+// The system pasteboard: the seam below the Clipboard operations. FileMaker's main thread only.
 #pragma once
 
 #include <cstddef>
@@ -8,20 +8,21 @@
 #include <string>
 #include <vector>
 
-/// One operation's access, made at its start and destroyed at its end (on macOS it is also the operation's autorelease
-/// pool). Two views show the same pasteboard: the older one has items with flavours, the general one has types. Type
-/// names are valid UTF-8; texts are UTF-8; data is raw bytes. On failure an out-parameter is left untouched.
+/// One operation's access, created at its start and destroyed at its end (on macOS it is also the operation's
+/// autorelease pool). Two views show the same pasteboard: the older one has items with flavours, the general one has
+/// types. Type names and texts are UTF-8; data is raw bytes. Methods that return bool return false on failure and then
+/// leave out-parameters unchanged.
 class Pasteboard {
  public:
   /// The seam itself, defined once per system; never null. Touches the pasteboard only when a method is called.
   static std::unique_ptr<Pasteboard> Open();
   virtual ~Pasteboard() = default;
 
-  /// A number that differs whenever another program or this one has written since it was last asked for. Only equality
-  /// means anything. Nothing where the system does not report changes. Reads no data and waits for no other program.
+  /// A number that differs if another program or this one has written since the last call. Only equality has a meaning.
+  /// Nothing where the system does not report changes. Reads no data and waits for no other program.
   virtual std::optional<std::uint64_t> ChangeCount() = 0;
 
-  // The older view, which only macOS has: elsewhere these are not overridden. The other ones are called only after
+  // The older view, which only macOS has; elsewhere these are not overridden. The others are called only after
   // OpenItems has succeeded.
 
   /// False where the system does not have this view, or refuses it.
@@ -38,7 +39,7 @@ class Pasteboard {
 
   // The general view. "public.utf8-plain-text" is the type of its text.
 
-  /// Replaces everything on the pasteboard by the promise of the plain text, if `text`, and `types`, in that order.
+  /// Empties the pasteboard and announces the types whose data will follow: plain text, if `text`, then `types`.
   virtual void DeclareTypes(bool text, const std::vector<std::string>& types) = 0;
   virtual bool SetData(const std::string& type, const std::string& bytes) = 0;
   virtual bool SetString(const std::string& text) = 0;

@@ -12,9 +12,9 @@ class PasteboardContent {
  public:
   using Bytes = std::shared_ptr<const std::string>;
 
-  /// Nothing at all.
+  /// No types.
   PasteboardContent() = default;
-  /// The promise of the plain text, if `text`, and of `types`.
+  /// Announces the types: plain text, if `text`, then `types`.
   PasteboardContent(bool text, const std::vector<std::string>& types);
 
   /// False when `type` was not declared. Types with equal bytes share one copy of them.

@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <limits>
 
-/// While one lives, all reading from other programs together ends kReadingLimitMs after it was made, whatever has been
-/// received by then. One inside another adds nothing. Reading without a limit, as the functions do, goes on while data
-/// comes. On macOS the system waits for the other program, within limits of its own.
+/// While one exists, all reading from other programs ends kReadingLimitMs after it was created, whatever has been
+/// received by then. One inside another has no effect. Reading without a limit, as the functions do, goes on as long as
+/// data arrives. On macOS the system waits for the other program, within its own limits.
 class ReadingLimit {
  public:
   static constexpr std::int64_t kReadingLimitMs = 2000;

@@ -1,4 +1,4 @@
-// The function table, laid out to be read against the function reference.
+// The function table, laid out so that it can be compared with the function reference.
 #include "core/FunctionTable.h"
 
 #include "bridge/ContextFunctions.h"

@@ -1,11 +1,12 @@
-// The rules for threads of a plug-in in its host's process.
+// What a plug-in's threads need in order not to disturb their host's process.
 #pragma once
 
 #include <unistd.h>
 
 #include <csignal>
 
-/// While it exists, new threads block the host's signals, except those of faults, which the host's handlers may report.
+/// While it exists, threads that the calling thread starts block all signals, except those raised by faults, which the
+/// host's handlers may report.
 class SignalsBlocked {
  public:
   SignalsBlocked();

@@ -6,8 +6,8 @@
 
 namespace {
 
-// Four bytes per UTF-16 unit cover every UTF-8 form, so no pass is needed to measure first. The unused tail is cut at
-// its first zero byte and given back: a large text would else hold four times its memory.
+// Four bytes per UTF-16 unit are enough for every UTF-8 form, so no pass is needed to measure first. The text is cut at
+// its first zero byte and the unused rest freed: a large text would otherwise hold four times its memory.
 std::string Utf8FromText(const fmx::Text& text) {
   const fmx::uint32 units = text.GetSize();
   if (units == 0) return {};
@@ -39,7 +39,7 @@ void SetTextResult(const std::string& utf8, fmx::Data& result) {
 }
 
 std::string EvalCalc(const fmx::ExprEnv* env, const char* expression) {
-  // Where a text literal ends in ill-formed text would be the host's guess.
+  // In ill-formed UTF-8, the host might see the end of a text literal elsewhere.
   if (env == nullptr || !IsUtf8(expression)) return {};
   const fmx::TextUniquePtr text;
   text->Assign(expression, fmx::Text::kEncoding_UTF8);

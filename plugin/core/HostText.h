@@ -1,6 +1,5 @@
-// All conversions between FileMaker's UTF-16 values and the plug-in's UTF-8 strings. FileMaker's main thread only. Each
-// ends a text at its first zero byte. An exception status of the host is raised as std::bad_alloc or
-// std::exception and passes through.
+// All conversions between FileMaker's UTF-16 values and the plug-in's UTF-8 strings. FileMaker's main thread only. A
+// text ends at its first zero byte. An exception that the host reports is thrown as std::bad_alloc or std::exception.
 #pragma once
 
 #include <FMWrapper/FMXData.h>
@@ -18,11 +17,12 @@ std::string GetTextArg(const fmx::DataVect& args, unsigned int index);
 /// "ERROR: <name> is empty." for the first of the named arguments that is empty, or "" when every one has text.
 std::string EmptyArgumentError(std::initializer_list<NamedText> arguments);
 
-/// Makes `result` a text value; it keeps its locale.
+/// Makes `result` a text value, and keeps its locale.
 void SetTextResult(const std::string& utf8, fmx::Data& result);
 
-/// The text of the FileMaker calculation `expression` (UTF-8), evaluated in `env`; "" on any failure. Without an `env`,
-/// and when `expression` is not UTF-8, nothing is evaluated.
+/// The result of the FileMaker calculation `expression` (UTF-8), evaluated in `env`, as text; "" on any failure.
+/// Without an `env`, and when `expression` is not UTF-8, nothing is evaluated. During the evaluation FileMaker may call
+/// the plug-in again.
 std::string EvalCalc(const fmx::ExprEnv* env, const char* expression);
 
 /// Copies `utf8` into `out`, a buffer of `capacity` UTF-16 units (at least 1); cut to fit, always zero-terminated.

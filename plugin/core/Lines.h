@@ -4,5 +4,5 @@
 #include <string_view>
 #include <vector>
 
-/// The non-empty lines of `text`, ended by carriage returns, line feeds or both. They point into `text`.
+/// The non-empty lines of `text`, separated by carriage returns, line feeds or both. They point into `text`.
 std::vector<std::string_view> NonEmptyLines(std::string_view text);

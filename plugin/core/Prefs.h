@@ -1,6 +1,6 @@
 // The two settings that persist between runs of FileMaker. Per user, plain text, written to disk immediately.
-// FileMaker's main thread only. Saving cannot fail visibly: either the new value is stored or the old one stays whole,
-// as it does when the new one is not UTF-8. A text ends at its first zero byte.
+// FileMaker's main thread only. Saving reports no failure: if the new value cannot be stored, or is not UTF-8, the old
+// one stays intact. A text ends at its first zero byte.
 #pragma once
 
 #include <string>

@@ -1,5 +1,4 @@
-// The settings in the user's configuration directory: a file for each, named after it, which holds its text and nothing
-// else.
+// The settings in the user's configuration directory: one file per setting, named after it, which holds only its text.
 #include <fcntl.h>
 #include <pwd.h>
 #include <sys/stat.h>
@@ -48,7 +47,7 @@ void MakeDirectories(const std::string& path) {
   }
 }
 
-/// The bytes of the file; nothing when it is missing, cannot be read or is not one that Save has written.
+/// The bytes of the file; nothing when it is missing, cannot be read or cannot have been written by Save.
 std::optional<std::string> ReadFile(const std::string& path) {
   // Without blocking, in case it is a FIFO.
   const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
@@ -73,8 +72,8 @@ bool WriteAll(const FileDescriptor& file, std::string_view bytes) {
   return true;
 }
 
-/// Replaces whatever has this path by a file with `bytes` that only its owner may read: a symbolic link is replaced,
-/// not followed. On failure the old one stays. Once this returns, a power failure loses nothing.
+/// Replaces whatever is at this path with a file that holds `bytes` and that only its owner may read. A symbolic link
+/// is replaced, not followed. On failure the old file stays. Once this returns, a power failure loses nothing.
 bool ReplaceFile(const std::string& path, std::string_view bytes) {
   std::string temporary = path + ".XXXXXX";
   const FileDescriptor file(mkostemp(temporary.data(), O_CLOEXEC));
@@ -87,8 +86,8 @@ bool ReplaceFile(const std::string& path, std::string_view bytes) {
   return replaced;
 }
 
-// Earlier versions kept both settings in one file, as lines name=value in which a backslash and a line feed are written
-// as "\\" and "\n". It is read for a setting without a file of its own, and removed once there is none.
+// Earlier versions kept both settings in one file, as lines "name=value" with backslash and line feed written as "\\"
+// and "\n". It is read for a setting that has no file of its own yet, and removed once both have one.
 constexpr char kOldFile[] = "preferences";
 
 std::optional<std::string> OldValue(const std::string& directory, std::string_view name) {

@@ -1,7 +1,7 @@
 // The plug-in's state: one set of variables for the process, each group with the one unit that writes it; the other
 // units only read. Times are steady milliseconds; all start at 0.
 //
-// FileMaker's main thread only, apart from what is marked otherwise.
+// FileMaker's main thread only, unless marked otherwise.
 #pragma once
 
 #include <atomic>
@@ -29,7 +29,7 @@ extern bool g_pendingSchemaReady;             ///< the wait for that file is arm
 extern std::int64_t g_pendingSchemaQueuedMs;  ///< when it was armed
 
 // Asking the service: bridge/Polling. The poll fills g_pendingCmd on its own thread, then raises g_hasPendingCmd; after
-// that g_pendingCmd is the main thread's, until the next poll starts.
+// that g_pendingCmd belongs to the main thread until the next poll starts.
 extern PendingCmd g_pendingCmd;
 extern std::atomic<bool> g_hasPendingCmd;         ///< any thread
 extern std::atomic<bool> g_pollInFlight;          ///< at most one poll runs at a time; any thread

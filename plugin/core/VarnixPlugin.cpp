@@ -1,5 +1,5 @@
-// The entry point, through which FileMaker sends every message. It and the call record are the names that FileMaker
-// looks for; everything else is compiled hidden.
+// The entry point, through which FileMaker sends every message. FileMaker looks for it and for the call record by name;
+// everything else in this file is compiled hidden.
 #pragma GCC visibility push(default)
 #include <FMWrapper/FMXExtern.h>
 #pragma GCC visibility pop
@@ -33,7 +33,7 @@ void GetString(int which, unsigned int capacity, fmx::unichar16* out) {
     case kFMXT_AppConfigStr:
       return CopyUTF8ToUnichar16("Varnix background bridge for FileMaker", capacity, out);
     case kFMXT_OptionsStr:
-      // A fixed block, which FileMaker always has room for, whatever capacity it reports.
+      // A fixed block. FileMaker always has room for it, whatever capacity it reports.
       for (const char16_t unit : kOptions) *out++ = unit;
       return;
     case kFMXT_HelpURLStr:
@@ -43,7 +43,7 @@ void GetString(int which, unsigned int capacity, fmx::unichar16* out) {
   }
 }
 
-// Restores a saved sign-in and registers the functions. The result is the answer to an initialise message.
+// Restores a saved sign-in and registers the functions. Returns the answer to the initialise message.
 short Do_PluginInit(short hostExtensionVersion) {
   PrepareForUnload();
   RestoreSignIn();

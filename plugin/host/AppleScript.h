@@ -1,9 +1,9 @@
-// Runs AppleScript, which can do to FileMaker what its plug-in interface cannot. Everything blocks its caller until the
-// script has ended; use it on the main thread, the only one on which macOS runs scripts safely.
+// Runs AppleScript, which can control FileMaker in ways that its plug-in interface cannot. Every function blocks until
+// the script has ended. Main thread only: macOS runs scripts safely on no other.
 //
 // These functions are public symbols of the plug-in, which does not call them itself (cmake/exports.map, exports.txt).
 //
-// Texts are UTF-8. True is success. The result is written on success only, and `error` on failure only.
+// Texts are UTF-8. Each returns true on success. The result is set on success only, and `error` on failure only.
 #pragma once
 
 #include <string>
@@ -20,10 +20,10 @@ bool Run(const std::string& source, std::string& result, std::string& error);
 /// The name of FileMaker's front document.
 bool GetFrontDocumentName(std::string& name, std::string& error);
 
-/// Saves FileMaker's front document as XML at `posixPath`. AppleScript takes backslashes in the path as escapes.
+/// Saves FileMaker's front document as XML at `posixPath`. AppleScript treats backslashes in the path as escapes.
 bool SaveFrontDocumentAsXML(const std::string& posixPath, std::string& error);
 
-/// The same, then moves the file's text into `xml`: the file is gone afterwards, unless it could not be read.
+/// Saves it likewise, then reads the file into `xml` and deletes it. The file stays if it cannot be read.
 bool ExportFrontDocumentAsXML(const std::string& posixPath, std::string& xml, std::string& error);
 
 }  // namespace AppleScript

@@ -21,13 +21,13 @@ constexpr std::size_t kLargestRead = std::size_t{1} << 30;
 bool IsRegular(const struct stat& info) { return S_ISREG(info.st_mode); }
 
 FileDescriptor OpenRegularFile(const std::string& path, struct stat& info) {
-  // Before opening, because opening alone already wakes a FIFO's writer or rewinds a tape.
+  // Checked before opening, because opening alone wakes a FIFO's writer or rewinds a tape.
   if (stat(path.c_str(), &info) != 0 || !IsRegular(info)) return FileDescriptor(-1);
   // Without blocking, in case something else has replaced the file since.
   return FileDescriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
 }
 
-/// Adds everything that `file` still holds to `content`, whatever size it reported: it may be growing or shrinking.
+/// Appends the rest of `file` to `content`, whatever size it reported: it may be growing or shrinking.
 bool ReadToEnd(int file, std::size_t reportedSize, std::string& content) {
   std::size_t used = content.size();
   // An exact amount, because the string would double its size otherwise, with room for the end of an upload's form.

@@ -10,7 +10,7 @@ namespace FileIO {
 /// device never blocks the caller. Any thread; blocks while it reads.
 bool Read(const std::string& path, std::string& content, std::string& error);
 
-/// The same, but appends the bytes to `content`, with some room to spare.
+/// Appends the bytes to `content` instead, and reserves some room after them.
 bool ReadAppending(const std::string& path, std::string& content, std::string& error);
 
 }  // namespace FileIO

@@ -24,8 +24,8 @@ constexpr std::size_t kUnit = 24;            // bytes encoded by one turn of the
 constexpr std::size_t kUnitCharacters = 32;  // what they become
 constexpr std::size_t kOverread = 2;         // bytes read after a unit
 
-// Units encoded on the stack before they are appended: giving the result its size first would fill it with zeros. There
-// are few of them, so that storing them in fresh memory overlaps with encoding the next ones.
+// Units encoded on the stack before they are appended: resizing the result first would fill it with zeros. Few, so that
+// storing them in fresh memory overlaps with encoding the next ones.
 constexpr std::size_t kUnitsAtOnce = 16;
 
 /// The eight bytes at `bytes`, the first as the highest. Compilers turn this form into a single instruction.

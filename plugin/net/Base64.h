@@ -7,7 +7,7 @@
 
 /// `bytes` in base64, padded with "=".
 std::string Base64Encode(std::string_view bytes);
-/// Appends the same to `result` without a temporary copy.
+/// Appends `bytes` in base64 to `result`, without a temporary copy.
 void Base64Append(std::string_view bytes, std::string& result);
 
 /// The length of `byteCount` bytes in base64.

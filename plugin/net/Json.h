@@ -8,12 +8,12 @@
 /// `text` escaped for use between the quotes of a JSON string; no quotes are added. Control bytes without a short form
 /// become \u00xx.
 std::string JsonEscape(std::string_view text);
-/// Appends the same to `result` without a temporary copy.
+/// Appends the escaped `text` to `result`, without a temporary copy.
 void JsonAppendEscaped(std::string_view text, std::string& result);
 
 /// The non-empty lines of `text` (ended by CR, LF or both) as a JSON array of strings.
 std::string NlToJsonArray(std::string_view text);
-/// Appends the same to `result` without a temporary copy.
+/// Appends that array to `result`, without a temporary copy.
 void JsonAppendLines(std::string_view text, std::string& result);
 
 /// The unescaped value of the first string member named `key` anywhere in `json`, found by searching for "key":"

@@ -1,6 +1,5 @@
-// Escaping. The few bytes that need it are found block by block, and the runs between them are copied whole. What is
-// written is gathered on the stack and appended piece by piece: giving the result its size first would fill it with
-// zeros.
+// Escaping. The few bytes that need it are found block by block, and the runs between them are copied whole. The output
+// is collected on the stack and appended piece by piece: resizing the result first would fill it with zeros.
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -18,7 +17,7 @@ using blocks::kBlock;
 
 constexpr std::size_t kPiece = 16 * kBlock;   // read before its escaped form is appended to the result
 constexpr std::size_t kRunStep = 16;          // between the escapes of XML most runs are shorter
-constexpr std::size_t kLineStep = 24;         // between the ends of lines they are longer
+constexpr std::size_t kLineStep = 24;         // between line endings they are longer
 constexpr std::size_t kSlack = kLineStep;     // the most that is read or written after a run
 constexpr std::size_t kLargeText = 64 << 10;  // where spare memory begins to matter
 
@@ -78,7 +77,7 @@ std::size_t Growth(std::string_view text) {
 /// How much longer escaping is likely to make `text`, which must not be empty: an estimate from samples, rounded up.
 template <const EscapeTable& kTable>
 std::size_t LikelyGrowth(std::string_view text) {
-  // By odd numbers, so that the samples of a regular text do not all come from the same place in its pattern.
+  // Odd numbers, so that in a regular text the samples do not all come from the same place in its pattern.
   const std::size_t distance = std::max(text.size() / 257, 19 * kBlock);
   std::size_t growth = 0, seen = 0;
   for (std::size_t at = 0; at < text.size(); at += distance) {
@@ -90,8 +89,7 @@ std::size_t LikelyGrowth(std::string_view text) {
   return std::min(likely + likely / 2 + text.size() / 64, text.size() * (kLongestEscape - 1));
 }
 
-/// Makes room for `size` more bytes. A large text grows by an eighth at a time, not to twice its size as its own
-/// reserve() makes it.
+/// Makes room for `size` more bytes. A large text grows by an eighth at a time; std::string itself would double it.
 void MakeRoom(std::string& text, std::size_t size) {
   if (text.capacity() - text.size() >= size) return;
   if (text.size() < kLargeText) return text.reserve(text.size() + std::max(size, text.size()));

@@ -1,4 +1,4 @@
-// Finding a string member, and undoing its escapes.
+// Finds a string member and undoes its escapes.
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -10,7 +10,7 @@ namespace {
 
 using blocks::kBlock;
 
-constexpr std::size_t kPiece = 16 * kBlock;  // gathered on the stack before it is appended to the result
+constexpr std::size_t kPiece = 16 * kBlock;  // collected on the stack before it is appended to the result
 constexpr std::size_t kRunStep = 16;         // between escapes most runs are shorter
 
 /// The first position from `from` up to `to` for which the cheap `test` and then `confirm` hold; `to` if there is none.

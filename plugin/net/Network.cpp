@@ -14,7 +14,7 @@
 namespace Network {
 namespace {
 
-// Where a transfer leaves its outcome. It outlives a caller that has given up waiting.
+// Where a transfer leaves its outcome. Outlives a caller that has given up waiting.
 struct Delivery {
   Semaphore arrived;
   std::mutex mutex;  // guards the outcome

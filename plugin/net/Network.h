@@ -1,9 +1,9 @@
 // The plug-in's HTTP calls. Each blocks its caller until the transfer ends or 120 seconds have passed. Safe on any
 // thread and concurrently.
 //
-// Result: true when an answer with a status below 400 arrived. `response` receives the body of every answer, byte for
-// byte, and is untouched otherwise. On failure `error` is set to a text that begins with "ERROR:"; it is never cleared.
-// Texts are UTF-8 and sent verbatim. A URL that the platform cannot parse fails before anything is sent.
+// Each returns true when an answer with a status below 400 arrived. `response` receives the body of any answer, byte
+// for byte, and is unchanged when there is none. On failure `error` is set to a text that begins with "ERROR:"; it is
+// never cleared. Texts are UTF-8 and sent verbatim. A URL that the platform cannot parse fails before anything is sent.
 #pragma once
 
 #include <cstddef>
@@ -11,11 +11,11 @@
 
 namespace Network {
 
-/// The most bytes that an answer may have once it is decoded. On Linux a larger one is an error; macOS has no limit.
+/// The largest sizes of a decoded answer, in bytes. On Linux a larger answer is an error; on macOS there is no limit.
 inline constexpr std::size_t kShortAnswer = std::size_t{1} << 20;
 inline constexpr std::size_t kLongAnswer = std::size_t{512} << 20;
 
-/// Posts JSON text. Move a large body in; it is not copied.
+/// Posts `body` as JSON. It is not copied, so move a large one in.
 bool Post(const std::string& url, std::string body, std::string& response, std::string& error,
           std::size_t answerLimit = kLongAnswer);
 

@@ -5,6 +5,6 @@
 /// thread.
 void PrepareTransfers();
 
-/// Cancels all transfers: they, and those started from now on, fail. Their completions have been called when this
+/// Cancels all transfers. They fail, as do those started later, and their completions have been called when this
 /// returns. Any thread except the transfer thread.
 void StopTransfers();

@@ -23,7 +23,7 @@ NSString* Text(const std::string& utf8) {
 }
 
 /// Nil when Foundation refuses `text`. In hosts built with the SDK of macOS 14 or newer, the older method
-/// percent-encodes invalid characters instead of refusing them, so the URL would not be the caller's.
+/// percent-encodes invalid characters instead of refusing them, so the request would go to another URL.
 NSURL* ToURL(const std::string& text) {
   NSString* string = Text(text);
   if (string == nil) return nil;

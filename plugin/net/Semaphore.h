@@ -1,5 +1,5 @@
-// A semaphore whose wait is bounded by the monotonic clock. The standard library's bounded waits on macOS follow the
-// wall clock, which people and time servers set, and count the time that the machine sleeps.
+// A semaphore whose timed wait follows the monotonic clock. On macOS, the standard library's timed waits follow the
+// wall clock, which people and time servers change, and include the time that the machine sleeps.
 #pragma once
 
 #include <chrono>

@@ -17,7 +17,7 @@ std::string SendJson(const std::string& url, std::string body) {
   return Network::Post(url, std::move(body), response, error) ? std::move(response) : std::move(error);
 }
 
-// The file and its base64 are in memory at the same time, but only once each.
+// The file and its base64 are in memory at the same time, but each only once.
 bool ReadSnapshot(const std::string& path, std::string& record, std::string& error) {
   constexpr std::size_t kPunctuation = sizeof R"({"content":"","filename":""})", kLongestEscape = 6;
   std::string bytes;

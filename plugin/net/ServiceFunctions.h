@@ -1,5 +1,5 @@
-// The functions with which a solution talks to a service directly. FileMaker's main thread only. Each blocks FileMaker
-// until the answer has arrived, for at most 120 seconds, and returns 0; the result text begins with "ERROR" on failure.
+// The functions with which a solution talks to a service directly. Each blocks FileMaker until the answer has arrived,
+// for at most 120 seconds. See core/FunctionTable.h for the contract of all handlers.
 #pragma once
 
 #include "core/CalcEngine.h"
@@ -10,5 +10,5 @@ fmx::errcode Do_HTTPPost(short funcId, const fmx::ExprEnv& env, const fmx::DataV
 fmx::errcode Do_UploadFile(short funcId, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result);
 /// Varnix.PushSnapshot( ingestUrl ; xmlPath ): the answer's body. The file stays.
 fmx::errcode Do_PushSnapshot(short funcId, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result);
-/// Varnix.PushScript( licenseKey ; bridgeUrl ; xmlType { ; label } ): sends what is on the clipboard; "OK".
+/// Varnix.PushScript( licenseKey ; bridgeUrl ; xmlType { ; label } ): sends the objects on the clipboard; "OK".
 fmx::errcode Do_PushScript(short funcId, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result);

@@ -1,4 +1,4 @@
-// A unit of its own, which tests replace by shorter limits.
+// A separate unit, so that tests can replace it with shorter limits.
 #include "net/Transfer.h"
 
 namespace {

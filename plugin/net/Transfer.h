@@ -1,7 +1,6 @@
-// The seam to the platform's URL layer: one HTTP transfer, and its limits. The URL layer follows redirects, keeps
-// cookies, decodes content, uses the system's proxies and checks certificates as it does by default. On Linux,
-// redirects from https to http and those that would send a body to another origin fail, as do answers that are
-// compressed twice.
+// The seam to the platform's URL layer: one HTTP transfer, and its limits. By default the URL layer follows redirects,
+// keeps cookies, decodes content, uses the system's proxies and checks certificates. On Linux, redirects from https to
+// http and those that would send a body to another origin fail, as do answers that are compressed twice.
 #pragma once
 
 #include <chrono>
@@ -25,8 +24,8 @@ struct Request {
 struct Outcome {
   bool hasBody = false;  ///< a body arrived, possibly an empty one
   std::string body;
-  std::string failure;  ///< why the transfer failed, in words for people; "" when an answer arrived
-  long long status = 0;
+  std::string failure;   ///< why the transfer failed, readable for people; "" when an answer arrived
+  long long status = 0;  ///< HTTP status; 0 when no answer arrived
 };
 
 inline constexpr char kOutOfMemory[] = "out of memory";  // short enough for a std::string that allocates nothing
@@ -37,7 +36,7 @@ Outcome Failure(const char* reason) noexcept;
 /// is no memory for the copy.
 Outcome Answer(long long status, const char* body, std::size_t size) noexcept;
 
-/// Whether the URL layer can make a URL of `text` (bytes, meant to be UTF-8). Safe on any thread.
+/// Whether the URL layer accepts `text` (any bytes, normally UTF-8) as a URL. Safe on any thread.
 bool IsURL(const std::string& text);
 
 /// Starts the transfer and returns immediately. `completion` is called exactly once, on a thread of the URL layer or,
@@ -45,7 +44,7 @@ bool IsURL(const std::string& text);
 /// failure the outcome's `failure` is not empty. Safe on any thread.
 void StartTransfer(Request request, std::function<void(Outcome)> completion);
 
-/// How long a transfer may receive no data (on Linux: may take) before the URL layer gives up.
+/// How long a transfer may go without data (on Linux: may take in total) before the URL layer gives up.
 std::chrono::milliseconds TransferTimeLimit();
 /// How long a caller waits for a transfer. Both limits are 120 seconds; tests define their own.
 std::chrono::milliseconds WaitTimeLimit();

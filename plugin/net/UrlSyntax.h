@@ -1,4 +1,5 @@
-// Which texts are URLs by the rules of RFC 2396, as Foundation applies them on macOS. Safe on any thread.
+// Which texts are URLs by the rules of RFC 2396, as Foundation applies them on macOS. Safe on any thread. Texts may be
+// any bytes.
 #pragma once
 
 #include <string>

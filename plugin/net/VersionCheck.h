@@ -5,10 +5,9 @@
 
 #include "core/CalcEngine.h"
 
-/// Asks the service at `baseUrl` for its newest version and stores it in g_latestVersion. On failure the last one
-/// stays. Blocks until the request has ended: for background jobs.
+/// Asks the service at `baseUrl` for the newest version and stores it in g_latestVersion, which stays unchanged on
+/// failure. Blocks until the request has ended, so it belongs into a background job. Any thread.
 void CheckVersion(const std::string& baseUrl);
 
-/// Varnix.UpdateAvailable: a notice when the newest version is newer than this one, otherwise "". FileMaker's main
-/// thread only; does not wait. Always returns 0.
+/// Varnix.UpdateAvailable: a notice when g_latestVersion is newer than this version, otherwise "". Sends nothing.
 fmx::errcode Do_UpdateAvailable(short funcId, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result);

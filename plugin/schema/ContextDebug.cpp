@@ -17,7 +17,7 @@ std::string Literal(const std::string& text) {
   return literal + '"';
 }
 
-// Returns around both sides, so that only a whole line counts: 'Varnix Live Push 2' is another script.
+// With carriage returns on both sides, so that only a whole line counts: 'Varnix Live Push 2' is another script.
 std::string LivePushCount(const std::string& fileLiteral) {
   return "PatternCount ( Char ( 13 ) & ScriptNames ( " + fileLiteral +
          " ) & Char ( 13 ) ; Char ( 13 ) & \"Varnix Live Push\" & Char ( 13 ) )";

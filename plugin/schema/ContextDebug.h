@@ -15,6 +15,6 @@ struct BridgeStatus {
 };
 
 /// One line of JSON: version, `bridge`, current file, windows, account, open files, and the scripts of the target file
-/// with the number of live-push scripts among them. `targetFileName` (UTF-8, a file name or a window title) empty means
+/// with the number of live-push scripts among them. `targetFileName` is UTF-8, a file name or a window title; "" means
 /// the current file. Never fails; what cannot be evaluated is left empty. `env` may be null.
 std::string BuildContextDebug(const fmx::ExprEnv* env, const std::string& targetFileName, const BridgeStatus& bridge);

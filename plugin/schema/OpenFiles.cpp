@@ -42,7 +42,7 @@ std::string BuildActiveFileList(const fmx::ExprEnv* env, const std::string& regi
   AddUniqueName(names, EvalCalc(env, "Get(FileName)"));
   AddUniqueName(names, registeredFile);
 
-  // Developers may set any window title, so the title itself is offered too.
+  // Developers may set any window title, so the title itself is listed too.
   const std::string windows = EvalCalc(env, "WindowNames");
   for (const auto title : NonEmptyLines(windows)) {
     AddUniqueName(names, WindowNameToFileName(title));

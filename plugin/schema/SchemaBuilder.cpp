@@ -71,7 +71,7 @@ void AddQueryRows(const std::string& rows, Tables& tables) {
     const std::size_t afterType = row.find(kColumnSeparator, type);
 
     const auto table = row.substr(0, afterTable);
-    if (fields == nullptr || table != fieldsOf) {  // rows of one table mostly follow each other
+    if (fields == nullptr || table != fieldsOf) {  // the rows of a table are mostly adjacent
       auto [entry, isNew] = tables.fields.try_emplace(table);
       if (isNew) tables.order.push_back(table);
       fields = &entry->second;
@@ -93,7 +93,7 @@ void AddNamedTables(const fmx::ExprEnv* env, const std::string& fileArgument, Ta
   }
 }
 
-// About as long as the tables' JSON will be, so that it need not grow by copying.
+// Roughly the size of the tables' JSON, so that its string need not grow by copying.
 std::size_t JsonSize(const Tables& tables) {
   constexpr std::size_t kTablePunctuation = 25, kFieldPunctuation = 35;
   std::size_t size = 0;
@@ -129,7 +129,7 @@ std::string BuildSchema(const fmx::ExprEnv* env, const std::string& fileName) {
   const std::string& target = fileName.empty() ? currentFile : fileName;
   const std::string quotedTarget = Quoted(target);
   const std::string account = Eval(env, "Get(AccountName)");
-  Eval(env, "Get(PrivilegeSetName)");  // part of the fixed sequence of evaluations; the document does not hold it
+  Eval(env, "Get(PrivilegeSetName)");  // part of the fixed sequence of evaluations, but not of the document
 
   const bool ofCurrentFile = fileName.empty() || fileName == currentFile;
   const std::string fileArgument = ofCurrentFile ? kCurrentFile : quotedTarget;

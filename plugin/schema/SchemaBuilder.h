@@ -1,4 +1,4 @@
-// The schema of an open FileMaker file as JSON, learned by evaluating calculations. FileMaker's main thread only.
+// The schema of an open FileMaker file as JSON, obtained by evaluating calculations. FileMaker's main thread only.
 #pragma once
 
 #include <string>
@@ -6,9 +6,9 @@
 #include "core/CalcEngine.h"
 
 /// One line of JSON: file, account, tables with their fields, and the names of scripts, layouts, value lists, privilege
-/// sets and custom functions. `fileName` (UTF-8) empty means the current file. What cannot be evaluated is left empty;
-/// when no table can be found at all, the result is "{}". `env` may be null.
+/// sets and custom functions. `fileName` is UTF-8; "" means the current file. What cannot be evaluated is left empty;
+/// when no table is found at all, the result is "{}". `env` may be null.
 std::string BuildSchema(const fmx::ExprEnv* env, const std::string& fileName);
 
-/// Varnix.GetSchema( { fileName } ): BuildSchema. Always returns 0.
+/// Varnix.GetSchema( { fileName } ): BuildSchema.
 fmx::errcode Do_GetSchema(short funcId, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result);

@@ -82,7 +82,7 @@ bool Connection::WaitUntil(const std::function<bool()>& done, std::int64_t deadl
   return true;
 }
 
-// In this order: data that no longer waits on the socket has woken the thread, which does not sleep again before it has
+// The order matters: data that is no longer on the socket has woken the thread, which sleeps again only after it has
 // handled that data.
 bool Connection::IsAtRest() const {
   pollfd socket{xcb_get_file_descriptor(connection_), POLLIN, 0};
@@ -144,7 +144,7 @@ xcb_window_t Connection::OwnerOf(xcb_atom_t selection) {
   return reply == nullptr ? xcb_window_t{XCB_NONE} : reply->owner;
 }
 
-// In pieces, so that progress shows even over a slow network. The server deletes the property with the last one.
+// In pieces, so that there is progress even over a slow network. The server deletes the property with the last one.
 Property Connection::Take(xcb_window_t window, xcb_atom_t property, std::int64_t deadline) {
   Property taken;
   std::size_t total = 0;
@@ -169,7 +169,7 @@ Property Connection::Take(xcb_window_t window, xcb_atom_t property, std::int64_t
 
 void Connection::Watch(xcb_window_t window) {
   ++watched_[window];
-  // Even if it is watched already: that may have been a window that has gone unnoticed, with the same number.
+  // Even if it is watched already: that may have been another window with the same ID, whose end went unnoticed.
   xcb_change_window_attributes(connection_, window, XCB_CW_EVENT_MASK, &kWatchedEvents);
 }
 

@@ -30,7 +30,7 @@ struct FreeMemory {
 template <typename T>
 using Owned = std::unique_ptr<T, FreeMemory>;
 
-/// The names that the rules of selections give a meaning.
+/// The atoms to which the conventions for selections give a meaning.
 struct Atoms {
   xcb_atom_t clipboard, clipboardManager;
   xcb_atom_t targets, multiple, timestamp, saveTargets;  // targets of the protocol
@@ -50,8 +50,8 @@ class Connection {
  public:
   using Handler = std::function<void(const xcb_generic_event_t&)>;
 
-  /// Takes over what xcb_connect returned, a failed connection included. `wakeFd`, an eventfd that outlives this, ends
-  /// a sleep in WaitUntil.
+  /// Takes ownership of what xcb_connect returned, even of a failed connection. `wakeFd`, an eventfd that outlives
+  /// this, ends a sleep in WaitUntil.
   Connection(xcb_connection_t* connection, int wakeFd);
   ~Connection();
   Connection(const Connection&) = delete;
@@ -68,7 +68,7 @@ class Connection {
   std::size_t MaxPropertyBytes() const { return maxPropertyBytes_; }
 
   bool IsLost() const { return xcb_connection_has_error(connection_) != 0; }
-  /// Ends the connection: whatever waits for the server returns at once. Any thread.
+  /// Ends the connection, so that every wait for the server returns at once. Any thread.
   void Cut();
   /// A number that changes while the connection makes progress. Any thread.
   unsigned Progress() const { return progress_; }
@@ -89,8 +89,8 @@ class Connection {
   std::vector<std::string> NamesOf(const std::vector<xcb_atom_t>& atoms);
 
   xcb_window_t OwnerOf(xcb_atom_t selection);
-  /// Reads a property and deletes it. Nothing when it is larger than kMaxValueBytes, or takes longer than `deadline`
-  /// (SteadyMilliseconds).
+  /// Reads a property and deletes it. Returns an empty one when it is larger than kMaxValueBytes, or takes longer than
+  /// until `deadline` (SteadyMilliseconds).
   Property Take(xcb_window_t window, xcb_atom_t property, std::int64_t deadline);
 
   /// Asks for the property and destruction events of another program's window. Each Watch needs one Unwatch.
@@ -110,7 +110,7 @@ class Connection {
   std::map<xcb_window_t, int> watched_;
 };
 
-/// A window that is never shown, on which other programs leave properties. Its property events are reported.
+/// A window that is never shown, on which other programs set properties. Its property events are reported.
 class Window {
  public:
   explicit Window(Connection& connection);

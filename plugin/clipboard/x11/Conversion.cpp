@@ -47,7 +47,7 @@ std::optional<Property> Conversion::Receive() {
   return received;
 }
 
-// Taking a piece away asks the owner for the next; one without bytes is the end.
+// Deleting a piece asks the owner for the next one. An empty piece is the end.
 std::optional<Property> Conversion::ReceivePieces(std::size_t announced, std::int64_t start) {
   Property all;
   all.bytes.reserve(announced);

@@ -17,10 +17,10 @@ inline constexpr std::int64_t kOwnerPatienceMs = 500;
 inline constexpr std::int64_t kTricklePatienceMs = 5000;
 inline constexpr std::int64_t kTrickleBytesPerSecond = std::int64_t{1} << 18;
 
-/// Has a window of its own: an answer that comes too late disappears with it.
+/// Has its own window, so that a late answer disappears with it.
 class Conversion {
  public:
-  /// `owner` is the owner of `selection`. Nothing is waited for beyond `limit`, in SteadyMilliseconds.
+  /// `owner` is the owner of `selection`. No wait lasts beyond `limit` (SteadyMilliseconds).
   Conversion(Connection& connection, xcb_window_t owner, xcb_atom_t selection, std::int64_t limit);
   ~Conversion();
   Conversion(const Conversion&) = delete;
@@ -30,7 +30,7 @@ class Conversion {
   void Ask(xcb_atom_t target, const std::vector<xcb_atom_t>& argument = {});
   /// True when the owner has answered before `deadline`, even with a refusal.
   bool AwaitAnswer(std::int64_t deadline);
-  /// Waits for the answer and takes it, however large; nothing when the owner refuses, stalls or dies.
+  /// Waits for the answer, in one piece or many, and returns it; nothing when the owner refuses, stalls or dies.
   std::optional<Property> Receive();
   /// Whether the owner, though alive, has let a deadline or the limit pass, or has sent more than kMaxValueBytes.
   bool HasStalled() const { return stalled_; }

@@ -1,5 +1,5 @@
-// Leaves values in other programs' properties: at once, or, what is too large for one request, piece by piece as the
-// other program takes the pieces away.
+// Writes values into other programs' properties: at once, or, if a value is too large for one request, piece by piece
+// as the other program deletes the pieces.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -31,7 +31,7 @@ class PropertyWriter {
   explicit PropertyWriter(Connection& connection) : connection_(connection) {}
 
   void Put(xcb_window_t window, xcb_atom_t property, Value value);
-  /// Moves the transfers on.
+  /// Continues the transfers that `event` concerns.
   void Handle(const xcb_generic_event_t& event);
 
   /// When DropStalled is next needed.

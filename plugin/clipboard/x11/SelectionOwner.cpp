@@ -64,7 +64,7 @@ void SelectionOwner::Publish(const PasteboardContent& content) {
   }
 }
 
-// A type of its own that is named like one of the aliases keeps its name.
+// A declared type with the name of an alias takes precedence over the alias.
 void SelectionOwner::Add(Offer offer) {
   const auto same =
       std::find_if(offers_.begin(), offers_.end(), [&](const Offer& other) { return other.target == offer.target; });
@@ -83,7 +83,7 @@ std::vector<xcb_atom_t> SelectionOwner::TargetsToSave() const {
   return targets;
 }
 
-// Held once, and only while somebody is reading it.
+// Kept only while somebody reads it, and then only once.
 PasteboardContent::Bytes SelectionOwner::AsLatin1(const std::string& text) {
   auto bytes = latin1_.lock();
   if (bytes == nullptr) latin1_ = bytes = std::make_shared<const std::string>(Utf8ToLatin1(text));
@@ -138,8 +138,8 @@ bool SelectionOwner::AnswerMultiple(xcb_window_t requestor, xcb_atom_t property)
   return true;
 }
 
-// The time of a request is not compared with the time of the acquisition: who pastes with the time of a key press
-// just before this program refreshed the clipboard should get the content all the same.
+// The time of a request is not compared with the time of the acquisition: a key press just before this program
+// refreshed the clipboard should still paste the content.
 void SelectionOwner::HandleRequest(const xcb_selection_request_event_t& request) {
   const Atoms& atoms = connection_.atoms();
   const bool isMultiple = request.target == atoms.multiple;

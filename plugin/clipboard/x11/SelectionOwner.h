@@ -21,18 +21,18 @@ class SelectionOwner {
  public:
   explicit SelectionOwner(Connection& connection);
 
-  /// Takes the selection. True: it is owned, and no event may be handled until Publish gives it its content.
+  /// Takes the selection. If this returns true, no event may be handled before Publish sets the content.
   bool Acquire();
   void Publish(const PasteboardContent& content);
   bool AwaitsContent() const { return awaitsContent_; }
 
   /// Any thread.
   bool Owns() const { return owns_; }
-  /// The targets under which the content is to outlive this program.
+  /// The targets that a clipboard manager should save, so that the content outlives this program.
   std::vector<xcb_atom_t> TargetsToSave() const;
 
   void Handle(const xcb_generic_event_t& event);
-  /// Of the transfers that requests have started.
+  /// The transfers that requests have started.
   PropertyWriter& Transfers() { return writer_; }
 
  private:

@@ -51,7 +51,7 @@ std::vector<Target> SelectionReader::Targets(std::int64_t limit) {
 
 std::optional<Property> SelectionReader::Read(xcb_atom_t target, std::int64_t limit) {
   const xcb_window_t owner = connection_.OwnerOf(connection_.atoms().clipboard);
-  // They may include the end of an earlier owner, whose window had the same number as this one's.
+  // They may include the end of an earlier owner whose window had the same ID.
   connection_.HandleArrivedEvents();
   if (owner == XCB_NONE || IsStalled(owner, limit)) return std::nullopt;
   conversion_.emplace(connection_, owner, connection_.atoms().clipboard, limit);

@@ -19,8 +19,8 @@ struct Target {
   xcb_atom_t atom;
 };
 
-/// How long an owner that was too slow is not asked again, unless its window is destroyed: the server gives the
-/// window's number to another program soon.
+/// How long an owner that was too slow is not asked again. The pause ends early if its window is destroyed, because the
+/// server soon gives the window's ID to another program.
 inline constexpr std::int64_t kStalledOwnerPauseMs = 5000;
 /// How long a clipboard manager may take to save the content.
 inline constexpr std::int64_t kHandOverLimitMs = 2000;

@@ -101,7 +101,7 @@ void Session::SetState(State state) {
   changed_.notify_all();
 }
 
-// Main thread. A job's own waits are bounded; only a server that hangs can hold it longer.
+// Main thread. A job's own waits are bounded; only a hanging server can make it take longer.
 void Session::Call(const Job& job) {
   std::unique_lock lock(mutex_);
   if (state_ != State::kConnected) return;

@@ -1,5 +1,4 @@
-// The thread that serves and reads the CLIPBOARD selection over one connection to an X server, for as long as that
-// lasts.
+// The thread that serves and reads the CLIPBOARD selection over one connection to an X server, as long as it lasts.
 #pragma once
 
 #include <atomic>
@@ -23,32 +22,32 @@
 
 namespace x11 {
 
-/// FileMaker's main thread makes, calls and destroys it. That thread itself never talks to the server, so that neither
-/// a server that hangs nor the SIGPIPE of one that died can reach it.
+/// FileMaker's main thread creates, calls and destroys it, but never talks to the server itself. So neither a hanging
+/// server nor the SIGPIPE of a dead one can affect the main thread.
 class Session {
  public:
   enum class State { kConnecting, kConnected, kClosed };
 
-  /// Connects to `display`, waiting at most `patience`. A server that accepts and then says nothing holds the thread
-  /// where nothing can reach it: the state stays kConnecting, and the plug-in stays in memory from then on.
+  /// Connects to `display`, waiting at most `patience`. A server that accepts and then stays silent blocks the thread
+  /// where nothing can end it: the state stays kConnecting, and the plug-in stays in memory from then on.
   Session(const std::string& display, std::chrono::milliseconds patience);
-  /// Has a clipboard manager save what this program owns, and ends the thread; both in bounded time. Not in the state
-  /// kConnecting.
+  /// Asks a clipboard manager to save what this program owns, and ends the thread; both in bounded time. Not allowed in
+  /// the state kConnecting.
   ~Session();
 
   State state() const { return state_; }
   /// Whether the content is this program's own. Stays true when the connection is lost.
   bool OwnsSelection() const { return state_ != State::kConnecting && owner_ && owner_->Owns(); }
 
-  // The rest fails in any state but kConnected.
+  // The rest fails in any state other than kConnected.
 
-  /// Takes the selection. Requests are not answered until Publish, which has to follow.
+  /// Takes the selection. Publish must follow; requests are not answered before it.
   bool Acquire();
   void Publish(const PasteboardContent& content);
   /// Takes the selection for `content` unless another program owns it.
   bool AcquireIfFree(const PasteboardContent& content);
   /// How often the selection has changed hands, up to this call; nothing when the server does not report it. Waits for
-  /// the server only when something has just come from it.
+  /// the server only if it has just sent something.
   std::optional<std::uint64_t> OwnerChanges();
   /// See SelectionReader.
   std::vector<Target> Targets(std::int64_t limit);

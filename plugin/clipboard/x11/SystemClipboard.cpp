@@ -23,11 +23,11 @@ SystemClipboard::SystemClipboard()
 
 SystemClipboard::~SystemClipboard() {
   LeaveSessionToParent();
-  // A thread that waits for a server that never answers cannot be ended; it owns all it touches.
+  // A thread that waits for a silent server cannot be ended. It owns everything that it uses.
   if (session_ != nullptr && session_->state() == Session::State::kConnecting) static_cast<void>(session_.release());
 }
 
-// A process that the host has forked lacks the session's thread, and the connection is the host's.
+// A process forked from the host lacks the session's thread, and the connection belongs to the host.
 bool SystemClipboard::LeaveSessionToParent() {
   const bool isForked = getpid() != process_;
   if (isForked) static_cast<void>(session_.release());

@@ -20,7 +20,7 @@ inline constexpr std::int64_t kReconnectPauseMs = 5000;
 
 class SystemClipboard {
  public:
-  /// Made at the first use, and destroyed when the plug-in is unloaded or the process exits.
+  /// Created at the first use, and destroyed when the plug-in is unloaded or the process exits.
   static SystemClipboard& Shared();
 
   SystemClipboard(const SystemClipboard&) = delete;
@@ -29,13 +29,13 @@ class SystemClipboard {
   /// See Pasteboard. Nothing on a server that does not report who takes the clipboard.
   std::optional<std::uint64_t> ChangeCount();
 
-  /// The content of the clipboard, valid until the next call; null when it belongs to another program or to none.
+  /// The content of the clipboard, valid until the next call; null when another program or none owns the clipboard.
   const PasteboardContent* OwnContent();
   /// What another program has, within the ReadingLimit; see SelectionReader.
   std::vector<Target> Targets();
   std::optional<Property> Read(xcb_atom_t target);
 
-  /// Takes the clipboard from its owner; true has to be followed by Publish. False when the server does not give it.
+  /// Takes the clipboard from its owner. Publish must follow if this returns true; false when the server refuses.
   bool Acquire();
   void Publish(std::shared_ptr<const PasteboardContent> content);
 

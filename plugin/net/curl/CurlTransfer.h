@@ -11,7 +11,7 @@
 #include "net/Transfer.h"
 #include "net/curl/HeaderRules.h"
 
-/// Used on the transfer thread only, once it has been handed over. Not movable, since libcurl keeps its address.
+/// Belongs to the transfer thread from TransferThread::Start on. Not movable, because libcurl keeps its address.
 class CurlTransfer {
  public:
   CurlTransfer(Network::Request request, std::function<void(Network::Outcome)> completion);
@@ -25,7 +25,7 @@ class CurlTransfer {
 
   /// Calls the completion with the outcome of a transfer that ended with `code`.
   void Finish(CURLcode code);
-  /// Calls the completion with a failure: `reason`, in words for people.
+  /// Calls the completion with the failure `reason`, readable for people.
   void Fail(const char* reason) noexcept;
 
  private:
@@ -36,7 +36,7 @@ class CurlTransfer {
   using Receiver = std::string (CurlTransfer::*)(std::string_view bytes);
   std::string ReceiveHeader(std::string_view line);
   std::string ReceiveBody(std::string_view bytes);
-  /// The same as a callback of libcurl, where any other result than the number of bytes ends the transfer.
+  /// `receive` as a callback of libcurl. A result other than the number of bytes ends the transfer.
   template <Receiver receive>
   static std::size_t OnReceived(char* bytes, std::size_t size, std::size_t count, void* self) noexcept;
 

@@ -1,5 +1,5 @@
-// What the plug-in refuses by an answer's header lines: redirects that weaken a request, and repeated compression.
-// libcurl follows every redirect and decodes several layers.
+// What the plug-in refuses because of an answer's headers: redirects that weaken a request, and repeated compression.
+// libcurl by itself would follow every redirect and decode every layer.
 #pragma once
 
 #include <curl/curl.h>
@@ -10,7 +10,7 @@
 /// Checks the header lines of one transfer, including those of its redirects. Transfer thread only.
 class HeaderRules {
  public:
-  /// Why the transfer on `handle` must end at this header line, in words for people; "" when it may go on.
+  /// Why the transfer on `handle` must end at this header line, readable for people; "" when it may go on.
   std::string Refusal(CURL* handle, std::string_view line);
 
  private:

@@ -41,7 +41,7 @@ class Transfers {
     }
   }
 
-  /// Returns why the transfer could not start, or nullptr once it has taken it over.
+  /// Returns why the transfer could not start, or nullptr after taking ownership of it.
   const char* Add(std::unique_ptr<CurlTransfer>& transfer) noexcept {
     try {
       if (!multi_) multi_.reset(curl_multi_init());

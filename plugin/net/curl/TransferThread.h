@@ -20,14 +20,14 @@ class TransferThread {
   TransferThread(const TransferThread&) = delete;
   TransferThread& operator=(const TransferThread&) = delete;
 
-  /// Hands the transfer over; the first one starts the thread. If that is impossible, and after Stop, the transfer
-  /// fails before this returns. Any thread.
+  /// Passes the transfer to the thread, which the first transfer starts. If that is impossible, and after Stop, the
+  /// transfer fails before this returns. Any thread.
   void Start(std::unique_ptr<CurlTransfer> transfer);
   /// Cancels all transfers, waits for their completions and ends the thread. Any thread except this one.
   void Stop();
 
  private:
-  /// What the thread has to do after a wait.
+  /// What the thread has been asked to do during a wait.
   struct Orders {
     bool stop;
     std::vector<std::unique_ptr<CurlTransfer>> transfers;
