@@ -1,4 +1,4 @@
-// Lists of words.
+// Look-up in a short list of words.
 #pragma once
 
 #include <algorithm>

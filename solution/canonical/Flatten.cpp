@@ -24,7 +24,7 @@ constexpr std::string_view kWrappers[] = {"ObjectList", "PartsList", "MenuItemLi
 constexpr std::string_view kShapes[] = {"Bounds", "CoordRect", "Color"};
 constexpr std::size_t kLongestStream = 80;
 
-// An account's name is an element where others have an attribute; a custom function's form repeats its name and
+// An account has its name in an element instead of an attribute; a custom function's display form repeats its name and
 // parameters.
 bool RepeatsName(XmlNode node) {
   const std::string_view name = node.name();
@@ -36,7 +36,7 @@ bool IsSecret(std::string_view name) {
   return name.find("PASSWORD") != std::string_view::npos || name == "PasswordEncrypted";
 }
 
-// FNV-1a: only to see that binary data differ.
+// FNV-1a, only to show that binary data differ.
 std::string Digest(std::string_view data) {
   std::uint64_t hash = 14695981039346656037u;
   for (const char c : data) hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211u;
@@ -99,7 +99,7 @@ class Flattener {
     if (node.name() == "Step"sv && !isRoot) return AddStep(node, path);
     if (Contains(kShapes, node.name()) && !node.first_child()) return Add(path, Shape(node));
     const auto target = isRoot ? std::nullopt : Resolve(design_, node);
-    // What other catalogs say about an element stands below a reference to it.
+    // Other catalogs describe an element below a reference to it.
     const bool isOwnName = target && target->element == &element_ && path.name == node.name();
     if (target && !isOwnName) Add(path, TargetName(design_, *target, naming_));
     AddAttributes(node, path, isRoot || target.has_value());

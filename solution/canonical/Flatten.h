@@ -1,4 +1,4 @@
-// From a part of an export to named values.
+// Turns a part of an export into named values.
 #pragma once
 
 #include <string>

@@ -50,9 +50,9 @@ constexpr std::string_view kUnlabelled[] = {"Calculation",
                                             "ScriptReference",
                                             "Text",
                                             "Name"};
-// A hundred thousand If steps without an end must not make a text of gigabytes.
+// The indentation of a hundred thousand unclosed If steps would take gigabytes.
 constexpr int kDeepestShown = 100;
-// Long lists of fields, of which the line gives the length only.
+// Long lists of fields, of which the line gives only the length.
 constexpr std::string_view kLongLists[] = {"ImportField", "Export"};
 
 int CountFields(XmlNode node) {
@@ -122,7 +122,7 @@ class StepWriter {
     if (text.empty()) text = Attribute(node, node.attribute("type") ? "type" : "value");
     if (node.first_child()) {
       const std::string children = Children(node, " ; ");
-      // The way in which an element was chosen matters less than the element.
+      // How an element was chosen matters less than the element.
       if (!children.empty() && (name == "List" || name == "LayoutReferenceContainer")) text.clear();
       Append(text, children, ": ");
     }

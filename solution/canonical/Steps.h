@@ -10,13 +10,13 @@ namespace solution {
 
 struct StepLine {
   int depth = 0;        ///< how many If, Loop and Open Transaction steps enclose it
-  std::string text;     ///< "Set Field [ Orders::Total ; Quantity * Price ]"; may hold the line endings of formulas
+  std::string text;     ///< "Set Field [ Orders::Total ; Quantity * Price ]"; may contain line endings of formulas
   std::string details;  ///< everything that the export says about the step
 };
 
 inline constexpr int kCommentStep = 89;  ///< the number of a step is the same in every language
 
-/// Follows which steps enclose others.
+/// Keeps track of which steps enclose others.
 class StepNesting {
  public:
   /// The depth of the next step, which has the number `id`.
@@ -26,10 +26,10 @@ class StepNesting {
   int depth_ = 0;
 };
 
-/// The lines one below the other, indented by their depth.
+/// The lines as one text, indented by their depth.
 std::string JoinLines(const std::vector<StepLine>& lines);
 
-/// One step, `step`, which belongs to `element`; at depth 0.
+/// The line of `step`, which belongs to `element`, at depth 0.
 StepLine LineOf(const Design& design, const Element& element, XmlNode step, const Naming& naming);
 
 /// The steps of `script` in their order.

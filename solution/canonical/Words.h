@@ -1,4 +1,4 @@
-// Names of the XML and numbers as plain English.
+// Turns XML names and numbers into plain English.
 #pragma once
 
 #include <cstddef>
@@ -22,7 +22,7 @@ std::string Quoted(std::string_view name);
 /// Appends `part`, unless it is empty, after `separator` if there is text before it.
 void Append(std::string& text, std::string_view part, std::string_view separator = ", ");
 
-/// Shortens `text` to about `most` bytes, whole characters and "…" at the end.
+/// Shortens `text` to at most `most` bytes, at the end of a character, and appends "…".
 void Cut(std::string& text, std::size_t most);
 
 }  // namespace solution

@@ -17,7 +17,7 @@ std::string_view WordOf(ChangeKind change);
 
 struct PropertyChange {
   std::string name;   ///< as in Property; "name", "folder" or "order" of a renamed or moved element
-  std::string older;  ///< several values of one name, one below the other; empty when there was none
+  std::string older;  ///< several values of one name on separate lines; empty when there was none
   std::string newer;
 };
 
@@ -30,15 +30,15 @@ struct Change {
 
 struct Comparison {
   std::vector<Change> changes;        ///< by kind, in the order of the newer export; an element may have several
-  std::vector<std::string> warnings;  ///< what limits the comparison, a line each
+  std::vector<std::string> warnings;  ///< what limits the comparison, one line each
 };
 
 /// Called periodically during long operations with the progress so far.
 using Progress = std::function<void(std::size_t done, std::size_t total)>;
 
-/// Compares the definitions of all elements. An element that refers to a renamed one is not edited by that. When
-/// different versions of FileMaker saved the exports, only elements whose modification counters differ can be edited,
-/// because each version describes the same definition in its own way.
+/// Compares the definitions of all elements. An element does not count as edited because it refers to a renamed one.
+/// When different versions of FileMaker saved the exports, only elements whose modification counters differ can count
+/// as edited, because each version describes the same definition in its own way.
 Comparison Compare(const Design& older, const Design& newer, const Progress& progress = nullptr);
 
 }  // namespace solution

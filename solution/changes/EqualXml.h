@@ -6,8 +6,8 @@
 
 namespace solution {
 
-/// True when the nodes are equal apart from what says nothing about an element: UUIDs, counters, hashes, FileMaker's
-/// analysis of formulas, the order of attributes. False does not mean that the definitions differ.
+/// True when the nodes are equal except for UUIDs, counters, hashes, FileMaker's analysis of formulas and the order of
+/// attributes, which say nothing about an element. False does not mean that the definitions differ.
 bool EqualXml(const std::vector<XmlNode>& a, const std::vector<XmlNode>& b);
 
 }  // namespace solution

@@ -19,7 +19,7 @@ std::vector<DiffLine> DiffLines(const std::string& older, const std::string& new
   dtl::Diff<std::string> diff(Lines(older), Lines(newer));
   diff.compose();
   std::vector<DiffLine> lines;
-  std::vector<DiffLine> added;  // to follow the removed lines of one place
+  std::vector<DiffLine> added;  // at one place; they follow the removed lines
   const auto append = [&lines, &added](DiffLine line) {
     if (line.origin == DiffLine::Origin::kBoth) {
       lines.insert(lines.end(), added.begin(), added.end());

@@ -11,7 +11,7 @@ struct DiffLine {
   std::string text;
 };
 
-/// The lines of both texts in order, as few of them different as possible.
+/// The lines of both texts in order, with as few differences as possible.
 std::vector<DiffLine> DiffLines(const std::string& older, const std::string& newer);
 
 }  // namespace solution

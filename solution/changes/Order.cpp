@@ -6,7 +6,8 @@ namespace solution {
 
 std::vector<std::size_t> OutOfOrder(const std::vector<std::size_t>& positions) {
   constexpr auto kNone = static_cast<std::size_t>(-1);
-  // The longest ascending subsequence: ends[n] is the index with the smallest position that ends one of n + 1 entries.
+  // Longest ascending subsequence: among those of n + 1 entries, ends[n] is the index whose position is the smallest
+  // end.
   std::vector<std::size_t> ends, previous(positions.size(), kNone);
   for (std::size_t i = 0; i < positions.size(); ++i) {
     const auto place =

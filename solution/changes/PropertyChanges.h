@@ -18,7 +18,7 @@ class PropertyComparer {
   /// know are left out.
   PropertyComparer(const Design& older, const Design& newer, const Matching& matching, bool versionsDiffer);
 
-  /// The changes between two elements of a pair. One layout object that was added or removed is one change.
+  /// The changes between the two elements of a pair. An added or removed layout object is one change.
   std::vector<PropertyChange> Compare(const Element& older, const Element& newer) const;
 
  private:

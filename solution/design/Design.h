@@ -1,4 +1,8 @@
 // The design of one FileMaker file: its elements, as one export describes them.
+//
+// For all of solution/, unless stated otherwise: texts are UTF-8. Calls share no state, so they are safe on any thread,
+// and several threads may read one design as long as none changes it. Pointers and views point into the design and live
+// as long as it does. Only std::bad_alloc is thrown.
 #pragma once
 
 #include <array>
@@ -43,8 +47,8 @@ class Design {
   std::deque<Element>& elements() { return elements_; }
   const Element& file() const { return elements_.front(); }
 
-  /// These return null when there is no such element. Names compare without regard to case; of several elements with
-  /// one name the first is found.
+  /// These return null when there is no such element. Names are compared in any case; of several elements with the same
+  /// name, the first is found.
   const Element* Find(std::string_view uuid) const;
   const Element* Find(Kind kind, int id) const;
   Element* Find(Kind kind, int id);
@@ -54,9 +58,9 @@ class Design {
   const Element* FindField(const Element* table, std::string_view name) const;
   std::size_t CountFields(const Element* table) const;
 
-  /// Appends an element and makes it known to the lookups by id and UUID. For the reader.
+  /// Appends an element, which can then be found by id and UUID. For the reader.
   Element& Add(Element element);
-  /// Makes the elements known by name, once all are complete. For the reader.
+  /// Makes all elements findable by name, once they are complete. For the reader.
   void IndexNames();
 
  private:

@@ -1,5 +1,5 @@
-// From the catalogs of an export to the elements of a design. Children are always chosen by name: their order differs
-// between versions, and a catalog that would be empty is missing.
+// Reads the elements of a design from the catalogs of an export. Children are always selected by name, because their
+// order differs between versions and empty catalogs are missing.
 #include "design/DesignReader.h"
 
 #include <algorithm>
@@ -45,7 +45,7 @@ struct Detail {
   Kind kind;
 };
 
-// What some versions write apart from the definition of an element.
+// Parts that some versions write separately from the definition of an element.
 constexpr Detail kDetails[] = {
     {"StepsForScripts", "Script", "ScriptReference", Kind::kScript},
     {"CalcsForCustomFunctions", "CustomFunctionCalc", "CustomFunctionReference", Kind::kCustomFunction},

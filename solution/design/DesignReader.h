@@ -12,7 +12,7 @@ namespace solution {
 /// reason and, for a damaged export, the line.
 std::unique_ptr<const Design> ReadDesign(const std::string& path, std::string& error);
 
-/// The same for an export in memory: `bytes` in any encoding that exports come in. `path` only names it.
+/// Reads an export in memory: `bytes` in any encoding that exports have. `path` only names it in `error`.
 std::unique_ptr<const Design> ReadDesignBytes(std::string bytes, const std::string& path, std::string& error);
 
 }  // namespace solution

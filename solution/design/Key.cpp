@@ -5,7 +5,7 @@
 namespace solution {
 namespace {
 
-// The word of the kind; that of folders would not say which of the three kinds it is.
+// The word of the kind, except for folders, whose common word would not distinguish the three kinds.
 std::string_view KeyWord(Kind kind) {
   switch (kind) {
     case Kind::kLayoutFolder:

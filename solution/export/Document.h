@@ -1,4 +1,4 @@
-// One opened export: its XML tree and what its root says.
+// One opened export: its XML tree and the attributes of its root.
 #pragma once
 
 #include <string>
@@ -18,7 +18,7 @@ struct Damage {
 
 class Document {
  public:
-  /// `bytes` of an export in any encoding that exports come in. Throws Refusal.
+  /// `bytes` of an export in any encoding that exports have. Throws Refusal.
   explicit Document(std::string bytes);
 
   XmlNode root() const { return xml_.root(); }
@@ -27,10 +27,10 @@ class Document {
   /// Structure/AddAction, which holds the catalogs, or another part of the export; empty when there is none.
   XmlNode Part(const char* part, const char* action = "AddAction") const { return root().child(part).child(action); }
 
-  /// Damage as a reason that names its line.
+  /// The reason of `damage`, with its line.
   Refusal Explain(const Damage& damage) const;
 
-  std::vector<std::string> notes;  ///< what was not read exactly as written, a line each
+  std::vector<std::string> notes;  ///< what was not read exactly as written, one line each
 
  private:
   void CheckRoot() const;

@@ -35,7 +35,7 @@ char16_t UnitAt(const char* bytes, std::endian order) {
 bool IsLead(char32_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
 bool IsTrail(char32_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
 
-/// Calls `take` with each character of UTF-16 text; returns how many lone surrogates it took for U+FFFD.
+/// Calls `take` with each character of UTF-16 text; returns how many lone surrogates it passed as U+FFFD.
 template <typename Take>
 std::size_t ForEachCharacter(std::string_view bytes, std::endian order, Take take) {
   std::size_t lone = 0;
@@ -201,7 +201,7 @@ std::string DecodeExport(std::string bytes, std::vector<std::string>& notes) {
     if (text.starts_with(kUtf8Mark)) text.erase(0, kUtf8Mark.size());
     if (!IsUtf8(text)) Refuse("is not valid UTF-8", text, InvalidLine(text));
   }
-  // The parser would take it for the end.
+  // The parser would treat it as the end of the text.
   if (const std::size_t zero = text.find('\0'); zero != std::string_view::npos)
     Refuse("contains a zero byte", text, zero);
   return text;

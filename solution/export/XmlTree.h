@@ -1,5 +1,5 @@
-// A parsed XML text as a read-only tree. Nodes and attributes are handles, cheap to copy; they stay valid as
-// long as the document that they belong to. An empty handle answers every question with an empty handle or text.
+// A parsed XML text as a read-only tree. Nodes and attributes are handles that are cheap to copy and valid as long as
+// their document. Every accessor of an empty handle returns an empty handle or text.
 #pragma once
 
 #include <charconv>
@@ -9,7 +9,7 @@
 
 namespace solution {
 
-/// The whole number that `text` starts with, otherwise `other`.
+/// The integer at the start of `text`; `other` if there is none.
 template <typename Number>
 Number NumberIn(std::string_view text, Number other) {
   std::from_chars(text.data(), text.data() + text.size(), other);
@@ -35,7 +35,7 @@ class XmlAttribute {
   const rapidxml::xml_attribute<>* attribute_ = nullptr;
 };
 
-/// What follows `Handle::next` in a loop.
+/// A range for loops that follow `Handle::next`.
 template <typename Handle>
 class XmlRange {
  public:
@@ -67,7 +67,7 @@ class XmlRange {
   std::string_view name_;
 };
 
-/// An element, or a piece of text in one, which has a value and no name.
+/// An element, or a piece of text inside an element, which has a value but no name.
 class XmlNode {
  public:
   XmlNode() = default;
@@ -98,7 +98,7 @@ class XmlNode {
   XmlAttribute attribute(std::string_view name) const {
     return XmlAttribute(*this ? node_->first_attribute(name.data(), name.size()) : nullptr);
   }
-  /// Children of this name, or all, texts among them.
+  /// The children of this name, or all children, including texts.
   XmlRange<XmlNode> children(std::string_view name = {}) const { return {first_child(), name}; }
   XmlRange<XmlAttribute> attributes() const {
     return {XmlAttribute(*this ? node_->first_attribute() : nullptr), std::string_view()};

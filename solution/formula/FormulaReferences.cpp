@@ -14,7 +14,7 @@ namespace {
 // Most languages keep the English names of functions.
 constexpr std::string_view kLetNames[] = {"let", "setzevar", "definir", "d\u00E9finir"};
 constexpr std::string_view kGetNames[] = {"get", "hole", "obtenir"};
-// Where the name of a field in another file ends at the latest.
+// The name of a field in another file ends before one of these words.
 constexpr std::string_view kOperatorWords[] = {"and",   "or", "xor", "not", "und", "oder", "xoder",
                                                "nicht", "et", "ou",  "oux", "non", "e",    "o"};
 
@@ -199,7 +199,7 @@ class Finder {
     if (const Element* field = design_.FindField(table_, name)) found_.push_back({Kind::kField, name, field, {}});
   }
 
-  // A function's name is the last word, that of a custom function perhaps several.
+  // A function's name is the last word; a custom function's name may be several words.
   void Call(std::span<const std::string_view> words) {
     std::size_t function = words.size() - 1;
     for (std::size_t first = 0; first < words.size(); ++first) {
@@ -263,7 +263,7 @@ class Finder {
     if (occurrence != nullptr) found_.push_back({Kind::kField, name, field, occurrenceName});
   }
 
-  // Operators and functions in any language are among the words; what the design does not know is skipped.
+  // The words include operators and functions in any language. Words that the design does not contain are skipped.
   void BareNames(std::span<const std::string_view> words) {
     if (Frame* frame = Top(); frame != nullptr && frame->isGet) return;
     while (!words.empty()) {

@@ -9,7 +9,7 @@ namespace {
 constexpr std::string_view kWhiteSpace = " \t\r\n";
 constexpr std::string_view kLineEndings = "\r\n";
 constexpr std::string_view kParagraph = "\u00B6";
-// What no unquoted name contains.
+// Characters that no unquoted name contains.
 constexpr std::string_view kReserved = " \t\r\n,+-*/\\^&=<>()[]{}\";:$";
 constexpr std::string_view kReservedCharacters[] = {"\u2260", "\u2264", "\u2265", kParagraph};
 
@@ -18,7 +18,7 @@ struct Sign {
   TokenKind kind;
 };
 
-// Longer spellings before their beginnings.
+// A longer sign comes before the signs that it starts with.
 constexpr Sign kSigns[] = {
     {"<>", TokenKind::kOperator},     {"<=", TokenKind::kOperator},     {">=", TokenKind::kOperator},
     {"\u2260", TokenKind::kOperator}, {"\u2264", TokenKind::kOperator}, {"\u2265", TokenKind::kOperator},

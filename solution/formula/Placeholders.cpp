@@ -16,7 +16,7 @@ constexpr std::pair<std::string_view, Kind> kKindWords[] = {
     {"layout", Kind::kLayout},
 };
 
-// The words of a placeholder that stands in a comment, where other texts in angle brackets are common.
+// The words that identify a placeholder in a comment, where other text in angle brackets is common.
 constexpr std::string_view kMissingWords[] = {"missing",  "nicht vorhanden", "manquant",
                                               "mancante", "ontbreekt",       "saknas"};
 

@@ -51,7 +51,7 @@ std::string Directory(const Element& element) {
   return std::string(NamesOf(element.kind).plural) + '/' + directory;
 }
 
-// The path of every element, below the folder. Elements of one name in one directory are told apart by their ids.
+// The path of every element, below the folder. Elements with the same name in one directory are distinguished by id.
 std::map<std::string, const Element*> Paths(const Design& design) {
   std::map<std::string, std::vector<const Element*>> byName;
   for (const Element& element : design.elements()) {
@@ -125,7 +125,7 @@ void Write(const Design& design, const fs::path& folder, const Progress& progres
   const std::set<std::string> before = ReadManifest(folder);
   std::set<std::string> files;
   for (const auto& [path, unused] : paths) files.insert(path);
-  // Until all is done the list names the files of both exports, so that none is forgotten after an interruption.
+  // Until everything is written, the list names the files of both exports, so that none is lost after an interruption.
   std::set<std::string> both = before;
   both.insert(files.begin(), files.end());
   WriteManifest(folder, both);

@@ -10,8 +10,8 @@
 
 namespace solution {
 
-/// Finds what one file names in others. An export does not say which table an occurrence of another file shows; this
-/// is learned from references to its fields that give UUIDs.
+/// Finds the elements of other files that one file refers to. An export does not say which table of another file an
+/// occurrence shows; this is learned from references to the table's fields that give UUIDs.
 class OtherFiles {
  public:
   /// The designs must outlive this object.

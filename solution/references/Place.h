@@ -7,7 +7,7 @@
 namespace solution {
 
 /// The place of `node` below `root`, a node of an element: the script step, layout object, trigger or menu item that
-/// holds it, otherwise the path.
+/// contains it, otherwise the path.
 std::string PlaceOf(XmlNode node, XmlNode root);
 
 }  // namespace solution

@@ -75,7 +75,7 @@ std::vector<const Element*> ReferenceIndex::Unused(const Design& design) const {
 std::vector<ReferenceIndex::Call> ReferenceIndex::CallChain(const Element& script) const {
   std::vector<Call> chain;
   std::set<const Element*> shown = {&script};
-  std::vector<Call> pending = {{0, &script, false}};  // the next one last
+  std::vector<Call> pending = {{0, &script, false}};  // the next one is the last
   while (!pending.empty()) {
     const Call call = pending.back();
     pending.pop_back();

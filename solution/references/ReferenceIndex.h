@@ -19,7 +19,8 @@ class ReferenceIndex {
   std::vector<const Reference*> UsedBy(const Element& element) const;
   std::vector<const Reference*> Uses(const Element& element) const;
 
-  /// The references from or to one of `of`, in order; all when that is empty. Either the broken ones or the others.
+  /// The references from or to one of `of`, or all if `of` is empty, in order. With `broken` only the broken ones,
+  /// otherwise only the others.
   std::vector<const Reference*> Select(const std::vector<const Element*>& of, bool broken) const;
 
   /// The elements of `design` that no other element refers to. Privilege sets name everything they grant, so they do
@@ -30,7 +31,7 @@ class ReferenceIndex {
   struct Call {
     int depth = 0;  ///< 1 for the scripts that `script` itself performs
     const Element* script = nullptr;
-    bool isRepeated = false;  ///< was shown before, or performs itself: its own calls are not repeated
+    bool isRepeated = false;  ///< appeared before, or performs itself: its own calls are not listed again
   };
   /// The scripts that `script` performs, each followed by those that it performs.
   std::vector<Call> CallChain(const Element& script) const;

@@ -51,7 +51,7 @@ class Collector {
   }
 
   void AddTarget(XmlNode node, const Target& target) {
-    // The file itself, as a step names it.
+    // A step's reference to its own file.
     if (target.kind == Kind::kExternalDataSource && target.element == nullptr && !IsPlaceholder(target.name)) return;
     const Element* element = target.element;
     if (element == nullptr) element = others_.Find(target.kind, target.uuid);
@@ -70,7 +70,7 @@ class Collector {
     }
   }
 
-  // `uuid` and `name` as written: for what was not found.
+  // `uuid` and `name`, as written, are for elements that were not found.
   void Add(XmlNode node, Kind kind, const Element* to, std::string_view uuid, std::string name) {
     Reference reference{from_, kind, to, std::string(to == nullptr ? uuid : to->uuid), std::move(name), {}};
     if (to != nullptr) reference.toName = DisplayName(*to);

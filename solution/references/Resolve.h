@@ -1,4 +1,4 @@
-// From the references that an export writes to the elements they mean.
+// Finds the elements that the references in an export mean.
 #pragma once
 
 #include <optional>

@@ -8,7 +8,7 @@ namespace solution {
 /// The scope of the formula in `node`, which belongs to `element`.
 FormulaScope ScopeOf(const Design& design, const Element& element, XmlNode node);
 
-/// The references in the text of `node`, a formula or the text of a layout, as parts of `text`.
+/// The references in the text of `node`, a formula or the text of a layout. Their views point into `text`.
 std::vector<FormulaReference> FindReferences(const Design& design, const Element& element, XmlNode node,
                                              std::string_view text);
 

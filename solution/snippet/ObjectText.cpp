@@ -105,7 +105,7 @@ std::string FieldDetail(XmlNode field) {
   return detail;
 }
 
-// Snippets name a field's table only where a formula needs it.
+// Snippets give a field's table only where a formula needs it.
 std::string TableOf(XmlNode field) {
   for (const XmlNode owner : {field, field.child("AutoEnter"), field.child("Validation")}) {
     const std::string_view table = Attribute(owner.child("Calculation"), "table");
@@ -162,7 +162,7 @@ std::string ThemeText(XmlNode theme) {
   return Heading("Theme", theme) + '\n' + Block(WithLineFeeds(Text(theme.child("CSS"))));
 }
 
-// What stands in one layout object but in none that it contains.
+// The content of one layout object, apart from that of the objects in it.
 struct ObjectContent {
   std::string text;   ///< what is written on it
   std::string field;  ///< that it shows

@@ -10,7 +10,7 @@ namespace solution {
 /// What `object` is and its name, on one line: "Script “Import”", "Field Orders::Total".
 std::string ObjectTitle(XmlNode object);
 
-/// Its content, several lines that each end with a line feed.
+/// The content of `object`: lines that each end with a line feed.
 std::string ObjectText(XmlNode object);
 
 }  // namespace solution

@@ -51,7 +51,7 @@ std::string TypeOf(XmlNode object, bool isOldLayout) {
   return tag == "Object" && isOldLayout ? "XMLO" : std::string(code->xmlType);
 }
 
-// FileMaker's clipboard holds characters that a text for people cannot: zero bytes, halves of characters.
+// The clipboard may contain control characters and ill-formed UTF-8, which readable text must not.
 std::string Clean(std::string text) {
   std::replace_if(
       text.begin(), text.end(), [](unsigned char c) { return c < 0x20 && c != '\n' && c != '\t'; }, ' ');
@@ -113,7 +113,7 @@ std::optional<Snippet> ReadSnippet(std::string bytes, std::string& error) {
     return Read(std::move(bytes));
   } catch (const Refusal& refusal) {
     error = Clean(refusal.reason);
-  } catch (const std::exception&) {  // nothing but the allocation of memory throws
+  } catch (const std::exception&) {  // only memory allocation throws
     error = "is too large for the available memory";
   }
   return std::nullopt;

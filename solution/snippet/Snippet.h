@@ -1,4 +1,4 @@
-// What FileMaker's clipboard XML contains.
+// The content of FileMaker's clipboard XML.
 #pragma once
 
 #include <optional>
@@ -8,16 +8,16 @@
 namespace solution {
 
 struct Snippet {
-  std::string xmlType;  ///< of the first object in it: "XMSS", "XMFD" ...; empty when that is unknown
+  std::string xmlType;  ///< kind of the first object: "XMSS", "XMFD" ...; empty when that is unknown
   std::string title;    ///< one short line: "Script “Import”", "Field Orders::Total and 3 more"
-  std::string text;     ///< its content in readable form; the end of a very long one is missing
+  std::string text;     ///< the content in readable form, cut if it is very long
 };
 
-/// Whether `text` looks like clipboard XML of FileMaker, readable or not.
+/// Whether `text` looks like clipboard XML of FileMaker, even if damaged.
 bool IsSnippet(std::string_view text);
 
-/// Reads clipboard XML in any encoding. On failure returns nothing, and `error` holds the reason, to follow a name:
-/// "is not well-formed XML in line 3: …".
+/// Reads clipboard XML in any encoding. On failure returns nothing, and sets `error` to the reason, worded to follow a
+/// name: "is not well-formed XML in line 3: …".
 std::optional<Snippet> ReadSnippet(std::string bytes, std::string& error);
 
 }  // namespace solution

@@ -65,10 +65,10 @@ constexpr Part kParts[] = {
     {kAnyStep, "DontEncodeURL", "Do not encode URL", kOptionsLast},
 };
 
-// What FileMaker's own list of steps does not show either.
+// Parts that FileMaker's own list of steps does not show either.
 constexpr std::string_view kNotShown[] = {"Restore",       "Option",        "DisableStepCollapsed",
                                           "SerialNumbers", "ImportOptions", "NewWndStyles"};
-// Values that only say where the rest of the step has what is meant.
+// Values that only say where in the step the actual value is.
 constexpr std::string_view kUnspoken[] = {
     "SelectedLayout", "LayoutNameByCalc", "ByCalculation", "ByName", "Calculation",
     "ForDuration",    "Always",           "None",          ""};
@@ -102,7 +102,7 @@ std::size_t CountFields(XmlNode node) {
   return count;
 }
 
-// What the attributes of a part say when it has no content.
+// The value in the attributes of a part that has no content.
 std::string AttributeValue(XmlNode node) {
   if (const std::string_view name = Attribute(node, "name"); !name.empty()) {
     return Contains(kNamed, node.name()) ? Quoted(name) : std::string(name);

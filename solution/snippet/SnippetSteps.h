@@ -1,4 +1,4 @@
-// Script steps as FileMaker's clipboard has them, which is not the form in which an export has them.
+// Script steps as FileMaker writes them on the clipboard. Exports have another form.
 #pragma once
 
 #include <string>
