@@ -121,6 +121,7 @@ step('A command that FileMaker has taken is forgotten, and what comes late is sh
   await service.fetch('/api/bridge/push', JSON.stringify(list));
   await complete(id);
   await sees(page, 'cancelled');
+  await sees(page, 'It was forgotten, but FileMaker has carried it out.');
   await sees(page, 'Result that came late Copy Download Workshop');
   await click(page, 'button', 'Delete');
   await confirm(page, 'Delete the command');

@@ -76,7 +76,10 @@ export function reasonOf(command) {
   if (command.state === 'failed')
     return command.error?.replace(/^ERROR:\s*/, '') || 'The plug-in reported a failure without a reason.';
   if (command.state === 'expired') return 'FileMaker did not ask for the command in time.';
-  if (isForgotten(command)) return 'Nobody waits for it any longer. FileMaker may still carry it out.';
+  if (isForgotten(command))
+    return command.result
+      ? 'It was forgotten, but FileMaker has carried it out.'
+      : 'Nobody waits for it any longer. FileMaker may still carry it out.';
   if (command.state === 'cancelled') return 'The command was cancelled.';
   return '';
 }
