@@ -140,11 +140,11 @@ step('The relationships can be searched, enlarged and opened', async () => {
   await visit(page, service, `/designs/${workshop}/relationships`, 'Relationships of Workshop');
   const box = () => page.$eval('svg.graph', (svg) => svg.viewBox.baseVal.width);
   const before = await box();
-  await click(page, 'button', 'Enlarge');
+  await click(page, 'button', 'Zoom in');
   assert.ok((await box()) < before);
   await type(page, 'searchbox', 'Find a table occurrence', 'Payments');
   await sees(page, 'match');
-  for (let times = 0; times < 5; ++times) await click(page, 'button', 'Enlarge');
+  for (let times = 0; times < 5; ++times) await click(page, 'button', 'Zoom in');
   const tables = await page.$$eval('a.occurrence', (all) => all.length);
   await page.$eval('a.occurrence', (link) => link.focus());
   for (let at = 1; at < tables; ++at) {
@@ -319,6 +319,8 @@ step('Only a service that does not answer at all counts as gone', async () => {
   trouble.lost = /POST .*commands$/;
   await click(page, 'button', 'List open files');
   await sees(page, 'The connection to the service broke. Try again.', 'status');
+  await click(page, 'button', 'Dismiss'); // errors stay until then
+  await page.waitForSelector('[role=status]:empty');
   assert.equal(await page.$eval('[role=alert]', (alert) => alert.hidden), true);
   await trouble.end();
   isDown = false;
@@ -393,5 +395,5 @@ step('What is old is deleted, but neither tagged clips nor clips that a person a
     'they brought what is kept',
   );
   await visit(page, service, '/files', 'Files');
-  await sees(page, 'No design yet');
+  await sees(page, 'No designs yet');
 });

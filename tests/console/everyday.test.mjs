@@ -109,7 +109,7 @@ step('A command that FileMaker has taken is forgotten, and what comes late is sh
   await sees(page, 'Forget this command?', 'dialog');
   await confirm(page, 'Forget the command');
   await sees(page, 'FileMaker may still carry it out', 'status');
-  await sees(page, 'At work Nothing at present.');
+  await sees(page, 'In progress Nothing in progress.');
   await sees(page, 'Nobody waits for it any longer. FileMaker may still carry it out.');
   await visit(page, service, `/commands/${id}`, 'List open files');
   await click(page, 'button', 'Delete');

@@ -78,7 +78,8 @@ async function request(method, path, {body, type, signal} = {}) {
   throw new Refusal(answer.status, sentence(reason || `The service answered with status ${answer.status}`));
 }
 
-const sentence = (text) => text.charAt(0).toUpperCase() + text.slice(1) + (/[.!?]$/.test(text) ? '' : '.');
+/** A reason of the service as a sentence. */
+export const sentence = (text) => text.charAt(0).toUpperCase() + text.slice(1) + (/[.!?]$/.test(text) ? '' : '.');
 
 // The service may also go away in the middle of an answer.
 async function whole(reading) {

@@ -1,6 +1,6 @@
 // The frame: chooses the page for the address, marks it in the navigation, and shows the state of the connection.
 import {Refusal, get, look, onServiceState, openSession, serviceState} from './api.js';
-import {announce, empty, h} from './dom.js';
+import {announce, dismiss, empty, h} from './dom.js';
 import {duration} from './format.js';
 import {connect, subscribe} from './live.js';
 import {Page} from './page.js';
@@ -159,7 +159,7 @@ async function showConnection() {
       ? `FileMaker connected${pluginVersion ? ` · ${pluginVersion}` : ''}`
       : secondsSincePoll === null
         ? 'FileMaker not connected'
-        : `FileMaker silent for ${duration(secondsSincePoll)}`;
+        : `FileMaker last seen ${duration(secondsSincePoll)} ago`;
   } catch {
     // onTrouble has the words
   }
@@ -206,7 +206,12 @@ document.addEventListener('click', (event) => {
     followedLink = true;
   }
 });
+document.getElementById('dismiss').addEventListener('click', () => {
+  dismiss();
+  main.focus({preventScroll: true});
+});
 document.addEventListener('keydown', (event) => {
+  if (event.key === 'Escape') dismiss();
   if (event.key !== '/' || event.ctrlKey || event.metaKey || event.altKey) return;
   if (event.target.closest('input, textarea, select, dialog')) return;
   event.preventDefault();

@@ -1,5 +1,6 @@
 // Elements, small controls and the status line. Whatever comes from an export becomes text, never markup.
 
+const kShown = 7000; // ms
 const kSvg = 'http://www.w3.org/2000/svg';
 
 function fill(element, attributes, children) {
@@ -30,10 +31,12 @@ export const amount = (text) => h('span', {class: 'amount'}, ` ${text}`);
 let nextId = 0;
 export const uniqueId = (stem) => `${stem}-${++nextId}`;
 
-/** Shows `text` in the status region for a while, and has screen readers read it. */
+/** Shows `text` in the status region, errors until they are dismissed, and has screen readers read it. */
 export function announce(text, isError = false) {
   showStatus(text, isError);
-  announce.timer = setTimeout(() => showStatus(''), isError ? 15000 : 7000);
+  const clear = () => (document.hidden ? clearLater() : dismiss());
+  const clearLater = () => (announce.timer = setTimeout(clear, kShown));
+  if (!isError) clearLater();
 }
 
 /** The same until something else is announced, with the seconds that pass, which screen readers do not read. */
@@ -44,10 +47,13 @@ export function announceWork(text) {
   announce.timer = setInterval(() => (clock.textContent = `${Math.round((performance.now() - start) / 1000)} s`), 1000);
 }
 
+export const dismiss = () => showStatus('');
+
 function showStatus(content, isError = false) {
   const status = document.getElementById('status');
   status.textContent = '';
-  status.classList.toggle('error', isError);
+  status.parentElement.classList.toggle('error', isError);
+  document.getElementById('dismiss').hidden = !isError;
   clearTimeout(announce.timer);
   requestAnimationFrame(() => status.replaceChildren(...[content].flat()));
 }

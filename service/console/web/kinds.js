@@ -18,7 +18,7 @@ const kKinds = {
   externalDataSource: ['External data source', 'External data sources'],
   baseDirectory: ['Base directory', 'Base directories'],
   folder: ['Folder', 'Folders'],
-  file: ['File', 'Files'],
+  file: ['File', 'File'],
 };
 
 // In the order in which people look for them.

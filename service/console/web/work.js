@@ -75,7 +75,8 @@ export async function resultOf(type, values, signal) {
 export function reasonOf(command) {
   if (command.state === 'failed')
     return command.error?.replace(/^ERROR:\s*/, '') || 'The plug-in reported a failure without a reason.';
-  if (command.state === 'expired') return 'FileMaker did not ask for the command in time.';
+  if (command.state === 'expired')
+    return 'FileMaker did not pick up the command in time. Check that it is running and connected.';
   if (isForgotten(command))
     return command.result
       ? 'It was forgotten, but FileMaker has carried it out.'

@@ -1,5 +1,5 @@
 // What changed between two designs.
-import {get, segment} from '../api.js';
+import {get, segment, sentence} from '../api.js';
 import {formulaLine, stepLine} from '../code.js';
 import {elementAddress, fileKey, findDesign, groupBy} from '../data.js';
 import {sideBySide} from '../diff.js';
@@ -67,7 +67,7 @@ function tally(changes) {
 
 function render(changes, all, designs) {
   if (!all.changes.length) return empty('Nothing has changed', h('p', {}, 'The two designs are the same.'));
-  if (!changes.length) return empty('No change matches', h('p', {}, 'Choose another kind, person or change above.'));
+  if (!changes.length) return empty('No changes match', h('p', {}, 'Choose another kind, person or change above.'));
   const groups = [...groupBy(changes, (change) => change.kind)].sort((a, b) => byKind(a[0], b[0]));
   return groups.map(([kind, entries]) => {
     const elements = (some) => some.map((change) => changeElement(change, designs, changes.length <= kOpen));
@@ -148,13 +148,13 @@ function fill(page, {older, newer, all}) {
     },
     h(
       'p',
-      {class: 'facts'},
-      'from ',
+      {class: 'hint'},
+      'From ',
       h('a', {href: `#/designs/${older.id}`}, timeText(older.receivedAt)),
       ' to ',
       h('a', {href: `#/designs/${newer.id}`}, timeText(newer.receivedAt)),
     ),
-    all.warnings.map((warning) => h('p', {class: 'warning'}, warning)),
+    all.warnings.map((warning) => h('p', {class: 'warning'}, sentence(warning))),
     filterForm(page, all, update),
     summary,
     place,

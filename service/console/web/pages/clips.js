@@ -58,7 +58,7 @@ function columns(chosen, changed) {
 
 const nothingYet = () =>
   empty(
-    'No clip yet',
+    'No clips yet',
     h(
       'p',
       {},
@@ -139,7 +139,7 @@ export function show(page) {
     noun: 'clip',
     filter: false,
     columns: columns(chosen, () => (compare.disabled = chosen.size !== 2)),
-    emptyText: 'No clip matches.',
+    emptyText: 'No clips match.',
   });
   const drop = dropArea({label: 'Add a file…', accept: '.xml,.txt', add: addClip});
   const tags = select([['', 'All tags']], '');

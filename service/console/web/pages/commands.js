@@ -12,12 +12,12 @@ const kHistory = 200;
 const kSecond = 1000; // ms
 
 const kDescriptions = {
-  GET_SCHEMA: 'The design of a file, which its script “Varnix Live Push” saves.',
+  GET_SCHEMA: 'The design of a file, saved by its script “Varnix Live Push”.',
   DEBUG_CONTEXT: 'Windows, account, privileges and scripts, as the plug-in sees them.',
   GET_CLIPBOARD: 'The FileMaker objects on the clipboard. They become a clip.',
   LIST_FILES: 'The names of the open files.',
   GET_CLIPBOARD_FORMATS: 'The type names of what is on the clipboard.',
-  SET_CLIPBOARD: 'FileMaker XML becomes objects that can be pasted in FileMaker.',
+  SET_CLIPBOARD: 'Turns FileMaker XML into objects that you can paste in FileMaker.',
 };
 
 const kinds = (first) =>
@@ -30,9 +30,9 @@ function fileField(suggestions, hint) {
 }
 
 function fieldsOf(type, suggestions) {
-  if (type === 'GET_CLIPBOARD') return field('Look first for', kinds([['', 'Whatever is there']]));
-  if (type === 'DEBUG_CONTEXT') return fileField(suggestions, 'Without a name: the file that is active');
-  if (type === 'GET_SCHEMA') return fileField(suggestions, 'Without a name: the file that signed in');
+  if (type === 'GET_CLIPBOARD') return field('Look first for', kinds([['', 'Anything']]));
+  if (type === 'DEBUG_CONTEXT') return fileField(suggestions, 'Leave empty for the active file');
+  if (type === 'GET_SCHEMA') return fileField(suggestions, 'Leave empty for the file that signed in');
   if (type !== 'SET_CLIPBOARD') return undefined;
   return [
     field('Kind', kinds([])),
@@ -65,12 +65,12 @@ function commandForm(type, suggestions) {
 
 // Where a command is, in words.
 function stateText(command, seconds) {
-  if (command.state === 'queued') return `Waiting for FileMaker for ${duration(seconds)}`;
+  if (command.state === 'queued') return `Waiting for FileMaker, ${duration(seconds)}`;
   if (command.state !== 'delivered') return command.state;
-  if (command.type !== 'GET_SCHEMA') return `At work for ${duration(seconds)}`;
+  if (command.type !== 'GET_SCHEMA') return `In progress for ${duration(seconds)}`;
   return seconds <= kWait
-    ? `At work for ${duration(seconds)}. ${kWaits} ${duration(kWait - seconds)} left.`
-    : `At work for ${duration(seconds)}. FileMaker is saving the design, or is busy.`;
+    ? `In progress for ${duration(seconds)}. ${kWaits} ${duration(kWait - seconds)} left.`
+    : `In progress for ${duration(seconds)}. FileMaker is saving the design, or is busy.`;
 }
 
 /** The same as elements that follow the time while they are shown. Screen readers are not disturbed by it. */
@@ -141,7 +141,7 @@ function columns() {
         reasonOf(command) && h('small', {}, reasonOf(command)),
       ],
     },
-    {name: 'Asked', text: (command) => command.queuedAt, cell: (command) => when(command.queuedAt)},
+    {name: 'Sent', text: (command) => command.queuedAt, cell: (command) => when(command.queuedAt)},
     {
       name: '',
       label: 'Repeat',
@@ -165,19 +165,19 @@ async function load(signal) {
 
 export function show(page) {
   const suggestions = h('datalist', {id: 'file-names'});
-  const work = h('ul', {class: 'work', 'aria-label': 'At work'});
+  const work = h('ul', {class: 'work', 'aria-label': 'In progress'});
   const table = list({
     page,
     label: 'History',
     noun: 'command',
     columns: columns(),
-    emptyText: 'Nothing has been asked yet.',
+    emptyText: 'No commands yet.',
   });
   page.show(
     'Commands',
     {},
     suggestions,
-    h('section', {}, h('h2', {}, 'At work'), work),
+    h('section', {}, h('h2', {}, 'In progress'), work),
     h(
       'section',
       {},
@@ -205,7 +205,7 @@ export function show(page) {
       const open = commands.filter(isOpen);
       keepingFocus(work, () =>
         work.replaceChildren(
-          ...(open.length ? open.map(openCommand) : [h('li', {class: 'hint'}, 'Nothing at present.')]),
+          ...(open.length ? open.map(openCommand) : [h('li', {class: 'hint'}, 'Nothing in progress.')]),
         ),
       );
       table.update(commands.filter((command) => !isOpen(command)));

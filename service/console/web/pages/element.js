@@ -92,7 +92,11 @@ function groups(title, references, side, design) {
     {class: 'references'},
     h('h2', {}, title, amount(number(references.length))),
     references.length === 0 &&
-      h('p', {class: 'hint'}, title === 'Used by' ? 'Nothing in this file refers to it.' : 'It refers to nothing.'),
+      h(
+        'p',
+        {class: 'hint'},
+        title === 'Used by' ? 'Nothing in this file refers to it.' : 'It does not refer to anything.',
+      ),
     sorted.map(([kind, entries]) =>
       h(
         'details',

@@ -47,7 +47,7 @@ function links({newest, previous}) {
 
 const nothingYet = () =>
   empty(
-    'No design yet',
+    'No designs yet',
     h(
       'p',
       {},

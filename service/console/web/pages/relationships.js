@@ -42,8 +42,8 @@ function tools(page, picture) {
     'div',
     {class: 'graph-tools'},
     search,
-    button('Enlarge', () => picture.enlarge(kStep), {class: 'plain'}),
-    button('Reduce', () => picture.enlarge(1 / kStep), {class: 'plain'}),
+    button('Zoom in', () => picture.enlarge(kStep), {class: 'plain'}),
+    button('Zoom out', () => picture.enlarge(1 / kStep), {class: 'plain'}),
     button('Show all', () => picture.fit(), {class: 'plain'}),
     button('Print', () => print(), {class: 'plain'}),
   );
@@ -134,7 +134,8 @@ export function show(page) {
         h(
           'p',
           {class: 'hint screen'},
-          'Drag to move, turn the wheel or press + and − to enlarge. Click a table occurrence or a line to open it.',
+          'Drag or use the arrow keys to move. Turn the wheel or press + and − to zoom. Click a table occurrence or a ' +
+            'line to open it.',
         ),
         h('div', {class: 'graph-box'}, picture.element),
         table(page, data),

@@ -18,7 +18,7 @@ function facts(command) {
     row('State', h('span', {class: `state ${command.state}`}, command.state)),
     row('File', command.fileName),
     row('Kind', command.xmlType && clipKind(command.xmlType)),
-    row('Asked', when(command.queuedAt)),
+    row('Sent', when(command.queuedAt)),
     row('Delivered', command.deliveredAt && when(command.deliveredAt)),
     row('Finished', command.finishedAt && when(command.finishedAt)),
   );

@@ -103,7 +103,7 @@ function results({found, clips, newest}, wanted) {
           h(
             'p',
             {class: 'hint'},
-            `The first ${number(found.hits.length)} of ${count(found.total, 'line')} are shown. Type more.`,
+            `The first ${number(found.hits.length)} of ${count(found.total, 'line')} are shown. Type more to narrow them down.`,
           ),
       ),
     clips.total > 0 &&

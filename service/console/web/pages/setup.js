@@ -35,9 +35,9 @@ function connection(setup, status) {
       'Plug-in',
       isConnected(status)
         ? [h('span', {class: 'state completed'}, 'connected'), status.pluginVersion && ` ${status.pluginVersion}`]
-        : h('span', {class: 'state queued'}, status.secondsSincePoll === null ? 'never connected' : 'silent'),
+        : h('span', {class: 'state queued'}, status.secondsSincePoll === null ? 'never connected' : 'not connected'),
     ),
-    row('Last poll', status.secondsSincePoll === null ? 'never' : `${duration(status.secondsSincePoll)} ago`),
+    row('Last contact', status.secondsSincePoll === null ? 'never' : `${duration(status.secondsSincePoll)} ago`),
     row(
       'Last sign-in',
       status.lastSignIn ? [status.lastSignIn.name, ', ', when(status.lastSignIn.receivedAt)] : 'never',
@@ -67,7 +67,7 @@ function signIn(setup, status) {
         'Install the plug-in and tick it in FileMaker Pro > Settings > Plug-Ins. Then evaluate this line ' +
           'once, in the Data Viewer or in a script. FileMaker remembers it.',
       ),
-    field('Sign-in line', line, setup.hasKey ? 'It contains the key of this service. Do not pass it on.' : undefined),
+    field('Sign-in line', line, setup.hasKey ? 'It contains the key of this service. Keep it to yourself.' : undefined),
     button('Copy the line', () => copy(setup.signInLine, 'The line'), {class: isDone ? 'plain' : null}),
   );
 }
@@ -80,8 +80,8 @@ function livePush() {
     h(
       'p',
       {},
-      'A file saves its design by a script of this name. Put it on the clipboard, then paste it into the list ' +
-        'of scripts in the Script Workspace.',
+      'A file needs a script of this name to save its design. Put the script on the clipboard, then paste it into ' +
+        'the list of scripts in the Script Workspace.',
     ),
     button(
       "Put Varnix Live Push on FileMaker's clipboard",
@@ -162,8 +162,8 @@ function fileCheck(page, newest, update, hasPlugin) {
     h(
       'p',
       {},
-      'The check asks FileMaker which files are open, and each of them for its script and the privileges of ' +
-        'the account in use. Saving a design needs full access.',
+      'The check asks FileMaker which files are open, whether each has the script, and which privileges the ' +
+        'current account has. Saving a design needs full access.',
     ),
     run,
     isChecking &&

@@ -6,6 +6,7 @@ import {list} from '../list.js';
 
 const kRecords = 1000;
 const kDay = 86400; // seconds
+const kSpared = 'Clips with tags and clips that you added are always kept';
 
 const kKindNames = {
   'sign-in': 'Sign-ins',
@@ -35,7 +36,7 @@ function sizes(storage) {
     row('Index of the designs', '', storage.indexBytes),
   ];
   return [
-    h('p', {class: 'facts'}, 'In ', h('code', {}, storage.folder)),
+    h('p', {class: 'hint'}, 'Everything is stored in ', h('code', {}, storage.folder)),
     table('Sizes', kSizeColumns, rows, {class: 'compact narrow'}),
   ];
 }
@@ -53,38 +54,47 @@ function retentionForm(retention) {
     });
   return form(
     async ({days, keep}) => {
-      const rule = `Data older than ${days} days is deleted at each start of the service and once a day.`;
+      const rule = `Data older than ${count(Number(days), 'day')} will be deleted whenever the service starts and once a day.`;
       if (days && !(await confirmed('Delete old data regularly?', rule, 'Save the rule'))) return;
       await post('retention', {days, keep});
-      announce(days ? 'Old data is deleted regularly' : 'Everything is kept');
+      announce(days ? 'Old data is deleted regularly from now on' : 'Everything is kept from now on');
     },
     {class: 'inline', 'aria-label': 'Retention'},
-    field('Delete data older than (days)', input('days', retention.days), 'Empty: never'),
-    field('But keep the newest of each kind and name', input('keep', retention.keep), 'Clips with tags are always kept'),
+    field('Delete data older than (days)', input('days', retention.days), 'Leave empty to keep everything'),
+    field('But keep the newest of each kind and name', input('keep', retention.keep), kSpared),
     h('button', {class: 'plain'}, 'Save'),
   );
+}
+
+function question(days, keep) {
+  const what = days ? `Data older than ${count(Number(days), 'day')}` : 'All data';
+  const newest = keep ? `, except the newest ${keep} of each kind and name` : '';
+  return `${what} will be deleted${newest}. ${kSpared}. This cannot be undone; save a backup first if in doubt.`;
 }
 
 function pruneForm() {
   return form(
     async ({days, keep}) => {
       if (!days && !keep) throw new Error('Enter an age, a number, or both.');
-      if (!(await confirmed('Delete now?', 'Deleted data cannot be restored. A backup keeps it.', 'Delete'))) return;
+      if (!(await confirmed('Delete now?', question(days, keep), 'Delete'))) return;
       const message = {...(days && {olderThan: String(days * kDay)}), ...(keep && {keep})};
       const pruned = await post('prune', message);
       announce(`Deleted: ${count(pruned.commands, 'command')}, ${count(pruned.records, 'record')}`);
     },
     {class: 'inline', 'aria-label': 'Delete now'},
     field('Older than (days)', h('input', {name: 'days', type: 'number', min: '0', max: '36500', autocomplete: 'off'})),
-    field('Keep the newest', h('input', {name: 'keep', type: 'number', min: '0', autocomplete: 'off'})),
+    field(
+      'Keep the newest',
+      h('input', {name: 'keep', type: 'number', min: '0', autocomplete: 'off'}),
+      'Of each kind and name',
+    ),
     h('button', {class: 'danger'}, 'Delete now'),
   );
 }
 
 function recordColumns() {
   const remove = async (record) => {
-    if (!(await confirmed(`Delete record ${record.number}?`, 'Deleted data cannot be restored.', 'Delete the record')))
-      return;
+    if (!(await confirmed(`Delete record ${record.number}?`, 'This cannot be undone.', 'Delete the record'))) return;
     await post(`records/${record.number}/delete`);
     announce('Record deleted');
   };
@@ -133,8 +143,8 @@ export function show(page) {
       load: (signal) => get('storage', signal),
       render: sizes,
     }),
-    h('section', {}, h('h2', {}, 'Retention'), retention),
-    h('section', {}, h('h2', {}, 'Delete once'), pruneForm()),
+    h('section', {}, h('h2', {}, 'Delete old data regularly'), retention),
+    h('section', {}, h('h2', {}, 'Delete old data now'), pruneForm()),
     h(
       'section',
       {},
