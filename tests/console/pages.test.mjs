@@ -6,6 +6,7 @@ import {until} from '../support/programs.mjs';
 import {
   accessibilityFaults,
   addDesign,
+  disturb,
   find,
   finish,
   longestKey,
@@ -152,6 +153,14 @@ step('Without JavaScript the page says so', async () => {
   await window.setJavaScriptEnabled(false);
   await window.goto(service.url);
   const shown = await find(window, 'main');
-  assert.match(await shown.evaluate((main) => main.innerText), /needs JavaScript/);
+  assert.match(await shown.evaluate((main) => main.innerText), /^This page needs JavaScript\.[^]*--help\.$/);
+  await window.close();
+});
+
+step('A page of which a part is missing says so', async () => {
+  const window = await openWindow(service, {isDown: () => true});
+  await disturb(window, /graph\.js$/);
+  await window.goto(service.url);
+  await sees(window, 'load it again');
   await window.close();
 });
