@@ -82,10 +82,12 @@ export function parseText(text, kind) {
 
 function parseProperties(text) {
   const properties = [];
-  for (const line of text.split('\n')) {
+  const lines = text.split('\n');
+  for (const [at, line] of lines.entries()) {
     const last = properties.at(-1);
+    const isLong = line.endsWith(':') && lines[at + 1]?.startsWith('    ');
     if (line.startsWith('    ') && last) last[1].push(line.slice(4));
-    else if (line.endsWith(':')) properties.push([line.slice(0, -1), []]);
+    else if (isLong) properties.push([line.slice(0, -1), []]);
     else if (line.includes(': '))
       properties.push([line.slice(0, line.indexOf(': ')), [line.slice(line.indexOf(': ') + 2)]]);
     else last?.[1].push(line);

@@ -33,12 +33,16 @@ function facts(element) {
 }
 
 const isPlain = (value) => value.length === 1;
+const isStyle = ([path]) => path.endsWith('LocalCSS'); // many in a layout, and rarely what is looked for
 
 function definition(page, element, links) {
   const {properties, lines} = parseText(element.text, element.kind);
   const link = linker(links);
   const plain = properties.filter(([, value]) => isPlain(value));
   const long = properties.filter(([, value]) => !isPlain(value));
+  const styles = long.filter(isStyle);
+  const block = ([path, value]) =>
+    h('section', {}, h('h2', {}, words(path)), codeBlock(value, {label: words(path), link}));
   return [
     element.stepLines?.length > 0 &&
       h(
@@ -53,9 +57,7 @@ function definition(page, element, links) {
         ),
         codeBlock(lines, {label: 'Steps', line: stepLine, link, numbered: true, lengths: element.stepLines}),
       ),
-    long.map(([path, value]) =>
-      h('section', {}, h('h2', {}, words(path)), codeBlock(value, {label: words(path), link})),
-    ),
+    long.filter((property) => !isStyle(property)).map(block),
     plain.length > 0 &&
       h(
         'section',
@@ -65,6 +67,8 @@ function definition(page, element, links) {
           ? propertyList(page, plain, link)
           : propertyTable('Properties', rows(plain, link)),
       ),
+    styles.length > 0 &&
+      h('details', {class: 'box'}, h('summary', {}, 'Styles', amount(number(styles.length))), styles.map(block)),
   ];
 }
 
