@@ -18,7 +18,7 @@ void RemoveSettings() {
 struct LeaveNothingBehind : testing::Environment {
   void TearDown() override { RemoveSettings(); }
 };
-[[maybe_unused]] auto* const g_environment = testing::AddGlobalTestEnvironment(new LeaveNothingBehind);
+[[maybe_unused]] auto* const g_leaveNothingBehind = testing::AddGlobalTestEnvironment(new LeaveNothingBehind);
 
 }  // namespace
 

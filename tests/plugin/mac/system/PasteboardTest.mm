@@ -23,7 +23,7 @@ struct OwnPasteboard : testing::Environment {
     [g_own release];
   }
 };
-[[maybe_unused]] auto* const g_environment = testing::AddGlobalTestEnvironment(new OwnPasteboard);
+[[maybe_unused]] auto* const g_ownPasteboard = testing::AddGlobalTestEnvironment(new OwnPasteboard);
 
 }  // namespace
 
