@@ -9,11 +9,14 @@ if(CMAKE_HOST_APPLE AND NOT CMAKE_CROSSCOMPILING)
   endif()
 endif()
 
-# Header-only libraries that Homebrew lacks, as Debian archives their sources: the path in its pool, and the SHA-256.
+# Header-only libraries that Homebrew lacks or has in ever new versions, as Debian archives their sources: the path in its
+# pool, and the SHA-256.
 set(VARNIX_SOURCE_rapidxml r/rapidxml/rapidxml_1.13.orig.tar.gz
   36237604b5cd34424d8537ba9411f9f2cca842cdcb88c956c5bf39ce243bb44b)
 set(VARNIX_SOURCE_dtl d/dtl/dtl_1.20.orig.tar.gz
   579f81bca88f4b9760a59d99c5a95bd8dd5dc2f20f33f1f9b5f64cb08979f54d)
+set(VARNIX_SOURCE_httplib c/cpp-httplib/cpp-httplib_0.11.4+ds.orig.tar.xz
+  8b1a5df569003b6a4f24c68489bbda5c64aec94697bdc9ebba5d79408b2ae7eb)
 
 # Downloads the library that holds HEADER into the build folder, and sets VARIABLE to the folder to include; leaves it
 # alone for a library that is not in the list.
@@ -28,20 +31,21 @@ function(varnix_download_headers variable header)
     cmake_policy(SET CMP0135 NEW)  # the files' times are those of the download
   endif()
   include(FetchContent)
-  FetchContent_Declare(${name} URL https://deb.debian.org/debian/pool/main/${path} URL_HASH SHA256=${checksum})
+  FetchContent_Declare(${name} URL https://deb.debian.org/debian/pool/main/${path} URL_HASH SHA256=${checksum}
+    SOURCE_SUBDIR nothing-to-build)
   FetchContent_MakeAvailable(${name})
   set(${variable} ${${name}_SOURCE_DIR} CACHE PATH "Folder of ${header}" FORCE)
 endfunction()
 
 # varnix_headers(TARGET HEADER [SUFFIX]): lets TARGET include the header-only library that holds HEADER, in the folder
 # SUFFIX of an include directory if one is given. For another system than this one, whose own headers must stay out, only
-# the folder of the library becomes visible. On a Mac, what Homebrew lacks is downloaded.
+# the folder of the library becomes visible. On a Mac, the libraries listed above are downloaded.
 function(varnix_headers target header)
   string(MAKE_C_IDENTIFIER "INCLUDE_${header}" variable)
-  find_path(${variable} ${header} PATH_SUFFIXES ${ARGN} NO_CMAKE_FIND_ROOT_PATH)
   if(NOT ${variable} AND CMAKE_HOST_APPLE)
     varnix_download_headers(${variable} ${header})
   endif()
+  find_path(${variable} ${header} PATH_SUFFIXES ${ARGN} NO_CMAKE_FIND_ROOT_PATH)
   if(NOT ${variable})
     message(FATAL_ERROR "${header} is missing; scripts/install-packages.sh installs what Varnix needs")
   endif()

@@ -13,7 +13,7 @@ for group in "$@"; do
     plugin) ;;
     service) formulae="$formulae boost cli11 nlohmann-json" ;;
     simulator) formulae="$formulae gmp mpfr icu4c" ;;
-    test) formulae="$formulae googletest cpp-httplib pugixml" ;;
+    test) formulae="$formulae googletest pugixml" ;;
     check | sanitizers | bench) fail "Linux for make check, test-sanitizers, fuzz and bench" ;;
     *) echo "install-packages: unknown group $group" >&2; exit 2 ;;
   esac

@@ -78,7 +78,6 @@ CMAKE
 
 unpack c/cpp-httplib/cpp-httplib_0.11.4+ds.orig.tar.xz 8b1a5df569003b6a4f24c68489bbda5c64aec94697bdc9ebba5d79408b2ae7eb
 cp "$sources/httplib.h" "$folder/include"  # Debian's package has it in two parts
-describe "$folder" cpp-httplib
 for library in gmp gmpxx mpfr; do
   stub "$folder" $library
   describe "$folder" $library -l$library
