@@ -52,6 +52,7 @@ export const dismiss = () => showStatus('');
 function showStatus(content, isError = false) {
   const status = document.getElementById('status');
   status.textContent = '';
+  status.parentElement.classList.toggle('shown', content !== '');
   status.parentElement.classList.toggle('error', isError);
   document.getElementById('dismiss').hidden = !isError;
   clearTimeout(announce.timer);

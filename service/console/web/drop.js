@@ -2,6 +2,16 @@
 import {announce, announceWork, button, h, whileBusy} from './dom.js';
 import {count} from './format.js';
 
+// The names of the files that were refused, with the reasons.
+async function addEach(files, add) {
+  const refused = [];
+  for (const [at, file] of files.entries()) {
+    if (files.length > 1) announceWork(`Adding ${file.name}, ${at + 1} of ${files.length}…`);
+    await add(file, files.length === 1).catch((error) => refused.push([file.name, error.message]));
+  }
+  return refused;
+}
+
 /**
  * {button, refusals, watch(page)}; `add(file, isAlone)` stores a file. `refusals` is an element with the files of the
  * last drop that were not stored. `note` follows the report of success.
@@ -16,25 +26,20 @@ export function dropArea({label, accept, add, note = ''}) {
     'aria-label': label,
   });
   const choose = button(label, () => input.click(), {class: 'plain'});
-  const refusals = h('ul', {class: 'warning plain-list', 'aria-label': 'Not added', hidden: true});
+  const refusals = h('ul', {class: 'warning', 'aria-label': 'Not added', hidden: true});
   const addAll = async (files) => {
-    const refused = [];
     refusals.hidden = true;
-    for (const [at, file] of files.entries()) {
-      if (files.length > 1) announceWork(`Adding ${file.name}, ${at + 1} of ${files.length}…`);
-      await add(file, files.length === 1).catch((error) => refused.push([file.name, error.message]));
-    }
+    const refused = await addEach(files, add);
     refusals.replaceChildren(
       ...refused.map(([name, reason]) => h('li', {}, h('b', {}, name), ` was not added. ${reason}`)),
     );
     refusals.hidden = refused.length === 0;
-    const added = files.length - refused.length;
-    if (refused.length)
-      announce(
-        `${added} of ${count(files.length, 'file')} added. Not added: ${refused.map(([name]) => name).join(', ')}`,
-        true,
-      );
-    else announce(`${files.length === 1 ? files[0].name : count(added, 'file')} added.${note}`);
+    if (refused.length) {
+      const added = `${files.length - refused.length} of ${count(files.length, 'file')} added.`;
+      announce(`${added} Not added: ${refused.map(([name]) => name).join(', ')}`, true);
+    } else {
+      announce(`${files.length === 1 ? files[0].name : count(files.length, 'file')} added.${note}`);
+    }
   };
   let last = Promise.resolve();
   const handle = (files) => {
