@@ -1,7 +1,9 @@
 // varnix-service install and uninstall: whether the system starts the service at login.
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <thread>
 
 #include "PrivateFile.h"
 #include "Program.h"
@@ -10,6 +12,9 @@
 
 namespace service {
 namespace {
+
+constexpr std::chrono::seconds kStopLimit(30);  // launchd kills what has not ended within 20
+constexpr std::chrono::milliseconds kStopPause(200);
 
 void Write(const std::string& path, const std::string& text) {
   std::filesystem::create_directories(std::filesystem::path(path).parent_path());
@@ -27,13 +32,24 @@ Words ServeCommand(const Options& options) {
   return command;
 }
 
+// Returns why the service may still run; "" when it has ended. launchd ends it in the background, and refuses to load
+// it again before that.
+std::string Stop(const Autostart& autostart) {
+  if (autostart.isLoaded.empty()) return RunProgram(autostart.stop);
+  const auto limit = std::chrono::steady_clock::now() + kStopLimit;
+  while (RunProgram(autostart.isLoaded, Output::kDiscard).empty()) {
+    if (std::chrono::steady_clock::now() > limit) return "the system does not end the service";
+    RunProgram(autostart.stop, Output::kDiscard);
+    std::this_thread::sleep_for(kStopPause);
+  }
+  return "";
+}
+
 }  // namespace
 
 ExitStatus RunInstall(const Options& options) {
   const Autostart autostart = DescribeAutostart(ServeCommand(options));
-  if (std::filesystem::exists(autostart.path)) {
-    for (const Words& command : autostart.stop) RunProgram(command);
-  }
+  if (std::filesystem::exists(autostart.path)) Stop(autostart);
   Write(autostart.path, autostart.text);
   for (const Words& command : autostart.load) {
     if (const std::string failure = RunProgram(command); !failure.empty()) {
@@ -49,10 +65,7 @@ ExitStatus RunInstall(const Options& options) {
 ExitStatus RunUninstall(const Options& options) {
   const Autostart autostart = DescribeAutostart({});
   if (!std::filesystem::exists(autostart.path)) throw std::runtime_error("the service is not installed");
-  for (const Words& command : autostart.stop) {
-    if (const std::string failure = RunProgram(command); !failure.empty())
-      std::cerr << "varnix-service: " << failure << '\n';
-  }
+  if (const std::string failure = Stop(autostart); !failure.empty()) std::cerr << "varnix-service: " << failure << '\n';
   std::filesystem::remove(autostart.path);
   std::cout << "The service no longer starts at login. Its data remain in " << options.Folder() << ".\n";
   return kDone;

@@ -9,7 +9,10 @@ namespace service {
 /// A program, found along $PATH, and its arguments.
 using Words = std::vector<std::string>;
 
-/// Runs the program and waits for its end. Returns why it failed; "" when it did not.
-std::string RunProgram(const Words& words);
+enum class Output { kShow, kDiscard };
+
+/// Runs the program and waits for its end. `output` is for both of its streams. Returns why it failed; "" when it did
+/// not.
+std::string RunProgram(const Words& words, Output output = Output::kShow);
 
 }  // namespace service

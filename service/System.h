@@ -18,9 +18,11 @@ extern const char* const kOpenProgram;
 
 /// How the system starts a program at each login of this user.
 struct Autostart {
-  std::string path;                                  ///< of the file that describes it to the system
-  std::string text;                                  ///< its content
-  std::vector<std::vector<std::string>> load, stop;  ///< the commands that make the system use it, or no longer
+  std::string path;                            ///< of the file that describes it to the system
+  std::string text;                            ///< its content
+  std::vector<std::vector<std::string>> load;  ///< the commands that make the system use it
+  std::vector<std::string> stop;               ///< the command that ends this
+  std::vector<std::string> isLoaded;           ///< succeeds until `stop` has worked; empty when `stop` waits for that
 };
 
 /// `command` is the program and its arguments. The system discards its standard output, on which the service prints its

@@ -45,7 +45,8 @@ Autostart DescribeAutostart(const std::vector<std::string>& command) {
           {{"systemctl", "--user", "daemon-reload"},
            {"systemctl", "--user", "enable", kUnit},
            {"systemctl", "--user", "restart", kUnit}},
-          {{"systemctl", "--user", "disable", "--now", kUnit}}};
+          {"systemctl", "--user", "disable", "--now", kUnit},
+          {}};
 }
 
 }  // namespace service

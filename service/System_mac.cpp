@@ -57,6 +57,7 @@ Autostart DescribeAutostart(const std::vector<std::string>& command) {
   for (const std::string& word : command) words += "    " + Element(word);
   const std::string path = Library() + "LaunchAgents/" + kLabel + ".plist";
   const std::string domain = "gui/" + std::to_string(getuid());
+  const std::string target = domain + '/' + kLabel;
   return {path,
           "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
           "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
@@ -68,7 +69,8 @@ Autostart DescribeAutostart(const std::vector<std::string>& command) {
               Element("/dev/null") + "  <key>StandardErrorPath</key>\n  " + Element(Library() + "Logs/Varnix.log") +
               "</dict>\n</plist>\n",
           {{"launchctl", "bootstrap", domain, path}},
-          {{"launchctl", "bootout", domain + '/' + kLabel}}};
+          {"launchctl", "bootout", target},
+          {"launchctl", "print", target}};
 }
 
 }  // namespace service
