@@ -3,6 +3,7 @@
 # clang-tidy, which takes longer than all the rest. Prints the findings, and fails if there are any.
 set -uo pipefail
 cd "$(dirname "$0")/.." || exit
+git ls-files --error-unmatch Makefile > /dev/null || exit  # without git nothing would be found
 build=$1
 lint=${2:-yes}
 format_version=14  # the versions of clang-format disagree, so one decides: that of Debian 12
