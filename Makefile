@@ -85,7 +85,7 @@ install:
 ## uninstall        removes what make install installed
 uninstall:
 	xargs -I '{}' rm -f '$(DESTDIR){}' < $(BUILD)/install_manifest.txt
-	-rmdir '$(DESTDIR)$(PREFIX)/lib/varnix'
+	-find '$(DESTDIR)$(PREFIX)/lib/varnix' -depth -type d -exec rmdir '{}' ';'
 
 ## clean            removes everything that was built
 clean:

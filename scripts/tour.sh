@@ -45,7 +45,7 @@ send() {
   status=0
   "$build/varnix-service" send "$@" --wait 45 > "$work/result" 2>&1 || status=$?
   size=$(wc -c < "$work/result")
-  head -c 500 "$work/result" | sed 's/^/  /'
+  head -c 500 "$work/result" | LC_ALL=C sed 's/^/  /'  # the cut may divide a character, which that of macOS refuses
   [ "$size" -le 500 ] || printf ' ... (%s bytes)\n' "$size"
   if [ $status -ne "$wanted" ] || { [ -n "$expected" ] && ! grep -qF -e "$expected" "$work/result"; }; then
     echo "NOT OK  exit status $status; expected $wanted and: $expected" >&2
