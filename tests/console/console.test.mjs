@@ -185,8 +185,7 @@ for (const [name, values, result] of commands) {
       await (await form.$(`::-p-aria(${label})`)).evaluate((control, value) => (control.value = value), text);
     }
     await click(page, 'button', name);
-    await until(async () => (await service.fetch('/operator/commands?state=completed')).commands.length > 0);
-    await page.waitForSelector('.state.completed');
+    await sees(page, `${name}: waiting for FileMaker`, 'status');
     const {commands: all} = await service.fetch('/operator/commands');
     await visit(page, service, `/commands/${all.at(-1).id}`, name);
     await sees(page, result);
