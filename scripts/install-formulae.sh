@@ -20,8 +20,10 @@ for group in "$@"; do
 done
 
 xcode-select -p >/dev/null 2>&1 || fail "Apple's command line tools. Please install them: xcode-select --install"
-command -v brew >/dev/null || fail "these libraries and tools, and this Mac has no Homebrew (https://brew.sh) to install them:
-  $formulae"
+command -v brew >/dev/null || fail "these libraries and tools:
+  $formulae
+Homebrew installs them, but its brew is not in the PATH. Please get it from https://brew.sh, or if this Mac has it, run:
+  eval \"\$(/opt/homebrew/bin/brew shellenv)\""
 
 missing=
 for formula in $formulae; do
