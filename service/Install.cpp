@@ -56,9 +56,10 @@ ExitStatus RunInstall(const Options& options) {
       throw std::runtime_error(failure + "; " + autostart.path + " stays for the next login");
     }
   }
-  std::cout << "The service is running and starts at each login (" << autostart.path
-            << ").\n\"varnix-service sign-in\" prints the line that signs FileMaker in, \"varnix-service "
-               "console\" the address of its console.\n";
+  std::cout
+      << "The service was started, and starts at each login (" << autostart.path
+      << ").\n\"varnix-service status\" shows whether it answers, \"varnix-service sign-in\" prints the line that "
+         "signs FileMaker in, \"varnix-service console\" the address of its console.\n";
   return kDone;
 }
 
