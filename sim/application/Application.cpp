@@ -77,7 +77,7 @@ const calc::HostFunction* Application::FindHostFunction(std::u16string_view name
   function.name = registration->name;
   function.minArguments = registration->minArguments;
   function.maxArguments = registration->maxArguments;
-  // Set once, since it may be running now. It looks its function up again: a plug-in may unregister it.
+  // Set once, because it may be running now. It looks the function up at each call: a plug-in may unregister it.
   if (isNew) {
     function.call = [this, folded](std::span<const calc::Value> arguments) { return CallPlugin(folded, arguments); };
   }

@@ -1,4 +1,5 @@
-// The simulated FileMaker Pro: its files, plug-ins and scripts, and its answers to plug-ins. One thread.
+// The simulated FileMaker Pro: its files, plug-ins and scripts, and its answers to plug-ins. Everything in sim/ belongs
+// to one thread, except where a header says otherwise. Texts are UTF-16; a std::string is UTF-8.
 #pragma once
 
 #include <atomic>
@@ -20,7 +21,7 @@
 
 namespace sim {
 
-/// What a session works with, and what answers the plug-ins. Only one may live at a time.
+/// What a session works with, and what answers the plug-ins. Only one may exist at a time.
 class Application : public wrapper::Host {
  public:
   Application();
@@ -42,13 +43,13 @@ class Application : public wrapper::Host {
 
   /// Evaluates in the context of the active file and the running script. 0, or FileMaker's error.
   int Evaluate(std::u16string_view formula, calc::Value& result);
-  /// The same in the context of `file` (nullptr: none).
+  /// Evaluates in the context of `file` (nullptr: none).
   int EvaluateIn(OpenFile* file, std::u16string_view formula, calc::Value& result);
 
   /// Queues a script as the start-script callback does: 0, 100 (file not open), 825 (the account's privilege set lacks
   /// the extended privilege fmplugin) or 1825 (no such script).
   short StartScript(std::u16string_view fileName, std::u16string_view scriptName, const calc::Value& parameter);
-  /// The oldest script that waits to run.
+  /// Removes and returns the script that has waited longest to run; nullopt when none waits.
   std::optional<QueuedScript> TakeQueuedScript();
 
   /// The running script, nullptr when none is running; set by the script runner.
@@ -57,7 +58,7 @@ class Application : public wrapper::Host {
   /// The unknown name that made the last failed calculation fail.
   std::u16string unknownName;
 
-  /// Of calculations while no file is open.
+  /// Variables of calculations while no file is open.
   calc::Variables globals;
   calc::Variables locals;
 
@@ -84,7 +85,7 @@ class Application : public wrapper::Host {
   HostBehaviour behaviour_;
   Files files_;
   const Solution* current_ = nullptr;  // of the calculation being evaluated
-  // By folded name. Those of plug-ins are noted when first used.
+  // By folded name. Those of plug-ins are added when first used.
   std::map<std::u16string, calc::HostFunction> hostFunctions_;
   std::map<std::u16string, calc::HostFunction> pluginFunctions_;
   Plugins plugins_;

@@ -6,8 +6,8 @@
 
 namespace sim {
 
-/// Sees the fields, custom functions and variables of `file`, and those of the running script where it belongs to that
-/// file. `file` may be null: then only what needs no file answers. Both must outlive the context.
+/// Sees the fields, custom functions and variables of `file`, and the variables of the running script if it is one of
+/// that file. `file` may be null; then only names that need no file are found. Both must outlive the context.
 class Context : public calc::Environment {
  public:
   Context(Application& application, OpenFile* file);

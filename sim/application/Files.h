@@ -21,7 +21,7 @@ struct OpenFile {
   calc::Variables locals;  ///< of calculations outside any script
 };
 
-/// Files stay open as long as the object lives, and so do pointers to them.
+/// Files stay open, and pointers to them valid, as long as the object exists.
 class Files {
  public:
   /// Opens an export as a file with one window, in front. On failure `error` is one line.
@@ -36,9 +36,9 @@ class Files {
   OpenFile* active() const;
   /// nullptr when no file of that name, with or without extension, is open.
   OpenFile* Find(std::u16string_view name) const;
-  /// nullptr when no file has that number.
+  /// nullptr when no file has that id.
   OpenFile* ById(std::uint64_t id) const;
-  /// The number of the file that holds `solution`; 0 when none does.
+  /// The id of the file that owns `solution`; 0 when none does.
   std::uint64_t IdOf(const Solution* solution) const;
   /// What the design functions see.
   const OpenFiles& windows() const { return openFiles_; }

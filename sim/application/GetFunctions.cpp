@@ -41,7 +41,7 @@ std::string UserName() {
   return entry == nullptr ? "user" : entry->pw_name;
 }
 
-// FileMaker's is a fingerprint of the machine: it must stay the same from run to run.
+// FileMaker's is a fingerprint of the machine, so it must be the same in every run.
 std::u16string PersistentId() {
   std::string machine;
   std::getline(std::ifstream("/etc/machine-id"), machine);

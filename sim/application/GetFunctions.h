@@ -16,7 +16,7 @@ std::optional<calc::Value> EvaluateGet(std::u16string_view parameter, const Cont
 /// All parameters as FileMaker spells them, sorted.
 std::vector<std::u16string> GetParameterNames();
 
-/// The layout a file opens with: the one its options name, else its first. nullptr when it has none.
+/// The layout that a file opens with: the one named in its options, else the first. nullptr when it has none.
 const Layout* StartLayout(const Solution& solution);
 
 /// The privilege set in force: full access where a script runs with it, else the account's. nullptr when there is none.

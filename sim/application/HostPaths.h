@@ -1,4 +1,4 @@
-// FileMaker paths, which begin with a volume, over the machine's own.
+// Conversions between FileMaker paths, which begin with a volume, and the machine's own.
 #pragma once
 
 #include <optional>
@@ -10,8 +10,8 @@ namespace sim {
 /// The FileMaker form of an absolute path: "/Macintosh HD" and the path.
 std::u16string FileMakerPath(const std::string& path);
 
-/// The machine's path of one that a script step was given: with or without "file:" or "filemac:", absolute with its
-/// volume, or relative to `folder`. All UTF-8.
+/// The machine's path for a path in a script step, which may start with "file:" or "filemac:", and is either absolute
+/// with its volume or relative to `folder`.
 std::string MachinePath(std::u16string_view fileMakerPath, const std::string& folder);
 
 /// The absolute path of the folder that holds `path`.
@@ -26,8 +26,8 @@ std::optional<std::string> ParsePath(std::string_view text, int format);
 /// The user's home.
 std::string HomeDirectory();
 
-/// This process's own folder for temporary files, made when first asked for and removed with its contents at exit. ""
-/// when it cannot be made.
+/// This process's own folder for temporary files, created at the first call and removed with its contents at exit. ""
+/// when it cannot be created.
 const std::string& TemporaryDirectory();
 
 }  // namespace sim

@@ -26,7 +26,7 @@ std::string MessageName(FMX_ExternCallSwitch message) {
     case kFMXT_Shutdown:
       return "the shutdown message";
     default:
-      return "the message for a string";
+      return "the message that asks for a string";
   }
 }
 
@@ -108,7 +108,7 @@ bool Plugin::Initialise(const HostIdentity& host, std::string& error) {
     return false;
   }
   if (static_cast<short>(call_.result) != kDoNotEnable) return true;
-  error = "plug-in " + fileName_ + " does not want to be enabled by a host of extension version " +
+  error = "plug-in " + fileName_ + " refuses to be enabled by a host with extension version " +
           std::to_string(host.extensionVersion);
   return false;
 }

@@ -20,12 +20,12 @@ struct HostIdentity {
 
 class Plugin {
  public:
-  /// Loads the plug-in at `path`, a library or a macOS bundle, asks its strings and initialises it. On failure returns
-  /// null and `error` says why: the file is missing or not a plug-in, or the plug-in does not want to be enabled or
-  /// throws. A line for each thing that it left behind follows.
+  /// Loads the plug-in at `path`, a library or a macOS bundle, asks for its strings and initialises it. On failure
+  /// returns null and sets `error` to the reason: the file is missing or not a plug-in, or the plug-in refuses to be
+  /// enabled or throws. A line for each thing that it left behind follows.
   static std::unique_ptr<Plugin> Load(const std::string& path, const HostIdentity& host, std::string& error);
 
-  /// Unloads; call Shutdown before.
+  /// Unloads the plug-in; call Shutdown first.
   ~Plugin();
   Plugin(const Plugin&) = delete;
   Plugin& operator=(const Plugin&) = delete;

@@ -1,4 +1,4 @@
-// The plug-ins that are loaded.
+// The loaded plug-ins.
 #pragma once
 
 #include <memory>
@@ -20,7 +20,7 @@ class Plugins {
   /// In the order of loading.
   const std::vector<std::unique_ptr<Plugin>>& all() const { return plugins_; }
 
-  /// Sends one idle message to every plug-in that wants them.
+  /// Sends one idle message to every plug-in that asks for them.
   void Idle(int level);
   /// Shuts down and unloads all. Returns one line for each leftover or mistake.
   std::vector<std::string> Quit();

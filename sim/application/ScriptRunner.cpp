@@ -31,7 +31,7 @@ class Execution {
       const ScriptStep& step = steps_[position_];
       if (step.enabled) Perform(step);
       if (application_.IsCancelled()) {
-        Report(step, "was cancelled, and the script with it");
+        Report(step, "was cancelled, which ends the script");
         return false;
       }
       ++position_;
@@ -73,8 +73,8 @@ class Execution {
     Report(step, "failed with error " + std::to_string(error) + ": " + what);
   }
 
-  // An empty formula is empty text. One that fails while running is shown as a failure, but gives "?" and the step goes
-  // on with that, as in FileMaker. A formula that cannot be parsed has no value, and the step does nothing.
+  // An empty formula gives empty text. A formula that fails while running is shown as a failure, but the step goes on
+  // with "?", as in FileMaker. A formula that cannot be parsed has no value, and the step does nothing.
   bool Evaluate(const ScriptStep& step, const std::u16string& formula, calc::Value& value) {
     if (formula.empty()) {
       value = {};
@@ -114,7 +114,7 @@ class Execution {
     }
   }
 
-  // An Else or Else If that is reached in passing ends the branch above it.
+  // An Else or Else If that is reached from above ends that branch.
   void LeaveBlock(const ScriptStep&) {
     while (position_ < steps_.size() && steps_[position_].id != kStepEndIf) position_ = NextBranch(position_);
   }
@@ -154,7 +154,7 @@ class Execution {
     frame_.lastError = stepError_;
   }
 
-  // The export that the file was opened from is the copy: nothing in a simulated file changes. It goes to the first
+  // Nothing in a simulated file changes, so the copy is the export that the file was opened from. It goes to the first
   // destination that can be written.
   void SaveCopyAsXml(const ScriptStep& step) {
     const PrivilegeSet* set = CurrentPrivilegeSet(Context(application_, frame_.file));

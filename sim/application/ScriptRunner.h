@@ -1,4 +1,4 @@
-// Runs scripts, as far as the simulated application knows their steps.
+// Runs scripts, as far as the simulated application supports their steps.
 #pragma once
 
 #include <chrono>

@@ -13,7 +13,7 @@ struct ScriptFrame {
   calc::Value parameter;
   calc::Value result;
   int lastError = 0;
-  bool errorCapture = false;  ///< the script handles failures: they are neither shown nor counted
+  bool errorCapture = false;  ///< the script handles failures itself: they are neither shown nor counted
   calc::Variables locals;
 };
 

@@ -30,7 +30,7 @@ CalendarDate Today() {
   return DateOfDay(today.time_since_epoch().count() + kDayOfUnixEpoch);
 }
 
-// FileMaker reads a year of two digits as one of the next thirty or the seventy before.
+// FileMaker reads a two-digit year as one of the next thirty years or the seventy years before.
 long long FullYear(long long year) {
   const long long now = Today().year;
   long long full = now - now % 100 + year;
@@ -45,7 +45,7 @@ std::u16string_view TrimBlanks(std::u16string_view text) {
   return text;
 }
 
-// "1/31/2024" cut at any of `separators` into numbers; empty when a piece is none.
+// "1/31/2024" split at any of `separators` into numbers; empty when a piece is not a number.
 std::vector<Number> Pieces(std::u16string_view text, std::u16string_view separators) {
   std::vector<Number> pieces;
   for (bool more = true; more;) {

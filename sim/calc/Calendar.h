@@ -25,7 +25,7 @@ std::optional<long long> DayNumber(long long year, long long month, long long da
 CalendarDate DateOfDay(long long dayNumber);
 bool IsDay(const Number& dayNumber);
 
-/// Of a day of the calendar: 1 is Sunday; 1 January is day 1; weeks begin on Sunday, and the first one may be shorter.
+/// For a day within the calendar: 1 is Sunday; 1 January is day 1; weeks begin on Sunday, and the first may be shorter.
 long long DayOfWeek(long long dayNumber);
 long long DayOfYear(long long dayNumber);
 long long WeekOfYear(long long dayNumber);
@@ -36,9 +36,9 @@ std::u16string FormatDate(const Number& dayNumber);
 std::u16string FormatTime(const Number& seconds);
 std::u16string FormatTimestamp(const Number& seconds);
 
-/// Read the forms above: month/day with an optional year (two digits mean the last 70 or the next 30 years), hours with
-/// optional minutes and seconds, an optional AM or PM; a timestamp is a date and an optional time. nullopt for anything
-/// else.
+/// Parse the forms above: month/day with an optional year (two digits mean the last 70 or the next 30 years), hours
+/// with optional minutes and seconds and an optional AM or PM; a timestamp is a date and an optional time. nullopt for
+/// anything else.
 std::optional<Number> ParseDate(std::u16string_view text);
 std::optional<Number> ParseTime(std::u16string_view text);
 std::optional<Number> ParseTimestamp(std::u16string_view text);

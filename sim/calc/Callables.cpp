@@ -18,7 +18,7 @@ struct FormName {
 };
 
 constexpr FormName kForms[] = {{u"Get", Form::kGet}, {u"Let", Form::kLet}, {u"While", Form::kWhile}};
-// Their own grammars check the rest.
+// The number of arguments is checked by the parser of each form.
 constexpr Signature kFormSignature{1, kAnyNumber};
 
 struct Entry {

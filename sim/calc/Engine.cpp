@@ -1,4 +1,4 @@
-// The engine's front.
+// The engine's entry points.
 #include "calc/Engine.h"
 
 #include "calc/Errors.h"

@@ -123,7 +123,7 @@ Value Evaluator::operator()(const WhileCall& call) {
   Assign(call.initial);
   for (int round = 0;; ++round) {
     const Value condition = Run(*call.condition);
-    // It counts as true and could never become false.
+    // An error counts as true and might never become false.
     if (condition.IsError()) return condition;
     if (!condition.AsBoolean()) break;
     if (round >= recursionLimit_) return Value::OfError(errors::kTooManyRounds);

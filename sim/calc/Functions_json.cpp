@@ -1,5 +1,5 @@
-// FileMaker's functions for JSON, over the nlohmann library. Like FileMaker they list the keys of an object in the
-// order of the alphabet, and return for invalid JSON "? " and the place of the error.
+// FileMaker's functions for JSON, based on the nlohmann library. Like FileMaker they list the keys of an object in
+// alphabetical order, and for invalid JSON return "? " and the position of the error.
 #include <algorithm>
 #include <nlohmann/json.hpp>
 #include <optional>

@@ -1,5 +1,4 @@
-// Texts by position and by character. Positions count UTF-16 units, for characters beyond the basic plane and for
-// combining marks alike.
+// Texts by position and by character. Positions count UTF-16 units, also in surrogate pairs and combining sequences.
 #include <algorithm>
 #include <unordered_set>
 #include <utility>

@@ -116,7 +116,7 @@ Token Lexer::TakeText() {
     if (rest_.empty()) throw SyntaxError{errors::kOpenText};
     char16_t unit = rest_.front() == kParagraph ? u'\r' : rest_.front();
     rest_.remove_prefix(1);
-    // A backslash before any other character is literal.
+    // Before any other character, a backslash is literal.
     if (unit == u'\\' && !rest_.empty() && (rest_[0] == u'"' || rest_[0] == u'\\' || rest_[0] == kParagraph)) {
       unit = rest_.front();
       rest_.remove_prefix(1);

@@ -7,9 +7,9 @@
 
 namespace calc {
 
-/// The day number, the seconds, the seconds since the first day: of a value of that type or a number as it is, of a
-/// text as it reads. A timestamp also gives its date and its time of day. nullopt for anything else and for what lies
-/// outside the calendar.
+/// The day number; the seconds; the seconds since the first day. A value of that type or a number is used directly, a
+/// text is parsed, and a timestamp also gives its date and its time of day. nullopt for anything else, and outside the
+/// calendar.
 std::optional<Number> DateIn(const Value& value);
 std::optional<Number> TimeIn(const Value& value);
 std::optional<Number> TimestampIn(const Value& value);

@@ -84,7 +84,7 @@ Number ParseAscii(const char* begin, const char* end) {
 
 }  // namespace
 
-// What MPFR calculates with: a number of a few bits more than the digits there are.
+// A number for MPFR, with a few bits more than FileMaker's digits need.
 class Number::Real {
  public:
   Real() { mpfr_init2(value_, kBits); }

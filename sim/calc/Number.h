@@ -14,12 +14,12 @@ namespace calc {
 /// Decimal places that a division keeps by default.
 inline constexpr int kDivisionPlaces = 16;
 
-/// An irrational function as MPFR has them.
+/// An irrational function of MPFR.
 using RealFunction = int (*)(mpfr_ptr result, mpfr_srcptr argument, mpfr_rnd_t rounding);
 
 /// An exact decimal: an integer of any length times a power of ten. Addition, subtraction and multiplication are exact
-/// up to FileMaker's 400 significant digits; division and the irrational functions are rounded. FileMaker's numbers lie
-/// between 10^-400, below which they are zero, and 10^400, from which on they are no longer in range.
+/// up to FileMaker's 400 significant digits; division and the irrational functions are rounded. Numbers below 10^-400
+/// are zero, and numbers from 10^400 on are out of FileMaker's range.
 class Number {
  public:
   Number() = default;
@@ -64,8 +64,8 @@ class Number {
   bool operator==(const Number& other) const;
 
  private:
-  /// Every number passes through here: drops zeros at the end, rounds to the digits there are, and keeps the scale
-  /// small.
+  /// Every number passes through here. Drops trailing zeros, rounds to FileMaker's number of digits, and keeps the
+  /// scale small.
   Number(mpz_class digits, long long scale);
 
   class Real;
@@ -73,7 +73,7 @@ class Number {
   Number RoundedToSignificant(int count) const;
   std::optional<Number> IntegerPower(const Number& exponent) const;
 
-  mpz_class digits_;  // the value is digits_ * 10^-scale_; no zero at the end
+  mpz_class digits_;  // the value is digits_ * 10^-scale_; no trailing zeros
   int scale_ = 0;
 };
 

@@ -15,7 +15,7 @@ Value Concatenate(std::span<const Value> values);
 /// `op operand`, for plus, minus and not.
 Value ApplyPrefix(Operator op, const Value& operand);
 
-/// An arithmetic result as a value: an error when out of FileMaker's range.
+/// An arithmetic result as a value; an error if it is out of FileMaker's range.
 Value NumberValue(const Number& number);
 
 /// Negative, zero or positive. Numbers, dates and times compare by their numbers, everything else as text.

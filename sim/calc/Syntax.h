@@ -1,4 +1,4 @@
-// The tree of a parsed formula. Chains of operators are flat, so that only brackets and calls make a tree deep.
+// The tree of a parsed formula. Chains of operators are flat, so only brackets and calls make a tree deep.
 #pragma once
 
 #include <memory>

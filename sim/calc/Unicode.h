@@ -1,4 +1,4 @@
-// UTF-8 at the edges, UTF-16 inside, and the comparisons that FileMaker makes. Over ICU.
+// Conversions between UTF-8 and UTF-16, and FileMaker's text comparisons. Based on ICU.
 #pragma once
 
 #include <string>

@@ -26,7 +26,7 @@ enum class Type {
 /// digits.
 std::optional<Number> NumberIn(std::u16string_view text);
 
-/// Copies share their text, so they are cheap. Not for use on several threads at once.
+/// Copies share their text, so they are cheap. One thread at a time, even for copies.
 class Value {
  public:
   /// The empty text.
@@ -35,7 +35,7 @@ class Value {
   static Value OfNumber(Number number);
   /// A date (day number), time (seconds) or timestamp (seconds since the first day).
   static Value OfMoment(Type type, Number serial);
-  /// The content of a container field, of which calculations see only its file's name; `content` is the host's.
+  /// The content of a container field. Calculations see only the name of its file; `content` belongs to the host.
   static Value OfContainer(std::u16string fileName, std::shared_ptr<const void> content);
   static Value OfBoolean(bool value) { return OfNumber(value ? 1 : 0); }
   /// The value "?" that carries a FileMaker error number.
@@ -53,7 +53,7 @@ class Value {
   std::u16string AsText() &&;
   /// For text, all its digits joined (see NumberIn); zero if it has none.
   Number AsNumber() const;
-  /// FileMaker's truth: a number other than zero. Error values and the text "?" are true.
+  /// True for a number other than zero, as in FileMaker, and for error values and the text "?".
   bool AsBoolean() const;
   /// The `content` passed to OfContainer; nullptr for every other value.
   const std::shared_ptr<const void>& container() const { return container_; }

@@ -13,8 +13,8 @@ struct Completion {
   std::vector<std::string> names;  ///< all that begin with the word, without regard to case, in order; UTF-8
 };
 
-/// For the end of `line`, UTF-8: the argument of a command that takes a file, a script or a path, else a command, or a
-/// function or Get parameter of a calculation.
+/// Completes the end of `line` (UTF-8): the argument of a command that takes a file, a script or a path; otherwise a
+/// command, or a function or Get parameter of a calculation.
 Completion Complete(Session& session, std::string_view line);
 
 /// The function, Get parameter or command whose name is closest to the misspelled `name`; empty when none is close.

@@ -16,7 +16,7 @@
 namespace {
 
 constexpr int kHistoryLines = 1000;
-// Such a line contains an account key, which must not be written to a file.
+// A line with this contains an account key, which must not be written to a file.
 constexpr char kSignIn[] = "Varnix.Register";
 
 LineEditor& Self(EditLine* editor) {
@@ -74,7 +74,7 @@ LineEditor::~LineEditor() {
 std::optional<std::string> LineEditor::ReadLine(const char* prompt) {
   prompt_ = prompt;
   el_resize(editor_.get());
-  // Before the prompt shows: a terminal that still collects lines would cut what is pasted at 4095 characters.
+  // Before the prompt appears: a terminal still in line mode would cut pasted text at 4095 characters.
   el_set(editor_.get(), EL_PREP_TERM, 1);
   int length = 0;
   const char* typed = el_gets(editor_.get(), &length);

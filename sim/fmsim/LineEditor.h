@@ -17,17 +17,17 @@ inline constexpr char kContinuationPrompt[] = "  ...> ";
 
 class LineEditor {
  public:
-  /// Waits until standard input can be read; false ends the line at once. It calls `redraw` when it has printed.
+  /// Waits until standard input can be read; false ends the line at once. It must call `redraw` after printing.
   using Await = std::function<bool(const std::function<void()>& redraw)>;
   using Completer = std::function<Completion(std::string_view line)>;
 
-  /// `historyFile` is read now and written at the end, by its owner only; empty: the history is not kept.
+  /// `historyFile` is read now and written at the end, readable by its owner only; empty: the history is not kept.
   LineEditor(Await await, Completer complete, std::string historyFile);
   ~LineEditor();
   LineEditor(const LineEditor&) = delete;
   LineEditor& operator=(const LineEditor&) = delete;
 
-  /// The next line without its line ending; nullopt at the end of input and when the wait was ended. `prompt` must
+  /// The next line without its line ending; nullopt at the end of input and when `await` returned false. `prompt` must
   /// outlive the editor.
   std::optional<std::string> ReadLine(const char* prompt);
 

@@ -70,7 +70,7 @@ const Option kOptions[] = {
      }},
     {"--activate", "FILE", "bring an open file to the front",
      [](const std::string& value) -> Action { return [=](Session& session) { return session.Activate(value); }; }},
-    {"--idle", "SECONDS", "send idle messages for some time",
+    {"--idle", "SECONDS", "send idle messages for so long",
      [](const std::string& value) -> Action {
        const auto duration = ParseSeconds(value);
        if (!duration) return {};
@@ -121,7 +121,7 @@ const Option kOptions[] = {
        if (!Choose(value, kFunctionSets, all)) return {};
        return SetBehaviour([](sim::HostBehaviour& b, int v) { b.allDesignFunctions = v != 0; }, all);
      }},
-    {"--sql", "strict|lenient", "lenient: ExecuteSQL takes literals between doubled quotes (strict)",
+    {"--sql", "strict|lenient", "lenient: ExecuteSQL accepts literals in doubled quotes (strict)",
      [](const std::string& value) -> Action {
        int lenient = 0;
        if (!Choose(value, kSqlModes, lenient)) return {};
@@ -136,7 +136,7 @@ const Option* FindOption(const char* name) {
   return nullptr;
 }
 
-// Empty, with an `error`, when there is no such option or it does not take `value`; nullptr: it is missing.
+// Empty, with an `error`, when there is no such option or it does not accept `value`. A null `value` is missing.
 Action ParseOption(const std::string& name, const char* value, std::string& error) {
   const Option* option = FindOption(name.c_str());
   if (option == nullptr) {

@@ -9,7 +9,7 @@
 
 struct CommandLine {
   std::vector<std::function<bool(Session&)>> actions;  ///< in the order given; each shows its own failure
-  bool evaluates = false;                              ///< it holds calculations or a script: no prompt follows
+  bool evaluates = false;                              ///< there are calculations, scripts or idle calls: no prompt
   bool help = false;
 };
 

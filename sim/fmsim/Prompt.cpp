@@ -23,7 +23,7 @@ bool TakeLine(Session& session, const std::string& line) {
   return Execute(session, line) != LineResult::kQuit && CaughtSignal() == 0;
 }
 
-// In the user's folder for state that outlives a run; empty when there is none.
+// A path in the user's state folder; empty when there is none.
 std::string HistoryFile() {
   const char* state = std::getenv("XDG_STATE_HOME");
   const char* home = std::getenv("HOME");

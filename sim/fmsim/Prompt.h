@@ -7,6 +7,6 @@
 /// being typed or carried out.
 void RunPrompt(Session& session);
 
-/// Carries out the lines of standard input until its end. Idle messages flow while it waits for more. Any caught
-/// signal ends it.
+/// Carries out the lines of standard input until its end. Idle messages flow while it waits for more. Any signal that
+/// is caught ends it.
 void RunLines(Session& session);

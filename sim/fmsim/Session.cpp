@@ -111,7 +111,7 @@ bool Session::EvaluateScriptParameter(std::string_view formula) {
 bool Session::RunScript(const std::string& name) {
   const auto parameter = std::exchange(scriptParameter_, {});
   auto* file = application_.files().active();
-  if (file == nullptr) return Fail("no file is open to run a script of");
+  if (file == nullptr) return Fail("cannot run a script: no file is open");
   const auto* script = file->solution.FindScript(calc::ToUtf16(name));
   if (script == nullptr) {
     return Fail("no script \"" + name + "\" in \"" + calc::ToUtf8(file->solution.name) + "\" (" + ErrorText(104) + ")");

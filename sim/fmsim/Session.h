@@ -10,7 +10,7 @@
 #include "application/Application.h"
 
 /// Results go to standard output; events, errors and reports to standard error. Every method that can fail shows why,
-/// notes the failure for the exit status, and returns false.
+/// remembers the failure for the exit status, and returns false.
 class Session {
  public:
   Session();
@@ -20,12 +20,11 @@ class Session {
   bool LoadPlugin(const std::string& path);
   bool Open(const std::string& path);
   bool Activate(const std::string& fileName);
-  /// Prints the value of `formula`, its returns as line endings. The error value prints as "?", and counts as a
-  /// failure.
+  /// Prints the value of `formula`, with line feeds for returns. The error value prints as "?" and counts as a failure.
   bool Evaluate(std::string_view formula);
   /// Evaluates `formula` and shows whether it is true.
   bool Check(std::string_view formula);
-  /// The parameter of the next script that RunScript runs: a text, or what `formula` gives.
+  /// Sets the parameter of the next script that RunScript runs: a text, or the value of `formula`.
   void SetScriptParameter(const std::string& text);
   bool EvaluateScriptParameter(std::string_view formula);
   /// Runs a script of the active file and prints its result, if any.
@@ -49,7 +48,7 @@ class Session {
   /// Whether lines read from a pipe are shown before they are carried out.
   bool echo = false;
 
-  /// Shuts the plug-ins down; what they left behind is reported and counts as failure.
+  /// Shuts the plug-ins down. Whatever they leave behind is reported and counts as a failure.
   void Quit();
 
  private:

@@ -18,7 +18,7 @@ std::atomic<int> caught{0};
 int wakeUp[2] = {-1, -1};
 
 void WakeUp() {
-  // A full pipe is as readable as one with another byte.
+  // If the pipe is full, it is readable without this byte.
   [[maybe_unused]] const auto written = write(wakeUp[1], "", 1);
 }
 
@@ -37,7 +37,7 @@ void OnSignal(int signal) {
 }  // namespace
 
 void CatchSignals() {
-  // Without a pipe, waits end at their deadline only.
+  // Without a pipe, waits end only at their deadline.
   if (pipe(wakeUp) == 0) {
     for (const int end : wakeUp) {
       fcntl(end, F_SETFD, FD_CLOEXEC);
@@ -49,7 +49,7 @@ void CatchSignals() {
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
     struct sigaction former {};
     sigaction(signal, nullptr, &former);
-    if (former.sa_handler != SIG_IGN) sigaction(signal, &action, nullptr);  // as under nohup
+    if (former.sa_handler != SIG_IGN) sigaction(signal, &action, nullptr);  // nohup ignores SIGHUP
   }
 }
 
@@ -60,7 +60,7 @@ bool ForgetInterrupt() {
   const bool forgotten = caught.compare_exchange_strong(interrupt, 0);
   char bytes[64];
   while (read(wakeUp[0], bytes, sizeof bytes) > 0) continue;
-  if (caught != 0) WakeUp();  // one that came meanwhile
+  if (caught != 0) WakeUp();  // another signal arrived meanwhile
   return forgotten;
 }
 

@@ -12,7 +12,7 @@
 namespace {
 
 constexpr int kWrongUsage = 2;
-constexpr int kSignalled = 128;  // and the signal, as the shell has it
+constexpr int kSignalled = 128;  // plus the signal, as in a shell
 
 int Run(int argc, char** argv) {
   CommandLine line;

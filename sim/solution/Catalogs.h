@@ -1,5 +1,6 @@
-// The parts of an export, each read into its part of a Solution. `design` is the element Structure/AddAction; a catalog
-// that would be empty is left out there, so a missing one is an empty one.
+// The parts of an export, each read into its part of a Solution. `design` is the element Structure/AddAction. FileMaker
+// leaves out empty catalogs, so a missing catalog is an empty one. All throw Damage for an export that FileMaker does
+// not write.
 #pragma once
 
 #include "export/XmlTree.h"

@@ -88,7 +88,7 @@ const Field* FindField(const BaseTable* table, std::u16string_view name) {
   return found == table->fields.end() ? nullptr : &*found;
 }
 
-/// `name` is "Occurrence::Field" or a field's name, which is looked for in every table.
+/// `name` is "Occurrence::Field", or a field's name, which is looked up in every table.
 const Field* FindField(const Solution& solution, std::u16string_view name) {
   const auto qualifier = name.find(kQualifier);
   if (qualifier != name.npos) {
@@ -166,7 +166,7 @@ constexpr FileFunction kFileFunctions[] = {
     {u"CustomFunctionNames", 0, 1, false, [](const Solution& file, Arguments) { return Names(file.customFunctions); }},
 };
 
-/// An empty name is the current file. The extension may be left out of a name without a period, as in FileMaker.
+/// An empty name means the current file. As in FileMaker, a name without a period may lack the extension.
 const Solution* FindFile(const OpenFiles& files, const Solution* current, std::u16string_view name) {
   if (name.empty()) return current;
   const bool mayOmitExtension = name.find(u'.') == name.npos;

@@ -36,7 +36,7 @@ std::vector<solution::XmlNode> Entries(solution::XmlNode list, const char* name)
   std::vector<solution::XmlNode> entries;
   std::set<int> ids;
   for (const solution::XmlNode entry : list.children(name)) {
-    if (!ids.insert(Id(entry)).second) throw Damage{entry, "a second " + std::string(name) + " of one id"};
+    if (!ids.insert(Id(entry)).second) throw Damage{entry, "a second " + std::string(name) + " with the same id"};
     entries.push_back(entry);
   }
   return entries;

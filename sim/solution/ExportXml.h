@@ -1,4 +1,4 @@
-// Reading the recurring pieces of an export's XML. Children are always chosen by name: their order differs by version.
+// Reads the recurring pieces of an export's XML. Children are always selected by name: their order differs by version.
 #pragma once
 
 #include <string>

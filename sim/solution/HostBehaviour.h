@@ -6,11 +6,11 @@
 
 namespace sim {
 
-/// How closely the simulated host follows the real one, where following it would hide something from a test.
+/// How closely the simulated host follows the real one where tests need both ways.
 struct HostBehaviour {
   bool allDesignFunctions = true;  ///< false: PrivilegeSetNames and CustomFunctionNames do not exist, as in FileMaker
   bool lenientSql = false;         ///< true: a doubled quote pair around a literal is accepted as one pair
-  /// Called with a line when something fails because the simulator does not support it; may be empty.
+  /// Called with one line when something fails because the simulator does not support it; may be empty.
   std::function<void(const std::string& line)> report = {};
 };
 

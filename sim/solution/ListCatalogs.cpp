@@ -33,7 +33,7 @@ std::u16string CustomValues(solution::XmlNode element) {
   return values;
 }
 
-/// Versions 2.2.2.0 and 2.2.3.0 keep the contents in a catalog of their own.
+/// Versions 2.2.2.0 and 2.2.3.0 have the contents in a separate catalog.
 void ReadValueLists(solution::XmlNode design, Solution& solution) {
   std::map<int, solution::XmlNode> options;
   for (const solution::XmlNode element : design.child("OptionsForValueLists").children("ValueList")) {
@@ -47,12 +47,12 @@ void ReadValueLists(solution::XmlNode design, Solution& solution) {
   }
 }
 
-/// A version that knows no folders of custom functions shows the end of one as a function of this name.
+/// A format without folders of custom functions shows the end of one as a function with this name.
 bool IsFunction(solution::XmlNode element) {
   return xml::Kind(element) == ListItem::kItem && element.attribute("name").value() != "--"sv;
 }
 
-/// Up to version 2.2.3.0 the formulas stand in a catalog of their own.
+/// Up to version 2.2.3.0 the formulas are in a separate catalog.
 void ReadCustomFunctions(solution::XmlNode design, Solution& solution) {
   std::map<int, solution::XmlNode> formulas;
   const solution::XmlNode calculations = design.child("CalcsForCustomFunctions").child("ObjectList");

@@ -50,7 +50,7 @@ struct Layout {
   std::optional<int> occurrenceId;
 };
 
-/// Ids of the steps whose parameters the reader keeps, and of those that need none but steer a script.
+/// Ids of the steps whose parameters the reader keeps, and of the steps without parameters that control a script.
 enum StepId : int {
   kStepSaveAsXml = 3,
   kStepPause = 62,
@@ -92,7 +92,7 @@ struct ValueList {
   std::u16string customValues;  ///< separated by carriage returns; empty for a list from a field
 };
 
-/// The id of the privilege set with full access, whatever its (localised) name.
+/// The id of the privilege set with full access, whose name is localised.
 inline constexpr int kFullAccess = 1;
 
 struct PrivilegeSet {
@@ -108,7 +108,7 @@ struct Account {
   int privilegeSetId = 0;
 };
 
-/// A file's name as FileMaker's functions give it: without ".fmp12" at its end, in any case.
+/// A file's name as FileMaker's functions return it: without a final ".fmp12", in any case.
 std::u16string_view WithoutExtension(std::u16string_view fileName);
 
 struct Solution {
@@ -125,13 +125,13 @@ struct Solution {
   std::vector<PrivilegeSet> privilegeSets;
   std::u16string autoLoginAccount;  ///< empty when the file asks at opening
   std::optional<int> startLayoutId;
-  std::vector<std::string> notes;  ///< what does not work as in FileMaker, a line each: for whoever opens the file
+  std::vector<std::string> notes;  ///< what does not work as in FileMaker, one line each, to show when it is opened
 
   const BaseTable* FindBaseTable(int id) const;
-  /// The table of `occurrence`; nullptr when that is another file's.
+  /// The table of `occurrence`; nullptr when it is in another file.
   const BaseTable* TableOf(const TableOccurrence& occurrence) const;
   const TableOccurrence* FindOccurrence(int id) const;
-  /// Names compare without regard to case, as in FileMaker. Folders and separators are not found by name.
+  /// Names are compared in any case, as in FileMaker. Folders and separators are not found by name.
   const TableOccurrence* FindOccurrence(std::u16string_view name) const;
   const Layout* FindLayout(std::u16string_view name) const;
   const Script* FindScript(std::u16string_view name) const;

@@ -1,4 +1,4 @@
-// From an opened export to a Solution.
+// Turns an opened export into a Solution.
 #include "solution/SolutionReader.h"
 
 #include <algorithm>
@@ -27,9 +27,9 @@ void ReadDesign(const solution::Document& document, Solution& result) {
   const solution::XmlAttribute locale = document.root().attribute("locale");
   const std::string_view language = locale ? locale.value() : kLanguage;
   if (language != kLanguage) {
-    result.notes.push_back("was saved by a FileMaker in " + std::string(language) +
+    result.notes.push_back("was saved by FileMaker in " + std::string(language) +
                            ": names and scripts can be used, but functions in its formulas are spelled in that "
-                           "language and fail; save it with an English FileMaker to calculate them");
+                           "language and fail; save it with FileMaker in English to calculate them");
   }
   const solution::XmlNode design = document.Part("Structure");
   ReadTables(design, result);
@@ -52,7 +52,7 @@ Solution ReadExport(std::string bytes, const std::string& path) {
   return result;
 }
 
-/// Turns the failures of `read` into the one line of error.
+/// Turns every failure of `read` into one line.
 template <typename Read>
 bool Report(const std::string& path, Solution& solution, std::string& error, Read read) {
   try {

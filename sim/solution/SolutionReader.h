@@ -11,7 +11,7 @@ namespace sim {
 /// reason and, for a damaged one, the line; `solution` is then untouched.
 bool ReadSolution(const std::string& path, Solution& solution, std::string& error);
 
-/// The same for an export already in memory: `bytes` in any encoding that exports come in. `path` only names it.
+/// Reads an export in memory: `bytes` in any encoding that exports have. `path` only names it in messages.
 bool ReadSolutionBytes(std::string bytes, const std::string& path, Solution& solution, std::string& error);
 
 }  // namespace sim

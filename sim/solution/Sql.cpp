@@ -18,7 +18,7 @@ using calc::Value;
 
 constexpr std::u16string_view kRefused = u"?";
 constexpr const char* kNotKnownHere =
-    "ExecuteSQL gives \"?\": the simulator does not know this part of FileMaker's SQL: ";
+    "ExecuteSQL gives \"?\": the simulator does not support this part of FileMaker's SQL: ";
 constexpr std::u16string_view kDefaultColumnSeparator = u",";
 constexpr std::u16string_view kDefaultRowSeparator = u"\r";
 

@@ -17,9 +17,9 @@ struct SqlResult {
   std::vector<std::vector<calc::Value>> rows;
 };
 
-/// Runs one SELECT over `solution` (the grammar stands in SqlParser.cpp). `arguments` stand for the question marks in
-/// order; left-over ones do no harm. Anything else, and anything FileMaker would refuse, is an error; where only the
-/// simulator does not know the SQL, `behaviour` reports it. Table occurrences hold no records.
+/// Runs one SELECT over `solution` (SqlParser.cpp has the grammar). `arguments` replace the question marks in order;
+/// surplus ones are ignored. Any other statement, and anything that FileMaker would refuse, is an error. SQL that only
+/// the simulator does not support is also reported through `behaviour`. Table occurrences contain no records.
 SqlResult SelectRows(std::u16string_view sql, const Solution& solution, std::span<const calc::Value> arguments,
                      const HostBehaviour& behaviour);
 

@@ -38,7 +38,7 @@ Value Evaluate(const SqlOperand& operand, const SqlRow& row) {
   return operand.column ? operand.column->value(row) : operand.constant;
 }
 
-// On a mismatch the last % takes one character more, so the time is at most the product of the lengths.
+// After a mismatch the last % takes one more character, so the time is at most the product of the lengths.
 bool Matches(std::u16string_view text, std::u16string_view pattern) {
   std::size_t at = 0;
   std::size_t wanted = 0;
@@ -61,7 +61,7 @@ bool Matches(std::u16string_view text, std::u16string_view pattern) {
   return pattern.find_first_not_of(u'%', wanted) == pattern.npos;
 }
 
-// `decisive` settles the whole: false for all, true for any.
+// A condition that is `decisive` decides the result: false for all, true for any.
 SqlTruth Combine(const std::vector<SqlCondition>& conditions, const SqlRow& row, bool decisive) {
   bool unknown = false;
   for (const SqlCondition& condition : conditions) {

@@ -11,7 +11,7 @@
 
 namespace sim {
 
-/// True, false or, where a NULL takes part, unknown.
+/// True, false or, if a NULL is involved, unknown.
 using SqlTruth = std::optional<bool>;
 using SqlCondition = std::function<SqlTruth(const SqlRow& row)>;
 
@@ -27,7 +27,7 @@ int CompareSql(const calc::Value& a, const calc::Value& b);
 
 bool IsSqlComparison(std::u16string_view symbol);
 
-/// These throw SqlRefused when the operands' types do not compare.
+/// These throw SqlRefused when the operands' types cannot be compared.
 SqlCondition SqlComparison(const SqlOperand& left, std::u16string_view symbol, const SqlOperand& right);
 SqlCondition SqlLike(const SqlOperand& text, const SqlOperand& pattern);
 

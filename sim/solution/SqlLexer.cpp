@@ -19,7 +19,7 @@ bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 bool IsLetter(char16_t unit) {
   return (unit >= u'A' && unit <= u'Z') || (unit >= u'a' && unit <= u'z') || unit >= 0x80;
 }
-// A name may hold an underscore but has to be quoted to start with one.
+// A name may contain an underscore, but must be quoted if it starts with one.
 bool IsWordPart(char16_t unit) { return IsLetter(unit) || IsDigit(unit) || unit == u'_'; }
 
 class Lexer {

@@ -10,7 +10,7 @@ namespace sim {
 /// Thrown inside the SQL units when a query is refused; ExecuteSql turns it into "?".
 struct SqlRefused {};
 
-/// The same for what FileMaker's SQL supports but the simulator does not: "GROUP".
+/// Thrown likewise for SQL that FileMaker supports but the simulator does not: "GROUP".
 struct SqlUnknown {
   std::u16string part;
 };
@@ -21,8 +21,8 @@ struct SqlToken {
   std::u16string text;  ///< without the quotes around a name or a text
 };
 
-/// The tokens of `sql`, the last one a kEnd. Throws SqlRefused for anything that is not a token. With `lenient` a text
-/// may stand between doubled single quotes: ''text''.
+/// The tokens of `sql`; the last is kEnd. Throws SqlRefused for anything that is not a token. With `lenient` a text may
+/// be enclosed in doubled single quotes: ''text''.
 std::vector<SqlToken> SqlTokens(std::u16string_view sql, bool lenient);
 
 }  // namespace sim

@@ -146,7 +146,7 @@ class Parser {
     return columns;
   }
 
-  /// Rows that were put together by COUNT or DISTINCT can only be ordered by what is left of them.
+  /// Rows that COUNT or DISTINCT has combined can only be ordered by the columns of the result.
   std::vector<SqlOrder> Order(const SqlQuery& query) {
     Expect(u"BY");
     std::vector<SqlOrder> order;
@@ -164,7 +164,7 @@ class Parser {
   }
 
   SqlCondition Condition() {
-    UnknownIf(++depth_ > kDeepestNesting, u"conditions as deep as these");
+    UnknownIf(++depth_ > kDeepestNesting, u"conditions nested this deeply");
     std::vector<SqlCondition> alternatives;
     do {
       std::vector<SqlCondition> all;

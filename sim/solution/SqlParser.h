@@ -26,8 +26,8 @@ struct SqlQuery {
   std::vector<SqlOrder> order;
 };
 
-/// Throws SqlRefused for what is not a query, for names that `solution` does not have and for types that do not
-/// compare, and SqlUnknown for what may be a query in FileMaker. The query refers to `solution`.
+/// Throws SqlRefused for text that is not a query, for names that are not in `solution` and for types that cannot be
+/// compared; SqlUnknown for text that may be a query in FileMaker. The query refers to `solution`.
 SqlQuery ParseSql(std::u16string_view sql, bool lenient, const Solution& solution,
                   std::span<const calc::Value> arguments);
 

@@ -68,7 +68,7 @@ std::vector<SqlRow> BaseTableRows(const Solution& solution) {
   return rows;
 }
 
-/// One row per field of every table; the fields of another file's table are not known here.
+/// One row per field of every table; the fields of tables in other files are unknown here.
 std::vector<SqlRow> FieldRows(const std::vector<SqlRow>& tables) {
   std::vector<SqlRow> rows;
   for (const SqlRow& table : tables) {

@@ -1,4 +1,4 @@
-// The tables that ExecuteSQL can see: the system tables, and a file's own tables, which hold no records here.
+// The tables that ExecuteSQL can see: the system tables, and a file's own tables, which contain no records here.
 #pragma once
 
 #include <optional>
@@ -10,10 +10,10 @@
 
 namespace sim {
 
-/// What a column or an operand may be compared with. Moments compare with anything.
+/// Which types may be compared with each other. Dates and times may be compared with anything.
 enum class SqlType { kText, kNumber, kAny };
 
-/// What one row of a system table is about; members that its table has no use for are nullptr.
+/// What one row of a system table describes; members that its table does not use are nullptr.
 struct SqlRow {
   const Solution* solution = nullptr;
   const TableOccurrence* occurrence = nullptr;

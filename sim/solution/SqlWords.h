@@ -5,13 +5,13 @@
 
 namespace sim {
 
-/// Cannot be a name unless it is quoted.
+/// True for a word that can be a name only if it is quoted.
 bool IsReservedSqlWord(std::u16string_view word);
 
-/// A word or sign of FileMaker's SQL that the simulator does not know.
+/// True for a word or sign of FileMaker's SQL that the simulator does not support.
 bool IsUnknownSqlPart(std::u16string_view text);
 
-/// The name of a function of FileMaker's SQL. The simulator supports only COUNT ( * ).
+/// True for the name of a function of FileMaker's SQL. The simulator supports only COUNT ( * ).
 bool IsSqlFunction(std::u16string_view word);
 
 }  // namespace sim

@@ -1,4 +1,4 @@
-// The encodings that plug-ins exchange text in.
+// The encodings in which plug-ins exchange text.
 #pragma once
 
 #include <cstdint>

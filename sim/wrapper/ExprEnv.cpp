@@ -30,7 +30,7 @@ Registration MakeRegistration(const fmx::QuadChar& plugin, short id, const fmx::
   return registration;
 }
 
-// Runs a plug-in's request under the host's own name. Without a host, the request fails with error 1200.
+// Runs a plug-in's request with the host as owner of new objects. Without a host, the request fails with error 1200.
 template <class Question>
 fmx::errcode Ask(Question question) {
   Host* host = CurrentHost();

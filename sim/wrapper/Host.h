@@ -1,5 +1,5 @@
-// The host's side of libFMWrapper: what a program that loads plug-ins (the simulated FileMaker, the tests) uses to
-// answer their calls, call their functions and track the objects they hold. One thread at a time.
+// The host's side of libFMWrapper: programs that load plug-ins (the simulated FileMaker, the tests) use it to answer
+// their calls, call their functions and track the objects they hold. One thread at a time.
 #pragma once
 
 #include <FMWrapper/FMXTypes.h>
@@ -25,7 +25,8 @@ using Rows = std::vector<std::vector<calc::Value>>;
 /// The numbers that plug-ins pass to request a path format.
 enum PathFormat { kPosixPath = 1, kWindowsPath = 2, kUrlPath = 3 };
 
-/// Answers what plug-ins ask of a calculation context. A file id is the host's own number of an open file, 0 for none.
+/// Answers the requests that plug-ins make in a calculation context. `file` is the host's own id of an open file; 0 for
+/// none.
 class WRAPPER_API Host {
  public:
   virtual ~Host() = default;

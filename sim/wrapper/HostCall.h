@@ -1,4 +1,4 @@
-// The frame of every C function, and the conversion between host objects and plug-in handles.
+// What every C function of the interface does, and the conversion between host objects and plug-in handles.
 #pragma once
 
 #include <FMWrapper/FMXClient.h>
@@ -91,7 +91,7 @@ auto HostCall(const char* function, fmx::_fmxcpt& x, Body body) -> decltype(body
 
 }  // namespace wrapper
 
-/// The functions that compare two objects of one class; to be used in namespace fmx.
+/// The functions that compare two objects of one class. For use in namespace fmx.
 #define FM_COMPARISON(family, handle, name, op)                                                              \
   FM_API bool FM_##family##_operator##name(const void* self, const handle& other, _fmxcpt& x) {              \
     return wrapper::HostCall(__func__, x, [&] {                                                              \
