@@ -40,7 +40,7 @@ Sender Access::SenderOf(const Request& request) const {
 void Access::RefuseOtherPages(const Request& request) const {
   if (SenderOf(request) == Sender::kOtherPage && !FillsWindow(request)) throw HttpError(403, kNotForPages);
   if (!IsOwnHost(request.Header("host"))) {
-    throw HttpError(403, "the console is at localhost, at an IP address or at the name that the service listens on");
+    throw HttpError(403, "open the console at localhost, an IP address or the name that the service listens on");
   }
 }
 
@@ -51,9 +51,9 @@ bool Access::IsOwnHost(const std::string& hostHeader) const {
 
 void Access::RefuseWebPages(const Request& request) const {
   if (SenderOf(request) != Sender::kProgram) throw HttpError(403, kNotForPages);
-  // A page may also have its own name resolved to this machine. With a key that gains it nothing.
+  // A page may make its own name resolve to this machine. That gains it nothing if it needs a key.
   if (IsOpen() && !IsLoopback(HostName(request.Header("host")))) {
-    throw HttpError(403, "the service is known as 127.0.0.1, [::1] or localhost only");
+    throw HttpError(403, "the service can only be reached as 127.0.0.1, [::1] or localhost");
   }
 }
 

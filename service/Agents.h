@@ -15,23 +15,23 @@ inline constexpr char kAgentsAreOff[] = "AI assistants may not use Varnix: its s
 /// The mode called "full", "read-only" or "off". Throws std::runtime_error for other names.
 AgentMode AgentModeNamed(const std::string& name);
 
-/// Keeps the mode in the data folder, for programs that read designs there without the service. Throws
+/// Writes the mode to the data folder, for programs that read designs there without the service. Throws
 /// std::runtime_error.
 void KeepAgentMode(const std::string& folder, AgentMode mode);
 
-/// The mode of the service that used the folder last; kFull when none has. Throws std::runtime_error when the file that
-/// says it is damaged.
+/// The mode of the service that last used the folder; kFull when none has. Throws std::runtime_error when the file with
+/// the mode is damaged.
 AgentMode KeptAgentMode(const std::string& folder);
 
-/// The name of an assistant as a header can carry it: in printable ASCII, the end of a long one missing.
+/// The name of an assistant in the form for a header: printable ASCII, cut if it is long.
 std::string AgentName(std::string name);
 
-/// The assistant that a request says it is made for, as AgentName returns it; empty when it is made for none.
+/// The assistant that a request names, as AgentName returns it; empty when it names none.
 std::string AgentOf(const Request& request);
 
-/// Throws HttpError 403 when an assistant may not make the request. It looks at everything, queues commands and
-/// withdraws them. Any program that has the key can also make requests without naming an assistant: this keeps a
-/// well-behaved program within what its user wants, and does not guard against others.
+/// Throws HttpError 403 when an assistant may not make the request. An assistant may read everything, and queue and
+/// withdraw commands. Any program that has the key can also make requests without naming an assistant: this check keeps
+/// a well-behaved program within what its user wants, but does not protect against others.
 void CheckAgent(AgentMode mode, const Request& request, const Route& route);
 
 /// Throws HttpError 403 when an assistant may not write to FileMaker's clipboard.

@@ -1,4 +1,4 @@
-// What can change while somebody looks at it.
+// What can change while a page shows it.
 #pragma once
 
 namespace service {

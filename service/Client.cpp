@@ -20,7 +20,7 @@ std::string ServiceUrl(std::string url) {
   return url;
 }
 
-// The key in the data folder is for the service on this machine only.
+// The key in the data folder belongs to the service on this machine, so it is sent to no other.
 std::string Key(const Options& options) {
   if (!options.key.empty()) return options.key;
   const std::string host = options.url.substr(options.url.find("://") + 3);
@@ -38,7 +38,7 @@ std::size_t Append(char* bytes, std::size_t, std::size_t size, void* body) {
   return size;
 }
 
-// Whatever is refused has its reason in a JSON object.
+// A refusal has its reason in a JSON object.
 std::string Refusal(const std::string& body) {
   const auto json = nlohmann::json::parse(body, nullptr, false);
   return json.is_object() && json.contains("error") && json["error"].is_string() ? json["error"].get<std::string>()
@@ -69,7 +69,7 @@ Client::Client(const Options& options)
 void Client::AddHeader(const std::string& line) {
   curl_slist* const longer = curl_slist_append(headers_.get(), line.c_str());
   if (longer == nullptr) throw std::bad_alloc();
-  (void)headers_.release();  // is part of the longer list
+  (void)headers_.release();  // now part of the longer list
   headers_.reset(longer);
 }
 

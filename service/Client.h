@@ -12,7 +12,7 @@
 
 namespace service {
 
-/// The service refused the request, or its answer makes no sense.
+/// The service refused the request, or its answer is not valid.
 class ServiceError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
@@ -22,20 +22,21 @@ class Unreachable : public ServiceError {
   using ServiceError::ServiceError;
 };
 
-/// Every call waits for the answer, and throws ServiceError or Unreachable when it does not succeed.
+/// Every call waits for the answer, and throws ServiceError or Unreachable when it does not succeed. One thread at a
+/// time.
 class Client {
  public:
-  /// Takes the key that is given, otherwise, for a service on this machine, the one in the data folder.
+  /// Uses the given key; without one, for a service on this machine, the key in the data folder.
   explicit Client(const Options& options);
 
   nlohmann::json Get(const std::string& path);
   nlohmann::json Post(const std::string& path, const nlohmann::json& message);
 
-  /// The bytes of the answer, whatever they are.
+  /// The bytes of the answer, verbatim.
   std::string GetBytes(const std::string& path);
 
  private:
-  /// Sends `message` as JSON, or, without one, asks with GET.
+  /// Posts `message`; sends a GET request if it is null.
   std::string Exchange(const std::string& path, const std::string* message);
   void AddHeader(const std::string& line);
 
@@ -44,7 +45,7 @@ class Client {
   std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)> headers_;
 };
 
-/// Where the operator interface shows the command. Throws UsageError for what cannot be an id.
+/// The path of the command in the operator interface. Throws UsageError for text that cannot be an id.
 std::string CommandPath(const std::string& id);
 
 }  // namespace service

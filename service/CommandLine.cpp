@@ -26,7 +26,7 @@ CLI::Validator Duration() {
                                CLI::AsNumberWithUnit::CASE_SENSITIVE, "DURATION");
 }
 
-// The subcommands share their options' variables, which the library would fill from the environment once for each.
+// Read here, because the subcommands share the variables: the library would fill them once for each subcommand.
 void ReadVariable(const char* name, std::string& value) {
   const char* text = std::getenv(name);
   if (text != nullptr && *text != '\0') value = text;
@@ -42,7 +42,7 @@ class CommandLine {
     app_.set_version_flag("--version", "varnix-service " VARNIX_VERSION);
     app_.footer("TYPE is one of " + CommandTypeNames(Reader::kPerson) +
                 ".\nExit status: 0, 1 when the command failed or the service could not start, 2 for wrong usage, 3 "
-                "when the\ncommand was not finished in time, 4 when the service was not reached or refused.");
+                "when the\ncommand did not finish in time, 4 when the service could not be reached or refused.");
     AddServe();
     AddSend();
     AddQueries();
@@ -51,7 +51,7 @@ class CommandLine {
     AddReferences();
     AddSearchAndExport();
     AddHistory();
-    AddClient("mcp", "serve an AI assistant on the standard input and output (Model Context Protocol)", RunMcp);
+    AddClient("mcp", "serve an AI assistant on standard input and output (Model Context Protocol)", RunMcp);
   }
 
   int Parse(int argc, char** argv) try {
@@ -90,7 +90,7 @@ class CommandLine {
   void AddServe() {
     CLI::App* serve = Add("serve", "run the service until it is interrupted", RunServe);
     CLI::App* install = AddPlain("install", "run the service now and at each login", RunInstall);
-    AddPlain("uninstall", "no longer run the service at login; keeps its data", RunUninstall);
+    AddPlain("uninstall", "stop running the service at login; its data stays", RunUninstall);
     for (CLI::App* subcommand : {serve, install}) {
       subcommand->add_option("--listen", options_.listen, "address to listen on; port 0 picks a free one")
           ->type_name("ADDR:PORT")
@@ -112,7 +112,7 @@ class CommandLine {
   }
 
   void AddSend() {
-    CLI::App* send = AddClient("send", "have the plug-in carry out a command, wait, print the result", RunSend);
+    CLI::App* send = AddClient("send", "send a command to the plug-in, wait, print the result", RunSend);
     send->add_option("TYPE", options_.type, "what to do")->required();
     send->add_option("--file", options_.file, "FileMaker file that the command is about")->type_name("NAME");
     send->add_option("--xml-type", options_.xmlType, "kind of FileMaker XML, such as XMSS")->type_name("KIND");
@@ -120,7 +120,7 @@ class CommandLine {
         ->type_name("FILE");
     send->add_flag("--force", options_.force, "send content even if it is not a FileMaker snippet");
     send->add_option("--expires", options_.expires,
-                     "withdraw the command when no plug-in has asked for it by then (clipboard commands 60 s, others "
+                     "withdraw the command if no plug-in has fetched it by then (clipboard commands 60 s, others "
                      "10 min)")
         ->transform(Duration())
         ->check(CLI::Range(1L, kLongestTime));
@@ -141,9 +141,9 @@ class CommandLine {
   void AddQueries() {
     CLI::App* result = AddClient("result", "wait for a command and print its result", RunResult);
     AddWait(result, "how long to wait");
-    CLI::App* cancel = AddClient("cancel", "withdraw a command that no plug-in has asked for yet", RunCancel);
+    CLI::App* cancel = AddClient("cancel", "withdraw a command that no plug-in has fetched yet", RunCancel);
     cancel->add_flag("--delivered", options_.delivered,
-                     "also forget one that a plug-in has taken; FileMaker may still carry it out");
+                     "also forget one that a plug-in has fetched; FileMaker may still carry it out");
     CLI::App* show = AddClient("show", "show everything about one command except its result", RunShow);
     for (CLI::App* subcommand : {result, cancel, show}) {
       subcommand->add_option("ID", options_.id, "of the command")->required();
@@ -158,7 +158,7 @@ class CommandLine {
   }
 
   void AddPrune() {
-    CLI::App* prune = AddClient("prune", "delete old commands and what was received", RunPrune);
+    CLI::App* prune = AddClient("prune", "delete old commands and records", RunPrune);
     prune->add_option("--older-than", options_.olderThan, "delete only what is older, such as 30d or 12h")
         ->transform(Duration())
         ->check(CLI::Range(0L, kLongestTime));
@@ -176,7 +176,7 @@ class CommandLine {
   }
 
   void AddReferences() {
-    CLI::App* references = AddPlain("references", "show which elements of a file use which others", RunReferences);
+    CLI::App* references = AddPlain("references", "show where the elements of a file are used", RunReferences);
     references->add_option("FILE", options_.design, kDesign)->required();
     references->add_option("--of", options_.of, "only what this element uses and is used by; a name or UUID")
         ->type_name("NAME");

@@ -34,7 +34,7 @@ constexpr Argument kArguments[] = {
     {"xmlContent", "--content", &CommandType::xmlContent, &CommandArguments::xmlContent},
 };
 
-// The plug-in's reader of JSON strings knows the escapes of tab, line feed and return only.
+// The plug-in's JSON reader knows only the escapes of tab, line feed and return.
 bool PluginCanRead(const std::string& text) {
   return std::none_of(text.begin(), text.end(),
                       [](unsigned char byte) { return byte < 0x20 && byte != '\t' && byte != '\n' && byte != '\r'; });
@@ -71,7 +71,7 @@ std::string CheckArguments(const CommandType& type, const CommandArguments& argu
     const auto& value = arguments.*argument.value;
     if (value && need == kNone) return Name(type.name, reader) + " takes no " + name;
     if (need == kRequired && (!value || value->empty())) return Name(type.name, reader) + " needs " + name;
-    if (value && !PluginCanRead(*value)) return name + " has control characters, which the plug-in cannot read";
+    if (value && !PluginCanRead(*value)) return name + " contains control characters, which the plug-in cannot read";
   }
   return {};
 }

@@ -18,16 +18,16 @@ struct CommandType {
   bool writes;                     ///< to FileMaker's clipboard
   const char* resultKind;          ///< kind of the record that holds the result; null when there is none
   const char* resultName;          ///< name of that record; null when the name is the answer's own
-  std::chrono::seconds queuedFor;  ///< expires after that when no plug-in asked for it; the sender may say otherwise
-  /// How long a plug-in may take before the next command with such a result is delivered: results name no command, so
-  /// two at once could get each other's.
+  std::chrono::seconds queuedFor;  ///< it then expires if no plug-in has fetched it; the sender may set another time
+  /// How long a plug-in may take before the next command with such a result is delivered. Results name no command, so
+  /// those of two commands at the same time could be confused.
   std::chrono::seconds takes;
 };
 
 /// The type of that exact name, or null.
 const CommandType* FindCommandType(std::string_view name);
 
-/// The same for a name as people write it, such as "get-schema". "GET_SCHEMA" is accepted too.
+/// The type with a name as people write it, such as "get-schema", or null. "GET_SCHEMA" is accepted, too.
 const CommandType* FindNamedCommandType(std::string name);
 
 /// The name of a type as people write it.
@@ -40,10 +40,10 @@ struct CommandArguments {
   std::optional<std::string> xmlContent;
 };
 
-/// Whom a text is for: a program that sends members of a message, or a person who types options.
+/// Who reads a text: a program that sends members of a message, or a person who types options.
 enum class Reader { kProgram, kPerson };
 
-/// Why the arguments do not suit `type`, for `reader`; empty when they do.
+/// What is wrong with the arguments for `type`, worded for `reader`; empty when nothing is.
 std::string CheckArguments(const CommandType& type, const CommandArguments& arguments, Reader reader);
 
 /// The names of all types, joined by ", ".

@@ -195,7 +195,7 @@ void Connection::Write(std::shared_ptr<Message> message, const Response& respons
   });
 }
 
-// A connection closed on bytes that were not read is reset, and the sender may lose the answer.
+// Closing a connection with unread bytes resets it, and the sender may lose the answer.
 void Connection::Linger() {
   Error error;
   stream_.socket().shutdown(asio::socket_base::shutdown_send, error);

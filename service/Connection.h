@@ -1,4 +1,4 @@
-// One connection: a request is read within its limits, answered, and the connection closed.
+// One connection: reads a request within its limits, answers it, and closes the connection.
 #pragma once
 
 #include <array>
@@ -18,18 +18,18 @@
 
 namespace service {
 
-/// Lives as long as an operation on it is under way. All private members belong to the strand of its socket.
+/// Exists as long as one of its operations is in progress. All private members belong to the strand of its socket.
 class Connection : public std::enable_shared_from_this<Connection> {
  public:
-  /// `socket` has an executor of its own, a strand. `context` must outlive the connection.
+  /// `socket` must have its own strand as executor. `context` must outlive the connection.
   Connection(boost::asio::ip::tcp::socket socket, Context& context);
 
   void Start();
 
-  /// Closes the connection unless it is at work. On any thread.
+  /// Closes the connection unless it is at work. Any thread.
   void CloseUnlessAtWork();
 
-  /// True once the client has shown that it may use the service, until it has its answer.
+  /// True once the client has shown the right key or needs none, until its answer is sent. Any thread.
   bool IsAtWork() const { return atWork_; }
 
  private:
@@ -47,7 +47,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
   void Linger();
   void SetTimeout(std::chrono::steady_clock::duration silence);
 
-  /// Calls `step` and sends the answer to what it throws.
+  /// Calls `step`. If it throws, sends the answer for that exception.
   template <class Step>
   void Try(Step step);
 

@@ -1,4 +1,4 @@
-// Tables in which identical bytes are kept once, found by their hash.
+// Tables that store identical bytes only once, found by their hash.
 #pragma once
 
 #include "Database.h"
@@ -10,8 +10,8 @@ struct KeptBytes {
   bool isNew = false;
 };
 
-/// The row of `table` that holds `bytes` in `column`, which is added when it is missing. The table has the columns
-/// "number" and "hash", too.
+/// The row of `table` with `bytes` in `column`, added if it is missing. The table must also have the columns "number"
+/// and "hash".
 KeptBytes KeepOnce(Database& database, const char* table, const char* column, std::string_view bytes);
 
 }  // namespace service

@@ -1,4 +1,4 @@
-// What the service takes from the system's cryptography.
+// What the service needs of the system's cryptography. Safe on any thread.
 #pragma once
 
 #include <array>
@@ -11,7 +11,7 @@ namespace service {
 /// 32 random bytes as 43 letters, digits, `-` and `_`. Throws std::runtime_error when the system has none.
 std::string RandomKey();
 
-/// Takes the same time wherever two texts of one length differ.
+/// True if both are equal. Takes the same time wherever two texts of the same length differ.
 bool IsSameSecret(std::string_view a, std::string_view b);
 
 using ContentHash = std::array<unsigned char, 32>;

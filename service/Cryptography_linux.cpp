@@ -12,7 +12,7 @@ const unsigned char* Bytes(std::string_view text) { return reinterpret_cast<cons
 }  // namespace
 
 std::string RandomKey() {
-  if (sodium_init() < 0) throw std::runtime_error("the system has no random numbers");
+  if (sodium_init() < 0) throw std::runtime_error("the system's random source is not available");
   std::array<unsigned char, 32> bytes{};
   randombytes_buf(bytes.data(), bytes.size());
   constexpr int kVariant = sodium_base64_VARIANT_URLSAFE_NO_PADDING;

@@ -22,11 +22,11 @@ struct Blob {
   std::string_view bytes;
 };
 
-/// Not for use from two threads at once. Every operation throws std::runtime_error with SQLite's words when it fails.
+/// One thread at a time. Every operation throws std::runtime_error with SQLite's message when it fails.
 class Database {
  public:
-  /// Opens or creates the file at `path`. Others may read it meanwhile; whoever writes waits for its turn, a few
-  /// seconds at most. Throws DatabaseInUse when another program keeps it for itself.
+  /// Opens or creates the file at `path`. Several connections may read it at the same time; a writer waits for its
+  /// turn, a few seconds at most. Throws DatabaseInUse when another program has locked it.
   explicit Database(const std::string& path);
 
   /// Carries out statements without parameters or rows.
@@ -41,7 +41,7 @@ class Database {
   std::unique_ptr<sqlite3, Close> handle_;
 };
 
-/// One statement with its parameters ?1, ?2 ... The texts given must outlive it.
+/// One statement with its parameters ?1, ?2 ... Texts passed to it must outlive it.
 class Statement {
  public:
   template <class... Values>
@@ -54,7 +54,7 @@ class Statement {
   /// Moves to the next row; false when there is none.
   bool Step();
 
-  /// Reads the first columns of the present row into `values`, in order: std::int64_t, std::string or an optional of
+  /// Reads the first columns of the current row into `values`, in order: std::int64_t, std::string or an optional of
   /// either. Null reads as 0, "" and nullopt.
   template <class... Values>
   void Read(Values&... values) const {

@@ -1,4 +1,4 @@
-// A folder that one process at a time works in.
+// Makes sure that only one process at a time works in a folder.
 #pragma once
 
 #include <memory>
@@ -6,7 +6,7 @@
 
 namespace service {
 
-/// Held from construction to destruction, and given up by the system when the process dies.
+/// Held from construction to destruction; the system releases it when the process dies.
 class FolderLock {
  public:
   /// Throws DatabaseInUse while another process holds it, std::runtime_error when the folder cannot be opened.

@@ -47,7 +47,8 @@ std::map<std::string, std::string_view> ReadForm(std::string_view body, std::str
     body.remove_prefix(headEnd + 4);
     const auto end = body.find(delimiter);
     if (end == std::string_view::npos) RefuseForm();
-    if (!parts.emplace(name, body.substr(0, end)).second) throw HttpError(400, "the form has a part twice");
+    if (!parts.emplace(name, body.substr(0, end)).second)
+      throw HttpError(400, "the form has two parts with the same name");
     body.remove_prefix(end + delimiter.size());
   }
   if (!body.starts_with("--")) RefuseForm();

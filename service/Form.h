@@ -1,4 +1,4 @@
-// Reading multipart forms.
+// Reads multipart forms.
 #pragma once
 
 #include <map>
@@ -7,8 +7,8 @@
 
 namespace service {
 
-/// The parts of the form `body` by name, as views of it. `contentType` is the header that names the boundary. Throws
-/// HttpError 400 when the form is malformed or incomplete, or has two parts of one name.
+/// The parts of the form `body` by name, as views into it. `contentType` is the header that names the boundary. Throws
+/// HttpError 400 when the form is malformed or incomplete, or has two parts with the same name.
 std::map<std::string, std::string_view> ReadForm(std::string_view body, std::string_view contentType);
 
 }  // namespace service

@@ -38,7 +38,7 @@ struct Response {
 /// Sets path and query of `request` from the target of a request line, "/path?name=value".
 void SetTarget(Request& request, std::string_view target);
 
-/// `text` with each %XX replaced by its byte, and "+" by a space where `plusIsSpace`. Other bytes are kept.
+/// `text` with each %XX replaced by its byte, and, if `plusIsSpace`, each "+" by a space. Other bytes are kept.
 std::string PercentDecoded(std::string_view text, bool plusIsSpace = false);
 
 /// The media type of a Content-Type header, in lower case, without parameters.

@@ -1,5 +1,4 @@
-// A request that cannot be answered as asked. Thrown by handlers; the server turns it into the answer
-// {"error":"message"}.
+// A request that is refused. Handlers throw it; the server answers {"error":"message"}.
 #pragma once
 
 #include <stdexcept>

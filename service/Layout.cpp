@@ -52,7 +52,7 @@ constexpr char kLaterTables[] = R"(
     name TEXT PRIMARY KEY,
     value INTEGER NOT NULL))";
 
-// Version 1 kept a content with each record, and its commands were never cancelled and never expired.
+// In version 1 each record had its own content, and commands could not be cancelled and did not expire.
 constexpr char kSetVersion1Aside[] = R"(
   DROP INDEX commands_by_state;
   DROP INDEX records_by_command;

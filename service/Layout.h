@@ -5,10 +5,10 @@
 
 namespace service {
 
-/// Has a database become shorter when its unused pages are given back a few at a time. Writes it anew.
+/// Rewrites a database so that it can later release unused pages a few at a time.
 inline constexpr char kMakeShrinkable[] = "PRAGMA auto_vacuum = INCREMENTAL; VACUUM";
 
-/// Creates the tables in a new database, and brings those of an older version of this service up to date. Throws
+/// Creates the tables in a new database, or updates those of an older version of this service. Throws
 /// std::runtime_error when a newer version wrote them.
 void PrepareLayout(Database& database);
 

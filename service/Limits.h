@@ -1,4 +1,4 @@
-// What one client, and all of them together, may take of the service.
+// How much of the service one client, and all of them together, may use.
 #pragma once
 
 #include <atomic>
@@ -10,9 +10,9 @@
 namespace service {
 
 inline constexpr std::size_t kHeadBytes = 16 << 10;       ///< request line and headers
-inline constexpr std::size_t kSmallBodyBytes = 64 << 10;  ///< messages without a file, and bodies without a right key
+inline constexpr std::size_t kSmallBodyBytes = 64 << 10;  ///< messages without a file; bodies before the right key
 inline constexpr std::size_t kConnections = 500;          ///< open at the same time
-inline constexpr std::size_t kThreads = 16;  ///< that read, carry out and answer requests; some wait for each other
+inline constexpr std::size_t kThreads = 16;  ///< that read, execute and answer requests; some wait for each other
 
 /// How long things may take.
 struct Times {
@@ -20,14 +20,14 @@ struct Times {
   std::chrono::milliseconds silence = std::chrono::seconds(30);   ///< between two pieces of a body
   std::chrono::milliseconds request = std::chrono::seconds(150);  ///< all of it; the plug-in gives up after 120 s
   std::chrono::milliseconds download = std::chrono::hours(1);     ///< of a file, which may be large
-  std::chrono::milliseconds linger = std::chrono::seconds(10);    ///< for a sender that is answered before its end
-  std::chrono::milliseconds end = std::chrono::seconds(3);        ///< for requests at work when the service ends
-  std::chrono::milliseconds comment = std::chrono::seconds(15);   ///< between two signs of life in a stream of events
-  std::chrono::milliseconds poll = std::chrono::seconds(10);      ///< without a poll, until no plug-in is connected
-  std::chrono::milliseconds watch = std::chrono::seconds(1);      ///< between two looks at what time has changed
+  std::chrono::milliseconds linger = std::chrono::seconds(10);    ///< for a sender that was answered while it sent
+  std::chrono::milliseconds end = std::chrono::seconds(3);        ///< for requests in progress when the service ends
+  std::chrono::milliseconds comment = std::chrono::seconds(15);   ///< of silence in a stream of events before a comment
+  std::chrono::milliseconds poll = std::chrono::seconds(10);      ///< without a poll before the plug-in counts as gone
+  std::chrono::milliseconds watch = std::chrono::seconds(1);      ///< between two checks of what only time changes
 };
 
-/// Bodies above the limit, and bodies that come while the others already fill twice the limit, are refused.
+/// Bodies above the limit are refused, and so are bodies that arrive while all others already take twice the limit.
 class BodyLimit {
  public:
   explicit BodyLimit(std::size_t bytes) : bytes_(bytes) {}
@@ -40,10 +40,10 @@ class BodyLimit {
   std::atomic<std::size_t> held_ = 0;
 };
 
-/// One request's body as it is received. Counts towards the limit while it lives. One thread at a time.
+/// One request's body as it is received. Counts towards the limit while it exists. One thread at a time.
 class Body {
  public:
-  /// `most` bytes are accepted, or the limit's if that is less.
+  /// Accepts at most `most` bytes, or as many as the limit allows if that is less.
   Body(BodyLimit& limit, std::size_t most);
   ~Body() { limit_.held_ -= bytes_.size(); }
   Body(const Body&) = delete;
@@ -52,7 +52,7 @@ class Body {
   /// Throws HttpError 413 for a request that announces more bytes than accepted.
   void Announce(std::size_t bytes) const;
 
-  /// Throws HttpError 413 or 503 when the bytes are too many.
+  /// Throws HttpError 413 when this body becomes too large, 503 when all bodies together do.
   void Append(std::string_view bytes);
 
   const std::string& bytes() const { return bytes_; }
@@ -63,8 +63,8 @@ class Body {
   std::string bytes_;
 };
 
-/// Allows this process descriptors for all connections as far as the system permits, and returns how many connections
-/// fit. On macOS a process may have 256 descriptors by default.
+/// Raises this process's limit of descriptors as far as the system permits and the connections need, and returns how
+/// many connections fit. On macOS the default is 256 descriptors.
 std::size_t ReserveConnections();
 
 }  // namespace service

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t kLongestEcho = 60;
 
-// Takes the parser's events, so that a large body is not built up as a document first. The parser calls these names.
+// Receives the parser's events, so that a large body is not built as a document first. The parser fixes these names.
 class Reader : public nlohmann::json_sax<nlohmann::json> {
  public:
   explicit Reader(const std::vector<Member>& members) : members_(members) {}
@@ -43,7 +43,7 @@ class Reader : public nlohmann::json_sax<nlohmann::json> {
   bool number_unsigned(number_unsigned_t) override { return OtherValue(); }
   bool number_float(number_float_t, const string_t&) override { return OtherValue(); }
   bool binary(binary_t&) override { return OtherValue(); }
-  // The parser's own words would quote the input, which may hold the account key.
+  // The parser's own message would quote the input, which may contain the account key.
   bool parse_error(std::size_t position, const std::string&, const nlohmann::json::exception&) override {
     throw HttpError(400, "the body is not JSON in UTF-8: error at byte " + std::to_string(position));
   }

@@ -1,4 +1,4 @@
-// The form of every JSON message that the service takes: one object whose members are strings.
+// The form of every JSON message that the service accepts: one object whose members are strings.
 #pragma once
 
 #include <map>

@@ -1,4 +1,4 @@
-// The operator interface: queue and cancel commands, list what there is, fetch results, delete old data.
+// The operator interface: queue and cancel commands, list commands and records, fetch results, delete old data.
 #include "HttpError.h"
 #include "Message.h"
 #include "Parameters.h"
@@ -111,7 +111,7 @@ Response ShowCommand(Context& context, const Request& request) {
   return JsonAnswer(json);
 }
 
-// The bytes as they came; a browser must not mistake them for a page of this service.
+// The bytes verbatim, with a type that no browser mistakes for a page of this service.
 Response AnswerContent(Context& context, std::int64_t record) {
   return {200, context.store.Content(record), "application/octet-stream"};
 }

@@ -46,7 +46,7 @@ struct Options {
   std::optional<long> olderThan;  ///< seconds
   std::optional<long> keep;
 
-  std::string design;               ///< path of an export, id or file of a stored one; the older of two
+  std::string design;               ///< path of an export, or id or file name of a stored design; the older of two
   std::string newer;                ///< the newer of two
   std::string of;                   ///< name or UUID of an element
   std::vector<std::string> others;  ///< exports of other files of the solution
@@ -60,8 +60,8 @@ struct Options {
   std::string Folder() const;
 };
 
-/// Reads the command line and carries out its subcommand. Returns the exit status; throws UsageError, or any
-/// std::exception of the subcommand.
+/// Parses the command line and runs its subcommand. Returns the exit status; throws UsageError, or any std::exception
+/// of the subcommand.
 int RunCommandLine(int argc, char** argv);
 
 }  // namespace service

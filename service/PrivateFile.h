@@ -6,15 +6,15 @@
 
 namespace service {
 
-/// Throws std::runtime_error when another user owns the file or folder or can write to it: what is there could have
-/// FileMaker carry out commands of theirs. Accepts what does not exist yet.
+/// Throws std::runtime_error when another user owns the file or folder or can write to it, because they could make
+/// FileMaker run commands. Accepts a path that does not exist yet.
 void CheckPrivate(const std::string& path);
 
 /// The account key that is kept in the data folder; nothing when there is none.
 std::optional<std::string> ReadKey(const std::string& folder);
 
-/// The same, after making one at random and writing it, for this user only, where there was none. Throws
-/// std::runtime_error.
+/// The account key in the data folder. If there is none, makes a random one and writes it, readable by this user only.
+/// Throws std::runtime_error.
 std::string ReadOrMakeKey(const std::string& folder);
 
 }  // namespace service

@@ -16,7 +16,7 @@ std::string RunProgram(const Words& words, Output output) {
   std::string line;
   for (const std::string& word : words) line += (line.empty() ? "" : " ") + word;
   std::vector<char*> arguments;
-  for (const std::string& word : words) arguments.push_back(const_cast<char*>(word.c_str()));  // spawn changes none
+  for (const std::string& word : words) arguments.push_back(const_cast<char*>(word.c_str()));  // never modified
   arguments.push_back(nullptr);
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);

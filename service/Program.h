@@ -11,8 +11,8 @@ using Words = std::vector<std::string>;
 
 enum class Output { kShow, kDiscard };
 
-/// Runs the program and waits for its end. `output` is for both of its streams. Returns why it failed; "" when it did
-/// not.
+/// Runs the program and waits for its end. `output` applies to both of its streams. Returns why it failed; "" if it
+/// succeeded.
 std::string RunProgram(const Words& words, Output output = Output::kShow);
 
 }  // namespace service

@@ -9,7 +9,7 @@ namespace service {
 /// "95 s", "3 min", "2 h".
 std::string DescribeDuration(long seconds);
 
-/// The state of a command of the operator interface and for how long: "delivered 8 s ago, no completion".
+/// The state of a command from the operator interface, and since when: "delivered 8 s ago, no completion".
 std::string DescribeState(const nlohmann::json& command);
 
 /// Keeps a line on the terminal (standard error) up to date, and shows each diagnostic above it once.

@@ -1,4 +1,4 @@
-// Sign-in, poll, results, diagnostics, completions and the version check, as the plug-in speaks them.
+// The plug-in's requests: sign-in, poll, results, diagnostics, completions and the version check.
 #include "HttpError.h"
 #include "Message.h"
 #include "Routes.h"
@@ -64,7 +64,7 @@ Response Complete(Context& context, const Request& request) {
   return JsonAnswer({{"ok", true}});
 }
 
-// The plug-in takes the first "id" and "type" of the text, so they come first.
+// The plug-in uses the first "id" and "type" in the text, so they must come first.
 Response Poll(Context& context, const Request& request) {
   context.lastPoll.Note(request.Parameter("version"));
   const auto command = context.store.Deliver();

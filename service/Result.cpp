@@ -16,7 +16,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 constexpr auto kLookInterval = std::chrono::milliseconds(200);
 
-// Shows the state on a terminal meanwhile.
+// Meanwhile shows the state on a terminal.
 nlohmann::json WaitFor(Client& client, const std::string& path, Clock::time_point end) {
   Progress progress(isatty(STDERR_FILENO) != 0);
   const auto pause = [end] {
@@ -51,7 +51,7 @@ ExitStatus Report(Client& client, const std::string& path, const nlohmann::json&
 }  // namespace
 
 void PrintContent(const std::string& content) {
-  // A terminal gets what it can show, and no prompt after it on the same line. Files and pipes get the bytes alone.
+  // A terminal gets visible text and a final newline, so that the prompt starts a line. Files and pipes get the bytes.
   const bool onTerminal = isatty(STDOUT_FILENO) != 0;
   std::cout << (onTerminal ? TextForTerminal(content) : content);
   if (onTerminal && !content.empty() && content.back() != '\n') std::cout << '\n';

@@ -21,17 +21,17 @@ struct Waiting {
   std::function<void(const std::string& trouble)> showTrouble;  ///< the service does not answer
 };
 
-/// The command once it is finished, or as it is when the wait ends. A service that is being restarted is no reason to
-/// give up: it keeps its commands. Throws Unreachable when there is no service in the end, other ServiceErrors, and
-/// what the functions throw.
+/// The command once it is finished, or its state when the wait ends. Goes on waiting while the service is restarted,
+/// because it keeps its commands. Throws Unreachable when there is still no service at the end, other ServiceErrors,
+/// and what the functions throw.
 nlohmann::json AwaitCommand(Client& client, const std::string& path, const Waiting& waiting);
 
-/// Waits until the command is finished, prints its result on the standard output or its error on the other, and
+/// Waits until the command is finished, prints its result on standard output or its error on standard error, and
 /// returns the exit status of the subcommand.
 ExitStatus AwaitResult(Client& client, const std::string& id, std::chrono::seconds wait);
 
-/// Prints bytes on the standard output: verbatim, but on a terminal without control characters and ended by a newline.
-/// Throws std::runtime_error.
+/// Prints bytes on standard output: verbatim, but on a terminal with control characters made visible and a final
+/// newline. Throws std::runtime_error.
 void PrintContent(const std::string& content);
 
 }  // namespace service

@@ -9,7 +9,7 @@
 namespace service {
 namespace {
 
-// The open segments of `path`; nothing when it does not match.
+// The segments of `path` that "*" matches; nothing when `path` does not match.
 std::optional<std::vector<std::string>> Match(std::string_view pattern, std::string_view path) {
   std::vector<std::string> captures;
   for (;;) {
@@ -27,8 +27,8 @@ std::optional<std::vector<std::string>> Match(std::string_view pattern, std::str
   }
 }
 
-// The console's page has a session in place of the key. An old browser sends no Origin with its GET, but no cookie
-// either when the page is of another site.
+// The console's page has a session instead of the key. An old browser sends no Origin with a GET request; but from a
+// page of another site it sends no cookie either.
 void CheckOperator(const Context& context, const Request& request) {
   const bool isOldBrowser = request.method == "GET" && request.Header("sec-fetch-site").empty() &&
                             !request.headers.contains("origin") && HasSessionCookie(request);
@@ -68,7 +68,7 @@ void CheckBody(const Route& route, const Request& request) {
   }
 }
 
-// How the key is introduced, and what follows it, in the JSON messages and in the form of the plug-in.
+// What precedes and follows the key in the plug-in's JSON messages and in its form.
 struct KeyMark {
   std::string_view before;
   std::string_view after;

@@ -1,4 +1,4 @@
-// From a request to the function that answers it.
+// Finds the function that answers a request, and checks whether the request is allowed.
 #pragma once
 
 #include <string>
@@ -10,27 +10,27 @@ namespace service {
 
 struct Context;
 
-/// Where a request carries the account key. Instead of one in a header, the console's page may have a session. Without
-/// key, and open to the console's page too, are the requests of `kConsole`.
+/// Where a request carries the account key. For `kHeader`, the console's page may have a session instead. `kNone` and
+/// `kConsole` need no key; `kConsole` is open to the console's page, too.
 enum class KeyPlace { kNone, kPath, kQuery, kHeader, kBody, kConsole };
 
 struct Route {
   const char* method;
-  const char* pattern;  ///< "*" leaves a segment open; as the last one, the rest of the path
+  const char* pattern;  ///< "*" matches any segment; at the end, the rest of the path
   KeyPlace key;
   bool takesFile;  ///< its body may be as large as the service permits
   bool takesForm;  ///< its body must be a multipart form, otherwise must not be one
   Response (*answer)(Context&, const Request&);
 };
 
-/// The route of a request, whose open segments are stored in `request`. Throws HttpError 404 or 405.
+/// The route of a request. Stores the segments that "*" matched in `request`. Throws HttpError 404 or 405.
 const Route& FindRoute(Request& request);
 
-/// Checks what can be checked before the body is read: the method, web pages, the key where it is not in the body, the
-/// length and the type of the body. Throws HttpError.
+/// Checks what can be checked before the body is read: the method, web pages, the key unless it is in the body, the
+/// body's length and type. Returns the route. Throws HttpError.
 const Route& Admit(Context& context, Request& request);
 
-/// True when the first bytes of a body have shown the right key, or no key is needed.
+/// True when `body`, the first bytes of a body, contains the right key, or no key is needed.
 bool ShowsKey(const Context& context, std::string_view body);
 
 }  // namespace service

@@ -30,7 +30,7 @@ void Context::Log(const std::string& event) const {
 std::string ServiceVersion() { return VARNIX_VERSION; }
 
 Response JsonAnswer(const Json& json, int status) {
-  // What is kept is UTF-8 when it comes in; only the echo of a wrong request may be cut or never have been.
+  // Stored text is UTF-8. Only the echo of a wrong request may be cut within a character or not be UTF-8.
   return {status, json.dump(-1, ' ', false, Json::error_handler_t::replace)};
 }
 

@@ -22,7 +22,7 @@ namespace service {
 
 using Json = nlohmann::ordered_json;
 
-/// When a plug-in last asked for a command, and which version it said it was. Safe on any thread.
+/// When a plug-in last asked for a command, and the version that it reported. Safe on any thread.
 class LastPoll {
  public:
   void Note(const std::string& pluginVersion);
@@ -30,7 +30,7 @@ class LastPoll {
   /// {"secondsSincePoll":N,"pluginVersion":"V"}, both null when there was no poll since the service started.
   Json Describe() const;
 
-  /// True when the last poll was not longer ago than `age`.
+  /// True when the last poll was at most `age` ago.
   bool IsRecent(std::chrono::milliseconds age) const;
 
  private:
@@ -53,34 +53,34 @@ struct Context {
   std::string url = {};  ///< of the service, "http://127.0.0.1:8765"; set by the server
   DesignCache designs = {};
   AgentMode agents = AgentMode::kFull;
-  std::function<void()> storeChanged = [] {};  ///< a file came in or old data was deleted; safe on any thread
+  std::function<void()> storeChanged = [] {};  ///< a file was received or old data deleted; safe on any thread
 
   /// Logs what happened, on one line and without the key. Safe on any thread if `log` is.
   void Log(const std::string& event) const;
 };
 
-/// What the plug-in sends and asks.
+/// The plug-in's requests without a file.
 std::span<const Route> ProtocolRoutes();
 
-/// Messages of the plug-in that carry a file.
+/// Requests that carry a file.
 std::span<const Route> UploadRoutes();
 
-/// What people, editors and the other subcommands ask.
+/// Commands and records, for people, editors and the other subcommands.
 std::span<const Route> OperatorRoutes();
 
-/// What they ask about the designs that were received.
+/// The designs that were received.
 std::span<const Route> DesignRoutes();
 
-/// What they ask about clips.
+/// The clips.
 std::span<const Route> ClipRoutes();
 
 /// The console's page, and who may use it.
 std::span<const Route> ConsoleRoutes();
 
-/// What connects FileMaker to the service.
+/// How to connect FileMaker to the service.
 std::span<const Route> SetupRoutes();
 
-/// How much is kept, and what deletes and copies it.
+/// How much is stored, deletions, and backups.
 std::span<const Route> StorageRoutes();
 
 /// The version of this service.

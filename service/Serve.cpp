@@ -37,13 +37,13 @@ ListenAddress ParseListenAddress(const std::string& text) {
 // Empty when the service needs none.
 std::string AccountKey(const Options& options, const ListenAddress& address) {
   if (options.noKey) {
-    if (!options.key.empty()) throw UsageError("--no-key and a key exclude each other");
+    if (!options.key.empty()) throw UsageError("--no-key and a key cannot be combined");
     if (!IsLoopback(address.host)) throw UsageError("to be reached from other machines, the service needs a key");
     return {};
   }
   const std::string key = options.key.empty() ? ReadOrMakeKey(options.Folder()) : options.key;
   if (!IsSendableKey(key)) {
-    throw UsageError("a key is made of letters, digits and - . _ ~, because it is sent in addresses unescaped");
+    throw UsageError("a key consists of letters, digits and - . _ ~, because it is sent in addresses unescaped");
   }
   return key;
 }
@@ -74,7 +74,7 @@ ExitStatus RunServe(const Options& options) {
   const auto address = ParseListenAddress(options.listen);
   umask(077);  // what FileMaker sends is for its user only
   const sigset_t signals = BlockEndSignals();
-  if (options.noKey) AccountKey(options, address);  // refuses before a folder is made
+  if (options.noKey) AccountKey(options, address);  // refuses before a folder is created
   Store store(options.Folder());
   RemoveBackups(options.Folder());
   const std::string key = AccountKey(options, address);

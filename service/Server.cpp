@@ -22,12 +22,12 @@ using asio::ip::tcp;
 
 constexpr auto kPauseWithoutDescriptors = std::chrono::milliseconds(100);
 
-// An IPv6 address has brackets around it before a port.
+// In an address with a port, an IPv6 address is in brackets.
 std::string InAddress(const std::string& host) { return host.find(':') != std::string::npos ? '[' + host + ']' : host; }
 
 }  // namespace
 
-// Accepts connections, keeps them below their number, and runs the threads.
+// Accepts connections, limits their number, and runs the threads.
 class Server::Listener {
  public:
   Listener(const ListenAddress& address, Context& context)
@@ -88,7 +88,7 @@ class Server::Listener {
     });
   }
 
-  // When all places are taken, the client that has been connected longest without showing the key is dropped.
+  // At the limit, the client that has been connected longest without showing the key is dropped.
   void Serve(tcp::socket socket) {
     connections_.remove_if([](const auto& entry) { return entry.expired(); });
     if (connections_.size() >= most_ && !CloseOldestIdle()) return;

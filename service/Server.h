@@ -13,11 +13,11 @@ struct ListenAddress {
   int port = 0;      ///< 0 lets the system choose
 };
 
-/// Answers requests from its construction to its destruction, which lets requests at work end within their time.
+/// Answers requests from its construction to its destruction, which waits a limited time for requests in progress.
 class Server {
  public:
-  /// Sets the url of `context`, with the port that is really used; `context` must outlive the server. Throws
-  /// std::runtime_error when the address cannot be listened on.
+  /// Sets the url of `context`, with the actual port; `context` must outlive the server. Throws std::runtime_error when
+  /// it cannot listen on the address.
   Server(const ListenAddress& address, Context& context);
   ~Server();
 

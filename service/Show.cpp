@@ -18,7 +18,7 @@ void Flush() {
   if (!std::cout.flush()) throw std::runtime_error("the output cannot be written");
 }
 
-// The first line of a member, after two spaces; nothing without it.
+// The first line of a member, after two spaces; nothing when it is missing.
 std::string Column(const json& object, const char* name) {
   const std::string text = object.value(name, "");
   return text.empty() ? "" : "  " + LineForTerminal(text.substr(0, text.find_first_of("\r\n")));

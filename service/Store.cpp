@@ -70,8 +70,8 @@ std::uint64_t InodeOf(const std::string& path) {
   return stat(path.c_str(), &status) == 0 ? static_cast<std::uint64_t>(status.st_ino) : 0;
 }
 
-// Whether records of the two could be taken for each other's. The push of a clipboard has no label and the others have
-// one, so only equal names count.
+// Whether the results of the two could be confused. Only equal names count, because a clipboard push has no label and
+// the other pushes have one.
 bool ResultsOverlap(const CommandType& a, const CommandType& b) {
   const auto text = [](const char* name) { return std::string_view(name == nullptr ? "" : name); };
   return a.resultKind != nullptr && text(a.resultKind) == text(b.resultKind) &&
@@ -114,9 +114,9 @@ std::int64_t NextToDeliver(Database& database, std::int64_t now) {
   return 0;
 }
 
-// The plug-in's pushes and uploads name no command, but each goes out just before its command's completion: the newest
-// that suits and belongs to no other command is the one. A clipboard push has no label, unlike those that a FileMaker
-// script sends by itself; an upload that names another file than the one asked for answers another request.
+// The plug-in's pushes and uploads name no command, but each is sent just before its command's completion. So the
+// result is the newest one that fits and belongs to no other command. A clipboard push has no label, unlike those that
+// a FileMaker script sends by itself. An upload with the name of another file answers another request.
 void ClaimResult(Database& database, const Command& command, std::int64_t recordsBefore) {
   const CommandType* type = FindCommandType(command.type);
   if (type == nullptr || type->resultKind == nullptr) return;
@@ -273,7 +273,7 @@ Completion Store::Complete(const std::string& id, const std::string& state, cons
 }
 
 std::int64_t Store::Add(const Record& record) {
-  // Reading the content takes its time: polls must not wait for it.
+  // Before the lock: reading the content takes time, and polls must not wait for it.
   const bool mayBeClip = record.kind == "push" || record.kind == "clip";
   const auto clip = mayBeClip ? DescribeClip(record.name, record.label, record.content) : std::nullopt;
   const std::lock_guard lock(mutex_);

@@ -1,4 +1,4 @@
-// What the service remembers: the commands, and everything that the plug-in sent.
+// What the service stores: the commands, and everything that the plug-in sent.
 #pragma once
 
 #include <chrono>
@@ -26,7 +26,7 @@ struct Command {
   CommandArguments arguments;
 };
 
-/// Something received. What name and label hold depends on the kind; docs/bridge-service.md has the list.
+/// Something received. The meaning of name and label depends on the kind; docs/bridge-service.md has the list.
 struct Record {
   std::string_view kind;  ///< "sign-in", "push", "diagnostic", "ingest", "snapshot", "upload" or "clip"
   std::string_view name;
@@ -68,7 +68,7 @@ struct Pruned {
   std::int64_t records = 0;
 };
 
-/// How long records and commands are kept. Without days nothing is deleted.
+/// How long records and commands are kept. Without `days` nothing is deleted.
 struct Retention {
   std::optional<std::int64_t> days;
   std::optional<std::int64_t> keep;  ///< the newest of each kind and name are never deleted
@@ -90,20 +90,20 @@ struct Totals {
   std::int64_t bytes = 0;  ///< of the records' contents, each counted once
 };
 
-/// A browser that shows the console. The hash is that of a secret which only the browser has.
+/// A browser in which the console is open. The hash is that of a secret which only the browser has.
 struct ConsoleSession {
   ContentHash hash{};
   std::int64_t ends = 0;  ///< milliseconds since 1970
 };
 
-/// The database file was removed or replaced while the service runs: nothing would survive it.
+/// The database file was removed or replaced while the service runs, so nothing more would be kept.
 class StoreGone : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Safe on any thread. What an operation has done is on the disk when it returns; only Prune and the deletions forget.
-/// Operations throw std::runtime_error when the disk fails them, StoreGone among these. None waits long for another,
-/// whatever is pruned.
+/// Safe on any thread. When an operation returns, its effect is on disk; only Prune and the deletions delete anything.
+/// Operations throw std::runtime_error when the disk fails, for example StoreGone. None waits long for another, even
+/// while much is pruned.
 class Store {
  public:
   /// Milliseconds since 1970.
@@ -121,38 +121,39 @@ class Store {
   /// open. Refuses a folder or database that other users can write to.
   explicit Store(const std::string& folder, Clock clock = SystemTime);
 
-  /// Has `changed` called after each change, on the thread that made it. Call it before others use the store.
+  /// Sets `changed` to be called after each change, on the thread that made it. To be called before the store is
+  /// shared.
   void Observe(std::function<void(Change)> changed) { changed_ = std::move(changed); }
 
-  /// Queues a command and returns its new id, 16 hexadecimal digits. It expires when nobody has asked for it within
-  /// `queuedFor`, or within the time that its type has. `agent` is the AI assistant that wants it, if any.
+  /// Queues a command and returns its new id, 16 hexadecimal digits. It expires if no plug-in fetches it within
+  /// `queuedFor`, by default the time of its type. `agent` is the AI assistant that queues it, if any.
   std::string Enqueue(const CommandType& type, const CommandArguments& arguments,
                       std::optional<std::chrono::seconds> queuedFor = {}, const std::string& agent = "");
 
   /// The command as it was queued, so that it can be queued again; nothing when there is no such command.
   std::optional<Command> Sent(const std::string& id);
 
-  /// Takes the oldest queued command that can be delivered now and marks it delivered: no later call returns it again.
-  /// A command whose result could be confused with that of one delivered before waits until that one is finished, or
-  /// has had as long as its type takes.
+  /// Returns the oldest queued command that can be delivered now and marks it delivered, so that no later call returns
+  /// it again. If its result could be confused with that of a delivered command, a command waits until that one is
+  /// finished or has had as long as its type takes.
   std::optional<Command> Deliver();
 
-  /// Ends the queued commands whose time is over. Every other operation on commands does so too.
+  /// Ends the queued commands that have expired. Every other operation on commands does so, too.
   void Expire();
 
   /// Ends a queued command.
   Cancellation Cancel(const std::string& id);
 
-  /// Ends a command that is queued or delivered, for a person who no longer waits for it. The plug-in may still carry
-  /// out what was delivered. The command stays cancelled then, but what the plug-in sends becomes its result and is not
-  /// taken for that of another.
+  /// Ends a queued or delivered command for a person who no longer waits for it. The plug-in may still carry out a
+  /// delivered one. The command then stays cancelled, but what the plug-in sends becomes its result, so that it is not
+  /// taken for the result of another command.
   Cancellation Forget(const std::string& id);
 
-  /// Ends a delivered command as `state`, and finds the result of a completed one among the records since its delivery.
-  /// Saying the same twice is accepted.
+  /// Ends a delivered command as `state`, "completed" or "failed", and finds the result of a completed one among the
+  /// records since its delivery. Repeating the same state is accepted.
   Completion Complete(const std::string& id, const std::string& state, const std::optional<std::string>& error);
 
-  /// Keeps a record and returns its number. A diagnostic joins the schema request that was delivered last.
+  /// Stores a record and returns its number. A diagnostic is added to the schema request that was delivered last.
   std::int64_t Add(const Record& record);
 
   /// The newest commands, at most `limit`, oldest first; all states when `state` is empty.
@@ -165,11 +166,11 @@ class Store {
   std::optional<RecordSummary> FindRecord(std::int64_t number);
   std::string Content(std::int64_t number);
 
-  /// Forgets the records and finished commands that are older than `age`, but keeps the newest `keep` records of each
-  /// kind and name, clips with tags and clips that a person added. Gives the space back to the disk.
+  /// Deletes the records and finished commands that are older than `age`, but keeps the newest `keep` records of each
+  /// kind and name, clips with tags and clips that a person added. Returns the freed space to the disk.
   Pruned Prune(std::chrono::seconds age, std::int64_t keep);
 
-  /// Deletes one record. The command whose result it was has none any longer. False when there is no such record.
+  /// Deletes one record. A command whose result it was no longer has one. False when there is no such record.
   bool DeleteRecord(std::int64_t number);
 
   /// The uploads from the record `number` on that have the same content, oldest first.
@@ -186,27 +187,27 @@ class Store {
   Retention GetRetention();
   void SetRetention(const Retention& retention);
 
-  /// The clips that `filter` finds, at most `limit`. A clip lives as long as its content; its tags go with it.
+  /// The clips that match `filter`, at most `limit`. A clip and its tags exist as long as its content.
   ClipList Clips(const ClipFilter& filter, std::int64_t limit);
   std::optional<Clip> FindClip(std::int64_t id);
   std::string ClipContent(std::int64_t id);
 
-  /// The clip that a record brought; 0 when it brought none.
+  /// The id of the clip that a record contains; 0 when it contains none.
   std::int64_t ClipOf(std::int64_t record);
 
   /// False when there is no such clip.
   bool TagClip(std::int64_t id, const std::vector<std::string>& tags);
 
-  /// Deletes a clip with the records that brought it. False when there is no such clip.
+  /// Deletes a clip and the records that contain it. False when there is no such clip.
   bool DeleteClip(std::int64_t id);
 
   /// The sessions of the console that have not ended, oldest first.
   std::vector<ConsoleSession> Sessions();
 
-  /// Keeps a session, and of all of them only the newest `most`.
+  /// Stores a session, and deletes all but the newest `most`.
   void KeepSession(const ConsoleSession& session, std::size_t most);
 
-  /// The present time by the store's clock.
+  /// The current time of the store's clock.
   std::int64_t Now() const { return clock_(); }
 
  private:
@@ -214,8 +215,8 @@ class Store {
   Cancellation Withdraw(const std::string& id, bool alsoDelivered);
   void ReportDeletion();
   void GiveSpaceBack();
-  bool DropContents();  // deletes a step's worth of what no record has; false when there is nothing
-  bool Shrink();        // makes the file a step shorter; false when it has no unused pages
+  bool DropContents();  // deletes one step of contents without a record; false when there are none
+  bool Shrink();        // makes the file one step shorter; false when it has no unused pages
 
   std::mutex mutex_;
   Clock clock_;

@@ -1,4 +1,4 @@
-// What is deleted from the store, how large it is, and what it keeps for the console.
+// Deletions from the store, its size, and what it stores for the console.
 #include <algorithm>
 #include <thread>
 
@@ -8,7 +8,7 @@
 namespace service {
 namespace {
 
-// A poll that comes meanwhile waits for one step, and gets its turn between two.
+// A poll that arrives meanwhile waits for one step at most.
 constexpr std::int64_t kStepBytes = 8 << 20;
 constexpr std::chrono::milliseconds kPauseBetweenSteps{5};
 constexpr std::int64_t kIncremental = 2;  // of SQLite's auto_vacuum
@@ -56,8 +56,8 @@ Pruned Store::Prune(std::chrono::seconds age, std::int64_t keep) {
   return pruned;
 }
 
-// Begins with what a process that was killed has left. The deletion itself is done, so a failure is no reason to report
-// one: the space is used again, or given back the next time.
+// Also continues the work of a process that was killed. A failure is not reported, because the deletion itself has
+// succeeded: the space is reused, or released the next time.
 void Store::GiveSpaceBack() try {
   while (DropContents() || Shrink()) std::this_thread::sleep_for(kPauseBetweenSteps);
 } catch (const std::runtime_error&) {

@@ -1,4 +1,5 @@
-// What varnix-service does, one function for each subcommand. They throw std::exception, UsageError among them.
+// The subcommands of varnix-service, one function each. They print their results and return the exit status. They throw
+// std::exception, UsageError for wrong arguments; the caller prints it.
 #pragma once
 
 #include "Options.h"

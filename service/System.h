@@ -1,4 +1,4 @@
-// What differs between the systems that the service runs on.
+// What differs between the operating systems.
 #pragma once
 
 #include <string>

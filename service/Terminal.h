@@ -1,4 +1,4 @@
-// What is shown on a terminal: colours, progress, and texts that others wrote.
+// Output on a terminal: colours, progress, and text from other sources.
 #pragma once
 
 #include <functional>
@@ -7,11 +7,11 @@
 
 namespace service {
 
-/// Colours texts for a terminal; gives them back as they are otherwise.
+/// Colours texts for a terminal; otherwise returns them unchanged.
 class Colours {
  public:
   explicit Colours(bool isOn) : isOn_(isOn) {}
-  /// On when the standard output is a terminal that is not asked for plain text by $NO_COLOR or $TERM=dumb.
+  /// On when standard output is a terminal, unless $NO_COLOR or $TERM=dumb asks for plain text.
   static Colours OfOutput();
 
   std::string Bold(std::string_view text) const { return Paint("1", text); }
@@ -25,15 +25,15 @@ class Colours {
   bool isOn_;
 };
 
-/// Shows how much of `task` is done on the standard error, one line that is overwritten and in the end removed; shows
-/// nothing when that is no terminal, or when the work takes less than a moment.
+/// Shows on standard error how much of `task` is done, in one line that is overwritten and finally removed. Shows
+/// nothing when standard error is not a terminal or the work is quick.
 std::function<void(std::size_t done, std::size_t total)> ShowProgress(std::string task);
 
-/// `text` with its control characters visible, as \x1B, apart from tabs and line endings: a terminal would carry out
-/// what they begin.
+/// `text` with visible control characters, such as \x1B, except tabs and line endings, so that the terminal does not
+/// execute them.
 std::string TextForTerminal(std::string_view text);
 
-/// The same with line endings and tabs as spaces.
+/// `text` likewise, with spaces for line endings and tabs.
 std::string LineForTerminal(std::string_view text);
 
 }  // namespace service

@@ -1,4 +1,4 @@
-// Requests that carry whole files: the live upload that answers a schema request, the snapshot, the form of
+// Requests with whole files: the live upload that answers a schema request, the snapshot, the form of
 // Varnix.UploadFile, and a design that a person adds.
 #include "Cryptography.h"
 #include "Form.h"

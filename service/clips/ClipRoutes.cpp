@@ -48,7 +48,7 @@ Response SendClip(Context& context, const Request& request) {
   return {200, context.store.ClipContent(NamedClip(context, request).id), "application/octet-stream"};
 }
 
-// The plug-in passes texts on in UTF-8.
+// The plug-in expects UTF-8.
 std::string Decoded(std::string_view bytes) {
   std::vector<std::string> notes;
   try {
@@ -63,7 +63,7 @@ Response AddClip(Context& context, const Request& request) {
   std::string error;
   const auto snippet = solution::ReadSnippet(content, error);
   if (!snippet) throw HttpError(400, "the content " + error);
-  if (snippet->xmlType.empty()) throw HttpError(400, "the content has no object that FileMaker could paste");
+  if (snippet->xmlType.empty()) throw HttpError(400, "the content contains no object that FileMaker could paste");
   const auto label = name.empty() ? std::nullopt : std::optional<std::string_view>(name);
   const std::int64_t record = context.store.Add({"clip", snippet->xmlType, label, content});
   context.Log("clip added: " + snippet->title);

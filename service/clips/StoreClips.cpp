@@ -1,4 +1,4 @@
-// What the store knows about clips.
+// The store's operations on clips.
 #include "Store.h"
 #include "design/Names.h"
 
@@ -30,7 +30,7 @@ std::string Delimited(const std::string& tag) { return tag.empty() ? tag : '\n' 
 
 ClipList Store::Clips(const ClipFilter& filter, std::int64_t limit) {
   CheckFile();
-  Database database(path_);  // of its own: a search takes time, and polls must not wait for it
+  Database database(path_);  // a separate connection: a search takes time, and polls must not wait for it
   const std::string text = solution::FoldCase(filter.text), tag = Delimited(filter.tag);
   ClipList list;
   const std::string counting =

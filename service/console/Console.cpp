@@ -12,7 +12,7 @@ namespace {
 
 std::string CookieName(const Request& request) { return "varnix-console-" + HostPort(request.Header("host")); }
 
-// A page on another port can set a cookie of this name too, so there may be several.
+// A page on another port can also set a cookie with this name, so there may be several.
 std::vector<std::string_view> Secrets(const std::string& cookies, const std::string& name) {
   std::vector<std::string_view> secrets;
   for (std::string_view rest = cookies; !rest.empty();) {

@@ -1,4 +1,4 @@
-// How a browser comes to the console and stays signed in to it.
+// How a browser opens the console and stays signed in to it.
 #pragma once
 
 #include <string>
@@ -13,8 +13,8 @@ struct Context;
 /// The service's address as the sender of `request` knows it.
 std::string UrlFor(const Context& context, const Request& request);
 
-/// The address that opens the console of the service at `url` with `token`. A service that listens everywhere is looked
-/// for on this machine.
+/// The address that opens the console of the service at `url` with `token`. For a service that listens on all addresses
+/// it is that of this machine.
 std::string ConsoleAddress(const std::string& url, const std::string& token);
 
 /// The value of Set-Cookie that gives the browser the secret of its session. Cookies are the same for all ports of a

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::chrono::hours kTokenTime{1};
 
-// Nothing but the page's own files may run or be shown in it, and no other page may have it in a frame.
+// Only the page's own files may run or be shown in it, and no other page may show it in a frame.
 const std::pair<const char*, const char*> kPageHeaders[] = {
     {"Content-Security-Policy", "default-src 'self'; frame-ancestors 'none'; base-uri 'none'; form-action 'self'"},
     {"X-Frame-Options", "DENY"},
@@ -57,7 +57,7 @@ Response OpenSession(Context& context, const Request& request) {
   return response;
 }
 
-// For a program with the key only: a page that could make tokens could pass its session on.
+// Only for programs with the key: a page that could make tokens could pass on its session.
 Response MakeAddress(Context& context, const Request& request) {
   context.access.RefuseWebPages(request);
   ReadMessage(request.body, {});

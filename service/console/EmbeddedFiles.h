@@ -1,4 +1,4 @@
-// Files that the build puts into the program.
+// Files that the build embeds in the program.
 #pragma once
 
 #include <span>

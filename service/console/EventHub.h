@@ -1,4 +1,4 @@
-// Reports changes to those who show them.
+// Reports changes to everyone who shows them.
 #pragma once
 
 #include <memory>
@@ -13,7 +13,7 @@ class EventListener {
  public:
   virtual ~EventListener() = default;
 
-  /// Both return at once, and are called on any thread. No call follows End.
+  /// Both must return at once, and may be called on any thread. Nothing is called after End.
   virtual void Report(Change change) = 0;
   virtual void End() = 0;
 };
@@ -23,15 +23,15 @@ class EventHub {
  public:
   static constexpr std::size_t kMost = 20;  ///< listeners at the same time
 
-  /// True while another listener may join.
+  /// True if another listener may join.
   bool HasRoom();
 
-  /// Reports all changes to `listener` for as long as it lives. False when there is no room.
+  /// Reports all changes to `listener` as long as it exists. False when there is no room.
   bool Join(const std::shared_ptr<EventListener>& listener);
 
   void Fire(Change change);
 
-  /// Ends all listeners, and accepts no others.
+  /// Ends all listeners, and accepts no more.
   void End();
 
  private:

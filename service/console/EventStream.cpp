@@ -12,7 +12,7 @@ constexpr char kHead[] =
     "HTTP/1.1 200 OK\r\nContent-Type: text/event-stream\r\nCache-Control: no-store\r\n"
     "X-Content-Type-Options: nosniff\r\nConnection: close\r\n\r\n";
 
-constexpr int kUnreadBytes = 16 << 10;  // that the system keeps for a page which does not read
+constexpr int kUnreadBytes = 16 << 10;  // that the system buffers for a page that does not read
 
 constexpr const char* kNames[] = {"commands", "records", "designs", "clips", "status"};  // as in Change
 
@@ -38,7 +38,7 @@ void EventStream::Start() {
 
 void EventStream::Report(Change change) {
   const unsigned bit = Bit(static_cast<std::size_t>(change));
-  if ((changes_.fetch_or(bit) & bit) != 0) return;  // is still to be written
+  if ((changes_.fetch_or(bit) & bit) != 0) return;  // about to be written already
   asio::post(stream_.get_executor(), [self = shared_from_this()] { self->WriteChanges(); });
 }
 
@@ -46,7 +46,7 @@ void EventStream::End() {
   asio::post(stream_.get_executor(), [self = shared_from_this()] { self->Close(); });
 }
 
-// A page says nothing more; only its end is of interest.
+// A page sends nothing more, so reading only detects its end.
 void EventStream::Await() {
   stream_.expires_never();
   stream_.async_read_some(asio::buffer(ignored_), [self = shared_from_this()](Error error, std::size_t) {
@@ -55,7 +55,7 @@ void EventStream::Await() {
   });
 }
 
-// A page that went away without a word shows when it is written to.
+// Writing detects a page that is gone without having closed the connection.
 void EventStream::AwaitSilence() {
   silence_.expires_after(context_.times.comment);
   silence_.async_wait([self = shared_from_this()](Error error) {

@@ -14,11 +14,11 @@
 
 namespace service {
 
-/// Needs a thread only while it writes. Lives until the page goes away, reads too slowly, or the service ends. All
+/// Uses a thread only while it writes. Exists until the page is closed or reads too slowly, or the service ends. All
 /// private members belong to the strand of its socket.
 class EventStream : public EventListener, public std::enable_shared_from_this<EventStream> {
  public:
-  /// `socket` has an executor of its own, a strand. `context` must outlive the stream.
+  /// `socket` must have its own strand as executor. `context` must outlive the stream.
   EventStream(boost::asio::ip::tcp::socket socket, Context& context);
 
   /// Answers the request that asked for the events.
@@ -41,7 +41,7 @@ class EventStream : public EventListener, public std::enable_shared_from_this<Ev
   Context& context_;
   std::array<char, 512> ignored_;
   bool isWriting_ = false;
-  std::atomic<unsigned> changes_ = 0;  ///< a bit for each that was not sent to the page yet; set on any thread
+  std::atomic<unsigned> changes_ = 0;  ///< a bit for each change not yet sent to the page; set on any thread
   std::string text_;
 };
 

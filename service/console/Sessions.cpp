@@ -13,7 +13,7 @@ constexpr std::size_t kMostSessions = 50;
 
 std::int64_t Milliseconds(std::chrono::seconds time) { return std::chrono::milliseconds(time).count(); }
 
-// Looks at all of them, so that the time does not show how close a wrong secret comes.
+// Compares with all of them, so that the time does not show how close a wrong secret is.
 std::vector<ConsoleSession>::const_iterator Find(const std::vector<ConsoleSession>& entries, std::string_view secret,
                                                  std::int64_t now) {
   const auto text = [](const ContentHash& hash) {

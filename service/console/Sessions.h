@@ -12,19 +12,19 @@
 
 namespace service {
 
-/// A browser comes with a token and gets a session for it, which outlives the service. Safe on any thread.
+/// A browser exchanges a token for a session, which outlives the service. Safe on any thread.
 class Sessions {
  public:
   static constexpr std::chrono::seconds kLength = std::chrono::hours(30 * 24);
 
-  /// Goes on with the sessions in `store`, which must outlive it.
+  /// Continues the sessions in `store`, which must outlive this.
   explicit Sessions(Store& store);
 
-  /// A token that opens one session: within `valid`, or otherwise until the service ends. Only the newest few are kept.
+  /// A token that opens one session, within `valid` or by default until the service ends. Only the newest few are
+  /// valid.
   std::string NewToken(std::optional<std::chrono::seconds> valid = {});
 
-  /// Uses a token up. Returns the secret of a new session; nothing for a token that was never given, is used or too
-  /// old.
+  /// Uses up `token` and returns the secret of a new session; nothing for a token that is unknown, used or expired.
   std::optional<std::string> Open(std::string_view token);
 
   /// True for the secret of a session that has not ended.
@@ -33,7 +33,7 @@ class Sessions {
  private:
   Store& store_;
   mutable std::mutex mutex_;
-  std::vector<ConsoleSession> tokens_, sessions_;  // oldest first; a token, too, is known by its hash
+  std::vector<ConsoleSession> tokens_, sessions_;  // oldest first; only hashes, of tokens, too
 };
 
 }  // namespace service

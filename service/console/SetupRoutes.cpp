@@ -1,4 +1,4 @@
-// What a person needs to connect FileMaker to the service.
+// What a person needs in order to connect FileMaker to the service.
 #include <algorithm>
 
 #include "HttpError.h"

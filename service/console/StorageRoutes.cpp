@@ -1,4 +1,4 @@
-// What is kept and for how long, single deletions, and a copy of everything.
+// What is stored and for how long, single deletions, and backups.
 #include <filesystem>
 
 #include "HttpError.h"
@@ -65,12 +65,12 @@ Response DeleteRecord(Context& context, const Request& request) {
   return JsonAnswer({{"ok", true}});
 }
 
-// Whatever came again without a change in between is not listed as a design, but is the same export.
+// An export that was received again without a change in between is not listed as a design, but must go, too.
 Response DeleteDesign(Context& context, const Request& request) {
   constexpr char kUnknown[] = "no such design";
   const std::int64_t id = NumberIn(request, kUnknown);
   const auto repetitions = context.store.Repetitions(id);
-  DesignStore history = OpenHistory(context.store.Folder());  // knows all of them now
+  DesignStore history = OpenHistory(context.store.Folder());  // has indexed all of them now
   if (!history.Find(id)) throw HttpError(404, kUnknown);
   for (const std::int64_t record : repetitions) {
     if (record != id && history.Find(record)) break;

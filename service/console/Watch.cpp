@@ -24,7 +24,7 @@ void Watch::Run() {
     lock.unlock();
     try {
       Look();
-    } catch (const std::exception&) {  // the database fails; whoever asks for something is answered with the reason
+    } catch (const std::exception&) {  // the database fails; requests are answered with the reason
     }
     lock.lock();
   }

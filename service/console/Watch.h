@@ -1,4 +1,4 @@
-// What happens in the service only because time passes.
+// What changes in the service only because time passes.
 #pragma once
 
 #include <condition_variable>
@@ -9,11 +9,11 @@
 
 namespace service {
 
-/// Looks once a second, on a thread of its own, from construction to destruction: commands expire, and a plug-in that
-/// asked for commands does so no longer, or again. When it begins, and then once a day, old data is deleted.
+/// From construction to destruction, checks once a second, on its own thread, whether commands have expired and whether
+/// the plug-in has stopped or resumed asking for commands. At the start, and then once a day, deletes old data.
 class Watch {
  public:
-  /// `context` must outlive it.
+  /// `context` must outlive this.
   explicit Watch(Context& context);
   ~Watch();
 

@@ -1,4 +1,4 @@
-// Designs that were read not long ago, so that browsing in one does not read it again and again.
+// Recently used designs, so that browsing in a design does not read it again for every page.
 #pragma once
 
 #include <cstdint>
@@ -20,7 +20,7 @@ class OpenedDesign {
 
   const solution::Design& design() const { return *design_; }
 
-  /// Found when they are asked for first.
+  /// Found at the first call.
   const solution::ReferenceIndex& references() const;
 
  private:
@@ -29,13 +29,14 @@ class OpenedDesign {
   mutable std::optional<solution::ReferenceIndex> references_;
 };
 
-/// The designs used last, by their ids: a few, and none that are large together. Safe on any thread.
+/// The most recently used designs by id, limited in number and in total size. Safe on any thread.
 class DesignCache {
  public:
   using Read = std::function<std::unique_ptr<const solution::Design>()>;
 
-  /// The design `id`, whose export has `bytes`; calls `read` when it is not at hand. Others who ask for it meanwhile
-  /// wait instead of reading it, too. Passes on what `read` throws. A forgotten design lives as long as it is in use.
+  /// The design `id`, whose export has `bytes`. Calls `read` if it is not in the cache; other threads that ask for it
+  /// meanwhile wait instead of reading it themselves. Passes on what `read` throws. A forgotten design exists as long
+  /// as it is in use.
   std::shared_ptr<const OpenedDesign> Open(std::int64_t id, std::int64_t bytes, const Read& read);
 
   /// Forgets the designs for which `isGone` returns true.
@@ -50,7 +51,7 @@ class DesignCache {
   std::shared_ptr<Slot> Touch(std::int64_t id, std::int64_t bytes);
 
   std::mutex mutex_;
-  std::list<std::shared_ptr<Slot>> slots_;  // the one used last first
+  std::list<std::shared_ptr<Slot>> slots_;  // the most recently used first
 };
 
 }  // namespace service

@@ -1,4 +1,4 @@
-// What varnix-service prints about designs.
+// The subcommands of varnix-service about designs.
 #pragma once
 
 #include <iosfwd>
@@ -15,15 +15,15 @@ void PrintChanges(const Options& options, const Colours& colours, std::ostream& 
 
 void PrintReferences(const Options& options, const Colours& colours, std::ostream& out, std::ostream& warnings);
 
-/// Throws also when nothing was found.
+/// Also throws when nothing was found.
 void PrintSearch(const Options& options, const Colours& colours, std::ostream& out, std::ostream& warnings);
 
 void ExportDesign(const Options& options, const Colours& colours, std::ostream& out, std::ostream& warnings);
 
-/// The designs of the store.
+/// Prints the designs of the store.
 void PrintDesigns(const Options& options, const Colours& colours, std::ostream& out, std::ostream& warnings);
 
-/// The hits in the store. Throws also when nothing was found.
+/// Prints the hits in the store. Also throws when nothing was found.
 void PrintHistorySearch(const Options& options, const Colours& colours, std::ostream& out, std::ostream& warnings);
 
 /// Sets label and note of a stored design.

@@ -1,4 +1,4 @@
-// How received designs get into the index.
+// Adds received designs to the index.
 #include <algorithm>
 #include <mutex>
 
@@ -11,7 +11,7 @@
 namespace service {
 namespace {
 
-constexpr std::size_t kHeadBytes = 4096;  // in which an export shows what it is
+constexpr std::size_t kHeadBytes = 4096;  // enough to recognise an export
 
 struct IndexedElement {
   std::string kind, uuid, name, text;
@@ -35,7 +35,7 @@ std::int64_t KeepText(Database& index, const std::string& text) {
   return number;
 }
 
-// Texts that no element has any more leave both tables.
+// Removes texts that no element has any more from both tables.
 void RemoveUnusedTexts(Database& index) {
   Statement rows(index, "SELECT number, body FROM texts WHERE number NOT IN (SELECT text FROM elements)");
   while (rows.Step()) {
@@ -66,7 +66,7 @@ struct DesignStore::Received {
   std::string kind, name, bytes;
 };
 
-// What is written about one record, computed before anything is locked.
+// What is stored about one record, computed before anything is locked.
 struct DesignStore::Entry {
   bool isDesign = false;
   bool isKnown = false;  // its content is indexed
@@ -120,8 +120,8 @@ DesignStore::Entry DesignStore::Examine(Received& received, const Begin& begin, 
 void DesignStore::Keep(const Received& received, std::int64_t bytes, const Entry& entry) {
   Transaction transaction(index_);
   Statement(index_, "UPDATE progress SET record = ?1 WHERE record < ?1", received.number).Step();
-  if (sqlite3_changes(index_.handle()) == 0) return;  // another program was faster, and perhaps went on to the next
-  // A design that came again without a change in between says nothing new.
+  if (sqlite3_changes(index_.handle()) == 0) return;  // another program was faster
+  // A design that was received again without a change in between is not new.
   const bool isNews =
       entry.isDesign && !Statement(index_,
                                    "SELECT 1 FROM (SELECT content FROM designs WHERE file_uuid = ?1 AND file_name = ?2"
@@ -147,7 +147,7 @@ void DesignStore::Keep(const Received& received, std::int64_t bytes, const Entry
 }
 
 void DesignStore::CatchUp(const std::atomic<bool>& stop, const Begin& begin) {
-  // Threads that want the same would all read the same export; the first does it for the others.
+  // One thread at a time. Otherwise several threads would read and index the same export.
   static std::mutex turn;
   const std::lock_guard lock(turn);
   ForgetPruned();

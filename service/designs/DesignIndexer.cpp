@@ -37,7 +37,7 @@ void DesignIndexer::Run() {
       });
       if (isBusy) log_("designs are indexed");
       changed_();
-    } catch (const std::exception& error) {  // whatever comes next tries again
+    } catch (const std::exception& error) {  // the next call of Wake tries again
       log_(std::string("designs are not indexed: ") + error.what());
     }
   }

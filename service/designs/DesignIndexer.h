@@ -1,4 +1,4 @@
-// Indexes designs as they come in.
+// Indexes designs as they are received.
 #pragma once
 
 #include <atomic>
@@ -10,14 +10,15 @@
 
 namespace service {
 
-/// Works on a thread of its own with its own database connections, from construction to destruction.
+/// Works on its own thread with its own database connections, from construction to destruction.
 class DesignIndexer {
  public:
-  /// Called on the thread: `log` when a design is indexed, `changed` after each look at what was received or deleted.
+  /// Calls on that thread: `log` with a line about each design that it indexes and about failures; `changed` after each
+  /// check for received or deleted records.
   DesignIndexer(std::string folder, std::function<void(const std::string&)> log, std::function<void()> changed);
   ~DesignIndexer();
 
-  /// Something was received or deleted. Returns at once; safe on any thread.
+  /// To be called when something was received or deleted. Returns at once; safe on any thread.
   void Wake();
 
  private:

@@ -1,4 +1,4 @@
-// Designs, and what is found in them, as JSON for programs: the same on the command line and in requests.
+// Designs, and what is found in them, as JSON. The command line and the requests share it.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -18,10 +18,10 @@ nlohmann::ordered_json DescribeHit(const solution::SearchHit& hit);
 nlohmann::ordered_json DescribeChange(const solution::Change& change);
 nlohmann::ordered_json DescribeReference(const solution::Reference& reference);
 
-/// Its kind, UUID and name.
+/// Kind, UUID and name of `element`.
 nlohmann::ordered_json DescribeElement(const solution::Element& element);
 
-/// What requests get more: keys of elements, who changed what, values before and after.
+/// For requests, with more: keys of elements, who changed what, values before and after.
 nlohmann::ordered_json DescribeElementIn(const solution::Design& design, const solution::Element& element);
 nlohmann::ordered_json DescribeReferenceIn(const solution::Design& design, const solution::Reference& reference);
 nlohmann::ordered_json DescribeCall(const solution::Design& design, const solution::ReferenceIndex::Call& call);

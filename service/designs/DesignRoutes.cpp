@@ -47,7 +47,7 @@ std::unique_ptr<const Design> ReadStored(Context& context, std::int64_t id) {
   return design;
 }
 
-// The design whose id is the open segment `index` of the path.
+// The design whose id is the captured segment `index` of the path.
 std::shared_ptr<const OpenedDesign> Open(Context& context, const Request& request, std::size_t index) {
   const auto id = WholeNumber(request.captures[index]);
   const auto record = id ? context.store.FindRecord(*id) : std::nullopt;
@@ -108,7 +108,7 @@ Response ShowReferences(Context& context, const Request& request) {
   const std::string of = request.Parameter("of");
   const bool unused = Number("unused", Parameter(request, "unused"), 0, 1, 0) == 1;
   const bool broken = Number("broken", Parameter(request, "broken"), 0, 1, 0) == 1;
-  if (unused && (broken || !of.empty())) throw HttpError(400, "unused excludes of and broken");
+  if (unused && (broken || !of.empty())) throw HttpError(400, "unused cannot be combined with of or broken");
   const auto opened = Open(context, request, 0);
   const Design& design = opened->design();
   const auto elements = of.empty() ? std::vector<const Element*>() : Named(design, of);

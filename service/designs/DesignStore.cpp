@@ -76,10 +76,10 @@ std::int64_t VersionOf(Database& index) {
 
 Database OpenIndex(const std::string& folder) {
   const std::string path = (std::filesystem::path(folder) / "varnix-designs.db").string();
-  const int descriptor = open(path.c_str(), O_CREAT | O_RDWR | O_CLOEXEC, 0600);  // for its owner alone
+  const int descriptor = open(path.c_str(), O_CREAT | O_RDWR | O_CLOEXEC, 0600);  // for its owner only
   if (descriptor >= 0) close(descriptor);
   Database database(path);
-  if (VersionOf(database) == kVersion) return database;  // does not wait for an index that is being written
+  if (VersionOf(database) == kVersion) return database;  // without waiting for a writer
   Transaction transaction(database);
   const std::int64_t version = VersionOf(database);
   if (version > kVersion) throw std::runtime_error(path + " was written by a newer version of this service");
@@ -147,8 +147,8 @@ bool DesignStore::Search(const std::string& text, const std::string& file,
                          const std::function<void(const StoredHit&)>& found,
                          const std::function<bool()>& isWanted) try {
   const std::string folded = solution::FoldCase(text);
-  if (folded.empty() || folded.find('\0') != std::string::npos) return true;  // no XML contains that
-  // Texts too short for the index of words are looked for everywhere.
+  if (folded.empty() || folded.find('\0') != std::string::npos) return true;  // XML contains no zero bytes
+  // Texts that are too short for the index are searched for in all texts.
   const bool isIndexed = Characters(folded) >= kShortestIndexed;
   const std::string sql =
       std::string(
@@ -165,7 +165,7 @@ bool DesignStore::Search(const std::string& text, const std::string& file,
     StoredHit hit;
     std::int64_t number = 0;
     rows.Read(hit.firstDesign, hit.lastDesign, hit.fileName, hit.kind, hit.uuid, hit.name, number);
-    const std::string body = TextOf(number);  // sorting the rows must not move the long texts
+    const std::string body = TextOf(number);  // read here, so that sorting the rows does not move long texts
     ForEachValue(body, [&](std::string_view property, std::string_view value) {
       hit.property = property;
       solution::SearchLines(value, folded, [&](std::size_t line, std::string_view lineText) {

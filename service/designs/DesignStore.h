@@ -33,32 +33,32 @@ struct StoredHit {
   std::string text;
 };
 
-/// True for what begins as a design saved as XML by FileMaker does.
+/// True for content that starts like a design that FileMaker saved as XML.
 bool LooksLikeExport(std::string_view content);
 
-/// What is received goes to the store; this keeps what it learns from that in a database of its own, so that a long
-/// index never makes a poll wait. Programs may use it side by side. Not for use from two threads at once. Throws
-/// std::runtime_error when a database fails.
+/// Reads received exports from the store, and keeps its index in a separate database, so that a poll never waits for
+/// indexing. Several programs may use the same index; within one program, each object belongs to one thread at a time.
+/// Throws std::runtime_error when a database fails.
 class DesignStore {
  public:
-  /// Opens the store in `folder`, which must exist, and creates the index that belongs to it.
+  /// Opens the store in `folder`, which must exist, and opens or creates its index.
   explicit DesignStore(const std::string& folder);
 
-  /// Called with the name of a design before its index is made.
+  /// Called with the name of a design before it is indexed.
   using Begin = std::function<void(const std::string& name)>;
 
-  /// Indexes what came since the last call, oldest first, and forgets what the store no longer has. Whatever is
-  /// interrupted, by `stop` or by the end of the process, begins again with the next call.
+  /// Indexes the records received since the last call, oldest first, and removes designs that the store no longer has.
+  /// A design whose indexing was interrupted, by `stop` or by the end of the process, is indexed by the next call.
   void CatchUp(const std::atomic<bool>& stop, const Begin& begin = nullptr);
 
-  /// Oldest first; those of one file, by its name with or without ".fmp12" or its UUID, unless `file` is empty.
+  /// All designs, oldest first, or those of one file: `file` is its name, with or without ".fmp12", or its UUID.
   std::vector<StoredDesign> List(const std::string& file);
   std::optional<StoredDesign> Find(std::int64_t id);
 
-  /// The export as it came. Empty when the store no longer has it.
+  /// The export verbatim. Empty when the store no longer has it.
   std::string Content(std::int64_t id);
 
-  /// Sets what is given; an empty text removes. False when there is no such design.
+  /// Sets label and note where given; an empty text removes them. False when there is no such design.
   bool Describe(std::int64_t id, const std::optional<std::string>& label, const std::optional<std::string>& note);
 
   /// Calls `found` for every line that contains `text`, in any case, in all designs or in those of one file. Gives up

@@ -44,10 +44,10 @@ DesignStore OpenHistory(const std::string& folder) {
 }
 
 std::pair<std::string, std::string> NewestTwo(const std::string& file, const std::string& folder) {
-  if (IsPath(file)) throw UsageError("an export needs another to be compared with: NEW is missing");
+  if (IsPath(file)) throw UsageError("NEW is missing: name another export to compare with");
   DesignStore history = OpenHistory(folder);
   const auto designs = Readable(history, file);
-  if (designs.size() < 2) throw std::runtime_error("there are no two designs of " + file + " to compare");
+  if (designs.size() < 2) throw std::runtime_error("there are fewer than two readable designs of " + file);
   return {std::to_string(designs[designs.size() - 2].id), std::to_string(designs.back().id)};
 }
 

@@ -1,4 +1,4 @@
-// Opening a design for a command.
+// Opens designs for subcommands.
 #pragma once
 
 #include <iosfwd>
@@ -26,7 +26,7 @@ StoredDesign FindDesign(DesignStore& history, const std::string& name);
 /// The names of the newest two readable designs of a file, older first. Throws std::runtime_error when there are fewer.
 std::pair<std::string, std::string> NewestTwo(const std::string& file, const std::string& folder);
 
-/// The store in `folder`, with everything that it has received indexed.
+/// The store in `folder`, after indexing everything that it has received.
 DesignStore OpenHistory(const std::string& folder);
 
 }  // namespace service

@@ -1,4 +1,4 @@
-// A whole design at a glance, as JSON for programs.
+// Overviews of a whole design, as JSON.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -10,7 +10,7 @@ namespace service {
 /// The table occurrences, relationships and notes of the relationships graph.
 nlohmann::ordered_json DescribeGraph(const solution::Design& design);
 
-/// How many elements of each kind there are, and those that deserve a look.
+/// The number of elements of each kind, and those that need attention: unused, broken references, full access.
 nlohmann::ordered_json DescribeReport(const OpenedDesign& opened);
 
 }  // namespace service

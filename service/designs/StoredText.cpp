@@ -10,7 +10,7 @@ namespace {
 
 constexpr char kEndOfName = '\x1F', kEndOfValue = '\x1E';  // no XML contains these
 
-// The part of `text` up to `end`, which it loses together with that.
+// Removes the part of `text` up to and including `end`, and returns it without `end`.
 std::string_view Take(std::string_view& text, char end) {
   const std::string_view part = text.substr(0, text.find(end));
   text.remove_prefix(std::min(part.size() + 1, text.size()));

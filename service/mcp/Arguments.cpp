@@ -21,7 +21,7 @@ std::string CheckNumber(const std::string& name, const Value& property, const Va
 }
 
 std::string CheckText(const std::string& name, const Value& property, const Value& value) {
-  if (!value.is_string() && !value.is_number_integer()) return name + " must be a text";
+  if (!value.is_string() && !value.is_number_integer()) return name + " must be a string";
   if (!property.contains("enum")) return "";
   const auto& allowed = property["enum"];
   if (std::find(allowed.begin(), allowed.end(), value) != allowed.end()) return "";

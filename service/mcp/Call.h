@@ -1,4 +1,4 @@
-// A request at work, as tools and resources see it.
+// A request in progress, as tools and resources see it.
 #pragma once
 
 #include <chrono>
@@ -21,14 +21,14 @@ class Cancelled : public std::runtime_error {
 
 class Call {
  public:
-  /// `token` identifies the client's progress notifications; null: it wants none. `send` is safe on any thread.
+  /// `token` identifies the client's progress notifications; null: it wants none. `send` must be safe on any thread.
   Call(Options options, Value token, std::function<void(const std::string& line)> send)
       : options_(std::move(options)), token_(std::move(token)), send_(std::move(send)) {}
 
-  /// The command line's, with the name of the client as `agent`.
+  /// The options of the command line, with the name of the client as `agent`.
   const Options& options() const { return options_; }
 
-  /// Waits. When the client cancels, throws Cancelled at once. False, at once, when the session ends.
+  /// Waits for `duration`. Throws Cancelled as soon as the client cancels; returns false as soon as the session ends.
   bool Pause(std::chrono::milliseconds duration);
 
   /// Throws Cancelled when the client has cancelled.

@@ -1,4 +1,4 @@
-// The tool on the clips that the service has kept.
+// The tool for the clips that the service has stored.
 #include <cctype>
 
 #include "Client.h"

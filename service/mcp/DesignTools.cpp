@@ -1,4 +1,4 @@
-// Tools on the designs in the data folder.
+// The tools for designs in the data folder.
 #include <algorithm>
 #include <memory>
 #include <tuple>
@@ -21,7 +21,7 @@ namespace {
 using solution::Design;
 using solution::Element;
 
-// The rows that the caller asked for, {"total":N,NAME:[…]}; `describe` is called for these only.
+// The rows that the caller asked for, {"total":N,NAME:[…]}; `describe` is called only for these.
 template <class Rows, class Describe>
 Json Page(const char* name, const Rows& rows, const Value& arguments, Describe describe) {
   const auto total = static_cast<std::int64_t>(rows.size());
@@ -82,7 +82,7 @@ ToolResult Search(Call& call, const Value& arguments) {
   return {{{"total", total}, {"hits", std::move(hits)}}};
 }
 
-// The lines that differ, each with "-" or "+" before it, and a few around them.
+// The lines that differ, each after "-" or "+", and a few lines around them.
 std::string Diff(const solution::PropertyChange& property) {
   constexpr std::size_t kContext = 2;
   const auto lines = solution::DiffLines(property.older, property.newer);
@@ -133,7 +133,7 @@ ToolResult Changes(Call& call, const Value& arguments) {
 
 ToolResult References(Call& call, const Value& arguments) {
   const std::string of = Text(arguments, "of");
-  if (!of.empty() && Flag(arguments, "broken")) throw ToolError("broken and of exclude each other");
+  if (!of.empty() && Flag(arguments, "broken")) throw ToolError("broken and of cannot be combined");
   const auto opened = OpenStored(call, Text(arguments, "design"));
   const Design& design = opened->design();
   const auto elements = of.empty() ? std::vector<const Element*>() : Named(design, of, Text(arguments, "kind"));
@@ -211,7 +211,8 @@ constexpr Tool kTools[] = {
          "warnings!": ["text"]})",
      Effect::kNone, Changes},
     {"references", "Find references",
-     "Shows who uses what in a design: each reference from one element (script, layout, field, relationship and so on) "
+     "Shows what uses what in a design: each reference from one element (script, layout, field, relationship and so "
+     "on) "
      "to "
      "another, with the place, such as a script step. With of, only the references from and to one element: everything "
      "that "

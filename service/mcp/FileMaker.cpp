@@ -13,9 +13,9 @@ using Command = nlohmann::json;
 
 constexpr auto kLookInterval = std::chrono::milliseconds(100);
 constexpr auto kProgressInterval = std::chrono::seconds(1);
-constexpr long kAskingSeconds = 15;  // a plug-in that waits for nothing asks more often
+constexpr long kAskingSeconds = 15;  // a plug-in that is not held up asks more often
 
-// When a command was withdrawn, or FileMaker was faster. Without a service it expires.
+// True if the command was withdrawn, false if FileMaker fetched it first. If the service fails, the command expires.
 bool Withdraw(Client& client, const std::string& path) try {
   client.Post(path + "/cancel", Command::object());
   return true;
@@ -28,7 +28,7 @@ std::string LastDiagnostic(const Command& command) {
   return diagnostics.empty() ? "" : diagnostics.back().at("message").get<std::string>();
 }
 
-// What to tell the user, for a command that nobody has asked for.
+// Why nobody has fetched a command, and what the user can do.
 std::string WhyNotTaken(const Command& status) {
   const auto& seconds = status.at("secondsSincePoll");
   if (seconds.is_null()) {
@@ -45,19 +45,19 @@ std::string WhyNotTaken(const Command& status) {
 
 std::string WhyNotFinished(const Command& command) {
   const std::string diagnostic = LastDiagnostic(command);
-  std::string text =
-      "FileMaker took the command " + DescribeDuration(command.at("secondsInState")) + " ago and has not finished it. ";
+  std::string text = "FileMaker fetched the command " + DescribeDuration(command.at("secondsInState")) +
+                     " ago and has not finished it. ";
   if (!diagnostic.empty()) text += "It last reported: " + diagnostic + ' ';
   text += "A dialog, a running script or the Script Debugger may keep it busy: ask the user to look. ";
   return text + (command.at("type") == "GET_SCHEMA" ? "The design appears in designs when FileMaker finishes it later."
-                                                    : "Calling this tool again has the command carried out again.");
+                                                    : "If you call this tool again, the command runs again.");
 }
 
-// The command, if FileMaker has finished it just before it could be withdrawn.
+// Returns the command if FileMaker finished it just before it could be withdrawn; otherwise throws the reason.
 Command GiveUp(Call& call, Client& client, const std::string& path, const Command& command) {
   const bool isQueued = command.at("state") == "queued";
   const bool isWithdrawn = isQueued && Withdraw(client, path);
-  if (!call.Pause({})) throw ToolError("the standard input was closed before FileMaker had answered");
+  if (!call.Pause({})) throw ToolError("standard input was closed before FileMaker answered");
   const Command now = isQueued && !isWithdrawn ? client.Get(path) : command;
   if (IsFinished(now)) return now;
   throw ToolError("Not in time. " + (now.at("state") == "queued" || isWithdrawn
@@ -71,7 +71,7 @@ void CheckCompleted(const Command& command) {
   if (state == "failed") throw ToolError("FileMaker: " + command.value("error", "it failed and gave no reason"));
   if (IsForgotten(command)) throw ToolError("The user no longer waits for it. FileMaker may still carry it out.");
   throw ToolError(state == "cancelled" ? "The user has withdrawn the command."
-                                       : "The command expired before FileMaker took it. Nothing was done.");
+                                       : "The command expired before FileMaker fetched it. Nothing was done.");
 }
 
 class ProgressReport {
@@ -94,7 +94,7 @@ class ProgressReport {
 };
 
 std::string StateOf(const Command& command) {
-  if (command.at("state") == "queued") return "waiting for FileMaker to take the command";
+  if (command.at("state") == "queued") return "waiting for FileMaker to fetch the command";
   const std::string diagnostic = LastDiagnostic(command);
   return diagnostic.empty() ? "FileMaker is at work" : diagnostic;
 }
@@ -104,7 +104,7 @@ std::string StateOf(const Command& command) {
 Command CarryOut(Call& call, Client& client, const Order& order) {
   Command message = order.arguments;
   message["type"] = order.type;
-  message["expires"] = std::to_string(order.wait.count() + 1);  // should this process not live to withdraw it
+  message["expires"] = std::to_string(order.wait.count() + 1);  // in case this process dies before it can withdraw it
   const std::string path = CommandPath(client.Post("/operator/commands", message).at("id"));
   const auto end = Clock::now() + order.wait;
   ProgressReport progress(call);
@@ -114,7 +114,7 @@ Command CarryOut(Call& call, Client& client, const Order& order) {
                            {[&] { return call.Pause(kLookInterval) && Clock::now() < end; },
                             [&](const Command& state) { progress.Show(StateOf(state)); },
                             [&](const std::string& trouble) { progress.Show(trouble); }});
-  } catch (...) {  // cancelled, or the service fails: nobody is left who knows of the command
+  } catch (...) {  // cancelled, or the service fails: nobody waits for the command any more
     Withdraw(client, path);
     throw;
   }

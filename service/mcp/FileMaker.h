@@ -1,4 +1,4 @@
-// Having FileMaker carry out commands, by way of the service.
+// Sends commands to FileMaker through the service.
 #pragma once
 
 #include <chrono>
@@ -10,16 +10,16 @@
 
 namespace service::mcp {
 
-/// What is queued. Its members are named as in the service's request.
+/// A command to queue.
 struct Order {
   const char* type;
   std::chrono::seconds wait;
-  Value arguments = Value::object();  ///< fileName, xmlType, xmlContent
+  Value arguments = Value::object();  ///< fileName, xmlType, xmlContent, as in the service's request
 };
 
-/// Queues the command and waits until FileMaker has carried it out. Returns it as the service describes it. While it
-/// waits it shows progress. When the client cancels or the time is over, a command that FileMaker has not taken is
-/// withdrawn. Throws Cancelled, ToolError that says what FileMaker is waiting for or why it failed, and ServiceError.
+/// Queues the command, waits until FileMaker has carried it out, reporting progress, and returns it as the service
+/// describes it. If the client cancels or the time is over, withdraws a command that FileMaker has not fetched. Throws
+/// Cancelled, ServiceError, or ToolError that says what FileMaker is waiting for or why it failed.
 nlohmann::json CarryOut(Call& call, Client& client, const Order& order);
 
 /// The bytes of a command's result.

@@ -18,7 +18,7 @@ std::chrono::seconds Wait(const Value& arguments) {
   return std::chrono::seconds(Number(arguments, "waitSeconds", kWaitSeconds));
 }
 
-// What FileMaker answers to a command that takes nothing but perhaps a file.
+// FileMaker's answer to a command that takes no argument or only a file.
 std::string Ask(Call& call, const char* type, const Value& arguments) {
   Client client(call.options());
   Order order{type, Wait(arguments)};
@@ -88,7 +88,7 @@ ToolResult SetClipboard(Call& call, const Value& arguments) {
               place + '.'};
 }
 
-// The design that the record brought; the newest of its file when it was the same.
+// The design in the record; if it was unchanged, the newest design of its file.
 StoredDesign ReceivedDesign(const Call& call, Client& client, std::int64_t record, const std::string& command) {
   DesignStore history = OpenHistory(call.options().Folder());
   if (const auto design = history.Find(record)) return *design;
@@ -129,7 +129,7 @@ constexpr Tool kTools[] = {
          "nextOffset": "@nextPiece", "xml!": "text"})",
      Effect::kNone, GetClipboard},
     {"set_clipboard", "Put objects on FileMaker's clipboard",
-     "Replaces what is on the clipboard by FileMaker objects, given as fmxmlsnippet XML. FileMaker itself is not "
+     "Replaces what is on the clipboard with FileMaker objects, given as fmxmlsnippet XML. FileMaker itself is not "
      "changed: "
      "the user then pastes with Cmd-V at the place that fits xmlType and sees what was inserted. Use it only when the "
      "user "

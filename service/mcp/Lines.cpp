@@ -12,10 +12,10 @@ namespace service::mcp {
 namespace {
 
 constexpr std::size_t kPiece = 64 << 10;
-constexpr std::size_t kWithoutWaiting = PIPE_BUF;  // a pipe that can be written to takes that much
+constexpr std::size_t kWithoutWaiting = PIPE_BUF;  // a writable pipe accepts at least this much without blocking
 constexpr int kLookMilliseconds = 50;
 
-// Whoever started this process may have made the descriptor return at once instead of waiting.
+// The parent process may have made the descriptor non-blocking.
 bool CanRead(int descriptor) {
   pollfd entry{descriptor, POLLIN, 0};
   return poll(&entry, 1, -1) > 0 || errno == EINTR;

@@ -1,4 +1,4 @@
-// Lines from the standard input and to the standard output.
+// Reads lines from standard input and writes lines to standard output.
 #pragma once
 
 #include <atomic>
@@ -16,8 +16,8 @@ class LineReader {
 
   enum class Outcome { kLine, kTooLong, kEnd };
 
-  /// Waits for the next line, which is in `line` without its ending until the next call. kTooLong: a line was longer
-  /// than permitted and has been skipped. What follows the last newline is a line, too.
+  /// Waits for the next line. `line` is the line without its ending, valid until the next call. kTooLong: a line was
+  /// longer than permitted and has been skipped. Text after the last newline is a line, too.
   Outcome Next(std::string_view& line);
 
  private:
@@ -26,8 +26,8 @@ class LineReader {
   const int descriptor_;
   const std::size_t longest_;
   std::string buffer_;
-  std::size_t begin_ = 0;    // of what has not been given out
-  std::size_t scanned_ = 0;  // up to there is no newline
+  std::size_t begin_ = 0;    // of the bytes not yet returned
+  std::size_t scanned_ = 0;  // there is no newline before this
   bool isSkipping_ = false;
 };
 
@@ -36,11 +36,11 @@ class LineWriter {
  public:
   explicit LineWriter(int descriptor) : descriptor_(descriptor) {}
 
-  /// Writes `line` and a newline, and waits as long as the other side does not read. Does nothing once a line could not
-  /// be written or Close was called.
+  /// Writes `line` and a newline, and waits while the other side does not read. Does nothing after a failed write or
+  /// after Close.
   void Write(const std::string& line);
 
-  /// Ends writes that wait, at once. A line may stay incomplete.
+  /// Makes waiting writes return at once. A line may stay incomplete.
   void Close() { isClosed_ = true; }
 
   bool IsClosed() const { return isClosed_; }

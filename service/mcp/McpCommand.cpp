@@ -17,7 +17,7 @@ namespace {
 
 using mcp::LineReader;
 
-// Ends the process when a signal asks for it, after what is at work.
+// Ends the process on a signal, after the requests in progress.
 void EndOnSignal(mcp::Session& session, mcp::LineWriter& output) {
   sigset_t signals;
   sigemptyset(&signals);
@@ -36,7 +36,7 @@ void EndOnSignal(mcp::Session& session, mcp::LineWriter& output) {
 }  // namespace
 
 ExitStatus RunMcp(const Options& options) {
-  std::signal(SIGPIPE, SIG_IGN);  // a client that is gone is noticed when writing fails
+  std::signal(SIGPIPE, SIG_IGN);  // a failed write shows that the client is gone
   mcp::LineWriter output(STDOUT_FILENO);
   mcp::Session session(options, [&output](const std::string& line) { output.Write(line); });
   EndOnSignal(session, output);
@@ -50,7 +50,7 @@ ExitStatus RunMcp(const Options& options) {
       session.Take(line);
     }
   }
-  // Whoever waits for FileMaker gives up and withdraws the command; a thread that is stuck must not keep the process.
+  // Requests that wait for FileMaker give up and withdraw their commands. A stuck thread must not keep the process.
   if (!session.End()) output.Close();
   if (output.IsClosed()) std::_Exit(kDone);
   return kDone;

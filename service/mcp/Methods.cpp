@@ -16,9 +16,9 @@ Json Discover(Call&, const Value&) {
   return {{"supportedVersions", {kModernVersion}}, {"capabilities", Capabilities()}, {"instructions", Instructions()}};
 }
 
-// The lists that fit into one answer have no further pages.
+// Lists that fit into one answer have no further pages.
 void RefuseCursor(const Value& params) {
-  if (params.contains("cursor")) throw ProtocolError(kInvalidParams, "unknown cursor: there is one page only");
+  if (params.contains("cursor")) throw ProtocolError(kInvalidParams, "unknown cursor: there is only one page");
 }
 
 Json ListTemplates(Call&, const Value& params) {

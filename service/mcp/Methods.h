@@ -5,7 +5,7 @@
 
 namespace service::mcp {
 
-/// In which revisions of the protocol a method exists: those with sessions, the modern one, or both.
+/// The revisions of the protocol in which a method exists: those with sessions, the modern one, or both.
 enum class Era { kSession, kModern, kBoth };
 
 /// How long a client may keep the answer, in the modern revision.
@@ -14,7 +14,7 @@ enum class Caching { kNone, kLong, kNotAtAll };
 struct Method {
   const char* name;
   Era era;
-  bool isQuick;  ///< answered before the next line is read
+  bool isQuick;  ///< it is answered before the next line is read
   Caching caching;
   /// The result; throws ProtocolError, Cancelled or any std::exception.
   Json (*answer)(Call& call, const Value& params);

@@ -1,4 +1,4 @@
-// Long texts in pieces that an assistant can read.
+// Splits long texts into pieces that an assistant can read.
 #pragma once
 
 #include <string>
@@ -7,9 +7,9 @@
 
 namespace service::mcp {
 
-/// Sets `name` of `json` to the piece of `text` that begins at the argument "offset" and has at most the argument
-/// "maxBytes", without cutting a character; "bytes" to the length of the whole text; and "nextOffset" when there is
-/// more. Throws ToolError when the text is shorter than the offset.
+/// Sets members of `json`: `name` to a piece of `text`, from the argument "offset" on, at most "maxBytes" long, without
+/// cutting a character; "bytes" to the length of the whole text; and "nextOffset" if there is more. Throws ToolError
+/// when the text is shorter than the offset.
 void SetPiece(Json& json, const char* name, const std::string& text, const Value& arguments);
 
 }  // namespace service::mcp

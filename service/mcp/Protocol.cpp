@@ -3,7 +3,7 @@
 namespace service::mcp {
 namespace {
 
-// Nothing that follows objects within objects by recursion may meet more than it can bear.
+// Checked before parsing, because recursion over deeper objects could overflow the stack.
 bool IsTooDeep(std::string_view text) {
   std::size_t depth = 0;
   bool inString = false;
@@ -38,7 +38,7 @@ Incoming ReadObject(Value& message) {
   Value id = isRequest ? message["id"] : Value();
   if (isRequest && !IsId(id)) return Refused(kInvalidRequest, "the id must be a string or an integer");
   if (!hasMethod || !message["method"].is_string() || message.value("jsonrpc", Value()) != "2.0") {
-    // Only a request is answered; without id and method nobody knows what this was to be.
+    // Only requests are answered. A message with a method but no id was meant as a notification.
     if (!isRequest && hasMethod) return {};
     return Refused(kInvalidRequest, "the message is not a JSON-RPC 2.0 request: it needs jsonrpc \"2.0\" and a method",
                    std::move(id));
@@ -59,11 +59,11 @@ std::string Line(const Json& message) { return message.dump(-1, ' ', false, Json
 }  // namespace
 
 Incoming ReadIncoming(std::string_view line) {
-  if (IsTooDeep(line)) return Refused(kInvalidRequest, "the message has too many objects within each other");
+  if (IsTooDeep(line)) return Refused(kInvalidRequest, "the message is nested too deeply");
   Value message = Value::parse(line, nullptr, false);
   if (message.is_discarded()) return Refused(kParseError, "the line is not JSON in UTF-8");
   if (message.is_array())
-    return Refused(kInvalidRequest, "batches are not part of the protocol: send one message a line");
+    return Refused(kInvalidRequest, "batches are not part of the protocol: send one message per line");
   if (!message.is_object()) return Refused(kInvalidRequest, "the message must be a JSON object");
   return ReadObject(message);
 }

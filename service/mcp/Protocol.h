@@ -11,12 +11,12 @@
 namespace service::mcp {
 
 using Json = nlohmann::ordered_json;
-using Value = nlohmann::json;  ///< what comes in: finds a member of a large object faster
+using Value = nlohmann::json;  ///< for input: finds a member of a large object faster
 
-inline constexpr char kModernVersion[] = "2026-07-28";         ///< each request has its version with it
+inline constexpr char kModernVersion[] = "2026-07-28";         ///< each request contains its version
 inline constexpr char kNewestSessionVersion[] = "2025-11-25";  ///< a session begins with "initialize"
 inline constexpr char kOlderSessionVersion[] = "2025-06-18";
-inline constexpr std::size_t kDeepestMessage = 64;  ///< objects and arrays within each other
+inline constexpr std::size_t kDeepestMessage = 64;  ///< nesting of objects and arrays
 
 enum ErrorCode {
   kParseError = -32700,
@@ -44,17 +44,17 @@ class ProtocolError : public std::runtime_error {
 
 struct Incoming {
   enum class Kind { kRequest, kNotification, kNothing };
-  Kind kind = Kind::kNothing;  ///< kNothing: a response, or a notification that makes no sense
-  Value id;                    ///< null unless the message is a request or tries to be one
+  Kind kind = Kind::kNothing;  ///< kNothing: a response, or an invalid notification
+  Value id;                    ///< null unless the message is a request, even an invalid one
   std::string method;
   Value params = Value::object();
-  std::optional<ProtocolError> error;  ///< with what it is to be answered instead of being carried out
+  std::optional<ProtocolError> error;  ///< the answer to an invalid request
 };
 
-/// Reads one line. Whatever is wrong with it is in `error`.
+/// Parses one line. If it is not valid, the reason is in `error`.
 Incoming ReadIncoming(std::string_view line);
 
-/// These make a message without the newline at its end. Bytes that are not UTF-8 are replaced.
+/// These return a message without a final newline. Bytes that are not UTF-8 are replaced.
 std::string ResultMessage(const Value& id, const Json& result);
 std::string ErrorMessage(const Value& id, const ProtocolError& error);
 std::string NotificationMessage(const char* method, const Json& params);

@@ -64,10 +64,10 @@ std::string Overview(const solution::Design& design) {
   return text;
 }
 
-// What the address names, as text.
+// The text of the resource at `uri`.
 std::string TextAt(const Call& call, std::string_view uri) {
   if (!uri.starts_with(kDesigns))
-    throw std::runtime_error("there are addresses of designs only, varnix://designs/{id}");
+    throw std::runtime_error("the only resources are designs, varnix://designs/{id}, and their elements");
   const std::string_view rest = uri.substr(kDesigns.size());
   const auto end = rest.find(kElements);
   const auto opened = OpenStored(call, PercentDecoded(rest.substr(0, end)));

@@ -125,11 +125,11 @@ void Session::Begin(const Request& request) {
   const auto call = std::make_shared<Call>(std::move(options), ProgressToken(request.meta), send_);
   {
     const std::lock_guard lock(mutex_);
-    if (atWork_.size() >= kMostAtWork) throw ProtocolError(kInternalError, "too many requests are at work already");
+    if (atWork_.size() >= kMostAtWork) throw ProtocolError(kInternalError, "too many requests are in progress");
     if (!atWork_.emplace(request.id.dump(), call).second) {
-      // Under this id the client expects the answer to the first one.
+      // Without the id: for the client, an answer with it would be the answer to the first request.
       return send_(ErrorMessage(nullptr, ProtocolError(kInvalidRequest, "a request with the id " + request.id.dump() +
-                                                                            " is at work already")));
+                                                                            " is already in progress")));
     }
   }
   if (request.method->isQuick) return CarryOut(request, call);

@@ -1,4 +1,4 @@
-// One client: from its messages to the answers.
+// One client: answers its messages.
 #pragma once
 
 #include <functional>
@@ -17,16 +17,17 @@ struct Method;
 
 class Session {
  public:
-  /// `send` gets each message for the client, without a newline, on any thread.
+  /// `send` is called with each message for the client, without a newline, on any thread.
   Session(const Options& options, std::function<void(const std::string& line)> send);
 
-  /// Takes one line of the client. Answers at once, or later from another thread when that takes time. One thread only.
+  /// Accepts one line from the client. Answers at once, or later from another thread if that takes time. One thread
+  /// only.
   void Take(std::string_view line);
 
-  /// Answers a line that was not read.
+  /// Answers a line that could not be read.
   void Refuse(const ProtocolError& error);
 
-  /// Gives up waiting for FileMaker and finishes everything else. False when that takes too long. Safe on any thread.
+  /// Stops waiting for FileMaker and finishes everything else. False if that takes too long. Safe on any thread.
   bool End();
 
  private:

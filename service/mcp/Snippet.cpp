@@ -56,7 +56,7 @@ std::string CheckSnippet(std::string_view xmlType, const std::string& xml) try {
     if (!node.IsElement()) continue;
     isEmpty = false;
     if (!MayHold(*kind, node.name())) {
-      return std::string(xmlType) + " may not hold the element " + std::string(node.name()) + Suggestion(node.name());
+      return std::string(xmlType) + " cannot contain the element " + std::string(node.name()) + Suggestion(node.name());
     }
   }
   return isEmpty ? "the snippet is empty" : "";

@@ -6,14 +6,13 @@
 
 namespace service::mcp {
 
-/// What is wrong with `xml` as content of the clipboard of the kind `xmlType`; FileMaker would paste nothing and say
-/// nothing. Empty when nothing is.
+/// Why FileMaker could not paste `xml` as content of the kind `xmlType`, which it would not report; empty if it could.
 std::string CheckSnippet(std::string_view xmlType, const std::string& xml);
 
 /// Where the user pastes content of this kind.
 std::string_view PlaceOf(std::string_view xmlType);
 
-/// How many elements the snippet `xml`, which suits its kind, has directly inside it.
+/// The number of elements directly inside the snippet `xml`, which CheckSnippet has accepted.
 std::size_t CountObjects(const std::string& xml);
 
 }  // namespace service::mcp

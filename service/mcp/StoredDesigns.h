@@ -10,7 +10,7 @@
 
 namespace service::mcp {
 
-/// A design by its id, or the newest of a file. Those used last are kept in memory. Throws std::runtime_error.
+/// A design by its id, or the newest of a file. Recently used designs are kept in memory. Throws std::runtime_error.
 std::shared_ptr<const OpenedDesign> OpenStored(const Call& call, const std::string& name);
 
 /// The elements with this name, UUID or key, of one kind unless `kind` is empty. Throws std::runtime_error when there
@@ -20,7 +20,7 @@ std::vector<const solution::Element*> Named(const solution::Design& design, cons
 
 bool HasKind(const solution::Element& element, const std::string& kind);
 
-/// The first thing to know about an element: key, kind, name, parent, detail.
+/// A short description of an element: key, kind, name, parent, detail.
 Json Summary(const solution::Design& design, const solution::Element& element);
 
 }  // namespace service::mcp

@@ -1,4 +1,4 @@
-// What an assistant can have done.
+// The tools of an assistant.
 #pragma once
 
 #include <span>
@@ -9,38 +9,38 @@
 
 namespace service::mcp {
 
-/// Why a tool could not do what was asked, in words that help the assistant or its user to go on.
+/// Why a tool failed, worded so that the assistant or its user knows what to do.
 class ToolError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
 struct ToolResult {
-  Json structured;        ///< as the tool's output schema demands
+  Json structured;        ///< conforms to the tool's output schema
   std::string text = {};  ///< for clients that show no structured results; empty: `structured` as JSON
-  std::string more = {};  ///< what to do about what is missing in `text`
+  std::string more = {};  ///< how to get the rest, if `text` is not complete
 };
 
-/// What using the tool changes.
+/// What a tool changes.
 enum class Effect { kNone, kReplacesClipboard };
 
 struct Tool {
   const char* name;
   const char* title;
   const char* description;
-  const char* input;   ///< the arguments, as SchemaOf takes them
+  const char* input;   ///< the arguments, in the form that SchemaOf expects
   const char* output;  ///< the structured result, likewise
   Effect effect;
-  /// `arguments` suit the schema. Runs on any thread; throws ToolError, Cancelled or any std::exception.
+  /// `arguments` conform to the schema. Called on any thread; throws ToolError, Cancelled or any std::exception.
   ToolResult (*run)(Call& call, const Value& arguments);
 };
 
-/// On the designs in the data folder; they need no running service.
+/// The tools for designs in the data folder, which need no running service.
 std::span<const Tool> DesignTools();
 
-/// What FileMaker carries out, by way of the service.
+/// The tools that use FileMaker, through the service.
 std::span<const Tool> FileMakerTools();
 
-/// On the clips that the service has kept.
+/// The tools for the clips that the service has stored.
 std::span<const Tool> ClipTools();
 
 /// Every tool as tools/list describes it.

@@ -16,13 +16,13 @@ class Workers {
  public:
   explicit Workers(std::size_t mostThreads) : mostThreads_(mostThreads) {}
 
-  /// Waits for everything that was begun.
+  /// Waits for all jobs.
   ~Workers();
 
-  /// Has `job` carried out on a thread, as soon as one is free. It must not throw.
+  /// Runs `job` on a thread as soon as one is free. It must not throw.
   void Start(std::function<void()> job);
 
-  /// Waits until nothing is left to do. False when that takes longer.
+  /// Waits until all jobs are done, for at most `patience`. False if that was not long enough.
   bool AwaitEnd(std::chrono::milliseconds patience);
 
  private:

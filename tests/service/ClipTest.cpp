@@ -117,7 +117,7 @@ TEST_F(ClipTest, RefusesWhatItCannotDo) {
       {"", "<a/>", 400, "the content is not clipboard XML of FileMaker: its root element is a"},
       {"", "<fmxmlsnippet><Step>", 400, "the content is not well-formed XML in line 1: unexpected end of data"},
       {"", "\xFF", 400, "the content is not valid UTF-8 in line 1"},
-      {"", Snippet(""), 400, "the content has no object that FileMaker could paste"},
+      {"", Snippet(""), 400, "the content contains no object that FileMaker could paste"},
       {"/9/tags", R"({"tags":"a"})", 404, "no such clip"},
       {"/x/delete", "", 404, "no such clip"},
       {"/1/tags", R"({"tag":"a"})", 400, "unknown member tag"},

@@ -150,7 +150,7 @@ TEST(DesignCommands, RefuseWithOneLine) {
       {{"references", kOrders, "--unused", "--broken"}, 2, "--unused excludes --broken"},
       {{"changes", kOrders, damaged.path()}, 1, damaged.path() + " is not well-formed XML in line "},
       {{"export", kOrders, kOrders}, 1, std::string(kOrders) + " is not a folder"},
-      {{"changes", kOrders}, 2, "an export needs another to be compared with: NEW is missing"},
+      {{"changes", kOrders}, 2, "NEW is missing: name another export to compare with"},
   };
   for (const auto& [arguments, status, error] : cases) {
     const ProcessResult result = RunService(arguments);
