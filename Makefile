@@ -32,7 +32,7 @@ test-sanitizers:
 	cmake --build $(BUILD)/thread -j $(JOBS) --target threaded_tests
 	ctest --test-dir $(BUILD)/thread --output-on-failure -L thread
 
-## check            format, lint, include directions, file and function length, and the units for macOS; LINT=no leaves out
+## check            format, lint, include directions, file and function length, and the units for macOS; LINT=no skips
 ##                  clang-tidy, which takes minutes
 check:
 	scripts/install-packages.sh plugin service simulator test check
@@ -45,7 +45,7 @@ mac-tests:
 	scripts/install-packages.sh plugin service simulator test
 	scripts/mac-tests.sh $(BUILD) "$(MACOS_SDK)"
 
-## bench            speed compared with well-known libraries; fails below the demanded ratios
+## bench            speed compared with well-known libraries; fails below the required ratios
 bench:
 	scripts/install-packages.sh plugin service simulator test bench
 	cmake --preset release -B $(BUILD)
@@ -59,7 +59,7 @@ fuzz:
 	cmake --build $(BUILD)/sanitize -j $(JOBS) --target fuzzers
 	scripts/fuzz.sh $(BUILD)/sanitize $(or $(SECONDS),60) $(or $(SEED),0)
 
-## plugin           only the plug-in, which needs nothing but a compiler and the platform: build/plugin/Varnix.fmx
+## plugin           only the plug-in, which needs only a compiler and the platform: build/plugin/Varnix.fmx
 plugin:
 	scripts/install-packages.sh plugin
 	cmake --preset plugin -B $(BUILD)/plugin
@@ -73,7 +73,7 @@ service:
 
 ## bundle           the macOS product, on a Mac, or elsewhere with MACOS_SDK=dir; FMWRAPPER_SDK=dir links the vendor's
 ##                  framework; LINUX_PLUGIN=file includes the Linux plug-in, by default that of an earlier make plugin;
-##                  SERVICE=yes builds the service for both processors, too
+##                  SERVICE=yes also builds the service for both processors
 bundle:
 	@FMWRAPPER_SDK="$(FMWRAPPER_SDK)" LINUX_PLUGIN="$(LINUX_PLUGIN)" MACOS_SDK="$(MACOS_SDK)" SERVICE="$(SERVICE)" \
 	  scripts/bundle.sh $(BUILD)

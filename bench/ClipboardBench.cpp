@@ -1,5 +1,5 @@
-// What an idle call costs that finds new content on the clipboard, as a multiple of one copy of it, and how fast the
-// kind of a large text is found. An idle call that finds nothing new is measured in IdleBench.cpp.
+// The cost of an idle call that finds new content on the clipboard, as a multiple of one copy of it, and how fast the
+// kind of a large text is found. IdleBench.cpp measures idle calls that find nothing new.
 #include <benchmark/benchmark.h>
 
 #include <cstdint>
@@ -30,8 +30,8 @@ std::int64_t now = 1000000;
 const std::string* clipboardText = nullptr;
 bool hasFlavour = false;
 
-// A clipboard that holds one text, already prepared, and optionally the same as FileMaker's flavour. It hands out a
-// copy as a system does.
+// A clipboard with one text, already prepared, and optionally the same content as a FileMaker flavour. It returns a
+// copy, as a system does.
 class PreparedText : public Pasteboard {
  public:
   std::optional<std::uint64_t> ChangeCount() override { return std::nullopt; }  // each call looks

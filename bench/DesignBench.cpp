@@ -1,4 +1,4 @@
-// A large export as a design: what it costs compared with parsing its XML alone, in time and in memory.
+// A large export as a design: its cost in time and memory, compared with just parsing the XML.
 #include <benchmark/benchmark.h>
 
 #include <cstdio>

@@ -1,4 +1,4 @@
-// The index of a large export: what making and searching it cost compared with parsing the XML alone, and its memory.
+// The index of a large export: the cost of making and searching it, compared with just parsing the XML, and its memory.
 #include <benchmark/benchmark.h>
 
 #include <cstdio>

@@ -1,5 +1,5 @@
 // An idle call costs FileMaker's main thread microseconds, whatever the service does and however large the text is that
-// another program has on the clipboard. Every thirtieth call finds a poll due; where the service ends it at once, it
+// another program has put on the clipboard. Every thirtieth call finds a poll due. If the service ends it at once, it
 // has ended by the next call.
 #include <algorithm>
 #include <atomic>
@@ -71,7 +71,7 @@ bool MeasureAgainst(const char* state, LoopbackServer::Handler handler, bool pol
   return Measure(state, pollsEnd);
 }
 
-// Signed out, with a text of xclip's on a real X server, unchanged after the first call has read it.
+// Signed out, with text from xclip on a real X server, unchanged after the first call has read it.
 bool MeasureForeignText() {
   const XServer server;
   setenv("DISPLAY", server.display().c_str(), 1);

@@ -18,7 +18,7 @@ std::string LargeExport() {
   for (int id = 100; bytes < kBytes; ++id) {
     pugi::xml_node copy = scripts.append_copy(script), listCopy = steps.append_copy(list);
     copy.attribute("id").set_value(id);
-    copy.attribute("name").set_value(("Script " + std::to_string(id)).c_str());  // so that no text is kept for two
+    copy.attribute("name").set_value(("Script " + std::to_string(id)).c_str());  // so that no two have the same text
     copy.child("UUID").text().set(id);
     listCopy.child("ScriptReference").attribute("id").set_value(id);
     for (int i = 0; i < 10; ++i) {

@@ -93,7 +93,7 @@ class Writer {
   std::mt19937 random_;
 };
 
-/// `size` bytes of what `next` yields; after a megabyte, far more than a branch predictor remembers, it repeats.
+/// `size` bytes from `next`; they repeat after a megabyte, which is far more than a branch predictor remembers.
 template <typename Next>
 std::string Fill(std::size_t size, Next next) {
   std::string text;

@@ -1,4 +1,4 @@
-// Texts as FileMaker writes them, made up and the same in every run.
+// Generated texts of the kinds that FileMaker writes, the same in every run.
 #pragma once
 
 #include <cstddef>
@@ -7,20 +7,20 @@
 
 namespace bench {
 
-/// Script steps and fields as FileMaker puts them on the clipboard: quoted attributes, calculations with line feeds and
-/// tabs and non-ASCII characters; nothing between the elements.
+/// Script steps and fields as FileMaker puts them on the clipboard: quoted attributes, calculations with line feeds,
+/// tabs and non-ASCII characters, no white space between elements.
 std::string CopiedXml(std::size_t size);
 
 /// Parts of a solution saved as XML: a line for each element, indented with tabs.
 std::string SavedXml(std::size_t size);
 
-/// Words and spaces: nothing that JSON escapes.
+/// Words and spaces, which JSON does not escape.
 std::string Prose(std::size_t size);
 
 /// Names of 8 to 40 characters, each ended by a return, as FileMaker's functions list them.
 std::string NameList(std::size_t size);
 
-/// Texts used in turn, so that branch prediction does not adapt to a short text, as it never could in real use.
+/// Texts used in turn, so that branch prediction cannot adapt to one short text, which it never could in real use.
 class Turns {
  public:
   /// Cuts `text` into texts of `size` bytes.

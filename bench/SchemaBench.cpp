@@ -24,7 +24,7 @@ constexpr int kRounds = 15;
 
 std::string Name(const char* what, int number) { return what + std::to_string(number); }
 
-// Answers as a file of so many tables does, by the query or only by the design functions.
+// Answers like a file with that many tables, by the query or only by the design functions.
 class Host : public wrapper::Host {
  public:
   Host(int tables, bool answersQuery) : tables_(tables) {
@@ -52,7 +52,7 @@ class Host : public wrapper::Host {
     return 0;
   }
 
-  // One round: the whole, and its evaluations alone.
+  // One round: the builder with its evaluations, and the evaluations alone.
   void Measure() {
     wrapper::SetHost(this);
     auto start = Clock::now();

@@ -1,4 +1,4 @@
-# Makes the plug-in module a macOS bundle, Varnix.fmplugin.
+# Builds the plug-in module as a macOS bundle, Varnix.fmplugin.
 
 set(VARNIX_LINUX_PLUGIN "" CACHE FILEPATH "Varnix.fmx for FileMaker Server on Linux, to include in the bundle; empty: none")
 

@@ -1,6 +1,6 @@
-# Builds for macOS on another system, with clang, lld and LLVM's tools, against a macOS SDK (MacOSX.sdk of Apple's
-# developer tools), whose directory MACOS_SDK names. scripts/bundle.sh uses it. The simulator and the tests also need what
-# Homebrew has on a Mac, in the directory MACOS_LIBRARIES (scripts/mac-libraries.sh).
+# Builds for macOS on another system, with clang, lld and LLVM's tools, against the macOS SDK (MacOSX.sdk of Apple's
+# developer tools) in the directory MACOS_SDK. scripts/bundle.sh uses it. The simulator and the tests also need the
+# libraries that Homebrew has on a Mac, in the directory MACOS_LIBRARIES (scripts/mac-libraries.sh).
 
 set(CMAKE_SYSTEM_NAME Darwin)
 set(CMAKE_SYSTEM_VERSION 20)  # macOS 11
@@ -40,7 +40,7 @@ find_llvm_tool(CMAKE_INSTALL_NAME_TOOL llvm-install-name-tool)
 find_llvm_tool(libtool llvm-libtool-darwin)
 find_llvm_tool(lipo llvm-lipo)
 
-# Clang looks for the tools that it calls where -B says, by these names.
+# Clang looks for its tools in the directory of -B, under these names.
 file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/darwin)
 file(CREATE_LINK ${CMAKE_LINKER} ${CMAKE_BINARY_DIR}/darwin/ld64.lld SYMBOLIC)
 file(CREATE_LINK ${lipo} ${CMAKE_BINARY_DIR}/darwin/lipo SYMBOLIC)
@@ -48,7 +48,7 @@ foreach(language CXX OBJCXX)
   # The SDK's C++ library, not the one that may be installed with clang.
   set(CMAKE_${language}_FLAGS_INIT
     "-B${CMAKE_BINARY_DIR}/darwin -stdlib++-isystem ${CMAKE_OSX_SYSROOT}/usr/include/c++/v1")
-  # Archives of objects with two architectures are beyond llvm-ar.
+  # llvm-ar cannot archive objects with two architectures.
   set(CMAKE_${language}_CREATE_STATIC_LIBRARY "${libtool} -static -o <TARGET> <OBJECTS>")
 endforeach()
 foreach(kind EXE MODULE SHARED)

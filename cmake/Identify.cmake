@@ -1,5 +1,5 @@
-# varnix_identify(PROGRAM IDENTIFIER): gives a program for macOS what apps have: an identifier, under which macOS keeps its
-# settings, and, as FileMaker Pro, the permission for HTTP without encryption. Does nothing for other systems.
+# varnix_identify(PROGRAM IDENTIFIER): gives a program for macOS an identifier, under which macOS stores its settings, and,
+# like FileMaker Pro, the permission for HTTP without encryption. Does nothing for other systems.
 function(varnix_identify PROGRAM IDENTIFIER)
   if(NOT APPLE)
     return()

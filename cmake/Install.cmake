@@ -1,4 +1,4 @@
-# make install: the programs, and the libraries that fmsim loads in a folder of their own.
+# make install: the programs, and in a separate folder the libraries that fmsim loads.
 
 if(VARNIX_BUILD_SERVICE)
   install(TARGETS service RUNTIME)

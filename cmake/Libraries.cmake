@@ -1,6 +1,6 @@
 # Libraries that more than one folder needs.
 
-# Where Homebrew keeps what macOS has in another version of its own, so that pkg-config does not see it.
+# Homebrew's folders for libraries of which macOS has its own version, so that pkg-config does not find them by itself.
 if(CMAKE_HOST_APPLE AND NOT CMAKE_CROSSCOMPILING)
   find_program(BREW brew)
   if(BREW)
@@ -9,7 +9,7 @@ if(CMAKE_HOST_APPLE AND NOT CMAKE_CROSSCOMPILING)
   endif()
 endif()
 
-# Header-only libraries that Homebrew lacks or has in ever new versions, as Debian archives their sources: the path in its
+# Header-only libraries that Homebrew lacks, or has in ever newer versions, from Debian's archive of sources: the path in its
 # pool, and the SHA-256.
 set(VARNIX_SOURCE_rapidxml r/rapidxml/rapidxml_1.13.orig.tar.gz
   36237604b5cd34424d8537ba9411f9f2cca842cdcb88c956c5bf39ce243bb44b)
@@ -18,8 +18,8 @@ set(VARNIX_SOURCE_dtl d/dtl/dtl_1.20.orig.tar.gz
 set(VARNIX_SOURCE_httplib c/cpp-httplib/cpp-httplib_0.11.4+ds.orig.tar.xz
   8b1a5df569003b6a4f24c68489bbda5c64aec94697bdc9ebba5d79408b2ae7eb)
 
-# Downloads the library that holds HEADER into the build folder, and sets VARIABLE to the folder to include; leaves it
-# alone for a library that is not in the list.
+# Downloads the library that contains HEADER into the build folder, and sets VARIABLE to the folder to include. Does
+# nothing for a library that is not in the list.
 function(varnix_download_headers variable header)
   string(REGEX MATCH "^[a-z]+" name ${header})
   if(NOT DEFINED VARNIX_SOURCE_${name})
@@ -37,9 +37,9 @@ function(varnix_download_headers variable header)
   set(${variable} ${${name}_SOURCE_DIR} CACHE PATH "Folder of ${header}" FORCE)
 endfunction()
 
-# varnix_headers(TARGET HEADER [SUFFIX]): lets TARGET include the header-only library that holds HEADER, in the folder
-# SUFFIX of an include directory if one is given. For another system than this one, whose own headers must stay out, only
-# the folder of the library becomes visible. On a Mac, the libraries listed above are downloaded.
+# varnix_headers(TARGET HEADER [SUFFIX]): lets TARGET include the header-only library that contains HEADER, in the folder
+# SUFFIX of an include directory if one is given. When cross-compiling, only the folder of the library becomes visible,
+# not this system's other headers. On a Mac, downloads the libraries listed above.
 function(varnix_headers target header)
   string(MAKE_C_IDENTIFIER "INCLUDE_${header}" variable)
   if(NOT ${variable} AND CMAKE_HOST_APPLE)

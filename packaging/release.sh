@@ -56,7 +56,7 @@ has_both_architectures() {
   esac
 }
 
-# Both architectures load the vendor's framework. Where a slice lies is in its entry of the list of architectures.
+# Both architectures must load the vendor's framework. The list of architectures gives the position of each slice.
 links_the_host() {
   for entry in 8 28; do
     offset=$((0x$(bytes "$1" $((entry + 8)) 4)))
@@ -147,7 +147,7 @@ output=$(cd "$output" && pwd)
 source=$(cd "$(dirname "$0")/.." && pwd)
 name=$(basename "$bundle")
 archive=$output/$name.xar
-folder=$output/${name%.fmplugin}-$version  # what people unpack
+folder=$output/${name%.fmplugin}-$version  # the folder that users unpack
 upload=$folder-unstapled.zip
 symbols=$folder-dSYMs
 for path in "$folder" "$symbols"; do

@@ -1,9 +1,9 @@
 #!/bin/sh
-# bundle.sh BUILD: makes the macOS product, BUILD/bundle/Varnix.fmplugin, for both processors. Environment variables, all
+# bundle.sh BUILD: builds the macOS product, BUILD/bundle/Varnix.fmplugin, for both processors. Environment variables, all
 # optional:
 #   FMWRAPPER_SDK  directory of the vendor's FMWrapper.framework; without it the bundle binds to what FileMaker has loaded
 #   LINUX_PLUGIN   the Linux plug-in to include, named Varnix.fmx; by default BUILD/plugin/Varnix.fmx, if it exists
-#   SERVICE        "yes" builds BUILD/bundle/varnix-service too, which needs libraries that scripts/install-packages.sh names
+#   SERVICE        "yes" also builds BUILD/bundle/varnix-service, which needs the libraries in scripts/install-packages.sh
 #   MACOS_SDK      directory of a macOS SDK; with it, LLVM's tools build the bundle on any system
 set -eu
 build=$1
@@ -14,7 +14,7 @@ fail() {
   exit 1
 }
 
-# CMake's own message would follow a page of others.
+# Checked here, because CMake's own message would come after a page of others.
 directory() {
   (cd "$2" 2>/dev/null && pwd) || fail "$1: no such directory: $2"
 }

@@ -1,15 +1,15 @@
 #!/usr/bin/env bash
-# check.sh BUILD [LINT]: what compiler and tests do not check. BUILD is a configured build directory. LINT "no" leaves out
+# check.sh BUILD [LINT]: checks what compiler and tests do not. BUILD is a configured build directory. LINT "no" skips
 # clang-tidy, which takes longer than all the rest. Prints the findings, and fails if there are any.
 set -uo pipefail
 cd "$(dirname "$0")/.." || exit
 git ls-files --error-unmatch Makefile > /dev/null || exit  # without git nothing would be found
 build=$1
 lint=${2:-yes}
-format_version=14  # the versions of clang-format disagree, so one decides: that of Debian 12
+format_version=14  # versions of clang-format disagree, so the one of Debian 12 decides
 failed=0
 
-# report WHAT: the findings are on standard input.
+# report WHAT: reports the findings on standard input, if any.
 report() {
   local findings
   findings=$(cat)
@@ -18,8 +18,8 @@ report() {
   failed=1
 }
 
-# Within the plug-in, includes run bridge -> schema -> net -> clipboard, host -> core. Only the entry point and the
-# function table name everything.
+# Within the plug-in, includes go bridge -> schema -> net -> clipboard, host -> core. Only the entry point and the
+# function table may include everything.
 upward_includes() {
   git grep -n '^#include "' -- plugin ':!plugin/core/VarnixPlugin.cpp' ':!plugin/core/FunctionTable.cpp' |
     awk -F: 'BEGIN { level["core"] = 0; level["clipboard"] = level["host"] = 1; level["net"] = 2; level["schema"] = 3
@@ -28,7 +28,7 @@ upward_includes() {
              from != to && to in level && level[to] >= level[from]'
 }
 
-# The other programs share no code with the plug-in, or the plug-in with them.
+# The other programs must not include headers of the plug-in.
 includes_of_the_plugin() {
   git grep -n '^#include "' -- sim service solution text | while IFS=: read -r file line include; do
     path=${include#*\"}
@@ -41,7 +41,7 @@ long_files() {
     xargs wc -l | awk '$2 != "total" && $1 > 400 { print $2 ": " $1 " lines" }'
 }
 
-# A function begins at the left margin and ends with a brace there. clang-tidy sees those within classes.
+# A function begins at the left margin and ends with a brace there. clang-tidy checks those within classes.
 long_functions() {
   # shellcheck disable=SC2016 # awk's own variables
   git ls-files -- '*.cpp' '*.h' '*.mm' '*.js' '*.mjs' '*.sh' .ci/run | xargs awk '
@@ -71,7 +71,7 @@ tidy_findings() {
 configured() { sed -n "s/^$1:[A-Z]*=//p" "$build/CMakeCache.txt"; }
 
 # The units for macOS, for both processors: compiler warnings, also about what macOS 11 lacks, and what Clang's static
-# analyzer finds. MACOS_SDK names an SDK of Apple's to use instead of the tests' stand-in.
+# analyzer finds. MACOS_SDK names an SDK from Apple to use instead of the tests' stand-in.
 mac_findings() {
   local clang sdk=${MACOS_SDK:-} options
   clang=$(configured VARNIX_CLANG)
@@ -102,11 +102,11 @@ format=$(command -v clang-format-$format_version || command -v clang-format)
 if "$format" --version | grep -q " version $format_version\."; then
   report "not formatted" < <(unformatted_files "$format")
 else
-  echo "NOT CHECKED: the format, for lack of clang-format $format_version"
+  echo "NOT CHECKED: the format, because clang-format $format_version is missing"
 fi
 report "units for macOS" < <(mac_findings)
 if [ "$lint" = no ]; then
-  echo "NOT CHECKED: clang-tidy's rules, as asked"
+  echo "NOT CHECKED: clang-tidy's rules, because of LINT=no"
 else
   report "clang-tidy" < <(tidy_findings)
 fi

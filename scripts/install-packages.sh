@@ -1,7 +1,7 @@
 #!/bin/sh
 # install-packages.sh GROUP...: installs the missing Debian or Ubuntu packages of the groups: plugin, service, simulator,
 # test, check, and sanitizers and bench, which need no more than test. A trailing "?" marks a package that only some
-# releases have, because in others a different one has its files. On a Mac, Homebrew installs the like.
+# releases have, because in others a different one has its files. On a Mac, Homebrew installs the equivalents.
 set -eu
 [ "$(uname -s)" != Darwin ] || exec "$(dirname "$0")/install-formulae.sh" "$@"
 
@@ -45,7 +45,7 @@ fi
 echo "Installing:$(echo "$missing" | tr -d '?')"
 log=$(mktemp)
 trap 'rm -f "$log"' EXIT
-$as_root apt-get update >"$log" 2>&1 || true  # an old list may be good enough
+$as_root apt-get update >"$log" 2>&1 || true  # an old package list may be good enough
 wanted=
 for package in $missing; do
   case $package in

@@ -1,8 +1,8 @@
 #!/bin/sh
-# mac-libraries.sh SDK FOLDER: makes FOLDER what Homebrew's folder is on a Mac, as far as the simulator and the tests need
-# it, so that another system can compile and link them for both processors. SDK is the directory of a macOS SDK. Headers
-# are those of Debian's packages, which are the same for every system. GoogleTest and pugixml are built. The other libraries are
-# stubs that name the functions of Debian's copies: enough to link with, nothing to run.
+# mac-libraries.sh SDK FOLDER: fills FOLDER like Homebrew's folder on a Mac, as far as the simulator and the tests need
+# it, so that another system can compile and link them for both processors. SDK is the directory of a macOS SDK. The
+# headers come from Debian's packages and are the same for every system. GoogleTest and pugixml are built. The other
+# libraries are stubs with the functions of Debian's copies, which can be linked but not run.
 set -eu
 sdk=$1
 mkdir -p "$2"
@@ -16,7 +16,7 @@ fail() {
   exit 1
 }
 
-# unpack PATH SHA256: an archive of Debian's pool, into the folder of sources.
+# unpack PATH SHA256: unpacks an archive of Debian's pool into the folder of sources.
 unpack() {
   archive=$sources/$(basename "$1")
   [ -f "$archive" ] || curl -sfL -o "$archive" "https://deb.debian.org/debian/pool/main/$1" || fail "cannot download $1"
@@ -34,7 +34,7 @@ build() {
   "$("$clang" -print-prog-name=llvm-libtool-darwin)" -static -o "$folder/lib/lib$name.a" "$sources/$name.o"
 }
 
-# stub PREFIX NAME: a library that has the functions of this system's libNAME.so.
+# stub PREFIX NAME: makes a library with the functions of this system's libNAME.so.
 stub() {
   targets="targets: [ x86_64-macos, arm64-macos ]"
   {
@@ -45,7 +45,7 @@ stub() {
   } > "$1/lib/lib$2.tbd"
 }
 
-# describe PREFIX NAME FLAG...: writes the file by which pkg-config knows a library.
+# describe PREFIX NAME FLAG...: writes the file with which pkg-config finds a library.
 describe() {
   prefix=$1
   name=$2

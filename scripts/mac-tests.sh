@@ -1,7 +1,7 @@
 #!/bin/sh
 # mac-tests.sh BUILD SDK: compiles and links, for both processors, what `make run` and `make test` build on a Mac, against
-# the macOS SDK in the folder SDK. Fails at a warning, also about what macOS 11 lacks. BUILD/mac/libraries stands in for
-# Homebrew's folder.
+# the macOS SDK in the folder SDK. Fails on any warning, including those about what macOS 11 lacks. BUILD/mac/libraries
+# stands in for Homebrew's folder.
 set -eu
 build=$1/mac
 project=$(dirname "$0")/..

@@ -1,6 +1,6 @@
 #!/bin/sh
-# run.sh BUILD [SOLUTION]: the local bridge service, and the simulated FileMaker with the plug-in signed in to it. A prompt
-# on a terminal, else the tour.
+# run.sh BUILD [SOLUTION]: runs the local bridge service, and the simulated FileMaker with the plug-in signed in to it. On
+# a terminal it gives a prompt, otherwise it runs the tour.
 set -eu
 
 build=$1
@@ -25,12 +25,12 @@ fi
 interactive=
 if [ -t 0 ] && [ -t 1 ]; then interactive=yes; fi
 
-# On a terminal, sign-in and commands last from run to run, below the build folder; the tour starts afresh.
+# On a terminal, sign-in and commands are kept between runs, below the build folder; the tour starts from scratch.
 kept=$(cd "$build" && pwd)
 [ -n "$interactive" ] || kept=$work
 export XDG_CONFIG_HOME="$kept/config"
 
-# In a process group of its own, so that Ctrl-C at the prompt does not end it.
+# In its own process group, so that Ctrl-C at the prompt does not end it.
 unset VARNIX_KEY
 [ -z "$interactive" ] || set -m
 "$build/varnix-service" serve --listen 127.0.0.1:0 --data "$kept/service-data" --latest-version 99.0.0 \
@@ -62,7 +62,7 @@ plugin=$build/Varnix.fmx
 set -- --plugin "$plugin" "$@"
 
 if [ -n "$interactive" ]; then
-  trap : INT  # it is fmsim's
+  trap : INT  # fmsim handles it
   "$build/fmsim" "$@" \
     --eval "Varnix.Register ( \"you@example.com\" ; \"$key\" ; Get ( PersistentID ) ; \"$VARNIX_SERVICE\" )" > "$work/sign-in"
   echo "The local bridge service is at $VARNIX_SERVICE; the plug-in is signed in: $(cat "$work/sign-in")"
@@ -73,14 +73,14 @@ if [ -n "$interactive" ]; then
   exit $status
 fi
 
-unset DISPLAY  # the tour has a clipboard of its own, and leaves yours alone
+unset DISPLAY  # the tour then has its own clipboard, and leaves yours alone
 if [ "$(uname -s)" = Darwin ]; then
-  echo "On a Mac the tour uses your clipboard. The text on it comes back at the end, anything else does not."
+  echo "On a Mac the tour uses your clipboard. Text on it is restored at the end, other content is not."
   pbpaste > "$work/clipboard"
   defaults delete com.varnix.fmsim 2>/dev/null || true  # the sign-in of an earlier run
 fi
 if "$scripts/tour.sh" "$build" "$work" "${solution:+any}" "$@"; then
-  echo "Everything worked. On a terminal, make run gives a prompt to try it yourself."
+  echo "Everything worked. On a terminal, make run gives a prompt, so that you can try it yourself."
 else
   echo "Something did not work: see above." >&2
   exit 1

@@ -1,6 +1,6 @@
 #!/bin/sh
-# tour.sh BUILD WORK any|"" FMSIM-OPTION...: plays the tour: first calculations, then what the service asks for. WORK is
-# an empty folder.
+# tour.sh BUILD WORK any|"" FMSIM-OPTION...: runs the tour: first calculations, then commands of the service. WORK is an
+# empty folder.
 set -u
 
 build=$1
@@ -10,7 +10,7 @@ shift 3
 scripts=$(dirname "$0")
 failed=0
 
-# The simulated FileMaker reads its lines from a pipe, and what it prints passes a reader that notices the mark.
+# The simulated FileMaker reads its lines from a pipe. A reader passes its output on and detects the mark.
 mark="-- in step --"
 mkfifo "$work/input"
 { "$build/fmsim" "$@" < "$work/input"; echo $? > "$work/status"; } |
@@ -20,7 +20,7 @@ mkfifo "$work/input"
 reader=$!
 exec 3> "$work/input"
 
-# fmsim LINE...: has the simulated FileMaker carry out lines, and waits until it has.
+# fmsim LINE...: sends lines to the simulated FileMaker and waits until it has carried them out.
 fmsim() {
   printf '%s\n' "$@" ".say $mark" >&3
   until [ -e "$work/reached" ]; do
@@ -35,8 +35,8 @@ fmsim() {
 
 say() { echo; echo "== $*"; }
 
-# send STATUS EXPECTED WORD...: has the service send a command to the plug-in. It must end with the exit status, and its
-# result or error contain EXPECTED.
+# send STATUS EXPECTED WORD...: sends a command to the plug-in through the service. It must end with the exit status
+# STATUS, and its result or error must contain EXPECTED.
 send() {
   wanted=$1
   expected=$2

@@ -1,8 +1,8 @@
 find_program(VARNIX_NODE NAMES node nodejs)
 find_program(VARNIX_NPM npm)
 
-# varnix_node_test(NAME SCRIPT [VARIABLE=value...]): a test program for Node.js in the current folder, which gets the programs
-# to test and the packages that package-lock.json there names in its environment.
+# varnix_node_test(NAME SCRIPT [VARIABLE=value...]): a test program for Node.js in the current folder. Its environment names
+# the programs to test and the folder of the packages in package-lock.json.
 function(varnix_node_test name script)
   add_test(NAME ${name}
     COMMAND ${CMAKE_COMMAND} -E env SERVICE=$<TARGET_FILE:service> FMSIM=$<TARGET_FILE:fmsim> PLUGIN=$<TARGET_FILE:plugin>

@@ -1,6 +1,6 @@
 #!/bin/sh
-# Stands in for the Apple tool that its link is named after. A call that begins with $FAILING fails. The signature of this
-# codesign is a list of checksums in a bundle; the archive of this xar is tar's.
+# Stands in for the Apple tool whose name the link to it has. A call that begins with $FAILING fails. This codesign's
+# signature is a list of checksums in the bundle; this xar makes tar archives.
 call="$(basename "$0") $*"
 case $call in ${FAILING:-none}*) exit 65 ;; esac
 for last in "$@"; do :; done

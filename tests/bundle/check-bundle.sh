@@ -1,5 +1,5 @@
 #!/bin/sh
-# check-bundle.sh BUNDLE VERSION LINUX_PLUGIN LLVM: what the bundle holds. LLVM is the directory of LLVM's tools.
+# check-bundle.sh BUNDLE VERSION LINUX_PLUGIN LLVM: checks the content of the bundle. LLVM is the directory of LLVM's tools.
 set -eu
 bundle=$1
 work=$(mktemp -d)
@@ -11,7 +11,7 @@ data=$(dirname "$0")/data
 sed "s/{version}/$2/g" "$data/contents.txt" >"$work/contents.txt"
 expect() { diff "$1" - || failed=1; }
 
-# The property list by way of its binary form, so that only what it really holds comes back.
+# The property list is converted to its binary form and back, so that only its real content remains.
 plistutil -i "$bundle/Contents/Info.plist" -f bin -o "$work/binary"
 {
   (cd "$bundle" && find . -type f | LC_ALL=C sort)
@@ -26,8 +26,8 @@ for arch in arm64 x86_64; do
   "$4/llvm-lipo" "$bundle/Contents/MacOS/Varnix" -thin $arch -output "$thin"
   "$4/llvm-objdump" --macho --private-headers "$thin" >"$thin.headers"
   "$4/llvm-nm" --undefined-only "$thin" | awk '{print $NF}' | "$4/llvm-cxxfilt" -_ >"$thin.undefined"
-  # The linker leaves to the host what it does not find. None of it may be the plug-in's own, and nothing static may be
-  # destroyed, because a late job may still use it.
+  # The linker leaves undefined symbols to the host. None may be the plug-in's own, and nothing static may be destroyed,
+  # because a late job may still use it.
   {
     "$4/llvm-nm" --defined-only --extern-only "$thin" | cut -d ' ' -f 3 | "$4/llvm-cxxfilt" -_ | sed 's/(.*//' |
       LC_ALL=C sort | paste -s -d ' '

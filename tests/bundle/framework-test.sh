@@ -1,7 +1,7 @@
 #!/bin/sh
-# framework-test.sh BUNDLE_SCRIPT: a bundle against the vendor's framework. Without its headers the build stops, because no
-# other place is searched. With the project's own headers in it, a unit compiles. The link takes the framework instead of
-# leaving symbols open.
+# framework-test.sh BUNDLE_SCRIPT: builds a bundle against the vendor's framework. Without its headers the build stops,
+# because no other place is searched. With the project's own headers in it, a unit compiles. The linker uses the framework
+# instead of leaving symbols undefined.
 set -eu
 headers=$(cd "$(dirname "$1")/../sdk/FMWrapper" && pwd)
 work=$(mktemp -d)

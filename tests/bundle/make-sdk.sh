@@ -1,7 +1,7 @@
 #!/bin/sh
-# make-sdk.sh DIRECTORY CLANG GNUSTEP: a stand-in for the macOS SDK. The whole plug-in compiles and links against it, the
-# other units for macOS compile. C comes from musl, whose headers suit any target, Foundation from GNUstep (its include
-# directory), the rest from the tests' stand-ins.
+# make-sdk.sh DIRECTORY CLANG GNUSTEP: makes a stand-in for the macOS SDK. The whole plug-in compiles and links against it;
+# the other units for macOS compile. The C headers come from musl and suit any target, Foundation comes from GNUstep (its
+# include directory), the rest from the tests' stand-ins.
 set -eu
 sdk=$1
 standin=$(dirname "$0")/../plugin/mac/standin
@@ -9,14 +9,14 @@ objc=$(dirname "$("$2" -print-file-name=libobjc.so)")/include/objc
 
 rm -rf "$sdk"
 mkdir -p "$sdk/usr/include/c++" "$sdk/usr/lib"
-# With the times of the originals, so that a second run rebuilds nothing.
+# Files keep the times of the originals, so that a second run rebuilds nothing.
 cp -pR /usr/include/*-linux-musl/. "$sdk/usr/include"
 cp -pRL /usr/include/c++/v1 "$sdk/usr/include/c++"
 # Apple's build of this library declares which macOS each part needs; other builds leave that out.
 site=$sdk/usr/include/c++/v1/__config_site
 sed -i -e '/_LIBCPP_HAS_NO_VENDOR_AVAILABILITY_ANNOTATIONS/d' \
   -e 's/\(_LIBCPP_HAS_VENDOR_AVAILABILITY_ANNOTATIONS\) 0/\1 1/' "$site"
-# Debian's build takes locales from what its C library has.
+# Debian's build uses the locales of its own C library.
 echo '#define _LIBCPP_HAS_MUSL_LIBC' >>"$site"
 echo '{"CanonicalName": "macosx11.0", "Version": "11.0", "MaximumDeploymentTarget": "11.0.99"}' >"$sdk/SDKSettings.json"
 # Apple's C headers declare everything in every language mode; these do on request.
@@ -44,7 +44,7 @@ done
 touch -r "$standin/fcntl.h" "$site" "$sdk/usr/include/features.h" "$sdk/usr/include/fcntl.h" \
   "$sdk/usr/include/stdlib.h" "$sdk/usr/include/string.h" "$sdk/usr/include/pthread.h"
 
-# stub FILE INSTALL_NAME: a library's description, with no symbol but the one that the linker itself needs.
+# stub FILE INSTALL_NAME: writes a library's description, with only the symbol that the linker itself needs.
 stub() {
   mkdir -p "$(dirname "$sdk/$1")"
   targets="targets: [ x86_64-macos, arm64-macos ]"

@@ -1,6 +1,6 @@
 #!/bin/sh
-# release-test.sh RELEASE BUNDLE LLVM: the commands and archives of the release script, and what it refuses. LLVM is the
-# directory of LLVM's tools.
+# release-test.sh RELEASE BUNDLE LLVM: tests the commands and archives of the release script, and what it refuses. LLVM is
+# the directory of LLVM's tools.
 set -eu
 release=$1
 llvm=$3
@@ -42,12 +42,12 @@ Varnix.fmplugin.gz" ] || note "leaves $(ls "$out")"
 diff -r -x _CodeSignature Varnix.fmplugin unpacked/Varnix.fmplugin || note "the archive differs from the bundle"
 codesign --verify unpacked/Varnix.fmplugin || note "the archive's bundle is not signed"
 
-# A refused upload shows at the stapler. Nothing may be packed then.
+# The stapler fails if the upload was refused. Nothing may be packed then.
 rm -r "$out" && mkdir "$out"
 if FAILING="xcrun stapler" "$release" "$@" "$identity" >said 2>&1; then note "continues without a ticket"; fi
 [ -z "$(ls "$out")" ] || note "packs a bundle without its ticket"
 
-# refuses MESSAGE CHANGE OPTION...: with the options, and after the command CHANGE, the release fails with MESSAGE.
+# refuses MESSAGE CHANGE OPTION...: after the command CHANGE, the release with these options must fail with MESSAGE.
 refuses() {
   message=$1
   cp -R Varnix.fmplugin good

@@ -1,4 +1,4 @@
-// A thousand commands in a row while the service is killed and started again: what became of each is known, none is
+// A thousand commands in a row while the service is killed and started again: the outcome of each is known, none is
 // carried out twice, and FileMaker's process does not grow.
 #include <gtest/gtest.h>
 
@@ -29,8 +29,8 @@ constexpr int kCommands = 1000;
 constexpr int kMeasuredAt = 100;
 constexpr int kKills = 10;
 constexpr int kFirstKill = 120;
-constexpr int kKillDistance = 85;  // from kill to kill at another type
-constexpr int kHitByOneKill = 3;   // at work or on their way at the same moment, at most
+constexpr int kKillDistance = 85;  // from kill to kill, each at another type
+constexpr int kHitByOneKill = 3;   // in progress or in transit at the same moment, at most
 constexpr auto kPatience = std::chrono::seconds(100);
 constexpr auto kLookInterval = std::chrono::milliseconds(5);
 
@@ -59,7 +59,7 @@ json Command(std::size_t number) {
   return command;
 }
 
-// What a process takes of the system.
+// The resources that a process uses.
 struct Footprint {
   explicit Footprint(pid_t pid) {
     const std::string process = "/proc/" + std::to_string(pid);
@@ -70,7 +70,7 @@ struct Footprint {
     }
   }
   long addressPages = 0, residentPages = 0, threads = 0;
-  long descriptors = 0;  // of the thread with the most; threads may have a table of their own
+  long descriptors = 0;  // of the thread with the most; threads may have their own tables
 };
 
 // Each service believes that a day has passed since the one before it. That distinguishes what a kill has interrupted
@@ -140,8 +140,8 @@ class EndToEnd : public FolderTest {
     EXPECT_LE(unfinished, kKills * kHitByOneKill);
   }
 
-  // As each completed command has a record of its own, it was carried out exactly once, and the others at most once.
-  // How often one set the clipboard leaves no record; its order among the others was seen in what they found there.
+  // Each completed command has its own record, so it was carried out exactly once, and the others at most once. Setting
+  // the clipboard leaves no record; the order of these commands shows in what the others found there.
   void CheckRecords() const {
     std::map<std::string, int> allowed;
     for (std::size_t i = 0; i < kCommands; ++i) {
@@ -166,8 +166,8 @@ class EndToEnd : public FolderTest {
   std::set<std::string> onClipboard_;  // more than one where a set command was delivered but not completed
 };
 
-// With one arena, because the memory that threads keep in arenas of their own depends on which of them happens to run
-// what; and without a path to the program that shows notifications.
+// With one malloc arena, because memory in separate arenas depends on which thread happens to run what; and without a
+// path to the program that shows notifications.
 constexpr char kFastFileMaker[] =
     "exec env LD_PRELOAD=" TEST_CLOCK
     " STEADY_SPEED=500 MALLOC_ARENA_MAX=1 ASAN_OPTIONS=quarantine_size_mb=0 PATH= TMPDIR=$XDG_CONFIG_HOME " FMSIM
@@ -183,7 +183,7 @@ TEST_F(EndToEnd, KnowsWhatBecameOfAThousandCommandsThoughTheServiceIsKilledTenTi
   ASSERT_NO_FATAL_FAILURE(Await([this] { return !IsOpen(State(kMeasuredAt)); }));
   const Footprint before(fileMaker.pid());
   for (int kill = 0; kill < kKills; ++kill) {
-    // One kill meets a command at work, the next the poll that follows it.
+    // One kill hits a command in progress, the next kill the poll after it.
     ASSERT_NO_FATAL_FAILURE(Await([this, kill] {
       const json command = State(kFirstKill + kill * kKillDistance);
       return kill % 2 == 0 ? command.at("state") != "queued" : !IsOpen(command);

@@ -1,7 +1,7 @@
 // Preloaded into the programs under test, in place of the standard library's clocks: a steady clock that runs
 // $STEADY_SPEED times as fast, and a system clock that is $SYSTEM_DAYS_AHEAD. Neither makes a transfer time out
-// earlier: libcurl asks the system itself, and so do waits on condition variables, which get a later end from the fast
-// clock.
+// earlier: libcurl asks the system itself, and so do waits on condition variables, for which the fast clock only gives
+// a later deadline.
 #include <chrono>
 #include <cstdlib>
 #include <ctime>

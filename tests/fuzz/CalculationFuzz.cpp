@@ -1,4 +1,4 @@
-// Formulas from outside: whatever the text, the engine ends with a value or with one of FileMaker's error numbers.
+// Any formula: the engine ends with a value or with one of FileMaker's error numbers.
 #include "fuzz/Fuzz.h"
 #include "sim/calc/TestEnvironment.h"
 
@@ -15,7 +15,7 @@ void Try(const std::string& input) {
     Check(calc::Evaluate(formula, environment, result) == syntaxError && result.AsText().empty());
     return;
   }
-  // Fifty rounds and levels instead of fifty thousand, which end too, but not while anyone waits.
+  // Fifty rounds and levels instead of fifty thousand, which would take too long.
   calc::Evaluate(u"SetRecursion ( " + formula + u"\r; 50 )", environment, result);
   Check(!result.IsError() || result.AsText() == u"?");
 }

@@ -18,7 +18,7 @@ std::string WithoutHeader(const std::string& data) {
 void Try(const std::string& input) {
   FakePasteboard pasteboard;
   FakePasteboard::Current() = &pasteboard;
-  // Also with a certain snippet, and longer than one of the blocks that are searched at a time.
+  // Also with a definite snippet, and longer than one block of the search.
   for (const std::string& bytes : {input, input + "<fmxmlsnippet>" + input, std::string(40'000, ' ') + input}) {
     Check(DetectXmlClipboardType(bytes) == reference::KindOf(bytes));
     pasteboard.Replace({{"Mac-XMSS", bytes}});

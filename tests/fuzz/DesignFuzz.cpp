@@ -1,5 +1,5 @@
-// Any bytes are either a design or refused with one line. A design can be shown, searched for references and compared
-// with itself, in which nothing has changed.
+// Any bytes are either a design or refused with one line. A design can be shown, searched for references, and compared
+// with itself without changes.
 #include "canonical/Properties.h"
 #include "changes/Changes.h"
 #include "design/DesignReader.h"

@@ -1,4 +1,4 @@
-// What every fuzzer has: it defines Try, which ends the program when a rule does not hold.
+// What all fuzzers share. Each defines Try, which aborts the program when a rule does not hold.
 #pragma once
 
 #include <cstddef>

@@ -11,7 +11,7 @@
 
 namespace {
 
-// Neither a store nor a service is there.
+// There is neither a store nor a service.
 service::Options Nowhere() {
   service::Options options;
   options.data = "/nonexistent/varnix-fuzz";

@@ -75,7 +75,7 @@ Json TablesOf(const std::vector<std::string>& lines) {
 
 void Try(const std::string& input) {
   FuzzedHost host;
-  // From UTF-16, which is what a host may hand over, unpaired surrogates among it.
+  // As UTF-16, like a host's texts, including unpaired surrogates.
   host.answer.resize(input.size() / sizeof(char16_t));
   std::memcpy(host.answer.data(), input.data(), host.answer.size() * sizeof(char16_t));
   const auto lines = LinesOf(calc::ToUtf8(host.answer.substr(0, host.answer.find(u'\0'))));

@@ -1,5 +1,5 @@
-// Whatever is sent to the local service, it goes on answering. The first line is the request's, the second a header,
-// the rest the body; an input that begins with an empty line is sent as it is after that.
+// Whatever is sent to the local service, it goes on answering. The first line is the request line, the second a header,
+// the rest the body. If the first line is empty, the rest is sent verbatim.
 #include <filesystem>
 #include <sstream>
 
@@ -34,7 +34,7 @@ std::string ToRequest(const std::string& input) {
          "\r\n\r\n" + body;
 }
 
-/// The answer, or what of it has come when nothing more comes for `patience`: not every request is whole.
+/// The answer, or the part that has arrived when nothing more arrives for `patience`: not every request is complete.
 std::string Exchange(const std::string& url, const std::string& bytes, timeval patience) {
   RawConnection connection(url, patience);
   connection.Send(bytes);

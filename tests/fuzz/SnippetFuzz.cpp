@@ -1,5 +1,5 @@
-// Any bytes are either clipboard XML or refused with one line. What is shown of it is text for people, and not much
-// more than was sent.
+// Any bytes are either clipboard XML or refused with one line. Title and readable text are UTF-8 without zero bytes,
+// and limited in size.
 #include "Utf8.h"
 #include "fuzz/Fuzz.h"
 #include "snippet/Snippet.h"

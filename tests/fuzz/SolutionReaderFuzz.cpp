@@ -1,4 +1,4 @@
-// Any bytes are either an export or refused with one line, and a refusal leaves the solution alone.
+// Any bytes are either an export or refused with one line, and a refusal leaves the solution unchanged.
 #include "fuzz/Fuzz.h"
 #include "solution/SolutionReader.h"
 

@@ -1,4 +1,4 @@
-// Any text is a query or gives "?"; the lenient reading differs from the strict one only where quotes are doubled.
+// Any text is a query or gives "?". Lenient and strict mode differ only where quotes are doubled.
 #include "calc/Unicode.h"
 #include "fuzz/Fuzz.h"
 #include "sim/solution/SampleSolution.h"

@@ -1,4 +1,4 @@
-// What is answered to which line, before any tool is at work.
+// The answers to lines that no tool handles.
 #include <gtest/gtest.h>
 #include <unistd.h>
 

@@ -1,4 +1,4 @@
-// AI assistants' clients with the real service, plug-in and simulated FileMaker.
+// Clients of AI assistants with the real service, plug-in and simulated FileMaker.
 import assert from 'node:assert/strict';
 import {readFileSync, writeFileSync} from 'node:fs';
 import {join} from 'node:path';

@@ -1,4 +1,4 @@
-// The clips: what came from FileMaker's clipboard, through requests.
+// The clips, through requests.
 #include <gtest/gtest.h>
 
 #include "net/Json.h"

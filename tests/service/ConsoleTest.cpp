@@ -1,4 +1,4 @@
-// Who may use the console: what pages of other sites try, and what the browser of its user gets.
+// Who may use the console: attempts by pages of other sites, and the answers for its user's browser.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 

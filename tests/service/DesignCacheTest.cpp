@@ -1,4 +1,4 @@
-// Which designs are read again, and which are at hand.
+// Which designs are read again, and which come from the cache.
 #include "designs/DesignCache.h"
 
 #include <gtest/gtest.h>

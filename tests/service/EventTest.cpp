@@ -1,4 +1,4 @@
-// Events that report changes to pages, and pages that hang, which disturb nobody.
+// Events that report changes to pages. Pages that hang disturb nobody.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -22,7 +22,7 @@ constexpr char kHead[] =
     "X-Content-Type-Options: nosniff\r\nConnection: close\r\n\r\nevent: hello\ndata: {\"version\":\"1.6.16\"}\n\n";
 constexpr std::size_t kMost = service::EventHub::kMost;
 
-// A page that listens. Gives up after a while without a sign, as an answer that stays away does.
+// A page that listens. Gives up when nothing arrives for a while.
 class Page : public RawConnection {
  public:
   explicit Page(const std::string& url, const std::string& headers = "Host: localhost\r\n")
@@ -30,7 +30,7 @@ class Page : public RawConnection {
     Send("GET /operator/events HTTP/1.1\r\n" + headers + "\r\n");
   }
 
-  // Waits for the beginning of the answer: all of it, or of an error the status.
+  // Waits for the start of the answer: the head and the first event, or the status line of an error.
   std::string Begin() {
     const std::string line = Receive("\r\n");
     return line.find(" 200 ") == line.npos ? line : line + Receive("}\n\n");

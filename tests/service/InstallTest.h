@@ -1,4 +1,4 @@
-// The service, installed for the folder of a test as for somebody's home, with a program in place of the system's.
+// Installs the service with a test's folder as home, and with a stand-in for the system's tool.
 #pragma once
 
 #include <sys/stat.h>
@@ -17,7 +17,7 @@ class InstallTest : public FolderTest {
   InstallTest() { setenv("PATH", (folder_ + ':' + path_).c_str(), 1); }
   ~InstallTest() override { setenv("PATH", path_.c_str(), 1); }
 
-  /// Replaces the system's tool `name`. What it is called with is in Calls(); it ends with `commands`.
+  /// Replaces the system's tool `name` with one that records its arguments for Calls() and then runs `commands`.
   void MakeTool(const std::string& name, const std::string& commands = "") const {
     const std::string file = folder_ + '/' + name;
     std::ofstream(file) << "#!/bin/sh\necho \"$@\" >> " << folder_ << "/calls\n" << commands << '\n';

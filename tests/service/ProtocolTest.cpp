@@ -1,4 +1,4 @@
-// The bridge protocol as the plug-in sends and reads it, and what is remembered of it.
+// The bridge protocol as the plug-in sends and reads it, and what the service stores.
 #include <gtest/gtest.h>
 
 #include <csignal>

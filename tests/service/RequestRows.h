@@ -14,5 +14,5 @@ struct Row {
 /// The rows of the file `name`; refused.txt describes its lines.
 std::vector<Row> ReadRows(const std::string& name, const Placeholders& placeholders);
 
-/// Sends each row to the service at `url` on a connection of its own.
+/// Sends each row to the service at `url`, each on its own connection, and checks the answer.
 void ExpectAnswers(const std::string& url, const std::vector<Row>& rows);

@@ -1,4 +1,4 @@
-// What the service answers to requests, one by one, and that nobody can stop it.
+// The service's answers to single requests; no client can stop it.
 #include <gtest/gtest.h>
 
 #include <csignal>

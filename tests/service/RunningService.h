@@ -1,4 +1,4 @@
-// varnix-service as a process of its own, and requests to it.
+// varnix-service as a separate process, and requests to it.
 #pragma once
 
 #include <httplib.h>
@@ -20,7 +20,7 @@ class RunningService {
 
   const std::string& url() const { return url_; }
   std::string port() const { return url_.substr(url_.rfind(':') + 1); }
-  /// What is printed after the address.
+  /// The lines that it prints after the address.
   const std::string& signInLine() const { return signInLine_; }
   const std::string& consoleLine() const { return consoleLine_; }
 

@@ -1,4 +1,4 @@
-// What the console sets up, deletes, keeps and copies.
+// Setup, deletions, retention and backups through the console.
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -20,7 +20,7 @@ using namespace std::chrono_literals;
 
 class Storage : public FolderTest {
  protected:
-  // Waits until the list of designs has `count` of them.
+  // Waits until the list has `count` designs.
   static void AwaitDesigns(const RunningService& service, std::size_t count) {
     for (;;) {
       const std::string list = service.Get("/operator/designs").body;

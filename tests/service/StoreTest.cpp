@@ -1,4 +1,4 @@
-// What becomes of commands and records over time, on a clock that the test sets.
+// What happens to commands and records over time, on a clock that the test sets.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -25,7 +25,7 @@ class StoreOverTime : public FolderTest {
                     std::optional<std::chrono::seconds> queuedFor = {}) {
     return store_->Enqueue(*service::FindCommandType(type), {std::move(file), {}, {}}, queuedFor);
   }
-  // The id of what a poll gets; "" for nothing.
+  // The id of the command that a poll gets; "" for none.
   std::string Deliver() {
     const auto command = store_->Deliver();
     return command ? command->id : "";

@@ -144,7 +144,7 @@ TEST(Changes, BetweenVersionsNeedAModificationCounter) {
       same.warnings[0],
       "the exports were saved by different versions of FileMaker (22.0.1 and 26.0.1): an element counts as edited "
       "only if its modification counter changed");
-  // What the other format does not know is no change.
+  // A property that the other format lacks is not a change.
   text = All(text, "modifications=\"5\"", "modifications=\"6\"");
   text = All(text, "width=\"600\"", "width=\"601\"");
   EXPECT_EQ(Lines(Compare(Sample(), *ReadText(text))).substr(0, 32), "edited layout Order Form: width,");

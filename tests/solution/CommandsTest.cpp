@@ -12,7 +12,7 @@ namespace {
 
 constexpr const char* kOrders = TEST_DATA "/Orders.xml";
 
-/// An export in a file that lives as long as this does. Its name is its process's own: tests run side by side.
+/// An export in a file that exists as long as this. Its name contains the process id, because tests run in parallel.
 class SavedExport {
  public:
   explicit SavedExport(const std::string& text) { std::ofstream(path_, std::ios::binary) << text; }
@@ -84,7 +84,7 @@ TEST(ChangesCommand, ShowsScriptsLineByLine) {
   EXPECT_EQ(Changes(solution::SampleText()), "no changes\n");
 }
 
-// A terminal obeys what a foreign file may contain.
+// A terminal would execute control characters from a foreign file.
 TEST(ChangesCommand, PrintsNoControlCharacters) {
   const std::string text = Changes(solution::SampleWith("about Orders", "a&#27;[2Jb"));
   EXPECT_NE(text.find("-> a\\x1B[2Jb"), std::string::npos) << text;

@@ -9,7 +9,7 @@ std::string Utf16(std::string_view text, bool bigEndian) {
   std::string bytes;
   for (std::size_t i = 0; i < text.size(); ++i) {
     unsigned unit = static_cast<unsigned char>(text[i]);
-    if (unit >= 0xC0) {  // the sample has no longer characters than two bytes
+    if (unit >= 0xC0) {  // the sample has no characters longer than two bytes
       unit = (unit & 0x1F) << 6 | (static_cast<unsigned char>(text[++i]) & 0x3F);
     }
     const char high = static_cast<char>(unit >> 8), low = static_cast<char>(unit & 0xFF);

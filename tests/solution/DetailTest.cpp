@@ -1,4 +1,4 @@
-// How elements appear in lists: their keys, where they are and what they are, compared with data/details.txt.
+// How elements appear in lists: key, place and short description, compared with data/details.txt.
 #include "output/Detail.h"
 
 #include <set>

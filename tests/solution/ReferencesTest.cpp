@@ -99,7 +99,7 @@ TEST(References, ReachIntoOtherFilesWhoseExportsAreAtHand) {
       "name=\"SKU\"><UUID>F-2</UUID></Field></ObjectList></FieldCatalog></FieldsForTables><ScriptCatalog>"
       "<Script id=\"1\" name=\"Restock now\"><UUID>0000AAAA-0000-4000-8000-000000000000</UUID></Script></ScriptCatalog>"
       "</AddAction></Structure></FMSaveAsXML>");
-  // A reference that gives the UUID of one field shows which table the occurrence is of.
+  // A reference with the UUID of a field shows which table the occurrence belongs to.
   const auto orders = ReadText(SampleWith("<FieldReference id=\"0\" name=\"&lt;Field Missing&gt;\">",
                                           "<FieldReference id=\"4\" name=\"SKU\" UUID=\"F-2\">"
                                           "<TableOccurrenceReference id=\"1065092\" name=\"Stock\"/>"));

@@ -1,4 +1,4 @@
-// How clipboard XML appears to people: the project's own samples, every shape of step, and what no one should send.
+// Clipboard XML as readable text: the project's own samples, every form of step, and invalid input.
 #include "snippet/Snippet.h"
 
 #include <gtest/gtest.h>

@@ -18,30 +18,30 @@ struct FakePasteboard {
 
   /// The store. The general view shows the first item's entries, then those of the others.
   std::vector<Item> items;
-  /// The types that the general view's last declaration promised, in its order.
+  /// The types of the general view's last declaration, in its order.
   std::vector<std::string> declared;
-  /// Whether the older view shows what there is: not before it has been synchronized or cleared.
+  /// Whether the older view shows the content: only after it has been synchronized or cleared.
   bool isSynchronized = false;
   /// Whether the system has the older view.
   bool hasItems = true;
   /// Calls to refuse, as they are recorded: "PutFlavor Mac-XMSS", "ClearItems", "SetString".
   std::set<std::string> refused;
   std::vector<std::string> calls;
-  /// Called before each of them is carried out.
+  /// Called before each call takes effect.
   std::function<void()> onCall;
   /// How often the content was replaced here.
   int writes = 0;
-  /// Another number after each replacement, here or by another program, and in each fake; empty where changes are not
+  /// A new number after each replacement, by the plug-in or another program, and in each fake; empty if changes are not
   /// reported.
   std::optional<std::uint64_t> change = NextChange();
   /// How often data was read, or searched for.
   int reads = 0;
-  /// Whether it still is what was written here; only that may be added to.
+  /// Whether the content is still the plug-in's own; only then may it be added to.
   bool isOurs = false;
 
   static constexpr char kText[] = "public.utf8-plain-text";
 
-  /// The one that Pasteboard::Open gives access to; a test sets it.
+  /// The fake that Pasteboard::Open returns access to; a test sets it.
   static FakePasteboard*& Current() {
     static FakePasteboard* current = nullptr;
     return current;
@@ -65,7 +65,7 @@ struct FakePasteboard {
     return true;
   }
 
-  /// Everything on it, item after item.
+  /// All entries, item after item.
   Item Entries() const {
     Item entries;
     for (const auto& item : items) entries.insert(entries.end(), item.begin(), item.end());

@@ -28,7 +28,7 @@ class FakeUrlLayer {
     Current() = nullptr;
   }
 
-  /// The one that the stand-in of the URL session uses.
+  /// The fake that the stand-in for the URL session uses.
   static FakeUrlLayer*& Current() {
     static FakeUrlLayer* current = nullptr;
     return current;

@@ -1,4 +1,4 @@
-// A test with a folder of its own, gone with its contents when the test ends, and with surroundings that do not depend
+// A test with its own folder, which is removed with its contents at the end, and with surroundings that do not depend
 // on who runs it: settings in the folder, no X server, files that only their owner can write.
 #pragma once
 

@@ -53,7 +53,7 @@ class LoopbackServer {
 
   /// The requests so far, in the order in which they were completed.
   std::vector<std::string> Requests() { return WaitForRequests(0); }
-  /// The same once there are `count` requests, or after ten seconds.
+  /// Waits until there are `count` requests, or for ten seconds, and returns all requests.
   std::vector<std::string> WaitForRequests(std::size_t count);
 
  private:

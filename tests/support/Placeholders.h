@@ -1,4 +1,4 @@
-// Texts in data files with places that a test fills in.
+// Texts in data files with placeholders that a test fills in.
 #pragma once
 
 #include <string>
@@ -13,7 +13,7 @@ inline std::string Replaced(std::string text, std::string_view what, std::string
   return text;
 }
 
-/// Names with their braces and values, filled in one after the other: a value may hold the names after its own.
+/// Names in braces and their values, filled in one after the other: a value may contain later names.
 using Placeholders = std::vector<std::pair<std::string, std::string>>;
 
 inline std::string Filled(std::string text, const Placeholders& placeholders) {

@@ -1,4 +1,4 @@
-// The settings in memory, for tests on a Mac that are about something else: the system's are those of the user.
+// The settings in memory, for other tests on a Mac: the system's would be the user's own.
 #include "core/Prefs.h"
 
 static std::string savedUrl, savedKey;

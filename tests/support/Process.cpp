@@ -14,7 +14,7 @@ extern "C" char** environ;  // which macOS declares nowhere
 
 namespace {
 
-/// Without a name, so that it is gone once it is closed.
+/// Has no name, so it disappears when it is closed.
 int TemporaryFile() {
   std::string path = std::filesystem::temp_directory_path() / "varnix-process-XXXXXX";
   const int file = mkostemp(path.data(), O_CLOEXEC);

@@ -15,7 +15,7 @@ struct ProcessResult {
 /// Runs `arguments` (the program first) with `input` as its standard input and collects what it prints.
 ProcessResult RunProcess(const std::vector<std::string>& arguments, const std::string& input = "");
 
-/// A program that runs while the test goes on. Not for use from two threads at once.
+/// A program that runs in parallel with the test. One thread at a time.
 class ChildProcess {
  public:
   /// Starts `arguments`: the program, found along $PATH, comes first. Its standard error is appended to the file
@@ -33,8 +33,8 @@ class ChildProcess {
   /// Writes to its standard input.
   void Write(const std::string& text);
 
-  /// Ends its standard input, sends `signal` unless that is 0, and waits for its end. Returns its exit status, or 128
-  /// and the signal that ended it; -1 when it has ended before.
+  /// Closes its standard input, sends `signal` unless that is 0, and waits for its end. Returns its exit status, or 128
+  /// plus the signal that ended it; -1 if it was ended before.
   int End(int signal = 0);
 
  private:

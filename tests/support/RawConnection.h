@@ -14,7 +14,7 @@
 
 class RawConnection {
  public:
-  /// Connects to "http://127.0.0.1:<port>". Receiving ends when nothing comes for `patience`, unless that is zero.
+  /// Connects to "http://127.0.0.1:<port>". Receiving ends when nothing arrives for `patience`, unless that is zero.
   explicit RawConnection(const std::string& url, timeval patience = {}) : socket_(socket(AF_INET, SOCK_STREAM, 0)) {
     fcntl(socket_.get(), F_SETFD, FD_CLOEXEC);
     sockaddr_in address{};
@@ -30,10 +30,10 @@ class RawConnection {
     return send(socket_.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL) == static_cast<ssize_t>(bytes.size());
   }
 
-  /// Says that no more bytes follow.
+  /// Ends sending: no more bytes follow.
   void EndSending() { shutdown(socket_.get(), SHUT_WR); }
 
-  /// What comes until `ending`, or until the server closes.
+  /// Receives until `ending` arrives or the server closes the connection.
   std::string Receive(const std::string& ending = "") {
     std::string received;
     char byte;

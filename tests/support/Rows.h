@@ -1,4 +1,4 @@
-// Tables in data files: texts, and what each of them gives.
+// Tables in data files: texts and their expected results.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -20,8 +20,9 @@ inline std::string TextOfRow(std::string line) {
   return line == "(empty)" ? "" : line;
 }
 
-/// Checks the table in the file `path`: lines that each hold a text, and indented below them what every one of them
-/// gives. "␍", "␊" and "␉" stand for control characters, "(empty)" for no text; "# " begins a comment.
+/// Checks the table in the file `path`: lines with one text each, and below them, indented, the result that `gives`
+/// must return for each of them. "␍", "␊" and "␉" stand for control characters, "(empty)" for no text; "# " begins a
+/// comment.
 inline void ExpectRows(const std::string& path, const std::function<std::string(const std::string& text)>& gives) {
   constexpr std::string_view kIndent = "    ";
   std::vector<std::pair<int, std::string>> texts;  // with their line numbers

@@ -1,4 +1,5 @@
-// A host whose evaluations are given, and recorded in order; and calls of external functions as FileMaker makes them.
+// A host with given results of evaluations, which it records in order; and calls of external functions, as FileMaker
+// makes them.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -19,7 +20,7 @@ class ScriptedHost : public wrapper::Host {
     EXPECT_EQ(wrapper::Violations(), std::vector<std::string>());
   }
 
-  /// What an expression gives; one without an answer fails with error 1200.
+  /// The results by expression; one without an answer fails with error 1200.
   std::map<std::string, std::string> answers;
   std::map<std::string, short> errors;
   /// Every expression asked for, in order.
@@ -48,7 +49,7 @@ inline std::string CallHandler(fmx::ExtPluginType handler, const std::vector<std
   return calc::ToUtf8(result.AsText());
 }
 
-/// Calls the function that comes first in `row`, with the arguments that follow, a "|" before each.
+/// Calls the function named first in `row` with the arguments that follow, separated by "|".
 inline std::string CallRow(const std::map<std::string, fmx::ExtPluginType>& functions, const std::string& row) {
   std::vector<std::string> words;
   for (std::size_t at = 0; at <= row.size(); at += words.back().size() + 1) {

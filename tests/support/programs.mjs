@@ -1,5 +1,5 @@
-// Programs for tests in Node.js: the service, and the simulated FileMaker with the plug-in. Their data is in a folder
-// of the test's own, and whatever was started ends with the test.
+// Programs for tests in Node.js: the service, and the simulated FileMaker with the plug-in. Their data is in the test's
+// own folder, and all of them end with the test.
 import assert from 'node:assert/strict';
 import {spawn} from 'node:child_process';
 import {mkdtempSync, readFileSync, rmSync} from 'node:fs';

@@ -1,7 +1,7 @@
 #!/bin/sh
 # run-node-test.sh NODE NPM SOURCE TEST: runs SOURCE/TEST, after installing the packages of SOURCE/package-lock.json into
-# the folder $PACKAGES unless they are there. Status 77, which ctest shows as skipped: npm's registry cannot be reached, or a
-# proxy refuses it.
+# the folder $PACKAGES unless they are there. Exits with status 77, which ctest shows as skipped, when npm's registry cannot
+# be reached or a proxy refuses it.
 set -eu
 node=$1
 npm=$2

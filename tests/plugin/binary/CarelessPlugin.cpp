@@ -1,4 +1,4 @@
-// A plug-in that leaves objects and a function behind, and throws exceptions at the host.
+// A plug-in that leaves objects and a function behind, and lets exceptions escape to the host.
 #pragma GCC visibility push(default)
 #include <FMWrapper/FMXExtern.h>
 #pragma GCC visibility pop
@@ -34,7 +34,7 @@ fmx::errcode StartScript(short, const fmx::ExprEnv&, const fmx::DataVect& args, 
   return 0;
 }
 
-// The file that a context of the plug-in's own sees once it is bound to the current one.
+// The file that the plug-in's own context sees after it is bound to the current file.
 fmx::errcode CurrentFile(short, const fmx::ExprEnv&, const fmx::DataVect&, fmx::Data& result) {
   const fmx::ExprEnvUniquePtr env;
   const fmx::TextUniquePtr expression;

@@ -11,7 +11,7 @@
 #include "support/FolderTest.h"
 #include "support/ScriptedHost.h"
 
-/// The binary with settings of its own.
+/// The binary with its own settings.
 class PluginBinary : public FolderTest {
  protected:
   PluginBinary() {

@@ -1,5 +1,4 @@
-// The clipboard functions of the plug-in binary, on the clipboard that it has inside the process where there is no X
-// server.
+// The clipboard functions of the plug-in binary, on the clipboard inside the process that it uses without an X server.
 #include "plugin/binary/PluginBinary.h"
 
 namespace {

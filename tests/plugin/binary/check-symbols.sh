@@ -1,5 +1,5 @@
 #!/bin/sh
-# check-symbols.sh PLUGIN: the plug-in's exports, what it leaves undefined, the libraries it needs, and its hardening.
+# check-symbols.sh PLUGIN: checks the plug-in's exports, undefined symbols, libraries and hardening.
 set -eu
 plugin=$1
 

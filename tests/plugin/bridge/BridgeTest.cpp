@@ -45,7 +45,7 @@ FMX_ErrorCode StartScript(const FMX_Text* file, const FMX_Text* script, FMX_Scri
 void bg(std::function<void()> job) noexcept {
   try {
     BridgeTest::current->jobs.push_back(std::move(job));
-  } catch (const std::bad_alloc&) {  // it never runs
+  } catch (const std::bad_alloc&) {  // the job never runs
   }
 }
 

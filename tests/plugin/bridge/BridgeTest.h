@@ -31,21 +31,21 @@ class BridgeTest : public FolderTest {
   /// What the plug-in has done, in order: requests other than polls ("POST http://s/path body"), starts of scripts
   /// ("start file|script|control|parameter", "-" for none), notifications ("notify title: message").
   Texts effects;
-  /// Those since the last call.
+  /// The effects since the last call.
   Texts Effects() { return std::exchange(effects, {}); }
   /// Called when a request is made.
   std::function<void()> onRequest;
   /// All requests so far, polls among them.
   std::vector<Network::Request> requests;
 
-  /// The service's commands, which it sends in order.
+  /// The service's commands, sent in this order.
   std::deque<std::string> commands;
-  /// Its answers by the beginning of the path; any other request gets an empty 200.
+  /// The service's answers by the start of the path; any other request gets an empty 200.
   std::map<std::string, Network::Outcome> answers;
 
   /// The host's answers to the next starts of scripts, then 0.
   std::deque<short> startErrors;
-  /// How many evaluations still work before one fails, negative for all.
+  /// How many more evaluations work before one fails; negative: all work.
   int evaluationsBeforeError = -1;
   /// Called within the next evaluation, and the next start of a script.
   std::function<void()> duringEvaluation, duringStart;
@@ -59,13 +59,13 @@ class BridgeTest : public FolderTest {
 
   /// One idle message.
   void Idle(int level = 0);
-  /// Runs the jobs that wait, in order, and those that they start, while another account is signed in.
+  /// Runs the waiting jobs, in order, and those that they start, while another account is signed in.
   void RunJobs();
-  /// Both; returns the effects.
+  /// Idle, then RunJobs; returns the effects.
   Texts Step(int level = 0);
-  /// A step that polls, after the time that takes; the poll brings the command `id` with further JSON `members`.
+  /// Lets a poll become due, and takes a step in which it receives the command `id` with further JSON `members`.
   void Poll(const std::string& type, const std::string& members = "", const std::string& id = "c1");
-  /// The same, and the step that carries the command out; returns its effects.
+  /// Polls likewise, then takes the step that carries out the command; returns its effects.
   Texts CarryOut(const std::string& type, const std::string& members = "", const std::string& id = "c1");
 
   /// The pending schema request: "c1 Sales armed", "c1 Sales started", or "".

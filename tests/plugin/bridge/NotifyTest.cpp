@@ -1,4 +1,4 @@
-// How Linux's tool for notifications is started.
+// How the notification tool of Linux is started.
 #include "bridge/Notify.h"
 
 #include <fcntl.h>
@@ -47,7 +47,7 @@ TEST_F(NotifyTest, PassesBothTextsSoThatTheToolTakesThemForNothingElse) {
   const std::pair<std::string, std::string> cases[] = {
       {"--version \"x\" $(x) `x` \\n <b>&amp;</b>\n", "--version \"x\" $(x) `x` \\\\n &lt;b&gt;&amp;amp;&lt;/b&gt;\n"},
       {"a\xFF\xE2\x82z\xED\xA0\x80", "a\uFFFD\uFFFD\uFFFDz\uFFFD\uFFFD\uFFFD"},  // not UTF-8
-      // more than the system passes, cut to whole characters
+      // more than the system accepts, cut to whole characters
       {most + "€€", std::regex_replace(most, std::regex("&"), "&amp;")},
   };
   for (const auto& [message, given] : cases) {

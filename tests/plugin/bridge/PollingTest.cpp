@@ -20,7 +20,7 @@ TEST_F(Polling, OneAtATimeAtLeastThreeSecondsFromStartToStart) {
       {10, 2990, {3000, 6000, 9000, 12'000, 15'000, 18'000}},
       {1700, 0, {3400, 6800, 10'200, 13'600, 17'000}},
       {100, 3100, {3000, 9000, 15'000}},
-      {100, 10'000, {3000, 15'000}},  // a call that finds the poll still running begins the three seconds anew
+      {100, 10'000, {3000, 15'000}},  // a call that finds the poll still running restarts the three seconds
       {100, 1'000'000, {3000}},
   };
   for (const std::int64_t begin : {std::int64_t{0}, std::numeric_limits<std::int64_t>::max() - 20'000}) {

@@ -1,4 +1,4 @@
-// The bridge on its own pool of threads, with a service that answers at once, or never.
+// The bridge on its own pool of threads, with a service that answers at once or never.
 #include <FMWrapper/FMXExtern.h>
 #include <poll.h>
 #include <pthread.h>
@@ -61,7 +61,7 @@ class Threads : public FolderTest {
     g_registeredFileName = "Sales";
   }
 
-  /// An idle call that polls, and its poll when `waits`.
+  /// An idle call that polls; with `waits`, waits for the poll.
   void Idle(bool waits) {
     g_now += 3000;
     FMX_ExternCallStruct call{};
@@ -100,7 +100,7 @@ void RefuseDescriptors(bool refused) {
   EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0);
 }
 
-/// Background threads take no signals: the host's are for the host, and a broken connection's would end it.
+/// Background threads handle no signals: the host's are for the host, and that of a broken connection would end it.
 void ExpectNoSignals() {
   sigset_t blocked;
   pthread_sigmask(SIG_SETMASK, nullptr, &blocked);

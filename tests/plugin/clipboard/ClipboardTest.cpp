@@ -176,7 +176,7 @@ TEST_F(ClipboardTest, IdlePreparesEachTextOnceAtMostEveryHalfSecond) {
   ExpectXml("XMSS", kSnippet);
   EXPECT_EQ(fake.writes, 1);
 
-  // Another program that takes the text over does not start a duel, whatever flavour it adds.
+  // A program that rewrites the same text, with whatever flavour, does not make both rewrite the clipboard forever.
   for (int i = 0; i < 20; ++i) {
     now += 100;
     IdleAfter({{FakePasteboard::kText, kSnippet}, {"Mac-XMTB", "<x/>"}});
@@ -232,7 +232,7 @@ TEST_F(ClipboardTest, IdleTriesWhatFailedAgain) {
 TEST_F(ClipboardTest, IdleKeepsContentTogetherThatAnotherProgramReplacesMeanwhile) {
   const FakePasteboard::Item copies[] = {kCopiedText, {{"Mac-XMTB", "<fmxmlsnippet><BaseTable/></fmxmlsnippet>"}}};
   for (const bool textFirst : {true, false}) {
-    std::size_t calls = 0;  // of a look that nothing disturbs, which comes first
+    std::size_t calls = 0;  // made by an undisturbed call, which comes first
     for (std::size_t call = 0; call <= calls; ++call, now += 1000) {
       fake.calls.clear();
       fake.onCall = [&] {
@@ -288,7 +288,7 @@ TEST_F(ClipboardTest, IdleSearchesNoItemForTypesThatThePasteboardDoesNotList) {
   EXPECT_EQ(std::count(fake.calls.begin(), fake.calls.end(), "CopyFlavor Mac-XMSS"), 2000) << "else every item is";
 }
 
-// Programs declare first, or clear, and add later; that need not be reported.
+// Programs declare or clear first, and add later. The system may not report that.
 TEST_F(ClipboardTest, IdleFindsWhatIsAddedWithinTwoSeconds) {
   constexpr char kTable[] = "<fmxmlsnippet><BaseTable/></fmxmlsnippet>";
   for (const auto& before : {FakePasteboard::Item{}, {{"Mac-XMTB", ""}}, {{FakePasteboard::kText, "Parts"}}}) {

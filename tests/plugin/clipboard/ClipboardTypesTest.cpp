@@ -23,7 +23,7 @@ TEST(DetectXmlClipboardType, AgreesWithTheTestsOneAfterTheOther) {
                                      "<Field", "<Ste",    "<field",     "UUID",           "Script",     "<ValueList",
                                      "<",      "U",       "x",          "<CustomFunction"};
   for (const auto& [size, c] : {std::pair(3000, ' '), {40000, '<'}, {33000, 'U'}}) pieces.emplace_back(size, c);
-  // Across the edges of blocks too.
+  // Also across the boundaries of blocks.
   for (const std::size_t before : {0u, 32766u, 32767u, 32768u, 65530u}) {
     for (const auto& first : pieces) {
       for (const auto& second : pieces) {

@@ -1,4 +1,4 @@
-// The kind of an XML text by one search after the other, as the rule is written.
+// The kind of an XML text, found by one search after the other, as the rule is worded.
 #pragma once
 
 #include <string>

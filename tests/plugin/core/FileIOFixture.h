@@ -25,7 +25,7 @@ inline std::string AllByteValues(std::size_t size) {
   return bytes;
 }
 
-/// The content; or the error, after checking that the content was left alone.
+/// The content, or the error after checking that the content was left unchanged.
 inline std::string ReadOrError(const std::string& path) {
   std::string content = "old", appended = "old", error = "none";
   const bool read = FileIO::Read(path, content, error);

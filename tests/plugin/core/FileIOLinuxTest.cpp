@@ -9,7 +9,7 @@ namespace {
 
 long long g_reportedSize = -1;  // the size that fstat() reports for every file, unless negative
 
-// It may be growing or shrinking meanwhile.
+// The file may be growing or shrinking.
 TEST_F(FileIOTest, ReadsToTheEndWhateverSizeAFileReports) {
   EXPECT_EQ(ReadOrError("/proc/self/mem"), "ERROR: Failed to read file: /proc/self/mem");
   const std::string bytes = AllByteValues(100000), path = Write("file", bytes);

@@ -1,4 +1,4 @@
-// Reading whole files, and the functions that give them to calculations.
+// Reading whole files, and the functions for files and paths.
 #include <sys/stat.h>
 
 #include "host/FileFunctions.h"

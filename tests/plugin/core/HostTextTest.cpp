@@ -1,4 +1,4 @@
-// The crossings between host values and UTF-8 strings.
+// The conversions between host values and UTF-8 strings.
 #include "core/HostText.h"
 
 #include <gtest/gtest.h>

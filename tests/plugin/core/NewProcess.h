@@ -1,4 +1,4 @@
-// Runs part of a test in a process of its own, as an ordinary user.
+// Runs part of a test in a separate process, as an ordinary user.
 #pragma once
 
 #include <gtest/gtest.h>

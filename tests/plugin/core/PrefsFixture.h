@@ -11,10 +11,11 @@
 #include "plugin/core/NewProcess.h"
 #include "support/FolderTest.h"
 
-/// Makes the platform's store, in this process and its children, a folder below `home`. Defined by each test program.
+/// Moves the platform's store, for this process and its children, to a folder below `home`. Each test program defines
+/// it.
 void MoveHome(const std::filesystem::path& home);
 
-/// Carries out `body` as in another run of FileMaker. Defined by each test program.
+/// Runs `body` as in another run of FileMaker. Each test program defines it.
 void InAnotherRun(const std::function<void()>& body);
 
 class PrefsTest : public FolderTest {

@@ -1,4 +1,4 @@
-// What every platform's store of the two settings does.
+// The rules for the two settings that hold on every platform.
 #include "plugin/core/PrefsFixture.h"
 
 namespace {

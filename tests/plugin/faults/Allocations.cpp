@@ -32,7 +32,7 @@ int allocations::FailInTurn(const std::function<std::string()>& attempt,
   }
 }
 
-// The program's own, which its libraries use too.
+// Replaces the program's allocation functions; its libraries use them, too.
 void* operator new(std::size_t size) {
   void* const block = g_left-- == 0 ? nullptr : std::malloc(size > 0 ? size : 1);
   if (block == nullptr) throw std::bad_alloc();

@@ -1,4 +1,4 @@
-// The program's memory, counted, and able to run out once. Any thread.
+// Counts the program's memory, and makes it run out once. Any thread.
 #pragma once
 
 #include <cstddef>
@@ -7,13 +7,14 @@
 
 namespace allocations {
 
-/// Lets the allocation `after` allocations from now fail.
+/// Makes the allocation `after` allocations from now fail.
 void FailAfter(std::ptrdiff_t after);
-/// Takes it back; false when it has happened.
+/// Cancels the failure; false if it has already happened.
 bool TakeBack();
 
-/// Calls `attempt` with each of its allocations failing in turn, on whichever thread, and once without a failure; after
-/// each call, `check` with its result, "ERROR: caught" when it was std::bad_alloc. Returns the number of failures.
+/// Calls `attempt` with each of its allocations failing in turn, on whichever thread, and once without a failure. After
+/// each call, calls `check` with its result, or "ERROR: caught" if it threw std::bad_alloc. Returns the number of
+/// failures.
 int FailInTurn(const std::function<std::string()>& attempt, const std::function<void(const std::string&)>& check);
 
 /// Blocks not yet freed.

@@ -1,6 +1,6 @@
-// Every call of the host fails in turn, and memory runs out at every point: the exception reaches the host, no host
-// object is left, the key is sent to no other service, and the bridge works on afterwards. Long runs leave not one
-// block of memory more.
+// Every host call fails in turn, and memory runs out at every point: the exception reaches the host, no host object is
+// left, the key is sent to no other service, and the bridge keeps working. Long runs leave no additional block of
+// memory.
 #include <filesystem>
 #include <fstream>
 #include <utility>
@@ -16,7 +16,7 @@ namespace {
 // So long that a string must allocate memory for it.
 const std::string kNewKey = "K2-0123456789-0123456789", kNewUrl = "http://service.example:8080";
 
-/// Made anew for every fault.
+/// New for every fault.
 class Surroundings : public BridgeTest {
  public:
   Surroundings() {
@@ -47,13 +47,14 @@ class Surroundings : public BridgeTest {
   }
 
   const std::string path = folder_ + "/saved.xml";
-  bool isHandedOver = false;  ///< the file, to a live push
+  bool isHandedOver = false;  ///< the file was passed to a live push
 
  private:
   void TestBody() override {}
 };
 
-/// A function is called, a command brought by a poll, anything else is an idle call. The jobs run too.
+/// The name of a function that is called or of a command that a poll receives; any other name is an idle call. The jobs
+/// run, too.
 struct Scenario {
   std::string name;
   Texts arguments = {};  // of a command: its members; "FILE" is the path of a file
@@ -77,7 +78,7 @@ std::string Call(fmx::ExtPluginType handler, const Texts& arguments, const std::
   return calc::ToUtf8(wrapper::ValueOf(*result).AsText());
 }
 
-/// Does what the scenario is about, and gives a function's result.
+/// Runs the scenario; returns a function's result.
 std::string Do(const Scenario& scenario, Surroundings& surroundings) {
   std::string result;
   if (scenario.name == "Registration") {
@@ -151,8 +152,8 @@ const Scenario kScenarios[] = {
 struct Fault {
   const char* name;
   void (*arm)(int after);
-  bool (*takeBack)();  ///< false when it has happened
-  bool isRaised;       ///< on the main thread
+  bool (*takeBack)();  ///< cancels it; false if it has happened
+  bool isRaised;       ///< it throws on the main thread
 };
 
 const Fault kFaults[] = {

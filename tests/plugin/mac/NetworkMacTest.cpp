@@ -1,5 +1,5 @@
-// The HTTP calls on the URL layer of macOS, with a stand-in of the URL session below it: the requests, and the results
-// for every end of a transfer.
+// The HTTP calls on the URL layer of macOS, over a stand-in for the URL session: the requests, and the results for
+// every end of a transfer.
 #include "net/Network.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// A reference for the JSON text routines: byte by byte, and as plain as possible.
+// A reference implementation of the JSON text routines: byte by byte, as plain as possible.
 #pragma once
 
 #include <cstdio>

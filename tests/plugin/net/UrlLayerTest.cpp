@@ -26,7 +26,7 @@ using Connection = LoopbackServer::Connection;
 
 namespace {
 
-// Shortened by tests with a silent server. Read by the transfer thread too.
+// Shortened by tests with a silent server. The transfer thread reads them, too.
 std::atomic<std::chrono::milliseconds> g_transferLimit{60s}, g_waitLimit{60s};
 
 std::string g_trusted;                 // file of a certificate to trust instead of the system's
@@ -48,7 +48,7 @@ int LoadTrusted(const char* function, void* owner, const char* systems) {
 std::chrono::milliseconds Network::TransferTimeLimit() { return g_transferLimit; }
 std::chrono::milliseconds Network::WaitTimeLimit() { return g_waitLimit; }
 
-// libcurl loads the system's certificates by one of these, depending on its age.
+// libcurl loads the system's certificates with one of these, depending on its version.
 #pragma GCC visibility push(default)
 extern "C" int X509_STORE_load_file(void* store, const char* file) {
   return LoadTrusted("X509_STORE_load_file", store, file);

@@ -18,7 +18,7 @@ struct SchemaBuilder : testing::Test {
     host.answers = {
         {"Get(FileName)", "Sales"}, {"Get(AccountName)", "CORP\\Admin"}, {"Get(PrivilegeSetName)", "[Full Access]"}};
   }
-  /// What is asked after the first three, of which `file` is the argument.
+  /// The evaluations after the first three, with the argument `file`.
   static Strings Asked(Strings tables, const std::string& file, const Strings& customFunctions) {
     tables.insert(tables.begin(), kAlways.begin(), kAlways.end());
     for (const char* name : {"ScriptNames(", "LayoutNames(", "ValueListNames(", "PrivilegeSetNames("}) {

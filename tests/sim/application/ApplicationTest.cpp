@@ -1,4 +1,4 @@
-// The application around the files: contexts, Get functions, and what plug-ins ask of it.
+// The application around the files: contexts, Get functions, and requests from plug-ins.
 #include "application/Application.h"
 
 #include <FMWrapper/FMXData.h>

@@ -1,4 +1,4 @@
-// Scripts as far as they are simulated.
+// Scripts, as far as they are simulated.
 #include "application/ScriptRunner.h"
 
 #include <gtest/gtest.h>

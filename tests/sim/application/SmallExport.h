@@ -1,4 +1,4 @@
-// Small exports, written as files for the simulated application to open.
+// Writes small exports that the simulated application can open.
 #pragma once
 
 #include <fstream>
@@ -8,8 +8,8 @@
 #include "support/FolderTest.h"
 #include "support/Placeholders.h"
 
-/// One step a line: its name, then its options with " | " between them; "//" before it disables it. steps.txt says how
-/// an export writes each: name, id, and the options by their numbers, {=1} as a formula.
+/// The XML of steps, one on each line of `text`: its name, then its options, separated by " | "; "//" disables a step.
+/// steps.txt has the XML of each step: name, id, and the options by number, {=1} as a formula.
 inline std::string Steps(const std::string& text) {
   std::istringstream lines(text);
   std::string steps;
@@ -34,7 +34,7 @@ inline std::string Steps(const std::string& text) {
   return steps;
 }
 
-/// What a small file holds besides one table "Orders" with the field "Total".
+/// What a small file contains besides one table "Orders" with the field "Total".
 struct SmallFile {
   std::string name = "Small";
   std::string steps{};                 ///< of its script "Go", as for Steps

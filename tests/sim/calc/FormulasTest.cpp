@@ -1,4 +1,4 @@
-// The functions, the grammar, the operators and the error numbers: formulas in data files, and what they give.
+// The functions, the grammar, the operators and the error numbers: formulas in data files, with their results.
 #include <gtest/gtest.h>
 
 #include <string>

@@ -1,4 +1,4 @@
-// Formulas that would exhaust the stack, the memory or the patience of whoever waits.
+// Formulas that would exhaust the stack, the memory or the user's patience.
 #include <gtest/gtest.h>
 
 #include <string>

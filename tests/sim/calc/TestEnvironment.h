@@ -1,4 +1,4 @@
-// Surroundings for calculations in tests: a few fields and functions, all in memory.
+// An environment for calculations in tests: a few fields and functions, all in memory.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -40,7 +40,7 @@ class TestEnvironment : public calc::Environment {
   calc::Variables& Locals() override { return locals; }
   calc::Variables& Globals() override { return globals; }
 
-  /// What `formula` gives: its text, or "error N" when it does not parse or gives an error value.
+  /// The text of the value of `formula`, or "error N" if it does not parse or gives an error value.
   std::string Show(std::string_view formula) {
     calc::Value result;
     const int error = calc::Evaluate(calc::ToUtf16(formula), *this, result);
@@ -64,7 +64,7 @@ class TestEnvironment : public calc::Environment {
   }
 };
 
-/// A formula and what TestEnvironment::Show makes of it.
+/// A formula and the result of TestEnvironment::Show.
 struct FormulaCase {
   const char* formula;
   const char* shown;
@@ -75,7 +75,7 @@ void ExpectAll(const FormulaCase (&cases)[size], TestEnvironment environment = {
   for (const FormulaCase& test : cases) EXPECT_EQ(environment.Show(test.formula), test.shown) << test.formula;
 }
 
-/// The formulas that all show the same.
+/// Checks that all formulas show the same.
 inline void ExpectEach(const char* shown, std::initializer_list<std::string_view> formulas) {
   TestEnvironment environment;
   for (const std::string_view formula : formulas) {

@@ -55,7 +55,7 @@ TEST_F(Fmsim, PrintsWhatTheTranscriptsShow) {
   EXPECT_EQ(run, 16);
 }
 
-// Starts fmsim on a terminal of its own, whose other end `terminal` becomes.
+// Starts fmsim on a new terminal and sets `terminal` to its other end.
 pid_t StartOnTerminal(int& terminal) {
   terminal = posix_openpt(O_RDWR | O_NOCTTY);
   if (grantpt(terminal) != 0 || unlockpt(terminal) != 0) return -1;
@@ -74,7 +74,7 @@ pid_t StartOnTerminal(int& terminal) {
   return child;
 }
 
-// What the terminal shows after `keys` have been typed, each when the prompt before it has come.
+// What the terminal shows after `keys` have been typed, each at a new prompt.
 std::string Type(const std::vector<std::string>& keys) {
   int terminal = -1;
   const pid_t child = StartOnTerminal(terminal);

@@ -1,4 +1,4 @@
-// What the design functions list, in which order, and for which file.
+// What the design functions list, in which order and for which file.
 #include "solution/DesignFunctions.h"
 
 #include <gtest/gtest.h>

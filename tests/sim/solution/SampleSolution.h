@@ -1,4 +1,4 @@
-// A small design with everything whose listing has a rule, as the versions of FileMaker export it.
+// A small design with one case for every rule about lists, as different versions of FileMaker export it.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -12,7 +12,7 @@
 namespace sim {
 namespace {
 
-// What the versions write in different ways. The rest is seen in what the functions and queries list of the sample.
+// What the versions write in different ways. Tests of functions and queries on the sample cover the rest.
 std::u16string Describe(const Solution& file) {
   std::u16string text = file.fileName + u"|" + file.name + u"|" + file.autoLoginAccount;
   for (const auto& table : file.baseTables) {

@@ -1,4 +1,4 @@
-// Queries over the system tables and what they give.
+// Queries over the system tables and their results.
 #include "solution/Sql.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The host calls that only other people's plug-ins make: one table for each class.
+// The host calls that this plug-in does not make: one table for each class.
 #include <FMWrapper/FMXTypes.h>
 
 #include <FMWrapper/FMXBinaryData.h>

@@ -1,5 +1,5 @@
 #!/bin/sh
-# check-exports.sh LIBRARY HEADER...: the library exports the C functions that the headers declare, and no others.
+# check-exports.sh LIBRARY HEADER...: checks that the library exports the C functions of the headers, and no others.
 set -eu
 library=$1
 shift

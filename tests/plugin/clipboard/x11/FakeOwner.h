@@ -1,4 +1,4 @@
-// Another program that owns the clipboard, with one fault of its own.
+// Another program that owns the clipboard, with one fault.
 #pragma once
 
 #include <signal.h>
@@ -18,16 +18,16 @@ enum class Manner {
   kObliging,
   kSilent,    // never answers
   kRefusing,  // refuses every request
-  kTrickles,  // sends its content byte by byte, one each 100 ms
-  kEndless,   // sends a megabyte each 100 ms, forever
+  kTrickles,  // sends its content byte by byte, one every 100 ms
+  kEndless,   // sends a megabyte every 100 ms, forever
 };
 
 class FakeOwner {
  public:
-  /// Owns the clipboard of `display` when made. Offers `targets`, and `bytes` as each of them.
+  /// Takes ownership of the clipboard of `display`. Offers `targets`, with `bytes` as the content of each.
   FakeOwner(const std::string& display, Manner manner, std::vector<std::string> targets, std::string bytes)
       : manner_(manner), targets_(std::move(targets)), bytes_(std::move(bytes)), client_(display) {
-    signal(SIGPIPE, SIG_IGN);  // it may write while it is being ended
+    signal(SIGPIPE, SIG_IGN);  // it may be writing when the connection is cut
     client_.Own("CLIPBOARD");
     thread_ = std::thread([this] { Run(); });
   }
@@ -85,7 +85,7 @@ class FakeOwner {
   const std::vector<std::string> targets_;
   const std::string bytes_;
   XClient client_;
-  xcb_selection_request_event_t request_{};  // in work
+  xcb_selection_request_event_t request_{};  // being answered
   std::size_t sent_ = 0;                     // bytes of the content, in pieces
   std::atomic<int> requests_ = 0;
   std::thread thread_;

@@ -49,12 +49,12 @@ void Idle(int calls) {
 struct X11Clipboard : testing::Test {
   void SetUp() override {
     ConnectTo("");
-    Pasteboard::Open()->DeclareTypes(false, {});  // forgets what an earlier test has left
+    Pasteboard::Open()->DeclareTypes(false, {});  // removes what an earlier test has left
     UseNewServer();
   }
   static void ConnectTo(const std::string& display) {
     setenv("DISPLAY", display.c_str(), 1);
-    // One call may meet the thread before it has noticed that the last server has ended; the next waits for that.
+    // The first call may come before the thread has noticed the end of the last server; the next waits for that.
     for (int i = 0; i < 3; ++i) Pasteboard::Open()->ChangeCount();
     AdvanceClock(x11::kReconnectPauseMs);
   }
@@ -99,7 +99,7 @@ TEST_F(X11Clipboard, ReadsTypesAndTextOfAnotherProgram) {
   }
 }
 
-// Whatever an owner does wrong, its clipboard counts as empty, and the next one's is read.
+// Whatever an owner does wrong, its clipboard counts as empty, and the next owner's is read.
 TEST_F(X11Clipboard, ReadsNothingFromABrokenOwner) {
   for (const auto manner : {Manner::kSilent, Manner::kRefusing, Manner::kTrickles, Manner::kEndless}) {
     std::optional<FakeOwner> owner(std::in_place, server_->display(), manner, Types{"UTF8_STRING"},
@@ -225,7 +225,7 @@ TEST_F(X11Clipboard, AForkedProcessLeavesTheServerToItsParent) {
 
 TEST_F(X11Clipboard, UnloadingLeavesNeitherCodeNorThreads) {
   other_->Own("CLIPBOARD_MANAGER");
-  std::thread([] {}).join();  // with the first thread comes one of a sanitizer's
+  std::thread([] {}).join();  // a sanitizer starts a thread together with the first one
   const auto threads = EntriesOf("/proc/self/task");
   void* const module = dlopen(UNLOADED_MODULE, RTLD_NOW | RTLD_LOCAL);
   ASSERT_NE(module, nullptr) << dlerror();

@@ -1,4 +1,4 @@
-// Another program on an X server, as a test directs it.
+// Another program on an X server, controlled by a test.
 #pragma once
 
 #include <cstdint>
@@ -38,7 +38,7 @@ class XClient {
     xcb_change_property(xcb_, XCB_PROP_MODE_REPLACE, window, property, type, static_cast<std::uint8_t>(format),
                         static_cast<std::uint32_t>(bytes.size() * 8 / format), bytes.data());
   }
-  /// Takes a property of its window away.
+  /// Reads and deletes a property of its window.
   std::string Take(const std::string& property) {
     const auto cookie = xcb_get_property(xcb_, 1, window_, Atom(property), XCB_GET_PROPERTY_TYPE_ANY, 0, 1 << 24);
     const x11::Owned<xcb_get_property_reply_t> reply(xcb_get_property_reply(xcb_, cookie, nullptr));

@@ -14,7 +14,7 @@ namespace StandIn {
 /// their pool is drained.
 int FoundationObjects();
 
-/// How many of them a call of `body` leaves alive. Two calls come before it, from which the runtime keeps some objects.
+/// How many of them a call of `body` leaves alive. It is called twice before, because the runtime keeps some objects.
 template <typename Body>
 int ObjectsLeftBy(Body body) {
   FoundationObjects();

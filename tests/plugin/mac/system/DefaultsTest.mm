@@ -22,7 +22,7 @@ struct LeaveNothingBehind : testing::Environment {
 
 }  // namespace
 
-// There is one place for them, so they are removed.
+// The settings have a fixed place, so they are removed instead.
 void MoveHome(const std::filesystem::path&) {
   @autoreleasepool {
     ASSERT_TRUE([[[NSBundle mainBundle] bundleIdentifier] isEqualToString:kDomain]) << "these are another program's";
