@@ -77,7 +77,7 @@ else
     samples/Workshop.xml > "$work/Scriptless.xml"
   fmsim ".open $work/Scriptless.xml"
   send 1 "script not found" get-schema --file Scriptless
-  say "What the service remembers of it"
+  say "What the service has stored about it"
   "$build/varnix-service" list || failed=1
   schema=$("$build/varnix-service" list | awk '$2 == "get-schema" { print $1; exit }')
   "$build/varnix-service" show "$schema" | tee "$work/result"

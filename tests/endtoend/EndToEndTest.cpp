@@ -173,7 +173,7 @@ constexpr char kFastFileMaker[] =
     " STEADY_SPEED=500 MALLOC_ARENA_MAX=1 ASAN_OPTIONS=quarantine_size_mb=0 PATH= TMPDIR=$XDG_CONFIG_HOME " FMSIM
     " --plugin " PLUGIN_FILE " --open " SAMPLES "/Workshop.xml --idle-interval 1";
 
-TEST_F(EndToEnd, KnowsWhatBecameOfAThousandCommandsThoughTheServiceIsKilledTenTimes) {
+TEST_F(EndToEnd, KnowsTheOutcomeOfAThousandCommandsAlthoughTheServiceIsKilledTenTimes) {
   StartService(0);
   for (std::size_t i = 0; i < kCommands; ++i) {
     ids_.push_back(json::parse(service_->Post("/operator/commands", Command(i).dump()).body).at("id"));

@@ -55,7 +55,7 @@ struct Row {
   std::string id;
 };
 
-TEST_F(Mcp, AnswersWhatCannotBeCarriedOutWithAnError) {
+TEST_F(Mcp, AnswersInvalidRequestsWithAnError) {
   const std::string tooDeep(100, '[');
   const Row rows[] = {
       {"nonsense", -32700, "null"},

@@ -134,7 +134,7 @@ test('designs and their elements are resources', async () => {
   await assert.rejects(client.listResources({cursor: 'x'}), {code: -32602});
 });
 
-test('what a tool cannot do it says in its result', async () => {
+test('a tool reports its failure in its result', async () => {
   const steps = '<fmxmlsnippet type="FMObjectList"><Step/></fmxmlsnippet>';
   for (const [name, args, reason] of [
     ['set_clipboard', {xmlType: 'XMSS', xml: '<Step/>'}, /root element must be fmxmlsnippet/],
@@ -181,7 +181,7 @@ test('two clients at once each get their own answers', async () => {
   assert.ok((await service.commands()).some(({type, by}) => type === 'DEBUG_CONTEXT' && by === 'agent second'));
 });
 
-test('a client that waits can do other things, cancel, and be gone', async () => {
+test('a waiting client can do other things, cancel, and disconnect', async () => {
   const alone = await Service.start('without FileMaker');
   await alone.addDesign(ORDERS, 'Orders.fmp12.xml');
   const states = async () => (await alone.commands()).map(({state}) => state).join();

@@ -73,7 +73,7 @@ TEST_F(ClipTest, ListsEachContentOnceAndFindsIt) {
   EXPECT_EQ(Get("/4/content"), "<fmxmlsnippet><Field>");
 }
 
-TEST_F(ClipTest, PruningSparesWhatHasTags) {
+TEST_F(ClipTest, PruningSparesClipsWithTags) {
   Push("XMSS", kBeep);
   EXPECT_EQ(Post("/1/tags", R"({"tags":" sound, short,, sound "})"), 200);
   EXPECT_NE(Get("/1").find(R"("tags":["sound","short"])"), std::string::npos) << Get("/1");

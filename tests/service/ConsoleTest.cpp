@@ -66,7 +66,7 @@ TEST_F(Console, IsForItsOwnPageInABrowserWithASession) {
   }
 }
 
-TEST_F(Console, StaysOpenWhenTheServiceIsStartedAgain) {
+TEST_F(Console, StaysOpenAcrossARestartOfTheService) {
   std::string cookie;
   {
     RunningService service(data_, {});
@@ -84,7 +84,7 @@ TEST_F(Console, StaysOpenWhenTheServiceIsStartedAgain) {
   }
 }
 
-TEST_F(Console, SendsItsPageWithWhatKeepsOthersOut) {
+TEST_F(Console, SendsItsPageWithHeadersThatKeepOthersOut) {
   const RunningService service(data_, {});
   const std::map<std::string, std::string> types{{".html", "text/html; charset=utf-8"},
                                                  {".js", "text/javascript; charset=utf-8"},

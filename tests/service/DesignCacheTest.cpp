@@ -34,7 +34,7 @@ class DesignCacheTest : public testing::Test {
   std::atomic<int> reads_ = 0;
 };
 
-TEST_F(DesignCacheTest, ReadsOnceWhateverAsksAtTheSameTime) {
+TEST_F(DesignCacheTest, ReadsOnceForThreadsThatAskAtTheSameTime) {
   std::vector<std::thread> threads;
   std::atomic<const solution::ReferenceIndex*> indexes[8] = {};
   for (auto& index : indexes) {
@@ -46,7 +46,7 @@ TEST_F(DesignCacheTest, ReadsOnceWhateverAsksAtTheSameTime) {
   EXPECT_FALSE(indexes[0].load()->all().empty());
 }
 
-TEST_F(DesignCacheTest, KeepsTheDesignsUsedLast) {
+TEST_F(DesignCacheTest, KeepsTheMostRecentlyUsedDesigns) {
   for (const std::int64_t id : {1, 2, 3, 4}) EXPECT_TRUE(IsRead(id));
   EXPECT_FALSE(IsRead(1));
   EXPECT_TRUE(IsRead(5)) << "in place of the second";
@@ -54,12 +54,12 @@ TEST_F(DesignCacheTest, KeepsTheDesignsUsedLast) {
   EXPECT_TRUE(IsRead(2));
 }
 
-TEST_F(DesignCacheTest, KeepsNoneThatTakesTooMuchMemory) {
+TEST_F(DesignCacheTest, KeepsNoDesignThatTakesTooMuchMemory) {
   EXPECT_TRUE(IsRead(1, kHuge));
   EXPECT_TRUE(IsRead(1, kHuge));
 }
 
-TEST_F(DesignCacheTest, ForgetsButNotUnderItsUsers) {
+TEST_F(DesignCacheTest, KeepsForgottenDesignsWhileTheyAreInUse) {
   const auto used = Open(1);
   cache_.Forget([](std::int64_t id) { return id == 1; });
   EXPECT_TRUE(IsRead(1));

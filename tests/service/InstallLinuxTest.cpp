@@ -3,7 +3,7 @@
 
 namespace {
 
-TEST_F(InstallTest, LetsTheSystemStartTheService) {
+TEST_F(InstallTest, MakesTheSystemStartTheService) {
   const std::string unit = folder_ + "/systemd/user/varnix-service.service";
   MakeTool("systemctl");
   EXPECT_EQ(Run({"install", "--data", folder_ + "/a $b%"}).status, 0);

@@ -23,7 +23,7 @@ constexpr char kLaunchd[] =
     "  bootout) [ -e ending ] && rm loaded ending || { touch ending; exit 36; } ;;\n"
     "esac";
 
-TEST_F(AgentTest, LetsTheSystemStartTheService) {
+TEST_F(AgentTest, MakesTheSystemStartTheService) {
   const std::string agent = folder_ + "/Library/LaunchAgents/com.varnix.service.plist";
   const std::string domain = "gui/" + std::to_string(getuid());
   MakeTool("launchctl", kLaunchd);

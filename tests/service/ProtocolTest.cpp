@@ -54,7 +54,7 @@ std::string AllBytes() {
   return bytes;
 }
 
-TEST_F(Protocol, AnswersWithoutWorkInTheSpellingThatThePlugInLooksFor) {
+TEST_F(Protocol, AnswersNoCommandInTheSpellingThatThePlugInLooksFor) {
   EXPECT_EQ(service_->Poll(), kNothing);
   EXPECT_EQ(service_->Get("/api/plugin/version").body, R"({"version":"1.6.16"})");
   const char* signIn = R"({"email":"E1","licenseKey":"K1","machineId":"M1","pluginVersion":"1.6.16"})";
@@ -92,12 +92,12 @@ TEST_F(Protocol, KeepsTheLiveUploadOfTheFileAskedForByteForByte) {
     Ingest("Other.fmp12.xml", "not this");
   });
   EXPECT_EQ(Result(id), AllBytes());
-  EXPECT_EQ(service_->Told(id, "message"), "Queued — \"T\"");
-  EXPECT_EQ(service_->Told(id, "state"), "completed");
+  EXPECT_EQ(service_->Member(id, "message"), "Queued — \"T\"");
+  EXPECT_EQ(service_->Member(id, "state"), "completed");
   EXPECT_EQ(Result(CarryOut(R"("type":"GET_SCHEMA")", [&] { Ingest("schema.fmp12.xml", ""); })), "");
 }
 
-TEST_F(Protocol, TakesSnapshotsAndForms) {
+TEST_F(Protocol, AcceptsSnapshotsAndForms) {
   for (const std::string& file : {AllBytes(), std::string("x"), std::string()}) {
     service_->Post("/api/snapshot/K1", R"({"content":")" + Base64Encode(file) + R"(","filename":"b.xml"})");
     EXPECT_EQ(NewestContent(), file);
@@ -120,8 +120,8 @@ TEST_F(Protocol, TheFirstCompletionHolds) {
     EXPECT_EQ(service_->Complete(failed, R"("status":"failed","error":"ERROR: HTTP 500 — \"x\"")").status, 200);
   }
   EXPECT_EQ(service_->Complete(failed).status, 409);
-  EXPECT_EQ(service_->Told(failed, "state"), "failed");
-  EXPECT_EQ(service_->Told(failed, "error"), "ERROR: HTTP 500 — \"x\"");
+  EXPECT_EQ(service_->Member(failed, "state"), "failed");
+  EXPECT_EQ(service_->Member(failed, "error"), "ERROR: HTTP 500 — \"x\"");
 }
 
 TEST_F(Protocol, DeliversEachCommandOnceToPollsAtTheSameTime) {
@@ -142,15 +142,15 @@ TEST_F(Protocol, DeliversEachCommandOnceToPollsAtTheSameTime) {
   EXPECT_EQ(delivered, queued);
 }
 
-TEST_F(Protocol, DeliversNoCommandTwiceThoughTheServiceIsKilled) {
+TEST_F(Protocol, DeliversNoCommandTwiceAlthoughTheServiceIsKilled) {
   const std::string id = service_->Queue(kListFiles);
   service_->Poll();
   EXPECT_EQ(service_->End(SIGKILL), 128 + SIGKILL);
   service_.emplace(folder_ + "/data");
   EXPECT_EQ(service_->Poll(), kNothing);
-  EXPECT_EQ(service_->Told(id, "state"), "delivered");
+  EXPECT_EQ(service_->Member(id, "state"), "delivered");
   EXPECT_EQ(service_->Complete(id, R"("status":"failed","error":"late")").status, 200);
-  EXPECT_EQ(service_->Told(id, "error"), "late");
+  EXPECT_EQ(service_->Member(id, "error"), "late");
 }
 
 }  // namespace

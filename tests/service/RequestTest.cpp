@@ -28,7 +28,7 @@ TEST_F(Requests, AreRefusedWithTheReason) {
   const RunningService service(folder_ + "/data");
   const std::string queued = service.Queue(R"("type":"LIST_FILES")");
   ExpectAnswers(service.url(), ReadRows("refused.txt", {{"{queued}", queued}, {"{FF}", "\xFF"}}));
-  EXPECT_EQ(service.Told(queued, "state"), "queued");
+  EXPECT_EQ(service.Member(queued, "state"), "queued");
   EXPECT_EQ(JsonGetString(service.Get("/api/bridge/command/next", {{"Sec-Fetch-Site", "none"}}).body, "id"), queued);
 }
 

@@ -65,6 +65,6 @@ httplib::Response RunningService::Complete(const std::string& id, const std::str
   return Post("/api/bridge/command/" + id + "/complete", R"({"licenseKey":"K1",)" + members + '}');
 }
 
-std::string RunningService::Told(const std::string& id, const std::string& key) const {
+std::string RunningService::Member(const std::string& id, const std::string& key) const {
   return JsonGetString(Get("/operator/commands/" + id).body, key.c_str());
 }

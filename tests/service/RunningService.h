@@ -40,8 +40,8 @@ class RunningService {
   /// Completes a command as the plug-in does.
   httplib::Response Complete(const std::string& id, const std::string& members = R"("status":"completed")") const;
 
-  /// The text that the plug-in's own reader finds for `key` in the operator's view of a command.
-  std::string Told(const std::string& id, const std::string& key) const;
+  /// The value of the member `key` of a command, as the plug-in's own JSON reader finds it.
+  std::string Member(const std::string& id, const std::string& key) const;
 
  private:
   ChildProcess process_;

@@ -86,7 +86,7 @@ TEST_F(Storage, StaysConsistentWhenAResultIsDeleted) {
   }
   EXPECT_EQ(service.Post("/operator/records/2/delete", "{}").status, 200);
   EXPECT_EQ(service.Get("/operator/commands/" + ids[0] + "/result").body, R"({"error":"the command has no result"})");
-  EXPECT_EQ(service.Told(ids[0], "result"), "");
+  EXPECT_EQ(service.Member(ids[0], "result"), "");
   EXPECT_EQ(service.Get("/operator/commands/" + ids[1] + "/result").body, Contents(ORDERS));
   EXPECT_EQ(service.Post("/operator/commands/" + ids[1] + "/delete", "{}").status, 200);
   EXPECT_EQ(service.Get("/operator/records/4/content").body, Contents(ORDERS));

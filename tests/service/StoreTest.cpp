@@ -215,7 +215,7 @@ TEST_F(StoreOverTime, RefusesWhatOthersCanWriteAndADatabaseThatIsGone) {
   }
 }
 
-TEST_F(StoreOverTime, TakesOverTheDatabasesOfOlderVersions) {
+TEST_F(StoreOverTime, MigratesDatabasesOfOlderVersions) {
   for (const char* version : {"/first-version.sql", "/second-version.sql"}) {
     store_.reset();
     std::filesystem::remove_all(folder_ + "/data");

@@ -78,7 +78,7 @@ TEST_F(Subcommands, SendPrintsTheResultAndNothingElse) {
   EXPECT_EQ(JsonGetString(polled_, "xmlContent"), "<a/>");
 }
 
-TEST_F(Subcommands, ShowWhatThereIsAndWithdrawAndDeleteIt) {
+TEST_F(Subcommands, ShowWithdrawAndDeleteCommandsAndRecords) {
   const RunningService service(data_);
   setenv("VARNIX_SERVICE", service.url().c_str(), 1);
   EXPECT_EQ(Run({"status"}).output,

@@ -92,7 +92,7 @@ TEST(Changes, NeverShowPasswords) {
   EXPECT_EQ(comparison.changes[0].properties[0].newer, "(hidden)");
 }
 
-TEST(Changes, IgnoreWhatSaysNothingAboutTheElement) {
+TEST(Changes, IgnoreBookkeeping) {
   EXPECT_EQ(ChangesTo(SampleText()), "");
   EXPECT_EQ(ChangesTo(SampleWith("ChunkList hash=\"0\"", "ChunkList hash=\"1\"")), "");
   EXPECT_EQ(ChangesTo(SampleWith("modifications=\"3\" userName=\"Ann\"", "modifications=\"4\" userName=\"Bob\"")), "");
@@ -100,7 +100,7 @@ TEST(Changes, IgnoreWhatSaysNothingAboutTheElement) {
 }
 
 // FileMaker writes the new name into every formula, step and object that uses the element.
-TEST(Changes, OfANameTouchNothingElse) {
+TEST(Changes, OfANameChangeNothingElse) {
   EXPECT_EQ(ChangesTo(All(SampleText(), "Line Total", "Sum")), "renamed field Orders::Sum: name\n");
   EXPECT_EQ(ChangesTo(All(SampleText(), "orders CUSTOMER", "buyer")), "renamed tableOccurrence buyer: name\n");
   EXPECT_EQ(ChangesTo(All(SampleText(), "VAT.Rate", "VAT")), "renamed customFunction VAT: name\n");

@@ -95,7 +95,7 @@ class DesignFolder : public FolderTest {
   const fs::path folder_ = fs::path(FolderTest::folder_) / "design";
 };
 
-TEST_F(DesignFolder, HoldsAFileForEachElement) {
+TEST_F(DesignFolder, ContainsAFileForEachElement) {
   EXPECT_EQ(Write(Sample()), "");
   EXPECT_EQ(Files(), Sample().elements().size() + 1);  // and the list
   EXPECT_EQ(Read("scripts/Admin/Reset.txt"), CanonicalText(Sample(), *Sample().Find(Kind::kScript, "Reset")));
@@ -121,7 +121,7 @@ TEST_F(DesignFolder, FollowsTheDesign) {
   EXPECT_NE(Read("scripts/START - 7.txt"), "");
 }
 
-TEST_F(DesignFolder, RefusesFoldersOfOthers) {
+TEST_F(DesignFolder, RefusesFoldersWithOtherFiles) {
   fs::create_directories(folder_ / ".git");
   EXPECT_EQ(Write(Sample()), "");
   fs::remove_all(folder_);

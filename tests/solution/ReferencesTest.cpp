@@ -81,7 +81,7 @@ TEST(References, FindsThemInEveryKindOfElement) {
       "extendedPrivilege fmapp -> privilegeSet Clerks (PrivilegeSetReference)\n");
 }
 
-TEST(References, AreTheSameWithoutTheAnalysisOfFileMaker) {
+TEST(References, AreTheSameWithoutFileMakersAnalysis) {
   pugi::xml_document document;
   document.load_string(SampleText().c_str(), pugi::parse_cdata | pugi::parse_escapes);
   for (const auto& found : document.select_nodes("//ChunkList")) found.node().parent().remove_child(found.node());
@@ -90,7 +90,7 @@ TEST(References, AreTheSameWithoutTheAnalysisOfFileMaker) {
   EXPECT_EQ(Lines(*ReadText(text.str())), Lines(Sample()));
 }
 
-TEST(References, ReachIntoOtherFilesWhoseExportsAreAtHand) {
+TEST(References, ReachIntoOtherFilesWithExports) {
   const auto warehouse = ReadText(
       "<FMSaveAsXML version=\"2.2.3.0\" File=\"Warehouse.fmp12\"><Structure><AddAction><BaseTableCatalog>"
       "<BaseTable id=\"129\" name=\"Items\"/></BaseTableCatalog><FieldsForTables><FieldCatalog>"
@@ -124,7 +124,7 @@ class ReferenceIndexTest : public testing::Test {
   }
 };
 
-TEST_F(ReferenceIndexTest, TellsUsedByFromUses) {
+TEST_F(ReferenceIndexTest, DistinguishesUsedByFromUses) {
   std::vector<std::string> users;
   for (const Reference* reference : index_.UsedBy(Only("VAT.Rate"))) users.push_back(DisplayName(*reference->from));
   EXPECT_EQ(users, (std::vector<std::string>{"Orders::Price", "Order Form", "Net"}));

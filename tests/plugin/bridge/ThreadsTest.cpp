@@ -150,7 +150,7 @@ TEST_F(Threads, AfterAThreadOrTransferCannotStartTheNextOneRuns) {
   }
 }
 
-TEST(Background, RunsJobsSideBySideAndOutlivesWhatTheyThrow) {
+TEST(Background, RunsJobsInParallelAndSurvivesTheirExceptions) {
   static std::atomic<bool> raised = true;
   bg([flight = LoweredAtEnd(raised)] {
     ExpectNoSignals();

@@ -8,7 +8,7 @@
 
 namespace {
 
-TEST(BuildClipboardTypeCandidates, StandInTheOrderInWhichTheyAreTried) {
+TEST(BuildClipboardTypeCandidates, AreInTheOrderInWhichTheyAreTried) {
   const auto names = [](const std::string& code) {
     std::string joined;
     for (const auto& name : BuildClipboardTypeCandidates(code)) joined += name + '|';
@@ -18,7 +18,7 @@ TEST(BuildClipboardTypeCandidates, StandInTheOrderInWhichTheyAreTried) {
   EXPECT_EQ(names("\xFF\x01zz"), "CorePasteboardFlavorType 0xFF017A7A|Mac-\xFF\x01zz|\xFF\x01zz|");
 }
 
-TEST(DetectXmlClipboardType, AgreesWithTheTestsOneAfterTheOther) {
+TEST(DetectXmlClipboardType, AgreesWithTheReference) {
   std::vector<std::string> pieces = {"<Step",  "<Script", "ScriptUUID", "ScriptUUI",      "<BaseTable", "<Table",
                                      "<Field", "<Ste",    "<field",     "UUID",           "Script",     "<ValueList",
                                      "<",      "U",       "x",          "<CustomFunction"};

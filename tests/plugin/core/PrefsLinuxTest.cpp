@@ -44,7 +44,7 @@ TEST_F(PrefsLinuxTest, EachIsAPrivateFileThatHoldsOnlyItsText) {
   }
 }
 
-TEST_F(PrefsLinuxTest, ASaveThatFailsLeavesTheOldTextAlone) {
+TEST_F(PrefsLinuxTest, AFailedSaveKeepsTheOldText) {
   Save("url", "key");
   InNewProcess([] {
     const rlimit half = {2000, 2000};

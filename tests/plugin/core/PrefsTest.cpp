@@ -3,7 +3,7 @@
 
 namespace {
 
-TEST_F(PrefsTest, EveryTextIsThereInTheNextRun) {
+TEST_F(PrefsTest, EveryTextIsLoadedInTheNextRun) {
   ExpectStored("", "");
   // Without characters beyond U+FFFF, which GNUstep's own property lists lose.
   const std::string texts[] = {
@@ -21,7 +21,7 @@ TEST_F(PrefsTest, EveryTextIsThereInTheNextRun) {
   }
 }
 
-TEST_F(PrefsTest, EachIsSavedForItselfAndOnlyAsUtf8) {
+TEST_F(PrefsTest, EachIsSavedSeparatelyAndOnlyAsUtf8) {
   InAnotherRun([] {
     Prefs::SaveLicenseKey("first");
     Prefs::SaveLicenseKey("key");

@@ -13,7 +13,7 @@ namespace {
 
 using Transfers = FolderTest;
 
-TEST_F(Transfers, OutliveEveryAllocationThatFails) {
+TEST_F(Transfers, SurviveEveryFailingAllocation) {
   const RunningService service(folder_);
   const std::string url = service.url() + "/api/plugin/version", body = service.Get("/api/plugin/version").body;
   ASSERT_GT(body.size(), 16u) << "a string must need memory of its own to hold it";
@@ -28,7 +28,7 @@ TEST_F(Transfers, OutliveEveryAllocationThatFails) {
   EXPECT_GT(failures, 6);
 }
 
-TEST(Background, OutlivesEveryAllocationThatFails) {
+TEST(Background, SurvivesEveryFailingAllocation) {
   static std::atomic<bool> raised;
   const auto run = [] {
     raised = true;

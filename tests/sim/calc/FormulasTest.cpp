@@ -10,7 +10,7 @@ namespace {
 
 class CalcFormulas : public testing::TestWithParam<const char*> {};
 
-TEST_P(CalcFormulas, GiveWhatFileMakerGives) {
+TEST_P(CalcFormulas, GiveTheResultsOfFileMaker) {
   TestEnvironment environment;
   environment.customFunctions = {
       {u"Twice", {u"n"}, u"n * 2"},

@@ -34,7 +34,7 @@ class DesignFunctionsTest : public testing::Test {
   HostBehaviour behaviour_;
 };
 
-TEST_F(DesignFunctionsTest, GiveWhatTheFileHolds) {
+TEST_F(DesignFunctionsTest, ListTheContentOfTheFile) {
   TestEnvironment environment;
   environment.hostFunctions = DesignFunctions(open_, current_, behaviour_);
   ExpectRows(SALES_EXPORTS "/design-functions.txt", [&](const auto& formula) { return environment.Show(formula); });

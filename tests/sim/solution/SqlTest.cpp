@@ -36,7 +36,7 @@ TEST(Sql, ParametersStandForTheQuestionMarksInOrder) {
   EXPECT_EQ(Query(query, {two}), "?");
 }
 
-TEST(Sql, LenientlyTakesDoubledQuotesAroundALiteralForOnePair) {
+TEST(Sql, LenientModeTreatsDoubledQuotesAroundALiteralAsOnePair) {
   ExpectRows(SALES_EXPORTS "/doubled-quotes.txt", [](const auto& query) {
     EXPECT_EQ(Query(query), "?") << query;
     return Query(query, {}, {.lenientSql = true});

@@ -144,7 +144,7 @@ TEST_F(HostCalls, StyleText) {
   });
 }
 
-TEST_F(HostCalls, TakeDatesAndTimesApart) {
+TEST_F(HostCalls, SplitDatesAndTimes) {
   const auto moment = Moment("2/29/2024 13:02:03.25");
   const FixPtUniquePtr n;
   DateTime* m = moment.get();

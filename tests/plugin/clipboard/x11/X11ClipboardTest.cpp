@@ -136,7 +136,7 @@ TEST_F(X11Clipboard, ServesEveryTypeAndTheTextUnderItsUsualNames) {
   EXPECT_EQ(other_->Take("ANSWER"), other_->Atoms({"Mac-XMSS", "FIRST", "Mac-XMTB", "", "UTF8_STRING", "THIRD"}));
 }
 
-TEST_F(X11Clipboard, GivesUpAReceiverThatTakesNothingAndServesOthersMeanwhile) {
+TEST_F(X11Clipboard, GivesUpOnAReceiverThatReadsNothingAndServesOthersMeanwhile) {
   const std::string bytes(1'000'000, 'x');
   ASSERT_TRUE(Write(bytes, {"XMSS"}));
   for (const bool inTime : {true, false}) {
