@@ -14,7 +14,7 @@
 namespace service {
 
 struct StoredDesign {
-  std::int64_t id = 0;  ///< the number of the record that brought it
+  std::int64_t id = 0;  ///< the number of the record with the export
   std::string fileUuid;
   std::string fileName;    ///< "Orders.fmp12"
   std::string receivedAt;  ///< UTC, ISO 8601 with milliseconds

@@ -79,7 +79,7 @@ TEST_F(Protocol, RepeatsACommandAsItWasQueued) {
   const auto answer = service_->Exchange("POST", path, {{"Varnix-Agent", "helper"}}, "{}");
   EXPECT_EQ(answer.status, 201);
   const std::string id = JsonGetString(answer.body, "id");
-  EXPECT_EQ(service_->Told(id, "by"), "agent helper");
+  EXPECT_EQ(service_->Member(id, "by"), "agent helper");
   EXPECT_EQ(service_->Poll(), R"({"command":{"id":")" + id + R"(",)" + command + "}}");
   EXPECT_EQ(service_->Post("/operator/commands/x/repeat", "{}").status, 404);
 }
