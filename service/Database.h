@@ -90,7 +90,7 @@ class Statement {
   std::unique_ptr<sqlite3_stmt, Finalize> statement_;
 };
 
-/// While it lives, statements of `database` fail once `isWanted`, which is asked now and then, returns false.
+/// While it exists, statements of `database` fail once `isWanted`, which is called now and then, returns false.
 class Interruption {
  public:
   Interruption(Database& database, std::function<bool()> isWanted);

@@ -39,7 +39,7 @@ struct Options {
   std::string agent;  ///< AI assistant that requests are made for; empty: none
 
   std::string id;          ///< of a command
-  bool delivered = false;  ///< a command that a plug-in has taken, too
+  bool delivered = false;  ///< also cancel a command that a plug-in has fetched
   std::string kind;        ///< of records
   std::optional<long> record;
 
