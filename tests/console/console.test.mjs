@@ -161,7 +161,8 @@ step('Search finds scripts, formulas and names as one types', async () => {
   await page.keyboard.press('/');
   await find(page, 'heading', 'Search');
   await page.keyboard.type('LastMessageChoice');
-  await sees(page, 'If [ Get ( LastMessageChoice ) ≠ 1 ]');
+  await sees(page, 'Close Job Script Workshop in a step If [ Get ( LastMessageChoice ) ≠ 1 ]');
+  assert.equal(await page.$$eval('.hit-line', (lines) => lines.length), 1, 'a line of two designs is shown once');
   await click(page, 'link', 'Close Job');
   await page.goBack();
   assert.equal(await (await find(page, 'searchbox', 'Search')).evaluate((input) => input.value), 'LastMessageChoice');

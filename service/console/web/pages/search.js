@@ -7,6 +7,7 @@ import {clipKind, kindName} from '../kinds.js';
 
 const kHits = 100;
 const kClips = 20;
+const kLines = 6; // of an element
 const kQuiet = 90; // ms without a key before the service is asked
 const kLongest = 240; // characters of a line around the hit
 
@@ -25,18 +26,36 @@ function marked(text, wanted) {
   ];
 }
 
-const lifeOf = (hit, newest) => (hit.lastDesign === newest.get(hit.fileName) ? '' : 'not in the newest design');
+const isPresent = (hit, newest) => hit.lastDesign === newest.get(hit.fileName);
 
-// The hits of one element stand together; what is no longer there comes last.
+// The hits of one element stand together, those of its last design first; an element that is gone comes last.
 function byElement(hits, newest) {
   const groups = groupBy(hits, (hit) => [hit.fileName, hit.kind, hit.uuid || hit.name].join('\n'));
-  const isGone = ([hit]) => lifeOf(hit, newest) !== '';
-  return [...groups.values()].sort((a, b) => isGone(a) - isGone(b));
+  for (const group of groups.values()) group.sort((a, b) => b.lastDesign - a.lastDesign);
+  return [...groups.values()].sort(([a], [b]) => isPresent(b, newest) - isPresent(a, newest));
+}
+
+const placeOf = (hit) => (hit.property === 'steps' ? 'in a step' : hit.property.split('/').slice(-2).join(' › '));
+
+function hitLine(hit, isEarlier, wanted) {
+  return h(
+    'div',
+    {class: 'hit-line'},
+    h('span', {class: 'place'}, placeOf(hit), isEarlier && ', earlier'),
+    h('code', {}, marked(hit.text.trim(), wanted)),
+  );
+}
+
+// Lines of earlier designs are shown where the last one does not have them.
+function linesOf(hits) {
+  const line = (hit) => `${hit.property}\n${hit.text.trim()}`;
+  const seen = new Set();
+  return hits.filter((hit) => hit.property !== 'name' && seen.size < seen.add(line(hit)).size);
 }
 
 function elementHits(hits, wanted, newest) {
   const [first] = hits;
-  const life = lifeOf(first, newest);
+  const lines = linesOf(hits);
   return h(
     'li',
     {},
@@ -49,24 +68,10 @@ function elementHits(hits, wanted, newest) {
         marked(named(first.name), wanted),
       ),
       h('span', {class: 'badge'}, kindName(first.kind)),
-      h('span', {class: 'by'}, fileTitle(first.fileName), life && `, ${life}`),
+      h('span', {class: 'by'}, fileTitle(first.fileName), !isPresent(first, newest) && ', not in the newest design'),
     ),
-    hits
-      .filter((hit) => hit.property !== 'name')
-      .slice(0, 5)
-      .map((hit) =>
-        h(
-          'div',
-          {class: 'hit-line'},
-          h(
-            'span',
-            {class: 'place'},
-            hit.property === 'steps' ? 'in a step' : hit.property.split('/').slice(-2).join(' › '),
-          ),
-          h('code', {}, marked(hit.text.trim(), wanted)),
-        ),
-      ),
-    hits.length > 6 && h('div', {class: 'hint'}, `and ${number(hits.length - 6)} more lines`),
+    lines.slice(0, kLines).map((hit) => hitLine(hit, hit.lastDesign !== first.lastDesign, wanted)),
+    lines.length > kLines && h('div', {class: 'hint'}, `and ${number(lines.length - kLines)} more lines`),
   );
 }
 
