@@ -134,9 +134,9 @@ for (const scheme of ['light', 'dark']) {
 
 step('Steps are numbered as FileMaker numbers them', async () => {
   await visit(page, service, `/designs/${workshop}/elements/${encodeURIComponent('🎻 New Job')}`, '🎻 New Job');
+  await sees(page, 'Steps 14');
   const lines = await page.$$eval('.code .line', (all) => all.map(({className}) => className));
   assert.deepEqual(lines.slice(0, 5), ['line start', 'line', 'line', 'line start', 'line start']);
-  await sees(page, 'Steps 14');
 });
 
 step('A list is printed whole', async () => {
