@@ -36,7 +36,10 @@ ExitStatus Report(Client& client, const std::string& path, const nlohmann::json&
   }
   if (IsFinished(command)) {
     std::string reason = state == "failed" ? "the plug-in gave no reason" : "the command is " + state;
-    if (IsForgotten(command)) reason += ", but FileMaker may still carry it out";
+    if (IsForgotten(command)) {
+      reason +=
+          command.contains("result") ? ", but FileMaker has carried it out" : ", but FileMaker may still carry it out";
+    }
     std::cerr << "varnix-service: " << TextForTerminal(command.value("error", reason)) << '\n';
     return kFailed;
   }

@@ -259,7 +259,7 @@ Completion Store::Complete(const std::string& id, const std::string& state, cons
     if (present != "delivered" && !isForgotten) return Completion::kNotDelivered;
   }
   if (isForgotten) {
-    Statement(database_, "UPDATE commands SET records_before = NULL WHERE id = ?1", id).Step();
+    Statement(database_, "UPDATE commands SET records_before = NULL, error = ?1 WHERE id = ?2", error, id).Step();
   } else {
     Statement(database_, "UPDATE commands SET state = ?1, error = ?2, finished = ?3 WHERE id = ?4", state, error,
               clock_(), id)

@@ -167,7 +167,8 @@ class Store {
   std::string Content(std::int64_t number);
 
   /// Deletes the records and finished commands that are older than `age`, but keeps the newest `keep` records of each
-  /// kind and name, clips with tags and clips that a person added. Returns the freed space to the disk.
+  /// kind and name, clips with tags, clips that a person added, and the commands that DeleteCommand would not delete.
+  /// Returns the freed space to the disk.
   Pruned Prune(std::chrono::seconds age, std::int64_t keep);
 
   /// Deletes one record. A command whose result it was no longer has one. False when there is no such record.
@@ -177,8 +178,8 @@ class Store {
   std::vector<std::int64_t> Repetitions(std::int64_t number);
 
   /// Deletes a finished command and its diagnostics; its result stays as a record that belongs to no command. A
-  /// forgotten command must first have had as long as its type takes, because the answer to it would look like that to
-  /// the next.
+  /// forgotten command stays for a minute after its delivery, because the answer to it would look like that to the
+  /// next.
   Deletion DeleteCommand(const std::string& id);
 
   Totals Count();

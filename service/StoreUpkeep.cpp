@@ -11,19 +11,14 @@ namespace {
 // A poll that arrives meanwhile waits for one step at most.
 constexpr std::int64_t kStepBytes = 8 << 20;
 constexpr std::chrono::milliseconds kPauseBetweenSteps{5};
-constexpr std::int64_t kIncremental = 2;  // of SQLite's auto_vacuum
+constexpr std::int64_t kIncremental = 2;       // of SQLite's auto_vacuum
+constexpr std::int64_t kLongestWork = 60'000;  // ms; no type of command takes as long
 
 std::int64_t Setting(Database& database, const char* sql) {
   std::int64_t value = 0;
   Statement row(database, sql);
   if (row.Step()) row.Read(value);
   return value;
-}
-
-// In milliseconds.
-std::int64_t LongestWork(const std::string& type) {
-  const CommandType* known = FindCommandType(type);
-  return known == nullptr ? 0 : std::chrono::milliseconds(known->takes).count();
 }
 
 }  // namespace
@@ -33,7 +28,7 @@ Pruned Store::Prune(std::chrono::seconds age, std::int64_t keep) {
   {
     const std::lock_guard lock(mutex_);
     CheckFile();
-    const std::int64_t before = clock_() - std::chrono::milliseconds(age).count();
+    const std::int64_t now = clock_(), before = now - std::chrono::milliseconds(age).count();
     Transaction transaction(database_);
     Statement(database_,
               "DELETE FROM records WHERE received < ?1 AND (SELECT count(*) FROM (SELECT 1 FROM records AS newer"
@@ -45,8 +40,9 @@ Pruned Store::Prune(std::chrono::seconds age, std::int64_t keep) {
     pruned.records = sqlite3_changes(database_.handle());
     Statement(database_,
               "DELETE FROM commands WHERE finished < ?1 AND id NOT IN (SELECT command FROM records"
-              " WHERE command IS NOT NULL)",
-              before)
+              " WHERE command IS NOT NULL)"
+              " AND NOT (state = 'cancelled' AND records_before IS NOT NULL AND delivered > ?2)",
+              before, now - kLongestWork)
         .Step();
     pruned.commands = sqlite3_changes(database_.handle());
     transaction.Commit();
@@ -123,17 +119,17 @@ Deletion Store::DeleteCommand(const std::string& id) {
     CheckFile();
     ExpireCommands();
     Transaction transaction(database_);
-    std::string state, type;
+    std::string state;
     std::int64_t delivered = 0;
     std::optional<std::int64_t> recordsBefore;
     {
-      Statement find(database_, "SELECT state, type, delivered, records_before FROM commands WHERE id = ?1", id);
+      Statement find(database_, "SELECT state, delivered, records_before FROM commands WHERE id = ?1", id);
       if (!find.Step()) return Deletion::kUnknown;
-      find.Read(state, type, delivered, recordsBefore);
+      find.Read(state, delivered, recordsBefore);
     }
     if (state == "queued" || state == "delivered") return Deletion::kNotFinished;
     const bool isForgotten = state == "cancelled" && recordsBefore;
-    if (isForgotten && clock_() - delivered < LongestWork(type)) return Deletion::kAnswerMayCome;
+    if (isForgotten && clock_() - delivered < kLongestWork) return Deletion::kAnswerMayCome;
     Statement(database_, "DELETE FROM records WHERE command = ?1 AND kind = 'diagnostic'", id).Step();
     Statement(database_, "UPDATE records SET command = NULL WHERE command = ?1", id).Step();
     Statement(database_, "DELETE FROM commands WHERE id = ?1", id).Step();

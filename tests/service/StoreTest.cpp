@@ -126,6 +126,7 @@ TEST_F(StoreOverTime, GivesAForgottenCommandWhatComesLateAndNobodyElse) {
   EXPECT_EQ(Deliver(), "") << "the plug-in may be at work on the first one";
   EXPECT_EQ(store_->DeleteCommand(forgotten), Deletion::kAnswerMayCome);
   now_ += 10'000;
+  EXPECT_EQ(store_->Prune(0s, 0).commands, 0) << "nor does it go with what is old";
   EXPECT_EQ(Deliver(), next);
   Push("FILE_LIST", "late");
   EXPECT_EQ(Complete(forgotten), Completion::kAccepted);
@@ -144,7 +145,8 @@ TEST_F(StoreOverTime, GivesAForgottenCommandWhatComesLateAndNobodyElse) {
   store_->Forget(schema);
   const auto diagnostic = store_->Add({"diagnostic", "LC_SCHEMA_TIMEOUT", "failed", "late"});
   EXPECT_EQ(store_->FindRecord(diagnostic)->command, schema);
-  EXPECT_EQ(Complete(schema, "failed"), Completion::kAccepted);
+  EXPECT_EQ(store_->Complete(schema, "failed", "no such file"), Completion::kAccepted);
+  EXPECT_EQ(store_->FindCommand(schema)->error, "no such file");
   EXPECT_EQ(State(schema), "cancelled");
   EXPECT_EQ(store_->DeleteCommand(schema), Deletion::kDeleted) << "it is answered";
 }

@@ -107,6 +107,9 @@ TEST_F(Subcommands, ShowWithdrawAndDeleteCommandsAndRecords) {
   service.Post("/api/bridge/push", R"({"licenseKey":"K1","xmlType":"A\u001bB","xmlContent":"123"})");
   EXPECT_NE(Run({"records", "--kind=push"}).output.find("3 bytes  A\\x1BB\n"), std::string::npos);
   EXPECT_EQ(Run({"records", "1"}).output, "123");
+  service.Post("/api/bridge/push", R"({"licenseKey":"K1","xmlType":"FILE_LIST","xmlContent":"A","label":"L"})");
+  service.Complete(id);
+  EXPECT_EQ(Run({"result", id}).errors, "varnix-service: the command is cancelled, but FileMaker has carried it out\n");
   EXPECT_EQ(Run({"prune", "--older-than=1d"}).output, "deleted: 0 commands, 0 records\n");
 }
 

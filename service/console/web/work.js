@@ -71,16 +71,19 @@ export async function resultOf(type, values, signal) {
   return getText(`commands/${segment(command.id)}/result`, signal);
 }
 
+const reported = ({error}) => error?.replace(/^ERROR:\s*/, '');
+
 /** Why a command did not complete, in one sentence. */
 export function reasonOf(command) {
-  if (command.state === 'failed')
-    return command.error?.replace(/^ERROR:\s*/, '') || 'The plug-in reported a failure without a reason.';
+  if (command.state === 'failed') return reported(command) || 'The plug-in reported a failure without a reason.';
   if (command.state === 'expired')
     return 'FileMaker did not pick up the command in time. Check that it is running and connected.';
-  if (isForgotten(command))
+  if (isForgotten(command)) {
+    if (command.error) return `It was forgotten, and FileMaker could not carry it out. ${reported(command)}`;
     return command.result
       ? 'It was forgotten, but FileMaker has carried it out.'
       : 'Nobody waits for it any longer. FileMaker may still carry it out.';
+  }
   if (command.state === 'cancelled') return 'The command was cancelled.';
   return '';
 }
