@@ -150,7 +150,9 @@ void Connection::AnswerRequest() {
   Try([&] {
     atWork_ = true;
     request_.body = body_->bytes();
-    request_.isWanted = [this] { return IsOpen(stream_.socket()); };
+    request_.isWanted = [this, start = std::chrono::steady_clock::now()] {
+      return std::chrono::steady_clock::now() - start < context_.times.patience || IsOpen(stream_.socket());
+    };
     Response response = route_->answer(context_, request_);
     if (!response.file.empty()) return SendFile(response);
     if (!response.streamsEvents) return Send(std::move(response));

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <fstream>
 #include <optional>
@@ -126,7 +127,7 @@ TEST_F(DesignHistory, AnswersRequests) {
 TEST_F(DesignHistory, GivesUpASearchForWhichNobodyWaits) {
   const RunningService service(data_);
   service::DesignStore history(data_);
-  const auto ask = [&](const std::string& path, const std::string& content) {
+  const auto ask = [&](const std::string& path, const std::string& content, std::chrono::milliseconds wait) {
     service::Database index(data_ + "/varnix-designs.db");
     std::optional<service::Transaction> writing(std::in_place,
                                                 index);  // the index waits for that, and the answer for it
@@ -134,11 +135,14 @@ TEST_F(DesignHistory, GivesUpASearchForWhichNobodyWaits) {
     RawConnection connection(service.url());
     connection.Send("GET /operator/designs" + path + " HTTP/1.1\r\nHost: localhost\r\n\r\n");
     connection.EndSending();
+    std::this_thread::sleep_for(wait);
     writing.reset();
     return connection.Receive().substr(0, 12);
   };
-  EXPECT_EQ(ask("/search?text=Status", orders_), "HTTP/1.1 499");
-  EXPECT_EQ(ask("", edited_), "HTTP/1.1 200") << "it takes no time";
+  using std::chrono::milliseconds;
+  EXPECT_EQ(ask("/search?text=Status", orders_, milliseconds(2000)), "HTTP/1.1 499");
+  EXPECT_EQ(ask("/search?text=Status", edited_, milliseconds(0)), "HTTP/1.1 200") << "it was quick";
+  EXPECT_EQ(ask("", orders_, milliseconds(2000)), "HTTP/1.1 200") << "it is no search";
   int hits = 0, questions = 0;
   const auto search = [&](int patience) {
     questions = hits = 0;
