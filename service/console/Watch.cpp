@@ -1,5 +1,9 @@
 #include "console/Watch.h"
 
+#include <system_error>
+
+#include "designs/DesignStore.h"
+
 namespace service {
 namespace {
 
@@ -35,7 +39,17 @@ void Watch::Look() {
   if (hasPlugin != hasPlugin_) context_.events.Fire(Change::kStatus);
   hasPlugin_ = hasPlugin;
   context_.store.Expire();
+  LookAtIndex();
   DeleteWhatIsOld();
+}
+
+// Whoever closes the index last moves what was written to it into this file.
+void Watch::LookAtIndex() {
+  std::error_code missing;
+  const auto time = std::filesystem::last_write_time(DesignStore::PathIn(context_.store.Folder()), missing);
+  if (missing || time == indexTime_) return;
+  indexTime_ = time;
+  context_.events.Fire(Change::kDesigns);
 }
 
 void Watch::DeleteWhatIsOld() {

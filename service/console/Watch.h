@@ -2,6 +2,7 @@
 #pragma once
 
 #include <condition_variable>
+#include <filesystem>
 #include <mutex>
 #include <thread>
 
@@ -9,8 +10,9 @@
 
 namespace service {
 
-/// From construction to destruction, checks once a second, on its own thread, whether commands have expired and whether
-/// the plug-in has stopped or resumed asking for commands. At the start, and then once a day, deletes old data.
+/// From construction to destruction, checks once a second, on its own thread, whether commands have expired, whether
+/// the plug-in has stopped or resumed asking for commands, and whether another program has labelled a design. At the
+/// start, and then once a day, deletes old data.
 class Watch {
  public:
   /// `context` must outlive this.
@@ -20,10 +22,12 @@ class Watch {
  private:
   void Run();
   void Look();
+  void LookAtIndex();
   void DeleteWhatIsOld();
 
   Context& context_;
   bool hasPlugin_ = false;
+  std::filesystem::file_time_type indexTime_;
   std::int64_t nextDeletion_ = 0;  ///< by the store's clock
   std::mutex mutex_;
   std::condition_variable ended_;

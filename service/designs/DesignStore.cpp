@@ -75,7 +75,7 @@ std::int64_t VersionOf(Database& index) {
 }
 
 Database OpenIndex(const std::string& folder) {
-  const std::string path = (std::filesystem::path(folder) / "varnix-designs.db").string();
+  const std::string path = DesignStore::PathIn(folder);
   const int descriptor = open(path.c_str(), O_CREAT | O_RDWR | O_CLOEXEC, 0600);  // for its owner only
   if (descriptor >= 0) close(descriptor);
   Database database(path);
@@ -101,6 +101,10 @@ StoredDesign ReadStored(const Statement& row) {
 }  // namespace
 
 DesignStore::DesignStore(const std::string& folder) : received_(OpenedIn(folder)), index_(OpenIndex(folder)) {}
+
+std::string DesignStore::PathIn(const std::string& folder) {
+  return (std::filesystem::path(folder) / "varnix-designs.db").string();
+}
 
 std::vector<StoredDesign> DesignStore::List(const std::string& file) {
   const std::string sql = std::string(kSelect) + " WHERE ?1 = '' OR folded_name = ?2 OR file_uuid = ?1 ORDER BY id";

@@ -41,6 +41,9 @@ bool LooksLikeExport(std::string_view content);
 /// Throws std::runtime_error when a database fails.
 class DesignStore {
  public:
+  /// The path of the index in `folder`.
+  static std::string PathIn(const std::string& folder);
+
   /// Opens the store in `folder`, which must exist, and opens or creates its index.
   explicit DesignStore(const std::string& folder);
 

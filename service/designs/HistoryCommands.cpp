@@ -25,7 +25,7 @@ void PrintDesign(const StoredDesign& design, const Colours& colours, std::ostrea
 void PrintDesigns(const Options& options, const Colours& colours, std::ostream& out, std::ostream&) {
   for (const StoredDesign& design : OpenHistory(options.Folder()).List(options.design)) {
     if (options.json) {
-      out << DescribeDesign(design).dump() << '\n';
+      out << DescribeDesign(design).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
     } else {
       PrintDesign(design, colours, out);
     }

@@ -57,6 +57,7 @@ TEST_F(DesignHistory, ListsComparesAndSearchesWithAndWithoutTheService) {
     EXPECT_EQ(service.Post("/operator/designs/3/label", R"({"note":"as delivered"})").status, 200);
     EXPECT_NE(Service({"designs", "orders"}).output.find("release 2  as delivered\n"), std::string::npos);
   }
+  EXPECT_EQ(Service({"label", "3", "K\xF6ln"}).status, 0) << "a terminal need not send UTF-8";
   const std::string list = Service({"designs", "--json"}).output;
   EXPECT_EQ(std::count(list.begin(), list.end(), '\n'), 3) << "what came again is not listed again: " << list;
   EXPECT_NE(list.find(R"("fileName":"Broken.fmp12")"), std::string::npos) << list;

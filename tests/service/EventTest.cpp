@@ -67,6 +67,8 @@ TEST_F(Events, ReportWhatHasChanged) {
   service.Post("/api/live/ingest/K?filename=A.xml", Contents(ORDERS));
   page.Expect("records", "received");
   page.Expect("designs", "indexed");
+  EXPECT_EQ(RunProcess({SERVICE, "label", "3", "release", "--data", data_}).status, 0);
+  page.Expect("designs", "labelled by another program");
   service.Post("/operator/commands/" + service.Queue(R"("type":"LIST_FILES")") + "/cancel", "{}");
   page.Expect("commands", "queued");
   page.Expect("commands", "cancelled");

@@ -13,28 +13,33 @@ function fields({label = '', note = ''}) {
   return [field('Label', name, 'A few words, such as “Release 2”'), field('Note', remark)];
 }
 
-function words(before, after) {
-  if (!after.label && !after.note) return 'Label and note removed';
-  const changed = ['label', 'note'].filter((name) => (before[name] ?? '') !== after[name]);
-  if (!changed.length) return 'Nothing has changed';
-  const what = changed.join(' and ');
-  return `${what.charAt(0).toUpperCase()}${what.slice(1)} saved`;
+// What somebody else has changed meanwhile must not be undone.
+function changesOf(design, values) {
+  const texts = Object.entries(values).map(([name, value]) => [name, value.trim()]);
+  return Object.fromEntries(texts.filter(([name, text]) => (design[name] ?? '').trim() !== text));
+}
+
+function words(changes) {
+  const names = Object.keys(changes);
+  if (!names.length) return 'Nothing has changed';
+  const what = names.join(' and ');
+  return `${what.charAt(0).toUpperCase()}${what.slice(1)} ${names.some((name) => changes[name]) ? 'saved' : 'removed'}`;
 }
 
 // The page behind a dialog is not read aloud, so the dialog says by itself what went wrong.
 function edit(design) {
   const fault = h('p', {role: 'alert', class: 'bad'});
   const save = async (values) => {
-    const texts = {label: values.label.trim(), note: values.note.trim()};
+    const changes = changesOf(design, values);
     fault.textContent = '';
     try {
-      await post(`designs/${design.id}/label`, texts);
+      if (Object.keys(changes).length) await post(`designs/${design.id}/label`, changes);
     } catch (error) {
       fault.textContent = error instanceof Refusal ? error.message : `${error.message} What you typed is kept.`;
       return;
     }
     dialog.close();
-    announce(words(design, texts));
+    announce(words(changes));
   };
   const cancel = button('Cancel', () => dialog.close(), {class: 'plain'});
   const content = form(
