@@ -42,18 +42,19 @@ export function largeExport(fields) {
   return fileNamed('Large').replace(sample, sample + made.join(''));
 }
 
-/** A script Start that performs Reset, which performs Start again and Log, which performs Made 1, and that Made 2 ... */
+/** A script Start that performs Reset, which performs Start again and Log, which performs Made 1, and that Made 2 ... and 9. */
 export function chainedExport(length) {
   const orders = readFileSync(process.env.ORDERS, 'utf8');
   const uuid = (i) => `00000000-0000-4000-8000-${String(i).padStart(12, '0')}`;
   const reference = (i) => `<ScriptReference id="${100 + i}" name="Made ${i}" UUID="${uuid(i)}"></ScriptReference>`;
-  const performs = (i) =>
-    `<ObjectList membercount="1"><Step index="0" id="1" name="Perform Script" enable="True"><ParameterValues>` +
-    `<Parameter type="List"><List name="From list" value="1">${reference(i)}</List></Parameter></ParameterValues>` +
-    `</Step></ObjectList>`;
+  const step = (i) =>
+    `<Step index="0" id="1" name="Perform Script" enable="True"><ParameterValues><Parameter type="List">` +
+    `<List name="From list" value="1">${reference(i)}</List></Parameter></ParameterValues></Step>`;
+  const performs = (...performed) => `<ObjectList>${performed.map(step).join('')}</ObjectList>`;
   const numbers = Array.from({length}, (_, i) => i + 1);
   const scripts = numbers.map((i) => `<Script id="${100 + i}" name="Made ${i}"><UUID>${uuid(i)}</UUID></Script>`);
-  const steps = numbers.map((i) => `<Script>${reference(i)}${i < length ? performs(i + 1) : ''}</Script>`);
+  const next = (i) => (i === 1 ? performs(2, 9) : performs(i + 1));
+  const steps = numbers.map((i) => `<Script>${reference(i)}${i < length ? next(i) : ''}</Script>`);
   return orders
     .replace(/(?=<Script id="4" name="Log">)/, scripts.join(''))
     .replace(

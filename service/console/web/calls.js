@@ -5,38 +5,41 @@ import {named, number} from './format.js';
 
 const kDeepest = 8; // levels that are shown
 
-// The calls in a cycle lead back to a script that is being performed.
-function remark(call, performers) {
-  if (performers.includes(call.key)) return 'is being performed already: a cycle';
-  return call.isRepeated ? 'see above' : '';
-}
-
-function entry(call, note, design) {
-  const link = h('a', {href: elementAddress(design, call.key)}, named(call.name));
-  return h('li', {}, link, note && h('span', {class: 'place'}, note));
-}
-
-// Lists within lists, made of calls that each have a depth.
-function tree(calls, script, design) {
-  const root = h('ul');
-  const items = []; // the latest of each depth
+// The calls of each script, from a list in which they follow the script where it comes first.
+function callsByScript(calls, script) {
+  const callsOf = new Map();
   const performers = [script];
   for (const call of calls) {
     performers.length = call.depth;
-    const note = remark(call, performers);
+    const performer = performers.at(-1);
+    if (!callsOf.has(performer)) callsOf.set(performer, []);
+    callsOf.get(performer).push(call);
     performers.push(call.key);
-    const caller = items[call.depth - 1];
-    if (call.depth > kDeepest) {
-      if (call.depth === kDeepest + 1) caller.dataset.performsMore = '';
-      continue;
-    }
-    items[call.depth] = entry(call, note, design);
-    const list = caller ? (caller.querySelector('ul') ?? caller.appendChild(h('ul'))) : root;
-    list.append(items[call.depth]);
   }
-  for (const item of root.querySelectorAll('[data-performs-more]'))
-    item.append(h('span', {class: 'place'}, 'performs more: open it'));
-  return root;
+  return callsOf;
+}
+
+// Lists within lists. What a script performs is shown once, where there is room for it first.
+function tree(calls, script, design) {
+  const callsOf = callsByScript(calls, script);
+  const shown = new Set();
+  const branch = (performers) =>
+    h(
+      'ul',
+      {},
+      callsOf.get(performers.at(-1)).map((call) => entry(call, performers)),
+    );
+  const entry = (call, performers) => {
+    const link = h('a', {href: elementAddress(design, call.key)}, named(call.name));
+    const place = (text) => h('li', {}, link, h('span', {class: 'place'}, text));
+    if (performers.includes(call.key)) return place('is being performed already: a cycle');
+    if (!callsOf.has(call.key)) return h('li', {}, link);
+    if (shown.has(call.key)) return place('see above');
+    if (performers.length === kDeepest) return place('performs more: open it');
+    shown.add(call.key);
+    return h('li', {}, link, branch([...performers, call.key]));
+  };
+  return branch([script]);
 }
 
 /** A section for the page of a script with the key `script`; nothing when it performs no others by way of another. */
@@ -44,10 +47,12 @@ export function performedInTurn(calls, script, design) {
   if (!calls.some((call) => call.depth > 1)) return undefined;
   const scripts = new Set(calls.map((call) => call.key));
   scripts.delete(script);
+  const details = h('details', {}, h('summary', {}, 'Call tree'));
+  details.addEventListener('toggle', () => details.append(tree(calls, script, design)), {once: true}); // may be large
   return h(
     'section',
     {class: 'references'},
     h('h2', {}, 'Performs in turn', amount(number(scripts.size))),
-    h('details', {}, h('summary', {}, 'Call tree'), tree(calls, script, design)),
+    details,
   );
 }
