@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <functional>
 #include <string>
@@ -20,9 +21,18 @@ inline std::string TextOfRow(std::string line) {
   return line == "(empty)" ? "" : line;
 }
 
-/// Checks the table in the file `path`: lines with one text each, and below them, indented, the result that `gives`
-/// must return for each of them. "␍", "␊" and "␉" stand for control characters, "(empty)" for no text; "# " begins a
-/// comment.
+/// The parts of `row` between its "|"; at least `count`, the last ones empty.
+inline std::vector<std::string> ColumnsOf(const std::string& row, std::size_t count = 0) {
+  std::vector<std::string> columns;
+  for (std::size_t at = 0; at <= row.size(); at += columns.back().size() + 1) {
+    columns.push_back(row.substr(at, row.find('|', at) - at));
+  }
+  columns.resize(std::max(columns.size(), count));
+  return columns;
+}
+
+/// Checks the table in the file `path`: lines that each hold a text, and indented below them what every one of them
+/// gives. "␍", "␊" and "␉" stand for control characters, "(empty)" for no text; "# " begins a comment.
 inline void ExpectRows(const std::string& path, const std::function<std::string(const std::string& text)>& gives) {
   constexpr std::string_view kIndent = "    ";
   std::vector<std::pair<int, std::string>> texts;  // with their line numbers

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "calc/Unicode.h"
+#include "support/Rows.h"
 #include "wrapper/Host.h"
 
 class ScriptedHost : public wrapper::Host {
@@ -51,9 +52,6 @@ inline std::string CallHandler(fmx::ExtPluginType handler, const std::vector<std
 
 /// Calls the function named first in `row` with the arguments that follow, separated by "|".
 inline std::string CallRow(const std::map<std::string, fmx::ExtPluginType>& functions, const std::string& row) {
-  std::vector<std::string> words;
-  for (std::size_t at = 0; at <= row.size(); at += words.back().size() + 1) {
-    words.push_back(row.substr(at, row.find('|', at) - at));
-  }
+  const std::vector<std::string> words = ColumnsOf(row);
   return CallHandler(functions.at(words.front()), {words.begin() + 1, words.end()});
 }
