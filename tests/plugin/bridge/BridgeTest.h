@@ -17,6 +17,13 @@
 
 using Texts = std::vector<std::string>;
 
+/// Each of `texts` with a line end, as rows of tables have them.
+inline std::string Lines(const Texts& texts) {
+  std::string lines;
+  for (const auto& text : texts) lines += text + '\n';
+  return lines;
+}
+
 class BridgeTest : public FolderTest {
  public:
   BridgeTest();
@@ -73,12 +80,6 @@ class BridgeTest : public FolderTest {
 
   /// A record of the account in use, as Effects() has it.
   static std::string Posted(const std::string& path, std::initializer_list<NamedText> members);
-  static std::string Pushed(const std::string& type, const std::string& content, const std::string& label) {
-    return Posted("push", {{"xmlType", type}, {"xmlContent", content}, {"label", label}});
-  }
-  static std::string Diagnosed(const std::string& code, const std::string& status, const std::string& message) {
-    return Posted("diagnostic", {{"code", code}, {"status", status}, {"message", message}});
-  }
   static std::string Ended(const std::string& id) {
     return Posted("command/" + id + "/complete", {{"status", "completed"}});
   }
