@@ -6,8 +6,10 @@ NSString* const NSAppleScriptErrorMessage = @"NSAppleScriptErrorMessage";
 
 @implementation NSAppleEventDescriptor
 
+// The first literal of the script.
 - (NSString*)stringValue {
-  return StandIn::scriptText ? [NSString stringWithUTF8String:StandIn::scriptText->c_str()] : nil;
+  NSArray* parts = [[NSString stringWithUTF8String:StandIn::scriptSource.c_str()] componentsSeparatedByString:@"\""];
+  return [parts count] > 1 ? [parts objectAtIndex:1] : nil;
 }
 
 @end
@@ -22,8 +24,9 @@ NSString* const NSAppleScriptErrorMessage = @"NSAppleScriptErrorMessage";
 
 - (NSAppleEventDescriptor*)executeAndReturnError:(NSDictionary**)error {
   NSAppleEventDescriptor* value = [[[NSAppleEventDescriptor alloc] init] autorelease];
-  if (StandIn::scriptSucceeds) return value;
-  *error = [NSDictionary dictionaryWithObjectsAndKeys:[value stringValue], NSAppleScriptErrorMessage, nil];
+  const bool raises = StandIn::scriptSource.starts_with("error ");
+  if (!raises && StandIn::scriptSource != "not a script") return value;
+  *error = raises ? @{NSAppleScriptErrorMessage : [value stringValue]} : @{};
   return nil;
 }
 

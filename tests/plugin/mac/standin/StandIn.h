@@ -3,7 +3,6 @@
 #pragma once
 
 #include <atomic>
-#include <optional>
 #include <string>
 
 namespace StandIn {
@@ -45,9 +44,7 @@ inline unsigned long cachePolicy = 0;    // of the last request
 /// invalid characters, and one that encodes them.
 void UpgradeToMacOS14();
 
-/// The last script that was run; whether scripts end with a value or an error; and its text, if it has one.
+/// The last script that was run. Its result is its first literal: a value, or after "error " the message of an error.
 inline std::string scriptSource;
-inline bool scriptSucceeds = true;
-inline std::optional<std::string> scriptText;
 
 }  // namespace StandIn

@@ -1,4 +1,4 @@
-// AppleScript in the process of the test. No script addresses another program.
+// AppleScript in the process of the test, the system's or a stand-in of it. No script addresses another program.
 #include "host/AppleScript.h"
 
 #include <gtest/gtest.h>
@@ -10,7 +10,7 @@ TEST(AppleScript, ReportsHowAScriptEnded) {
     std::string source, result, error;
   } cases[] = {
       {"return \"Größe\"", "Größe", "old error"},
-      {"return 6 * 7", "42", "old error"},
+      {"return", "", "old error"},
       {"error \"verweigert – 1743\"", "old result", "ERROR (AppleScript): verweigert – 1743"},
       {"\xFF", "old result", "ERROR (AppleScript): Unknown AppleScript error"},
   };

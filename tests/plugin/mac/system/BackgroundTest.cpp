@@ -1,18 +1,21 @@
-// Background work on the system's queue.
+// Background work on a queue, the system's or a stand-in of it.
 #include "bridge/Background.h"
 
 #include <FMWrapper/FMXExtern.h>
 #include <dlfcn.h>
-#include <gtest/gtest.h>
 
 #include <future>
 #include <memory>
 #include <stdexcept>
 #include <thread>
 
+#include "support/FolderTest.h"
+
 namespace {
 
-TEST(Background, RunsJobsOnAnotherThreadAndDropsTheirExceptions) {
+using Background = FolderTest;
+
+TEST_F(Background, RunsJobsOnAnotherThreadAndDropsTheirExceptions) {
   std::promise<std::thread::id> ran;
   std::promise<void> gone;
   std::shared_ptr<void> owned(nullptr, [&gone](void*) { gone.set_value(); });
@@ -24,7 +27,7 @@ TEST(Background, RunsJobsOnAnotherThreadAndDropsTheirExceptions) {
   EXPECT_NE(ran.get_future().get(), std::this_thread::get_id());
 }
 
-TEST(Background, ThePluginStaysInMemoryForJobsThatOutliveIt) {
+TEST_F(Background, ThePluginStaysInMemoryForJobsThatOutliveIt) {
   void* const plugin = dlopen(PLUGIN_FILE, RTLD_LAZY);
   ASSERT_NE(plugin, nullptr) << dlerror();
   FMX_ExternCallStruct call{};
