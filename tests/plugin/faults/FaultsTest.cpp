@@ -10,6 +10,7 @@
 #include "net/VersionCheck.h"
 #include "plugin/bridge/BridgeTest.h"
 #include "plugin/faults/Allocations.h"
+#include "support/Rows.h"
 
 namespace {
 
@@ -46,6 +47,11 @@ class Surroundings : public BridgeTest {
     EXPECT_EQ(wrapper::LiveObjects(), Texts());
   }
 
+  void RefuseTheScript() {
+    CarryOut("GET_SCHEMA", R"(,"fileName":"Sales")");
+    startErrors = {1825, 1825};
+  }
+
   const std::string path = folder_ + "/saved.xml";
   bool isHandedOver = false;  ///< the file was passed to a live push
 
@@ -53,101 +59,66 @@ class Surroundings : public BridgeTest {
   void TestBody() override {}
 };
 
-/// The name of a function that is called or of a command that a poll receives; any other name is an idle call. The jobs
-/// run, too.
-struct Scenario {
-  std::string name;
-  Texts arguments = {};  // of a command: its members; "FILE" is the path of a file
-  void (*prepare)(Surroundings& surroundings) = [](Surroundings&) {};
-
-  friend void PrintTo(const Scenario& scenario, std::ostream* stream) { *stream << scenario.name; }
-};
-
 /// As FileMaker calls it; a fault may meet the host's side too.
-std::string Call(fmx::ExtPluginType handler, const Texts& arguments, const std::string& file) {
+std::string Call(fmx::ExtPluginType handler, const Texts& arguments) {
   const fmx::ExprEnvUniquePtr env;
   const fmx::DataVectUniquePtr values;
   const fmx::DataUniquePtr result;
   wrapper::Bind(*env, 1);
   for (const auto& argument : arguments) {
     const fmx::DataUniquePtr value;
-    SetTextResult(argument == "FILE" ? file : argument, *value);
+    SetTextResult(argument, *value);
     values->PushBack(*value);
   }
   handler(0, *env, *values, *result);
   return calc::ToUtf8(wrapper::ValueOf(*result).AsText());
 }
 
-/// Runs the scenario; returns a function's result.
-std::string Do(const Scenario& scenario, Surroundings& surroundings) {
+/// What comes before some scenarios.
+const std::map<std::string, void (*)(Surroundings& surroundings)> kPreparations = {
+    {"Registration", [](Surroundings&) { UnregisterExternalFunctions(); }},
+    {"FlavourOnTheClipboard",
+     [](Surroundings& s) {
+       s.pasteboard.Replace({{"Mac-XMTB", "<BaseTable/>"}});
+     }},
+    {"FirstFileAndVersionCheck",
+     [](Surroundings& s) {
+       g_registeredFileName.clear();
+       s.now += 86'400'000;
+     }},
+    {"StartOfTheScript", [](Surroundings& s) { s.RefuseTheScript(); }},
+    {"EndOfTheWaitForTheFile",
+     [](Surroundings& s) {
+       s.CarryOut("GET_SCHEMA", R"(,"fileName":"Contacts")");
+       s.now += 30'001;
+     }},
+    {"Varnix.PushScript",
+     [](Surroundings& s) {
+       s.pasteboard.Replace({{"Mac-XMSS", "<Step/>"}});
+     }},
+    {"Varnix.LivePush", [](Surroundings& s) { s.RefuseTheScript(); }},
+};
+
+/// Calls a function, carries a command out, or makes an idle call. The jobs run too. Gives a function's result.
+std::string Do(const Texts& scenario, Surroundings& surroundings) {
+  const std::string& name = scenario.front();
   std::string result;
-  if (scenario.name == "Registration") {
+  if (name == "Registration") {
     result = std::to_string(RegisterExternalFunctions());
-  } else if (scenario.name == "StringForTheHost") {
+  } else if (name == "StringForTheHost") {
     fmx::unichar16 buffer[10];
     CopyUTF8ToUnichar16("Varnix", 10, buffer);
-  } else if (const auto* function = wrapper::FindFunction(calc::ToUtf16(scenario.name))) {
-    result = Call(function->function, scenario.arguments, surroundings.path);
-  } else if (scenario.arguments.empty()) {
+  } else if (const auto* function = wrapper::FindFunction(calc::ToUtf16(name))) {
+    result = Call(function->function, {scenario.begin() + 1, scenario.end()});
+  } else if (scenario.size() == 1) {
     surroundings.Idle();
   } else {
-    surroundings.CarryOut(scenario.name, "," + scenario.arguments[0]);
+    surroundings.CarryOut(name, scenario[1]);
   }
-  surroundings.isHandedOver = scenario.name == "Varnix.LivePush" && !surroundings.jobs.empty();
+  surroundings.isHandedOver = name == "Varnix.LivePush" && !surroundings.jobs.empty();
   surroundings.RunJobs();
   return result;
 }
-
-void Unregister(Surroundings&) { UnregisterExternalFunctions(); }
-void CopyTable(Surroundings& s) { s.pasteboard.Replace({{"Mac-XMTB", "<BaseTable/>"}}); }
-void CopyStep(Surroundings& s) { s.pasteboard.Replace({{"Mac-XMSS", "<Step/>"}}); }
-void ForgetFileForADay(Surroundings& s) {
-  g_registeredFileName.clear();
-  s.now += 86'400'000;
-}
-void RefuseTheScript(Surroundings& s) {
-  s.CarryOut("GET_SCHEMA", R"(,"fileName":"Sales")");
-  s.startErrors = {1825, 1825};
-}
-void WaitInVain(Surroundings& s) {
-  s.CarryOut("GET_SCHEMA", R"(,"fileName":"Contacts")");
-  s.now += 30'001;
-}
-
-const Scenario kScenarios[] = {
-    {"Registration", {}, Unregister},
-    {"StringForTheHost"},
-    {"TextOnTheClipboard"},
-    {"FlavourOnTheClipboard", {}, CopyTable},
-    {"FirstFileAndVersionCheck", {}, ForgetFileForADay},
-    {"StartOfTheScript", {}, RefuseTheScript},
-    {"EndOfTheWaitForTheFile", {}, WaitInVain},
-    {"GET_CLIPBOARD", {R"("xmlType":"AUTO")"}},
-    {"GET_CLIPBOARD_FORMATS", {R"("fileName":"")"}},
-    {"LIST_FILES", {R"("fileName":"")"}},
-    {"DEBUG_CONTEXT", {R"("fileName":"Sales")"}},
-    {"SET_CLIPBOARD", {R"("xmlType":"XMTB","xmlContent":"<BaseTable/>")"}},
-    {"GET_SCHEMA", {R"("fileName":"Sales")"}},
-    {"Varnix.Version"},
-    {"Varnix.SetXMLClipboard", {"XMSS", "<Step/>"}},
-    {"Varnix.GetXMLClipboard", {"AUTO"}},
-    {"Varnix.Register", {"e", kNewKey, "m", kNewUrl}},
-    {"Varnix.ReadFile", {"FILE"}},
-    {"Varnix.HTTPPost", {"http://s/x", "{}"}},
-    {"Varnix.PushSnapshot", {"http://s/x", "FILE"}},
-    {"Varnix.PushScript", {"K1", "http://s/x", "XMSS", "label"}, CopyStep},
-    {"Varnix.GetSchema"},
-    {"Varnix.POSIXPath", {"/Macintosh HD/tmp"}},
-    {"Varnix.UploadFile", {"http://s/x", "K1", "name", "FILE"}},
-    {"Varnix.LivePush", {"FILE"}, RefuseTheScript},
-    {"Varnix.GetTextClipboard"},
-    {"Varnix.SetTextClipboard", {"text"}},
-    {"Varnix.UpdateAvailable"},
-    {"Varnix.ClipboardFormats"},
-    {"Varnix.PrepareXMLClipboard"},
-    {"Varnix.ListFiles"},
-    {"Varnix.DebugContext", {"Sales"}},
-};
 
 struct Fault {
   const char* name;
@@ -157,44 +128,50 @@ struct Fault {
 };
 
 const Fault kFaults[] = {
-    {"host out of memory", [](int after) { wrapper::InjectException(fmx::_fmxcpt::kBadAlloc, after); },
+    {"HostOutOfMemory", [](int after) { wrapper::InjectException(fmx::_fmxcpt::kBadAlloc, after); },
      wrapper::TakeBackException, true},
-    {"host exception", [](int after) { wrapper::InjectException(fmx::_fmxcpt::kUnknown, after); },
+    {"HostException", [](int after) { wrapper::InjectException(fmx::_fmxcpt::kUnknown, after); },
      wrapper::TakeBackException, true},
-    {"evaluation error", [](int after) { BridgeTest::current->evaluationsBeforeError = after; },
+    {"EvaluationError", [](int after) { BridgeTest::current->evaluationsBeforeError = after; },
      [] { return std::exchange(BridgeTest::current->evaluationsBeforeError, -1) >= 0; }, false},
-    {"out of memory", [](int after) { allocations::FailAfter(after); }, allocations::TakeBack, true},
+    {"OutOfMemory", [](int after) { allocations::FailAfter(after); }, allocations::TakeBack, true},
 };
 
-class Faults : public testing::TestWithParam<Scenario> {};
-
-INSTANTIATE_TEST_SUITE_P(, Faults, testing::ValuesIn(kScenarios));
-
-TEST_P(Faults, EachMayHappenAtEveryPoint) {
-  for (const Fault& fault : kFaults) {
-    bool happened = true;
-    for (int after = 0; happened && !HasFailure(); ++after) {
-      SCOPED_TRACE(fault.name + (" after " + std::to_string(after)));
-      Surroundings surroundings;
-      RegisterExternalFunctions();
-      GetParam().prepare(surroundings);
-      std::string result;
-      bool raised = false;
-      fault.arm(after);
-      try {
-        result = Do(GetParam(), surroundings);
-      } catch (const std::exception&) {
-        raised = true;
-      }
-      happened = !fault.takeBack();
-      // Memory may also run out in the background, where it ends the job.
-      EXPECT_TRUE(raised == (happened && fault.isRaised) || (happened && fault.takeBack == allocations::TakeBack));
-      EXPECT_FALSE(!happened && result.starts_with("ERROR")) << result;
-      EXPECT_FALSE(surroundings.isHandedOver && std::filesystem::exists(surroundings.path));
-      UnregisterExternalFunctions();
-      surroundings.ExpectToWorkOn();
+/// The result of `row` without a fault, after each fault at each point.
+std::string ResultDespite(const Fault& fault, const std::string& row) {
+  std::string result = "not tried after an earlier failure";
+  bool happened = true;
+  for (int after = 0; happened && !testing::Test::HasFailure(); ++after) {
+    SCOPED_TRACE(row + ": " + fault.name + " after " + std::to_string(after));
+    Surroundings surroundings;
+    RegisterExternalFunctions();
+    const Texts scenario = ColumnsOf(Replaced(row, "{file}", surroundings.path));
+    if (const auto found = kPreparations.find(scenario.front()); found != kPreparations.end()) {
+      found->second(surroundings);
     }
+    bool raised = false;
+    fault.arm(after);
+    try {
+      result = Do(scenario, surroundings);
+    } catch (const std::exception&) {
+      raised = true;
+    }
+    happened = !fault.takeBack();
+    // Memory may also run out in the background, where it ends the job.
+    EXPECT_TRUE(raised == (happened && fault.isRaised) || (happened && fault.takeBack == allocations::TakeBack));
+    EXPECT_FALSE(surroundings.isHandedOver && std::filesystem::exists(surroundings.path));
+    UnregisterExternalFunctions();
+    surroundings.ExpectToWorkOn();
   }
+  return result;
+}
+
+class Faults : public testing::TestWithParam<Fault> {};
+
+INSTANTIATE_TEST_SUITE_P(, Faults, testing::ValuesIn(kFaults), [](const auto& fault) { return fault.param.name; });
+
+TEST_P(Faults, MayHappenAtEveryPoint) {
+  ExpectRows(DATA "/scenarios.txt", [](const auto& row) { return ResultDespite(GetParam(), row); });
 }
 
 using Growth = BridgeTest;
