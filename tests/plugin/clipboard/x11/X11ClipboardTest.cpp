@@ -14,8 +14,8 @@
 #include "clipboard/x11/SystemClipboard.h"
 #include "core/Clock.h"
 #include "plugin/clipboard/x11/FakeOwner.h"
-#include "plugin/clipboard/x11/XServer.h"
 #include "support/Entries.h"
+#include "support/Process.h"
 
 namespace {
 
@@ -45,6 +45,21 @@ void Idle(int calls) {
     Do_PluginIdle(&call);
   }
 }
+
+/// Xvfb on a free display. It ends when its last client leaves, so that nothing stays behind a test that crashes; and
+/// at once, as when the machine's display crashes, when this is destroyed.
+class XServer {
+ public:
+  explicit XServer(const std::string& missingExtension = "none") : extension_(missingExtension) {}
+
+  /// Ready when made; ":" when it has not started.
+  const std::string& display() const { return display_; }
+
+ private:
+  const std::string extension_;
+  ChildProcess process_{{XVFB, "-displayfd", "1", "-terminate", "-extension", extension_}, "/dev/null"};
+  const std::string display_ = ":" + process_.ReadLine();
+};
 
 struct X11Clipboard : testing::Test {
   void SetUp() override {
