@@ -3,7 +3,6 @@
 
 #include <functional>
 #include <future>
-#include <map>
 #include <string>
 #include <thread>
 #include <utility>
@@ -13,15 +12,6 @@
 
 class FakeUrlLayer {
  public:
-  struct Call {
-    std::string url;
-    std::string method;
-    std::map<std::string, std::string> headers;
-    std::string body;
-
-    bool operator==(const Call&) const = default;
-  };
-
   FakeUrlLayer() { Current() = this; }
   ~FakeUrlLayer() {
     for (auto& thread : threads_) thread.join();
@@ -34,12 +24,12 @@ class FakeUrlLayer {
     return current;
   }
 
-  std::vector<Call> calls;
+  std::vector<std::string> calls;     ///< "POST http://a.example", lines of headers by name, an empty one, the body
   const void* bodyAddress = nullptr;  ///< of the last body
   Network::Outcome answer;
   std::shared_future<void> before;  ///< what answers wait for, if anything
 
-  void Take(Call call, const void* address, std::function<void(Network::Outcome)> completion) {
+  void Take(std::string call, const void* address, std::function<void(Network::Outcome)> completion) {
     bodyAddress = address;
     calls.push_back(std::move(call));
     threads_.emplace_back([before = before, completion = std::move(completion), outcome = answer]() mutable {

@@ -106,16 +106,15 @@ void Answer(const Network::Outcome& outcome, Handler handler) {
   }
 }
 
-FakeUrlLayer::Call ToCall(NSURLRequest* request) {
+std::string ToText(NSURLRequest* request) {
   NSData* body = [request HTTPBody];
   if (body != nil && [[request HTTPMethod] isEqualToString:@"GET"]) Misuse("a body that the method does not have");
-  FakeUrlLayer::Call call = {.url = [[[request URL] absoluteString] UTF8String],
-                             .method = [[request HTTPMethod] UTF8String],
-                             .headers = {},
-                             .body = std::string(static_cast<const char*>([body bytes]), [body length])};
+  NSString* text = [NSString stringWithFormat:@"%@ %@\n", [request HTTPMethod], [[request URL] absoluteString]];
   NSDictionary* headers = [request allHTTPHeaderFields];
-  for (NSString* name in headers) call.headers[[name UTF8String]] = [[headers objectForKey:name] UTF8String];
-  return call;
+  for (NSString* name in [[headers allKeys] sortedArrayUsingSelector:@selector(compare:)]) {
+    text = [text stringByAppendingFormat:@"%@: %@\n", name, [headers objectForKey:name]];
+  }
+  return [text UTF8String] + ('\n' + std::string(static_cast<const char*>([body bytes]), [body length]));
 }
 
 }  // namespace
@@ -132,7 +131,7 @@ FakeUrlLayer::Call ToCall(NSURLRequest* request) {
   const std::shared_ptr<NSURLSessionDataTask> running([self retain],
                                                       [](NSURLSessionDataTask* task) { [task release]; });
   FakeUrlLayer::Current()->Take(
-      ToCall(request_), [[request_ HTTPBody] bytes],
+      ToText(request_), [[request_ HTTPBody] bytes],
       [running](const Network::Outcome& outcome) { Answer(outcome, running.get()->handler_); });
 }
 
