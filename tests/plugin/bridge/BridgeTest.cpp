@@ -6,7 +6,6 @@
 #include "bridge/IdleLoop.h"
 #include "bridge/Notify.h"
 #include "core/Clock.h"
-#include "net/JsonWriter.h"
 
 namespace {
 
@@ -138,11 +137,4 @@ Texts BridgeTest::CarryOut(const std::string& type, const std::string& members, 
 std::string BridgeTest::SchemaRequestState() {
   if (g_pendingGetSchemaCmdId.empty() && g_pendingTargetFileName.empty()) return "";
   return g_pendingGetSchemaCmdId + " " + g_pendingTargetFileName + (g_pendingSchemaReady ? " armed" : " started");
-}
-
-std::string BridgeTest::Posted(const std::string& path, std::initializer_list<NamedText> members) {
-  JsonWriter record;
-  record.Text("licenseKey", g_licenseKey);
-  for (const auto& [name, value] : members) record.Text(name, value);
-  return "POST http://s/api/bridge/" + path + " " + record.Finish();
 }

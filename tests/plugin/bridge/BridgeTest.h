@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "core/NamedText.h"
 #include "core/State.h"
+#include "net/Json.h"
 #include "net/Transfer.h"
 #include "support/FakePasteboard.h"
 #include "support/FolderTest.h"
@@ -78,12 +78,11 @@ class BridgeTest : public FolderTest {
   /// The pending schema request: "c1 Sales armed", "c1 Sales started", or "".
   static std::string SchemaRequestState();
 
-  /// A record of the account in use, as Effects() has it.
-  static std::string Posted(const std::string& path, std::initializer_list<NamedText> members);
-  static std::string Ended(const std::string& id) {
-    return Posted("command/" + id + "/complete", {{"status", "completed"}});
+  /// The end of the command `id` of the account K1, as Effects() has it.
+  static std::string Ended(const std::string& id, const std::string& status = R"("completed")") {
+    return "POST http://s/api/bridge/command/" + id + R"(/complete {"licenseKey":"K1","status":)" + status + "}";
   }
   static std::string Failed(const std::string& id, const std::string& error) {
-    return Posted("command/" + id + "/complete", {{"status", "failed"}, {"error", error}});
+    return Ended(id, R"("failed","error":")" + JsonEscape(error) + '"');
   }
 };

@@ -31,7 +31,7 @@ TEST_F(NotifyMacTest, WritesTheScriptToTheToolAndSurvivesOneThatEndsEarlyOrIsMis
 
 dispatch_queue_t dispatch_get_global_queue(long, unsigned long) { return nullptr; }
 void dispatch_async_f(dispatch_queue_t, void* context, void (*work)(void*)) {
-  g_job = std::async(std::launch::async, work, context);
+  g_job = std::async(std::launch::async, [=]() noexcept { work(context); });
 }
 
 extern "C" {
