@@ -31,8 +31,9 @@ inline std::vector<std::string> ColumnsOf(const std::string& row, std::size_t co
   return columns;
 }
 
-/// Checks the table in the file `path`: lines that each hold a text, and indented below them what every one of them
-/// gives. "␍", "␊" and "␉" stand for control characters, "(empty)" for no text; "# " begins a comment.
+/// Checks the table in the file `path`: lines with one text each, and below them, indented, the result that `gives`
+/// must return for each of them. "␍", "␊" and "␉" stand for control characters, "(empty)" for no text; "# " begins a
+/// comment.
 inline void ExpectRows(const std::string& path, const std::function<std::string(const std::string& text)>& gives) {
   constexpr std::string_view kIndent = "    ";
   std::vector<std::pair<int, std::string>> texts;  // with their line numbers

@@ -16,7 +16,7 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-/// The binary with settings of its own.
+/// The binary with its own settings.
 class PluginBinary : public FolderTest {
  protected:
   PluginBinary() {

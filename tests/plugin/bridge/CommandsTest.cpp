@@ -1,4 +1,4 @@
-// Every command, from the poll that brings it to the last byte that is sent to the service.
+// Every command, from the poll that receives it to the last byte that is sent to the service.
 #include "plugin/bridge/BridgeTest.h"
 #include "support/Rows.h"
 

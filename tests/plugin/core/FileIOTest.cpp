@@ -1,4 +1,4 @@
-// Reading whole files, and the functions that give them to calculations.
+// Reading whole files, and the functions for files and paths.
 #include "host/FileIO.h"
 
 #include <sys/stat.h>
@@ -32,7 +32,7 @@ std::string AllByteValues(std::size_t size) {
   return bytes;
 }
 
-/// The content; or the error, after checking that the content was left alone.
+/// The content, or the error after checking that the content was left unchanged.
 std::string ReadOrError(const std::string& path) {
   std::string content = "old", appended = "old", error = "none";
   const bool read = FileIO::Read(path, content, error);
@@ -80,7 +80,7 @@ namespace {
 
 long long g_reportedSize = -1;  // the size that fstat() reports for every file, unless negative
 
-// It may be growing or shrinking meanwhile.
+// The file may be growing or shrinking.
 TEST_F(FileIOTest, ReadsToTheEndWhateverSizeAFileReports) {
   EXPECT_EQ(ReadOrError("/proc/self/mem"), "ERROR: Failed to read file: /proc/self/mem");
   const std::string bytes = AllByteValues(100000), path = Write("file", bytes);

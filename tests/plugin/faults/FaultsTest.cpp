@@ -74,7 +74,7 @@ std::string Call(fmx::ExtPluginType handler, const Texts& arguments) {
   return calc::ToUtf8(wrapper::ValueOf(*result).AsText());
 }
 
-/// What comes before some scenarios.
+/// What comes before some of the scenarios.
 const std::map<std::string, void (*)(Surroundings& surroundings)> kPreparations = {
     {"Registration", [](Surroundings&) { UnregisterExternalFunctions(); }},
     {"FlavourOnTheClipboard",
@@ -99,7 +99,7 @@ const std::map<std::string, void (*)(Surroundings& surroundings)> kPreparations 
     {"Varnix.LivePush", [](Surroundings& s) { s.RefuseTheScript(); }},
 };
 
-/// Calls a function, carries a command out, or makes an idle call. The jobs run too. Gives a function's result.
+/// Calls a function, carries a command out, or makes an idle call. The jobs run, too. Returns a function's result.
 std::string Do(const Texts& scenario, Surroundings& surroundings) {
   const std::string& name = scenario.front();
   std::string result;
@@ -137,7 +137,7 @@ const Fault kFaults[] = {
     {"OutOfMemory", [](int after) { allocations::FailAfter(after); }, allocations::TakeBack, true},
 };
 
-/// The result of `row` without a fault, after each fault at each point.
+/// Runs the scenario `row` with `fault` at each point, then without it; returns the last result.
 std::string ResultDespite(const Fault& fault, const std::string& row) {
   std::string result = "not tried after an earlier failure";
   bool happened = true;

@@ -15,7 +15,7 @@
 
 using namespace std::chrono_literals;
 
-/// Shortened by tests with a silent server. Read by other threads too.
+/// Shortened by tests with a silent server. Other threads read them, too.
 static std::atomic<std::chrono::milliseconds> g_transferLimit{60s}, g_waitLimit{60s};
 std::chrono::milliseconds Network::TransferTimeLimit() { return g_transferLimit; }
 std::chrono::milliseconds Network::WaitTimeLimit() { return g_waitLimit; }

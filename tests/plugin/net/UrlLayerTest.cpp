@@ -32,7 +32,7 @@ int LoadTrusted(const char* function, void* owner, const char* systems) {
 
 }  // namespace
 
-// libcurl loads the system's certificates by one of these, depending on its age.
+// libcurl loads the system's certificates with one of these, depending on its version.
 #pragma GCC visibility push(default)
 extern "C" int X509_STORE_load_file(void* store, const char* file) {
   return LoadTrusted("X509_STORE_load_file", store, file);

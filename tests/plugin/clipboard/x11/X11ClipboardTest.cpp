@@ -46,13 +46,13 @@ void Idle(int calls) {
   }
 }
 
-/// Xvfb on a free display. It ends when its last client leaves, so that nothing stays behind a test that crashes; and
-/// at once, as when the machine's display crashes, when this is destroyed.
+/// Xvfb on a free display. It ends when its last client disconnects, so that a crashing test leaves nothing behind.
+/// When this is destroyed, it ends at once, as in a crash.
 class XServer {
  public:
   explicit XServer(const std::string& missingExtension = "none") : extension_(missingExtension) {}
 
-  /// Ready when made; ":" when it has not started.
+  /// Ready when constructed; ":" if the server did not start.
   const std::string& display() const { return display_; }
 
  private:
