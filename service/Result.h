@@ -12,7 +12,7 @@ namespace service {
 
 bool IsFinished(const nlohmann::json& command);
 
-/// True when a plug-in had fetched the command before it was cancelled, and may still carry it out.
+/// True when a plug-in had fetched the command before it was cancelled. FileMaker may carry it out all the same.
 bool IsForgotten(const nlohmann::json& command);
 
 struct Waiting {
