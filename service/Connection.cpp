@@ -115,6 +115,7 @@ void Connection::AcceptHead(Error error) {
     route_ = &Admit(context_, request_);
     body_.emplace(context_.limit, route_->takesFile ? context_.limit.bytes() : kSmallBodyBytes);
     body_->Announce(parser_.content_length().value_or(0));
+    if (route_->takesFile) buffer_.reserve(kSmallBodyBytes);  // or it reads 512 bytes at a time
     atWork_ = context_.access.IsOpen() ? route_->key != KeyPlace::kConsole : IsInHead(route_->key);
     if (request_.Header("expect") != "100-continue" || parser_.is_done()) return ReadBody();
     asio::async_write(stream_, asio::buffer(kContinue, sizeof kContinue - 1),
