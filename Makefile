@@ -36,8 +36,8 @@ test-sanitizers:
 ##                  clang-tidy, which takes minutes; LINT=daily has it check a quarter of the units, another one each day
 check:
 	scripts/install-packages.sh plugin service simulator test check
-	cmake --preset release -B $(BUILD) > /dev/null
-	scripts/check.sh $(BUILD) $(LINT)
+	cmake --preset release -B $(BUILD)/check -DCMAKE_UNITY_BUILD=OFF > /dev/null
+	scripts/check.sh $(BUILD)/check $(LINT)
 
 ## mac-tests        what make run and make test build on a Mac, compiled and linked for both processors, not run; needs
 ##                  MACOS_SDK=dir, clang, lld and llvm

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# check.sh BUILD [LINT]: checks what compiler and tests do not. BUILD is a configured build directory. LINT "no" skips
-# clang-tidy, which takes longer than all the rest; "daily" has it check a quarter of the units, another one each day.
-# Prints the findings, and fails if there are any.
+# check.sh BUILD [LINT]: checks what compiler and tests do not. BUILD is a build directory, configured to compile each
+# source on its own. LINT "no" skips clang-tidy, which takes longer than all the rest; "daily" has it check a quarter of
+# the units, another one each day. Prints the findings, and fails if there are any.
 set -uo pipefail
 cd "$(dirname "$0")/.." || exit
 git ls-files --error-unmatch Makefile > /dev/null || exit  # without git nothing would be found
@@ -85,8 +85,7 @@ mac_findings() {
   options=(-std=c++20 -fno-objc-arc -O1 -Wall -Wextra -Wunguarded-availability -Iplugin -Isdk -Iservice -Isim
     -Itext "-I$build/plugin/generated")
   if [ -z "$sdk" ]; then
-    sdk=$build/check/MacOSX.sdk
-    mkdir -p "$build/check"
+    sdk=$build/MacOSX.sdk
     sh tests/bundle/make-sdk.sh "$sdk" "$clang" "$(configured GNUSTEP_INCLUDE)" 2>&1
   fi
   options+=(-stdlib++-isystem "$sdk/usr/include/c++/v1")  # not the one that may be installed with clang

@@ -19,5 +19,5 @@ libraries=$build/libraries
 unset LIBRARY_PATH CPATH C_INCLUDE_PATH CPLUS_INCLUDE_PATH OBJC_INCLUDE_PATH  # for this system, not for macOS
 export CXXFLAGS="-Werror -Wunguarded-availability" OBJCXXFLAGS="-Werror -Wunguarded-availability"
 cmake -S "$project" -B "$build" --toolchain "$project/cmake/Darwin.toolchain.cmake" "-DMACOS_SDK=$sdk" \
-  "-DMACOS_LIBRARIES=$libraries" "-DCMAKE_OSX_ARCHITECTURES=x86_64;arm64" > /dev/null
+  "-DMACOS_LIBRARIES=$libraries" "-DCMAKE_OSX_ARCHITECTURES=x86_64;arm64" -DCMAKE_UNITY_BUILD=ON > /dev/null
 cmake --build "$build" -j "$(getconf _NPROCESSORS_ONLN)"

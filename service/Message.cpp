@@ -11,9 +11,9 @@ namespace {
 constexpr std::size_t kLongestEcho = 60;
 
 // Receives the parser's events, so that a large body is not built as a document first. The parser fixes these names.
-class Reader : public nlohmann::json_sax<nlohmann::json> {
+class MessageReader : public nlohmann::json_sax<nlohmann::json> {
  public:
-  explicit Reader(const std::vector<Member>& members) : members_(members) {}
+  explicit MessageReader(const std::vector<Member>& members) : members_(members) {}
 
   Message TakeMessage() { return std::move(message_); }
 
@@ -62,7 +62,7 @@ class Reader : public nlohmann::json_sax<nlohmann::json> {
 }  // namespace
 
 Message ReadMessage(std::string_view text, const std::vector<Member>& members) {
-  Reader reader(members);
+  MessageReader reader(members);
   nlohmann::json::sax_parse(text.begin(), text.end(), &reader);
   Message message = reader.TakeMessage();
   for (const auto& member : members) {

@@ -161,7 +161,7 @@ Response Prune(Context& context, const Request& request) {
   return JsonAnswer({{"commands", pruned.commands}, {"records", pruned.records}});
 }
 
-constexpr Route kRoutes[] = {
+constexpr Route kOperatorRoutes[] = {
     {"GET", "/operator/status", KeyPlace::kHeader, false, false, ShowStatus},
     {"GET", "/operator/commands", KeyPlace::kHeader, false, false, ListCommands},
     {"POST", "/operator/commands", KeyPlace::kHeader, true, false, Queue},
@@ -177,6 +177,6 @@ constexpr Route kRoutes[] = {
 
 }  // namespace
 
-std::span<const Route> OperatorRoutes() { return kRoutes; }
+std::span<const Route> OperatorRoutes() { return kOperatorRoutes; }
 
 }  // namespace service

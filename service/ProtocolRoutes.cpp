@@ -31,7 +31,7 @@ Response SignIn(Context& context, const Request& request) {
   const Message message = ReadSigned(context, request, {{"email"}, {"licenseKey"}, {"machineId"}, {"pluginVersion"}});
   context.Log("sign-in: " + message.at("email") + ", plug-in " + message.at("pluginVersion"));
   Response response = Keep(context, message, {"sign-in", "email", "machineId", "pluginVersion"});
-  context.events.Fire(Change::kStatus);
+  context.events.Fire(Topic::kStatus);
   return response;
 }
 
@@ -80,7 +80,7 @@ Response Poll(Context& context, const Request& request) {
 
 Response ShowVersion(Context& context, const Request&) { return JsonAnswer({{"version", context.latestVersion}}); }
 
-constexpr Route kRoutes[] = {
+constexpr Route kProtocolRoutes[] = {
     {"GET", "/api/bridge/command/next", KeyPlace::kQuery, false, false, Poll},
     {"POST", "/api/bridge/command/*/complete", KeyPlace::kBody, false, false, Complete},
     {"POST", "/api/bridge/register", KeyPlace::kBody, false, false, SignIn},
@@ -91,6 +91,6 @@ constexpr Route kRoutes[] = {
 
 }  // namespace
 
-std::span<const Route> ProtocolRoutes() { return kRoutes; }
+std::span<const Route> ProtocolRoutes() { return kProtocolRoutes; }
 
 }  // namespace service

@@ -36,7 +36,7 @@ CommandArguments ReadArguments(const CommandType& type, const Options& options) 
   return arguments;
 }
 
-nlohmann::json Message(const Options& options) {
+nlohmann::json CommandMessage(const Options& options) {
   const CommandType* type = FindNamedCommandType(options.type);
   if (type == nullptr) throw UsageError("TYPE must be one of " + CommandTypeNames(Reader::kPerson));
   const CommandArguments arguments = ReadArguments(*type, options);
@@ -51,7 +51,7 @@ nlohmann::json Message(const Options& options) {
 }  // namespace
 
 ExitStatus RunSend(const Options& options) {
-  const nlohmann::json message = Message(options);
+  const nlohmann::json message = CommandMessage(options);
   Client client(options);
   const std::string id = client.Post("/operator/commands", message).at("id");
   if (options.wait > 0) return AwaitResult(client, id, std::chrono::seconds(options.wait));

@@ -80,10 +80,10 @@ ExitStatus RunServe(const Options& options) {
   const std::string key = AccountKey(options, address);
   Context context{store, Access(key, address.host), BodyLimit(static_cast<std::size_t>(options.maxBody) << 20),
                   options.latestVersion.empty() ? VARNIX_VERSION : options.latestVersion, LogLine};
-  store.Observe([&context](Change change) { context.events.Fire(change); });
+  store.Observe([&context](Topic topic) { context.events.Fire(topic); });
   DesignIndexer indexer(
       options.Folder(), [&context](const std::string& event) { context.Log(event); },
-      [&context] { context.events.Fire(Change::kDesigns); });
+      [&context] { context.events.Fire(Topic::kDesigns); });
   context.agents = AgentModeNamed(options.agents);
   KeepAgentMode(options.Folder(), context.agents);
   context.storeChanged = [&context, &indexer] {

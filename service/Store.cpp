@@ -159,7 +159,7 @@ void Store::ExpireCommands() {
             "UPDATE commands SET state = 'expired', finished = expires WHERE state = 'queued' AND expires <= ?1",
             clock_())
       .Step();
-  if (sqlite3_changes(database_.handle()) > 0) changed_(Change::kCommands);
+  if (sqlite3_changes(database_.handle()) > 0) changed_(Topic::kCommands);
 }
 
 void Store::Expire() {
@@ -185,7 +185,7 @@ std::string Store::Enqueue(const CommandType& type, const CommandArguments& argu
   insert.Step();  // ends the statement
   if (!agent.empty()) Statement(database_, "INSERT INTO agents (command, name) VALUES (?1, ?2)", id, agent).Step();
   transaction.Commit();
-  changed_(Change::kCommands);
+  changed_(Topic::kCommands);
   return id;
 }
 
@@ -216,7 +216,7 @@ std::optional<Command> Store::Deliver() {
   update.Read(command.id, command.type, command.arguments.fileName, command.arguments.xmlType,
               command.arguments.xmlContent);
   update.Step();  // ends the statement, which commits it
-  changed_(Change::kCommands);
+  changed_(Topic::kCommands);
   return command;
 }
 
@@ -234,7 +234,7 @@ Cancellation Store::Withdraw(const std::string& id, bool alsoDelivered) {
   find.Read(state);
   if (state != "queued" && !(alsoDelivered && state == "delivered")) return Cancellation::kOtherState;
   Statement(database_, "UPDATE commands SET state = 'cancelled', finished = ?1 WHERE id = ?2", clock_(), id).Step();
-  changed_(Change::kCommands);
+  changed_(Topic::kCommands);
   return Cancellation::kCancelled;
 }
 
@@ -267,8 +267,8 @@ Completion Store::Complete(const std::string& id, const std::string& state, cons
   }
   if (state == "completed") ClaimResult(database_, command, recordsBefore.value_or(0));
   transaction.Commit();
-  changed_(Change::kCommands);
-  changed_(Change::kRecords);
+  changed_(Topic::kCommands);
+  changed_(Topic::kRecords);
   return Completion::kAccepted;
 }
 
@@ -289,9 +289,9 @@ std::int64_t Store::Add(const Record& record) {
   const std::int64_t number = sqlite3_last_insert_rowid(database_.handle());
   if (clip) KeepClip(database_, content, *clip);
   transaction.Commit();
-  changed_(Change::kRecords);
-  if (clip) changed_(Change::kClips);
-  if (record.kind == "diagnostic") changed_(Change::kCommands);
+  changed_(Topic::kRecords);
+  if (clip) changed_(Topic::kClips);
+  if (record.kind == "diagnostic") changed_(Topic::kCommands);
   return number;
 }
 

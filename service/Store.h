@@ -11,11 +11,11 @@
 #include <string_view>
 #include <vector>
 
-#include "Change.h"
 #include "CommandTypes.h"
 #include "Cryptography.h"
 #include "Database.h"
 #include "FolderLock.h"
+#include "Topic.h"
 #include "clips/Clip.h"
 
 namespace service {
@@ -123,7 +123,7 @@ class Store {
 
   /// Sets `changed` to be called after each change, on the thread that made it. To be called before the store is
   /// shared.
-  void Observe(std::function<void(Change)> changed) { changed_ = std::move(changed); }
+  void Observe(std::function<void(Topic)> changed) { changed_ = std::move(changed); }
 
   /// Queues a command and returns its new id, 16 hexadecimal digits. It expires if no plug-in fetches it within
   /// `queuedFor`, by default the time of its type. `agent` is the AI assistant that queues it, if any.
@@ -222,7 +222,7 @@ class Store {
   std::mutex mutex_;
   Clock clock_;
   std::string path_;
-  std::function<void(Change)> changed_ = [](Change) {};
+  std::function<void(Topic)> changed_ = [](Topic) {};
   FolderLock lock_;
   Database database_;
   std::uint64_t inode_ = 0;

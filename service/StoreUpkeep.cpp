@@ -87,7 +87,7 @@ bool Store::Shrink() {
 }
 
 void Store::ReportDeletion() {
-  for (const Change change : {Change::kCommands, Change::kRecords, Change::kClips}) changed_(change);
+  for (const Topic topic : {Topic::kCommands, Topic::kRecords, Topic::kClips}) changed_(topic);
 }
 
 bool Store::DeleteRecord(std::int64_t number) {

@@ -56,7 +56,7 @@ Response TakeDesign(Context& context, const Request& request) {
   return JsonAnswer({{"record", KeepFile(context, "upload", fileName, request.body)}}, 201);
 }
 
-constexpr Route kRoutes[] = {
+constexpr Route kUploadRoutes[] = {
     {"POST", "/api/live/ingest/*", KeyPlace::kPath, true, false, TakeIngest},
     {"POST", "/api/snapshot/*", KeyPlace::kPath, true, false, TakeSnapshot},
     {"POST", "/operator/designs", KeyPlace::kHeader, true, false, TakeDesign},
@@ -65,6 +65,6 @@ constexpr Route kRoutes[] = {
 
 }  // namespace
 
-std::span<const Route> UploadRoutes() { return kRoutes; }
+std::span<const Route> UploadRoutes() { return kUploadRoutes; }
 
 }  // namespace service

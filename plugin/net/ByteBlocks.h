@@ -14,6 +14,10 @@ using Byte = unsigned char;
 inline constexpr std::size_t kBlock = 64;        // a mask has a bit for each byte
 inline constexpr std::size_t kRow = kBlock / 4;  // loops over a block take its four rows together
 
+// Both directions of JSON's escapes copy the runs between them to the stack, and append that to the result in pieces.
+inline constexpr std::size_t kPiece = 16 * kBlock;
+inline constexpr std::size_t kRunStep = 16;  // between the escapes of XML most runs are shorter
+
 static_assert(std::endian::native == std::endian::little);  // the first byte in memory is the lowest of a word
 
 inline std::uint64_t LoadWord(const Byte* bytes) {

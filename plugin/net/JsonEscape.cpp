@@ -14,9 +14,9 @@ namespace {
 
 using blocks::Byte;
 using blocks::kBlock;
+using blocks::kPiece;
+using blocks::kRunStep;
 
-constexpr std::size_t kPiece = 16 * kBlock;   // read before its escaped form is appended to the result
-constexpr std::size_t kRunStep = 16;          // between the escapes of XML most runs are shorter
 constexpr std::size_t kLineStep = 24;         // between line endings they are longer
 constexpr std::size_t kSlack = kLineStep;     // the most that is read or written after a run
 constexpr std::size_t kLargeText = 64 << 10;  // where spare memory begins to matter

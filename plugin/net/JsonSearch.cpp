@@ -9,9 +9,8 @@
 namespace {
 
 using blocks::kBlock;
-
-constexpr std::size_t kPiece = 16 * kBlock;  // collected on the stack before it is appended to the result
-constexpr std::size_t kRunStep = 16;         // between escapes most runs are shorter
+using blocks::kPiece;
+using blocks::kRunStep;
 
 /// The first position from `from` up to `to` for which the cheap `test` and then `confirm` hold; `to` if there is none.
 template <typename Test, typename Confirm>

@@ -92,7 +92,7 @@ Response DeleteClip(Context& context, const Request& request) {
   return JsonAnswer({{"ok", true}});
 }
 
-constexpr Route kRoutes[] = {
+constexpr Route kClipRoutes[] = {
     {"GET", "/operator/clips", KeyPlace::kHeader, false, false, ListClips},
     {"POST", "/operator/clips", KeyPlace::kHeader, true, false, AddClip},
     {"GET", "/operator/clips/*/content", KeyPlace::kHeader, false, false, SendClip},
@@ -104,6 +104,6 @@ constexpr Route kRoutes[] = {
 
 }  // namespace
 
-std::span<const Route> ClipRoutes() { return kRoutes; }
+std::span<const Route> ClipRoutes() { return kClipRoutes; }
 
 }  // namespace service

@@ -72,7 +72,7 @@ bool Store::TagClip(std::int64_t id, const std::vector<std::string>& tags) {
   for (const std::string& tag : tags) text += Delimited(tag);
   Statement(database_, "UPDATE clips SET tags = ?2 WHERE content = ?1", id, text).Step();
   const bool isClip = sqlite3_changes(database_.handle()) == 1;
-  if (isClip) changed_(Change::kClips);
+  if (isClip) changed_(Topic::kClips);
   return isClip;
 }
 
@@ -85,8 +85,8 @@ bool Store::DeleteClip(std::int64_t id) {
     if (sqlite3_changes(database_.handle()) == 0) return false;
     Statement(database_, "DELETE FROM records WHERE content = ?1 AND kind IN ('push', 'clip')", id).Step();
     transaction.Commit();
-    changed_(Change::kClips);
-    changed_(Change::kRecords);
+    changed_(Topic::kClips);
+    changed_(Topic::kRecords);
   }
   GiveSpaceBack();
   return true;

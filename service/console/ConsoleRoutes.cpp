@@ -71,7 +71,7 @@ Response StreamEvents(Context& context, const Request&) {
   return response;
 }
 
-constexpr Route kRoutes[] = {
+constexpr Route kConsoleRoutes[] = {
     {"GET", "/", KeyPlace::kConsole, false, false, ShowPage},
     {"GET", "/console/*", KeyPlace::kConsole, false, false, ShowFile},
     {"POST", "/console/session", KeyPlace::kConsole, false, false, OpenSession},
@@ -81,6 +81,6 @@ constexpr Route kRoutes[] = {
 
 }  // namespace
 
-std::span<const Route> ConsoleRoutes() { return kRoutes; }
+std::span<const Route> ConsoleRoutes() { return kConsoleRoutes; }
 
 }  // namespace service

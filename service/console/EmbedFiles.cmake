@@ -28,8 +28,8 @@ foreach(i RANGE 6 ${last})
   file(READ ${folder}/${name} bytes HEX)
   string(REGEX REPLACE "(..)" "0x\\1," bytes "${bytes}")
   # A last byte more, because an array cannot be empty.
-  string(APPEND arrays "constexpr unsigned char kFile${i}[] = {${bytes}0};\n")
-  string(APPEND entries "      {\"${name}\", {reinterpret_cast<const char*>(kFile${i}), sizeof kFile${i} - 1}},\n")
+  string(APPEND arrays "constexpr unsigned char k${function}${i}[] = {${bytes}0};\n")
+  string(APPEND entries "      {\"${name}\", {reinterpret_cast<const char*>(k${function}${i}), sizeof k${function}${i} - 1}},\n")
 endforeach()
 file(WRITE ${output} "// Made by EmbedFiles.cmake.
 #include \"console/EmbeddedFiles.h\"

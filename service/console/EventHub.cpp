@@ -19,10 +19,10 @@ bool EventHub::Join(const std::shared_ptr<EventListener>& listener) {
   return true;
 }
 
-void EventHub::Fire(Change change) {
+void EventHub::Fire(Topic topic) {
   const std::lock_guard lock(mutex_);
   for (const auto& entry : listeners_) {
-    if (const auto listener = entry.lock()) listener->Report(change);
+    if (const auto listener = entry.lock()) listener->Report(topic);
   }
 }
 

@@ -5,7 +5,7 @@
 #include <mutex>
 #include <vector>
 
-#include "Change.h"
+#include "Topic.h"
 
 namespace service {
 
@@ -14,7 +14,7 @@ class EventListener {
   virtual ~EventListener() = default;
 
   /// Both must return at once, and may be called on any thread. Nothing is called after End.
-  virtual void Report(Change change) = 0;
+  virtual void Report(Topic topic) = 0;
   virtual void End() = 0;
 };
 
@@ -29,7 +29,7 @@ class EventHub {
   /// Reports all changes to `listener` as long as it exists. False when there is no room.
   bool Join(const std::shared_ptr<EventListener>& listener);
 
-  void Fire(Change change);
+  void Fire(Topic topic);
 
   /// Ends all listeners, and accepts no more.
   void End();

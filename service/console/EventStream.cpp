@@ -14,13 +14,13 @@ constexpr char kHead[] =
 
 constexpr int kUnreadBytes = 16 << 10;  // that the system buffers for a page that does not read
 
-constexpr const char* kNames[] = {"commands", "records", "designs", "clips", "status"};  // as in Change
+constexpr const char* kNames[] = {"commands", "records", "designs", "clips", "status"};  // as in Topic
 
 std::string Event(const std::string& name, const std::string& data) {
   return "event: " + name + "\ndata: " + data + "\n\n";
 }
 
-unsigned Bit(std::size_t change) { return 1u << change; }
+unsigned Bit(std::size_t topic) { return 1u << topic; }
 
 }  // namespace
 
@@ -36,8 +36,8 @@ void EventStream::Start() {
   AwaitSilence();
 }
 
-void EventStream::Report(Change change) {
-  const unsigned bit = Bit(static_cast<std::size_t>(change));
+void EventStream::Report(Topic topic) {
+  const unsigned bit = Bit(static_cast<std::size_t>(topic));
   if ((changes_.fetch_or(bit) & bit) != 0) return;  // about to be written already
   asio::post(stream_.get_executor(), [self = shared_from_this()] { self->WriteChanges(); });
 }
@@ -69,8 +69,8 @@ void EventStream::WriteChanges() {
   if (isWriting_) return;
   std::string text;
   const unsigned changes = changes_.exchange(0);
-  for (std::size_t change = 0; change < std::size(kNames); ++change) {
-    if ((changes & Bit(change)) != 0) text += Event(kNames[change], "{}");
+  for (std::size_t topic = 0; topic < std::size(kNames); ++topic) {
+    if ((changes & Bit(topic)) != 0) text += Event(kNames[topic], "{}");
   }
   if (!text.empty()) Write(std::move(text));
 }

@@ -24,7 +24,7 @@ class EventStream : public EventListener, public std::enable_shared_from_this<Ev
   /// Answers the request that asked for the events.
   void Start();
 
-  void Report(Change change) override;
+  void Report(Topic topic) override;
   void End() override;
 
  private:
@@ -41,7 +41,7 @@ class EventStream : public EventListener, public std::enable_shared_from_this<Ev
   Context& context_;
   std::array<char, 512> ignored_;
   bool isWriting_ = false;
-  std::atomic<unsigned> changes_ = 0;  ///< a bit for each change not yet sent to the page; set on any thread
+  std::atomic<unsigned> changes_ = 0;  ///< a bit for each topic not yet sent to the page; set on any thread
   std::string text_;
 };
 

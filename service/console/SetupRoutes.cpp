@@ -32,13 +32,13 @@ Response PlaceScript(Context& context, const Request&) {
   return JsonAnswer({{"id", id}}, 201);
 }
 
-constexpr Route kRoutes[] = {
+constexpr Route kSetupRoutes[] = {
     {"GET", "/operator/setup", KeyPlace::kHeader, false, false, ShowSetup},
     {"POST", "/operator/live-push", KeyPlace::kHeader, false, false, PlaceScript},
 };
 
 }  // namespace
 
-std::span<const Route> SetupRoutes() { return kRoutes; }
+std::span<const Route> SetupRoutes() { return kSetupRoutes; }
 
 }  // namespace service

@@ -103,7 +103,7 @@ Response SendBackup(Context& context, const Request&) {
   return response;
 }
 
-constexpr Route kRoutes[] = {
+constexpr Route kStorageRoutes[] = {
     {"GET", "/operator/storage", KeyPlace::kHeader, false, false, ShowStorage},
     {"POST", "/operator/retention", KeyPlace::kHeader, false, false, SetRetention},
     {"POST", "/operator/records/*/delete", KeyPlace::kHeader, false, false, DeleteRecord},
@@ -114,6 +114,6 @@ constexpr Route kRoutes[] = {
 
 }  // namespace
 
-std::span<const Route> StorageRoutes() { return kRoutes; }
+std::span<const Route> StorageRoutes() { return kStorageRoutes; }
 
 }  // namespace service

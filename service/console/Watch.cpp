@@ -36,7 +36,7 @@ void Watch::Run() {
 
 void Watch::Look() {
   const bool hasPlugin = context_.lastPoll.IsRecent(context_.times.poll);
-  if (hasPlugin != hasPlugin_) context_.events.Fire(Change::kStatus);
+  if (hasPlugin != hasPlugin_) context_.events.Fire(Topic::kStatus);
   hasPlugin_ = hasPlugin;
   context_.store.Expire();
   LookAtIndex();
@@ -49,7 +49,7 @@ void Watch::LookAtIndex() {
   const auto time = std::filesystem::last_write_time(DesignStore::PathIn(context_.store.Folder()), missing);
   if (missing || time == indexTime_) return;
   indexTime_ = time;
-  context_.events.Fire(Change::kDesigns);
+  context_.events.Fire(Topic::kDesigns);
 }
 
 void Watch::DeleteWhatIsOld() {

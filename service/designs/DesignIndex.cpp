@@ -11,7 +11,7 @@
 namespace service {
 namespace {
 
-constexpr std::size_t kHeadBytes = 4096;  // enough to recognise an export
+constexpr std::size_t kSampleBytes = 4096;  // enough to recognise an export
 
 struct IndexedElement {
   std::string kind, uuid, name, text;
@@ -56,7 +56,7 @@ bool Exists(Database& database, const char* sql, std::int64_t number) {
 }  // namespace
 
 bool LooksLikeExport(std::string_view content) {
-  std::string head(content.substr(0, kHeadBytes));
+  std::string head(content.substr(0, kSampleBytes));
   std::erase(head, '\0');  // of UTF-16
   return head.find("<FMSaveAsXML") != std::string::npos;
 }

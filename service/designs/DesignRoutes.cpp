@@ -74,7 +74,7 @@ Response LabelDesign(Context& context, const Request& request) {
   if (!id || !history.Describe(*id, Find(message, "label"), Find(message, "note"))) {
     throw HttpError(404, "no such design");
   }
-  context.events.Fire(Change::kDesigns);
+  context.events.Fire(Topic::kDesigns);
   return JsonAnswer({{"ok", true}});
 }
 
@@ -166,7 +166,7 @@ Response ShowReport(Context& context, const Request& request) {
   return JsonAnswer(DescribeReport(*Open(context, request, 0)));
 }
 
-constexpr Route kRoutes[] = {
+constexpr Route kDesignRoutes[] = {
     {"GET", "/operator/designs", KeyPlace::kHeader, false, false, ListDesigns},
     {"GET", "/operator/designs/search", KeyPlace::kHeader, false, false, SearchDesigns},
     {"POST", "/operator/designs/*/label", KeyPlace::kHeader, false, false, LabelDesign},
@@ -181,6 +181,6 @@ constexpr Route kRoutes[] = {
 
 }  // namespace
 
-std::span<const Route> DesignRoutes() { return kRoutes; }
+std::span<const Route> DesignRoutes() { return kDesignRoutes; }
 
 }  // namespace service

@@ -41,7 +41,7 @@ ToolResult Clips(Call& call, const Value& arguments) {
   return {{{"total", 1}, {"clips", Json::array({std::move(clip)})}}, text};
 }
 
-constexpr Tool kTools[] = {
+constexpr Tool kClipTools[] = {
     {"clips", "Find earlier clipboard contents",
      "Lists the FileMaker objects that came from the clipboard earlier and that the service has kept, newest first: "
      "kind, "
@@ -63,6 +63,6 @@ constexpr Tool kTools[] = {
 
 }  // namespace
 
-std::span<const Tool> ClipTools() { return kTools; }
+std::span<const Tool> ClipTools() { return kClipTools; }
 
 }  // namespace service::mcp

@@ -141,7 +141,7 @@ ToolResult References(Call& call, const Value& arguments) {
                [&](const solution::Reference* reference) { return DescribeReferenceIn(design, *reference); })};
 }
 
-constexpr Tool kTools[] = {
+constexpr Tool kDesignTools[] = {
     {"designs", "List designs",
      "Lists the designs (complete schema exports) of FileMaker files that are stored on this machine, newest first: "
      "id, "
@@ -229,6 +229,6 @@ constexpr Tool kTools[] = {
 
 }  // namespace
 
-std::span<const Tool> DesignTools() { return kTools; }
+std::span<const Tool> DesignTools() { return kDesignTools; }
 
 }  // namespace service::mcp

@@ -112,7 +112,7 @@ ToolResult GetDesign(Call& call, const Value& arguments) {
   return {{{"isNew", design.id == record}, {"design", DescribeDesign(design)}}};
 }
 
-constexpr Tool kTools[] = {
+constexpr Tool kFileMakerTools[] = {
     {"list_files", "List open files", "Lists the names of the files that are open in FileMaker at this moment.",
      R"({"waitSeconds": "@waitSeconds"})", R"({"files!": ["text"]})", Effect::kNone, ListFiles},
     {"get_clipboard", "Read FileMaker's clipboard",
@@ -174,6 +174,6 @@ constexpr Tool kTools[] = {
 
 }  // namespace
 
-std::span<const Tool> FileMakerTools() { return kTools; }
+std::span<const Tool> FileMakerTools() { return kFileMakerTools; }
 
 }  // namespace service::mcp

@@ -41,13 +41,13 @@ Value Average(Arguments arguments) {
   return average ? NumberValue(*average) : Value();
 }
 
-constexpr Builtin kFunctions[] = {
+constexpr Builtin kAggregateFunctions[] = {
     {u"Average", {1, kAnyNumber}, Average}, {u"Count", {1, kAnyNumber}, Count}, {u"Max", {1, kAnyNumber}, Max},
     {u"Min", {1, kAnyNumber}, Min},         {u"Sum", {1, kAnyNumber}, Sum},
 };
 
 }  // namespace
 
-std::span<const Builtin> AggregateFunctions() { return kFunctions; }
+std::span<const Builtin> AggregateFunctions() { return kAggregateFunctions; }
 
 }  // namespace calc

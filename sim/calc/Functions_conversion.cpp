@@ -17,7 +17,7 @@ Value GetAsBoolean(Arguments arguments) { return Value::OfBoolean(arguments[0].A
 Value IsEmpty(Arguments arguments) { return Value::OfBoolean(arguments[0].IsEmpty()); }
 Value IsValid(Arguments arguments) { return Value::OfBoolean(!arguments[0].IsError()); }
 
-constexpr Builtin kFunctions[] = {
+constexpr Builtin kConversionFunctions[] = {
     {u"GetAsBoolean", {1, 1}, GetAsBoolean, true},
     {u"GetAsNumber", {1, 1}, GetAsNumber},
     {u"GetAsText", {1, 1}, GetAsText},
@@ -27,6 +27,6 @@ constexpr Builtin kFunctions[] = {
 
 }  // namespace
 
-std::span<const Builtin> ConversionFunctions() { return kFunctions; }
+std::span<const Builtin> ConversionFunctions() { return kConversionFunctions; }
 
 }  // namespace calc

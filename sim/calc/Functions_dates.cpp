@@ -104,7 +104,7 @@ Value GetAsTimestamp(Arguments arguments) {
   return arguments[0].IsEmpty() ? Value() : Moment(Type::kTimestamp, TimestampIn(arguments[0]));
 }
 
-constexpr Builtin kFunctions[] = {
+constexpr Builtin kDateFunctions[] = {
     {u"Date", {3, 3}, Date},
     {u"Day", {1, 1}, Day},
     {u"DayName", {1, 1}, DayName},
@@ -126,6 +126,6 @@ constexpr Builtin kFunctions[] = {
 
 }  // namespace
 
-std::span<const Builtin> DateFunctions() { return kFunctions; }
+std::span<const Builtin> DateFunctions() { return kDateFunctions; }
 
 }  // namespace calc

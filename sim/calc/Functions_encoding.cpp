@@ -104,7 +104,7 @@ Value HexEncode(Arguments arguments) {
   return Value::OfText(ToUtf16(result));
 }
 
-constexpr Builtin kFunctions[] = {
+constexpr Builtin kEncodingFunctions[] = {
     {u"Base64Decode", {1, 2}, Base64Decode},
     {u"Base64Encode", {1, 1}, Base64Encode},
     {u"Base64EncodeRFC", {2, 2}, Base64EncodeRFC},
@@ -114,6 +114,6 @@ constexpr Builtin kFunctions[] = {
 
 }  // namespace
 
-std::span<const Builtin> EncodingFunctions() { return kFunctions; }
+std::span<const Builtin> EncodingFunctions() { return kEncodingFunctions; }
 
 }  // namespace calc

@@ -242,7 +242,7 @@ Value Constant(Arguments) {
   return Value::OfNumber(type);
 }
 
-constexpr Builtin kFunctions[] = {
+constexpr Builtin kJsonFunctions[] = {
     {u"JSONArray", {0, 0}, Constant<kArray>},
     {u"JSONBoolean", {0, 0}, Constant<kBoolean>},
     {u"JSONDeleteElement", {2, 2}, JSONDeleteElement},
@@ -261,6 +261,6 @@ constexpr Builtin kFunctions[] = {
 
 }  // namespace
 
-std::span<const Builtin> JsonFunctions() { return kFunctions; }
+std::span<const Builtin> JsonFunctions() { return kJsonFunctions; }
 
 }  // namespace calc

@@ -168,7 +168,7 @@ Value SortValues(Arguments arguments) {
   return Value::OfText(std::move(list));
 }
 
-constexpr Builtin kFunctions[] = {
+constexpr Builtin kListFunctions[] = {
     {u"FilterValues", {2, 2}, FilterValues}, {u"GetValue", {2, 2}, GetValue},
     {u"LeftValues", {2, 2}, LeftValues},     {u"List", {1, kAnyNumber}, List},
     {u"MiddleValues", {3, 3}, MiddleValues}, {u"RightValues", {2, 2}, RightValues},
@@ -178,6 +178,6 @@ constexpr Builtin kFunctions[] = {
 
 }  // namespace
 
-std::span<const Builtin> ListFunctions() { return kFunctions; }
+std::span<const Builtin> ListFunctions() { return kListFunctions; }
 
 }  // namespace calc

@@ -39,7 +39,7 @@ Value Factorial(Arguments arguments) {
   return Value::OfNumber(result);
 }
 
-constexpr Builtin kFunctions[] = {
+constexpr Builtin kMathFunctions[] = {
     {u"Acos", {1, 1}, Real<mpfr_acos>},
     {u"Asin", {1, 1}, Real<mpfr_asin>},
     {u"Atan", {1, 1}, Real<mpfr_atan>},
@@ -59,6 +59,6 @@ constexpr Builtin kFunctions[] = {
 
 }  // namespace
 
-std::span<const Builtin> MathFunctions() { return kFunctions; }
+std::span<const Builtin> MathFunctions() { return kMathFunctions; }
 
 }  // namespace calc

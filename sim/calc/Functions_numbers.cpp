@@ -54,7 +54,7 @@ Value Random(Arguments) {
 Value True(Arguments) { return Value::OfBoolean(true); }
 Value False(Arguments) { return Value::OfBoolean(false); }
 
-constexpr Builtin kFunctions[] = {
+constexpr Builtin kNumberFunctions[] = {
     {u"Abs", {1, 1}, Abs},     {u"Ceiling", {1, 1}, Ceiling}, {u"Div", {2, 2}, Div},   {u"False", {0, 0}, False},
     {u"Floor", {1, 1}, Floor}, {u"Int", {1, 1}, Int},         {u"Mod", {2, 2}, Mod},   {u"Random", {0, 0}, Random},
     {u"Round", {2, 2}, Round}, {u"Sign", {1, 1}, Sign},       {u"True", {0, 0}, True}, {u"Truncate", {2, 2}, Truncate},
@@ -62,6 +62,6 @@ constexpr Builtin kFunctions[] = {
 
 }  // namespace
 
-std::span<const Builtin> NumberFunctions() { return kFunctions; }
+std::span<const Builtin> NumberFunctions() { return kNumberFunctions; }
 
 }  // namespace calc

@@ -80,7 +80,7 @@ Value Substitute(Arguments arguments) {
   return Value::OfText(std::move(text));
 }
 
-constexpr Builtin kFunctions[] = {
+constexpr Builtin kSearchFunctions[] = {
     {u"PatternCount", {2, 2}, PatternCount},
     {u"Position", {4, 4}, Position},
     {u"Substitute", {3, 3, 2}, Substitute},
@@ -88,6 +88,6 @@ constexpr Builtin kFunctions[] = {
 
 }  // namespace
 
-std::span<const Builtin> SearchFunctions() { return kFunctions; }
+std::span<const Builtin> SearchFunctions() { return kSearchFunctions; }
 
 }  // namespace calc

@@ -109,7 +109,7 @@ Value Quote(Arguments arguments) {
   return Value::OfText(result + u"\"");
 }
 
-constexpr Builtin kFunctions[] = {
+constexpr Builtin kTextFunctions[] = {
     {u"Char", {1, 1}, Char},     {u"Code", {1, 1}, Code},       {u"Exact", {2, 2}, Exact},
     {u"Filter", {2, 2}, Filter}, {u"Left", {2, 2}, Left},       {u"Length", {1, 1}, Length},
     {u"Lower", {1, 1}, Lower},   {u"Middle", {3, 3}, Middle},   {u"Proper", {1, 1}, Proper},
@@ -119,6 +119,6 @@ constexpr Builtin kFunctions[] = {
 
 }  // namespace
 
-std::span<const Builtin> TextFunctions() { return kFunctions; }
+std::span<const Builtin> TextFunctions() { return kTextFunctions; }
 
 }  // namespace calc

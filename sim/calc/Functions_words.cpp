@@ -39,7 +39,7 @@ Value MiddleWords(Arguments arguments) {
   return WordRange(Words(arguments[0].AsText()), start - 1, arguments[2].AsNumber().ToInteger());
 }
 
-constexpr Builtin kFunctions[] = {
+constexpr Builtin kWordFunctions[] = {
     {u"LeftWords", {2, 2}, LeftWords},
     {u"MiddleWords", {3, 3}, MiddleWords},
     {u"RightWords", {2, 2}, RightWords},
@@ -48,6 +48,6 @@ constexpr Builtin kFunctions[] = {
 
 }  // namespace
 
-std::span<const Builtin> WordFunctions() { return kFunctions; }
+std::span<const Builtin> WordFunctions() { return kWordFunctions; }
 
 }  // namespace calc

@@ -9,7 +9,6 @@ namespace solution {
 namespace {
 
 constexpr int kParseOptions = rapidxml::parse_validate_closing_tags;
-constexpr std::string_view kWhiteSpace = " \t\r\n";
 
 }  // namespace
 
@@ -21,7 +20,7 @@ std::size_t ParsedXml::OffsetOf(XmlNode node) const {
 
 void ParsedXml::Parse() {
   const auto lineOf = [this](std::size_t offset) { return std::to_string(lines_.LineOf(offset)); };
-  const auto first = text_.find_first_not_of(kWhiteSpace);
+  const auto first = text_.find_first_not_of(kXmlWhiteSpace);
   if (first == std::string::npos || text_[first] != '<') throw Refusal{"is not XML"};
   if (const auto flaw = FindFlaw(text_)) {
     throw Refusal{"is damaged in line " + lineOf(flaw->offset) + ": " + flaw->reason};

@@ -7,7 +7,6 @@ namespace solution {
 namespace {
 
 constexpr int kDeepest = 500;  // real layouts reach about 40
-constexpr std::string_view kWhiteSpace = " \t\r\n";
 
 struct Section {
   std::string_view start, end;
@@ -20,7 +19,7 @@ std::size_t TagLength(std::string_view text) {
   if (name.find_first_of("\"'=") != std::string_view::npos) return 0;
   std::size_t at = 1 + name.size();
   while ((at = text.find_first_of("\"'>", at)) != std::string_view::npos && text[at] != '>') {
-    const auto before = text.find_last_not_of(kWhiteSpace, at - 1);
+    const auto before = text.find_last_not_of(kXmlWhiteSpace, at - 1);
     if (text[before] != '=') return 0;
     at = text.find(text[at], at + 1);
     if (at == std::string_view::npos) break;

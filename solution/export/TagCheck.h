@@ -7,6 +7,8 @@
 
 namespace solution {
 
+inline constexpr std::string_view kXmlWhiteSpace = " \t\r\n";
+
 struct Flaw {
   std::size_t offset;
   const char* reason;  ///< follows "is damaged in line N: "

@@ -117,12 +117,12 @@ TEST_F(Events, GoOnBeyondTheTimeOfARequestAndEndForAPageThatDoesNotRead) {
   EXPECT_EQ(page.Begin(), kHead);
   for (int i = 0; i < 4; ++i) EXPECT_EQ(page.Receive(":\n\n"), ":\n\n");
   struct Other : service::EventListener {
-    void Report(service::Change) override {}
+    void Report(service::Topic) override {}
     void End() override {}
   };
   const auto other = std::make_shared<Other>();
   while (context.events.Join(other)) continue;
-  while (!context.events.HasRoom()) context.events.Fire(service::Change::kStatus);
+  while (!context.events.HasRoom()) context.events.Fire(service::Topic::kStatus);
 }
 
 TEST_F(Events, ReportWhenThePlugInStopsAsking) {

@@ -175,7 +175,7 @@ TEST_F(StoreOverTime, KeepsIdenticalContentsOnceAndPrunesWhatIsOld) {
 TEST_F(StoreOverTime, DeliversWhileMuchIsDeleted) {
   for (const char letter : {'a', 'b', 'c', 'd'}) Upload("A.fmp12.xml", std::string(10 << 20, letter).c_str());
   std::atomic<bool> isDeleting = false, isDone = false;
-  store_->Observe([&](service::Change) { isDeleting = true; });
+  store_->Observe([&](service::Topic) { isDeleting = true; });
   now_ += 1;
   std::thread deletion([&] {
     EXPECT_EQ(store_->Prune(0s, 1).records, 3);
@@ -194,13 +194,12 @@ TEST_F(StoreOverTime, DeliversWhileMuchIsDeleted) {
 }
 
 TEST_F(StoreOverTime, ReportsAChangeOnce) {
-  using service::Change;
-  std::vector<Change> changes;
-  store_->Observe([&](Change change) { changes.push_back(change); });
+  using service::Topic;
+  std::vector<Topic> changes;
+  store_->Observe([&](Topic topic) { changes.push_back(topic); });
   Push("XMSS", "<fmxmlsnippet/>");
   Push("FILE_LIST", "Sales");
-  EXPECT_EQ(changes, (std::vector{Change::kRecords, Change::kClips, Change::kRecords}))
-      << "a list of files is not a clip";
+  EXPECT_EQ(changes, (std::vector{Topic::kRecords, Topic::kClips, Topic::kRecords})) << "a list of files is not a clip";
 }
 
 TEST_F(StoreOverTime, RefusesWhatOthersCanWriteAndADatabaseThatIsGone) {
