@@ -9,8 +9,8 @@
 
 #include "LargeExport.h"
 #include "Ratio.h"
-#include "Store.h"
 #include "designs/DesignStore.h"
+#include "store/Store.h"
 
 namespace {
 

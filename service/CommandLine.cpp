@@ -2,9 +2,9 @@
 #include <cstdlib>
 #include <iostream>
 
-#include "CommandTypes.h"
 #include "Subcommands.h"
-#include "System.h"
+#include "protocol/CommandTypes.h"
+#include "system/System.h"
 
 namespace service {
 namespace {
@@ -150,7 +150,7 @@ class CommandLine {
     }
     CLI::App* records = AddClient("records", "list what the plug-in sent, or print one record's content", RunRecords);
     records->add_option("NUMBER", options_.record, "of the record to print");
-    records->add_option("--kind", options_.kind, "sign-in, push, diagnostic, ingest, snapshot or upload");
+    records->add_option("--kind", options_.kind, "sign-in, push, diagnostic, ingest, snapshot, upload or clip");
     records->add_option("--command", options_.id, "ID of the command that they belong to");
     CLI::App* list = AddClient("list", "list the latest commands and their states", RunList);
     CLI::App* status = AddClient("status", "show whether service and plug-in are connected", RunStatus);

@@ -5,10 +5,10 @@
 #include <iostream>
 #include <thread>
 
-#include "PrivateFile.h"
-#include "Program.h"
 #include "Subcommands.h"
-#include "System.h"
+#include "system/PrivateFile.h"
+#include "system/Program.h"
+#include "system/System.h"
 
 namespace service {
 namespace {
@@ -38,7 +38,7 @@ std::string Stop(const Autostart& autostart) {
   if (autostart.isLoaded.empty()) return RunProgram(autostart.stop);
   const auto limit = std::chrono::steady_clock::now() + kStopLimit;
   while (RunProgram(autostart.isLoaded, Output::kDiscard).empty()) {
-    if (std::chrono::steady_clock::now() > limit) return "the system does not end the service";
+    if (std::chrono::steady_clock::now() > limit) return "the system did not stop the service within 30 seconds";
     RunProgram(autostart.stop, Output::kDiscard);
     std::this_thread::sleep_for(kStopPause);
   }
@@ -68,7 +68,7 @@ ExitStatus RunUninstall(const Options& options) {
   if (!std::filesystem::exists(autostart.path)) throw std::runtime_error("the service is not installed");
   if (const std::string failure = Stop(autostart); !failure.empty()) std::cerr << "varnix-service: " << failure << '\n';
   std::filesystem::remove(autostart.path);
-  std::cout << "The service no longer starts at login. Its data remain in " << options.Folder() << ".\n";
+  std::cout << "The service no longer starts at login. Its data is kept in " << options.Folder() << ".\n";
   return kDone;
 }
 

@@ -7,14 +7,14 @@
 #include <iostream>
 #include <mutex>
 
-#include "Client.h"
-#include "PrivateFile.h"
-#include "Server.h"
 #include "Subcommands.h"
+#include "client/Client.h"
 #include "console/Backup.h"
 #include "console/Console.h"
 #include "console/Watch.h"
 #include "designs/DesignIndexer.h"
+#include "http/Server.h"
+#include "system/PrivateFile.h"
 
 namespace service {
 namespace {
@@ -30,7 +30,7 @@ ListenAddress ParseListenAddress(const std::string& text) {
   if (address.host.front() == '[' && address.host.back() == ']') {
     address.host = address.host.substr(1, address.host.size() - 2);
   }
-  if (address.port > 65535) throw UsageError("there is no port " + std::to_string(address.port));
+  if (address.port > 65535) throw UsageError(std::to_string(address.port) + " is not a valid port: use 0 to 65535");
   return address;
 }
 

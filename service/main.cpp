@@ -1,9 +1,9 @@
 // varnix-service: a bridge service on this machine.
 #include <iostream>
 
-#include "Client.h"
 #include "Options.h"
-#include "Terminal.h"
+#include "client/Client.h"
+#include "system/Terminal.h"
 
 int main(int argc, char** argv) {
   using namespace service;

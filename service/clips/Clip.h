@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Database.h"
+#include "store/Database.h"
 
 namespace service {
 
@@ -38,7 +38,7 @@ struct ClipList {
 struct ClipEntry {
   std::string xmlType, title;
   std::string words;  ///< title and text as FoldCase returns them, for the search
-  std::string label;  ///< the label, likewise
+  std::string label;  ///< the label, folded in the same way
 };
 
 /// Describes a push or an added clip. Returns nothing when `content` is not clipboard XML. Content that cannot be

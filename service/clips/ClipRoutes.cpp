@@ -1,9 +1,9 @@
 // The operator interface to the clips.
-#include "HttpError.h"
-#include "Message.h"
-#include "Parameters.h"
-#include "Routes.h"
 #include "export/ExportText.h"
+#include "http/HttpError.h"
+#include "http/Message.h"
+#include "http/Parameters.h"
+#include "http/Routes.h"
 #include "snippet/Snippet.h"
 
 namespace service {

@@ -1,6 +1,6 @@
 // The store's operations on clips.
-#include "Store.h"
 #include "design/Names.h"
+#include "store/Store.h"
 
 namespace service {
 namespace {

@@ -8,8 +8,8 @@
 #include <filesystem>
 #include <stdexcept>
 
-#include "Database.h"
-#include "Store.h"
+#include "store/Database.h"
+#include "store/Store.h"
 
 namespace service {
 namespace {

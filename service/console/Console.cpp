@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "Routes.h"
+#include "http/Routes.h"
 
 namespace service {
 namespace {

@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "Http.h"
 #include "console/Sessions.h"
+#include "http/Http.h"
 
 namespace service {
 

@@ -1,10 +1,10 @@
 // varnix-service console.
 #include <iostream>
 
-#include "Client.h"
-#include "Program.h"
 #include "Subcommands.h"
-#include "System.h"
+#include "client/Client.h"
+#include "system/Program.h"
+#include "system/System.h"
 
 namespace service {
 

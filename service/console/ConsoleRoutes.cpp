@@ -1,11 +1,11 @@
 // The console's page, and the exchange of a token for a session.
 #include <algorithm>
 
-#include "HttpError.h"
-#include "Message.h"
-#include "Routes.h"
 #include "console/Console.h"
 #include "console/EmbeddedFiles.h"
+#include "http/HttpError.h"
+#include "http/Message.h"
+#include "http/Routes.h"
 
 namespace service {
 namespace {

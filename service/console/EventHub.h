@@ -5,7 +5,7 @@
 #include <mutex>
 #include <vector>
 
-#include "Topic.h"
+#include "store/Topic.h"
 
 namespace service {
 

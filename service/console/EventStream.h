@@ -9,8 +9,8 @@
 #include <memory>
 #include <string>
 
-#include "Routes.h"
 #include "console/EventHub.h"
+#include "http/Routes.h"
 
 namespace service {
 

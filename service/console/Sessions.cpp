@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "Cryptography.h"
+#include "system/Cryptography.h"
 
 namespace service {
 namespace {

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Store.h"
+#include "store/Store.h"
 
 namespace service {
 

@@ -1,10 +1,10 @@
 // What a person needs in order to connect FileMaker to the service.
 #include <algorithm>
 
-#include "HttpError.h"
-#include "Routes.h"
 #include "console/Console.h"
 #include "console/EmbeddedFiles.h"
+#include "http/HttpError.h"
+#include "http/Routes.h"
 
 namespace service {
 namespace {

@@ -1,12 +1,12 @@
 // What is stored and for how long, single deletions, and backups.
 #include <filesystem>
 
-#include "HttpError.h"
-#include "Message.h"
-#include "Parameters.h"
-#include "Routes.h"
 #include "console/Backup.h"
 #include "designs/OpenDesign.h"
+#include "http/HttpError.h"
+#include "http/Message.h"
+#include "http/Parameters.h"
+#include "http/Routes.h"
 
 namespace service {
 namespace {

@@ -43,7 +43,7 @@ void Watch::Look() {
   DeleteWhatIsOld();
 }
 
-// Whoever closes the index last moves what was written to it into this file.
+// The last connection to close moves the write-ahead log into this file.
 void Watch::LookAtIndex() {
   std::error_code missing;
   const auto time = std::filesystem::last_write_time(DesignStore::PathIn(context_.store.Folder()), missing);

@@ -6,7 +6,7 @@
 #include <mutex>
 #include <thread>
 
-#include "Routes.h"
+#include "http/Routes.h"
 
 namespace service {
 

@@ -4,7 +4,7 @@
 #include <iosfwd>
 
 #include "Options.h"
-#include "Terminal.h"
+#include "system/Terminal.h"
 
 namespace service {
 

@@ -2,20 +2,21 @@
 #include <algorithm>
 #include <mutex>
 
-#include "Contents.h"
 #include "design/DesignReader.h"
 #include "design/Names.h"
 #include "designs/DesignStore.h"
 #include "designs/StoredText.h"
+#include "store/Contents.h"
 
 namespace service {
-namespace {
-
-constexpr std::size_t kSampleBytes = 4096;  // enough to recognise an export
 
 struct IndexedElement {
   std::string kind, uuid, name, text;
 };
+
+namespace {
+
+constexpr std::size_t kSampleBytes = 4096;  // enough to recognise an export
 
 std::vector<IndexedElement> ElementsOf(const solution::Design& design, const std::atomic<bool>& stop) {
   std::vector<IndexedElement> elements;

@@ -1,16 +1,16 @@
 // The operator interface to the designs that were received.
 #include <algorithm>
 
-#include "HttpError.h"
-#include "Message.h"
-#include "Parameters.h"
-#include "Routes.h"
 #include "canonical/Properties.h"
 #include "canonical/Steps.h"
 #include "design/DesignReader.h"
 #include "designs/DesignJson.h"
 #include "designs/OpenDesign.h"
 #include "designs/Overview.h"
+#include "http/HttpError.h"
+#include "http/Message.h"
+#include "http/Parameters.h"
+#include "http/Routes.h"
 #include "references/ReferenceIndex.h"
 
 namespace service {

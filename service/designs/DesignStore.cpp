@@ -7,10 +7,10 @@
 #include <filesystem>
 #include <stdexcept>
 
-#include "Store.h"
 #include "design/Names.h"
 #include "designs/StoredText.h"
 #include "output/Search.h"
+#include "store/Store.h"
 
 namespace service {
 namespace {

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Database.h"
+#include "store/Database.h"
 
 namespace service {
 

@@ -5,9 +5,9 @@
 #include <stdexcept>
 
 #include "Options.h"
-#include "Parameters.h"
-#include "Terminal.h"
 #include "design/DesignReader.h"
+#include "http/Parameters.h"
+#include "system/Terminal.h"
 
 namespace service {
 namespace {

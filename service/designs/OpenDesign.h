@@ -15,8 +15,7 @@ namespace service {
 bool IsPath(const std::string& name);
 
 /// Reads the export at a path, or a design of the store in `folder`: by its id, or the newest readable one of a file.
-/// Writes notes to `warnings`. Throws std::runtime_error with the
-/// reason.
+/// Writes notes to `warnings`. Throws std::runtime_error with the reason.
 std::unique_ptr<const solution::Design> OpenDesign(const std::string& name, const std::string& folder,
                                                    std::ostream& warnings);
 

@@ -1,7 +1,7 @@
 // The tool for the clips that the service has stored.
 #include <cctype>
 
-#include "Client.h"
+#include "client/Client.h"
 #include "mcp/Arguments.h"
 #include "mcp/Pieces.h"
 #include "mcp/Tools.h"
@@ -44,11 +44,9 @@ ToolResult Clips(Call& call, const Value& arguments) {
 constexpr Tool kClipTools[] = {
     {"clips", "Find earlier clipboard contents",
      "Lists the FileMaker objects that came from the clipboard earlier and that the service has kept, newest first: "
-     "kind, "
-     "title, time and tags. With id, one of them as readable text and as fmxmlsnippet XML, in pieces when it is long. "
-     "Use "
-     "it to find steps, scripts or layout objects that the user copied before, as examples or to hand them over again "
-     "with set_clipboard.",
+     "kind, title, time and tags. With id, one of them as readable text and as fmxmlsnippet XML, in pieces when it is "
+     "long. Use it to find steps, scripts or layout objects that the user copied before, as examples or to hand them "
+     "over again with set_clipboard.",
      R"({"text": {"type": "string", "description": "only clips whose title or content contains this, in any case"},
          "xmlType": "@xmlType", "tag": {"type": "string", "description": "only clips with this tag"},
          "limit": {"type": "integer", "minimum": 1, "maximum": 1000, "description": "how many at most; 50 by default"},

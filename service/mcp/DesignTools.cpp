@@ -144,10 +144,8 @@ ToolResult References(Call& call, const Value& arguments) {
 constexpr Tool kDesignTools[] = {
     {"designs", "List designs",
      "Lists the designs (complete schema exports) of FileMaker files that are stored on this machine, newest first: "
-     "id, "
-     "file, time, FileMaker version, label and note. Begin here to learn which files can be examined. To get the "
-     "present "
-     "state of an open file first, use get_design.",
+     "id, file, time, FileMaker version, label and note. Begin here to learn which files can be examined. To get the "
+     "present state of an open file first, use get_design.",
      R"({"file": {"type": "string", "description": "only those of this file; its name or UUID"},
          "limit": "@limit", "offset": "@offset"})",
      R"({"total!": "integer", "nextOffset": "@nextOffset",
@@ -157,13 +155,10 @@ constexpr Tool kDesignTools[] = {
      Effect::kNone, Designs},
     {"elements", "List elements of a design",
      "Lists what a FileMaker file consists of: its tables, fields, scripts, layouts, value lists and so on, each with "
-     "its "
-     "kind, name (a field as Table::Field), folder or table, and a line of detail. With kind only those of one kind. "
-     "With "
-     "unused only those that nothing in the file refers to: candidates for deletion. An unused element may still be "
-     "used "
-     "by a formula that computes names (GetField, ExecuteSQL, a script by its name), by a person from a menu, or by "
-     "another file: say so before the user deletes it.",
+     "its kind, name (a field as Table::Field), folder or table, and a line of detail. With kind only those of one "
+     "kind. With unused only those that nothing in the file refers to: candidates for deletion. An unused element may "
+     "still be used by a formula that computes names (GetField, ExecuteSQL, a script by its name), by a person from a "
+     "menu, or by another file: say so before the user deletes it.",
      R"({"design!": "@design", "kind": "@kind",
          "unused": {"type": "boolean", "description": "only elements that nothing refers to"},
          "limit": "@limit", "offset": "@offset"})",
@@ -171,11 +166,10 @@ constexpr Tool kDesignTools[] = {
          "elements!": [{"key!": "@key", "kind!": "text", "name!": "text", "parent": "@parent", "detail": "text"}]})",
      Effect::kNone, Elements},
     {"element", "Show one element",
-     "Shows the full definition of one element of a design as readable text: a script with its steps, a field with its "
-     "type, options, formula and validation, a layout with its objects, a custom function with its formula, and so on. "
-     "Use it to read or explain a script or a calculation. A name that several elements have gives them all; kind "
-     "narrows "
-     "it down.",
+     "Shows the full definition of one element of a design as readable text: a script with its steps, a field with "
+     "its type, options, formula and validation, a layout with its objects, a custom function with its formula, and "
+     "so on. Use it to read or explain a script or a calculation. A name that several elements have gives them all; "
+     "kind narrows it down.",
      R"({"design!": "@design", "name!": "@element", "kind": "@kind", "offset": "@pieceOffset", "maxBytes": "@maxBytes"})",
      R"({"elements!": [{"key!": "@key", "kind!": "text", "uuid": "text", "name!": "text", "parent": "@parent",
                         "detail": "text", "user": {"type": "string", "description": "who changed it last"},
@@ -185,10 +179,8 @@ constexpr Tool kDesignTools[] = {
     {"search", "Search designs",
      "Finds every line that contains a text, in any case, in the names, formulas, script steps, comments and other "
      "properties of all stored designs or those of one file. Each hit has the element, the property and the line, and "
-     "the "
-     "first and the last design that contain it. Use it to find an element by a part of its name, or where a variable, "
-     "a "
-     "literal or a function is used. For who uses a field or a script, references is exact.",
+     "the first and the last design that contain it. Use it to find an element by a part of its name, or where a "
+     "variable, a literal or a function is used. For who uses a field or a script, references is exact.",
      R"({"text!": {"type": "string", "description": "what to find"},
          "file": {"type": "string", "description": "only in designs of this file; its name or UUID"},
          "limit": "@limit"})",
@@ -198,10 +190,8 @@ constexpr Tool kDesignTools[] = {
      Effect::kNone, Search},
     {"changes", "Compare two designs",
      "Shows what changed between two designs of a file: elements added, removed, renamed, moved and edited, with the "
-     "values "
-     "before and after; of scripts and formulas the lines that differ. Takes either file, for its newest two designs, "
-     "or "
-     "older and newer.",
+     "values before and after; of scripts and formulas the lines that differ. Takes either file, for its newest two "
+     "designs, or older and newer.",
      R"({"file": {"type": "string", "description": "name of a file: its newest two designs"}, "older": "@design",
          "newer": "@design", "limit": "@limit", "offset": "@offset"})",
      R"({"total!": "integer", "nextOffset": "@nextOffset",
@@ -212,12 +202,9 @@ constexpr Tool kDesignTools[] = {
      Effect::kNone, Changes},
     {"references", "Find references",
      "Shows what uses what in a design: each reference from one element (script, layout, field, relationship and so "
-     "on) "
-     "to "
-     "another, with the place, such as a script step. With of, only the references from and to one element: everything "
-     "that "
-     "a change of it could affect. With broken, the references to what was deleted, which FileMaker shows as <Field "
-     "Missing> and the like.",
+     "on) to another, with the place, such as a script step. With of, only the references from and to one element: "
+     "everything that a change of it could affect. With broken, the references to what was deleted, which FileMaker "
+     "shows as <Field Missing> and the like.",
      R"({"design!": "@design", "of": "@element", "kind": {"type": "string", "description": "kind of the element named by of"},
          "broken": {"type": "boolean", "description": "instead, references to what was deleted"},
          "limit": "@limit", "offset": "@offset"})",

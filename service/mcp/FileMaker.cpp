@@ -1,9 +1,9 @@
 #include "mcp/FileMaker.h"
 
-#include "CommandTypes.h"
-#include "Progress.h"
-#include "Result.h"
+#include "client/Progress.h"
+#include "client/Result.h"
 #include "mcp/Tools.h"
+#include "protocol/CommandTypes.h"
 
 namespace service::mcp {
 namespace {
@@ -13,7 +13,6 @@ using Command = nlohmann::json;
 
 constexpr auto kLookInterval = std::chrono::milliseconds(100);
 constexpr auto kProgressInterval = std::chrono::seconds(1);
-constexpr long kAskingSeconds = 15;  // a plug-in that is not held up asks more often
 
 // True if the command was withdrawn, false if FileMaker fetched it first. If the service fails, the command expires.
 bool Withdraw(Client& client, const std::string& path) try {
@@ -35,7 +34,7 @@ std::string WhyNotTaken(const Command& status) {
     return "No FileMaker has asked the service for commands since it was started. Ask the user to open FileMaker with "
            "the Varnix plug-in and to sign in: \"varnix-service sign-in\" prints the line to evaluate there.";
   }
-  if (seconds > kAskingSeconds) {
+  if (!status.at("connected").get<bool>()) {
     return "FileMaker last asked the service for commands " + DescribeDuration(seconds) +
            " ago. It is not running, or a dialog, a running script or the Script Debugger keeps it busy. Ask the user "
            "to bring FileMaker to the front and to close dialogs, then try again.";
@@ -60,17 +59,19 @@ Command GiveUp(Call& call, Client& client, const std::string& path, const Comman
   if (!call.Pause({})) throw ToolError("standard input was closed before FileMaker answered");
   const Command now = isQueued && !isWithdrawn ? client.Get(path) : command;
   if (IsFinished(now)) return now;
-  throw ToolError("Not in time. " + (now.at("state") == "queued" || isWithdrawn
-                                         ? WhyNotTaken(client.Get("/operator/status")) + " Nothing was done."
-                                         : WhyNotFinished(now)));
+  throw ToolError("FileMaker did not answer in time. " +
+                  (now.at("state") == "queued" || isWithdrawn
+                       ? WhyNotTaken(client.Get("/operator/status")) + " Nothing was done."
+                       : WhyNotFinished(now)));
 }
 
 void CheckCompleted(const Command& command) {
   const std::string state = command.at("state");
   if (state == "completed") return;
   if (state == "failed") throw ToolError("FileMaker: " + command.value("error", "it failed and gave no reason"));
-  if (IsForgotten(command)) throw ToolError("The user no longer waits for it. FileMaker may still carry it out.");
-  throw ToolError(state == "cancelled" ? "The user has withdrawn the command."
+  if (IsForgotten(command))
+    throw ToolError("The user told Varnix to stop waiting for this command. FileMaker may still carry it out.");
+  throw ToolError(state == "cancelled" ? "The user withdrew the command."
                                        : "The command expired before FileMaker fetched it. Nothing was done.");
 }
 

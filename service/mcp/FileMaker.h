@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "Client.h"
+#include "client/Client.h"
 #include "mcp/Call.h"
 
 namespace service::mcp {

@@ -117,10 +117,9 @@ constexpr Tool kFileMakerTools[] = {
      R"({"waitSeconds": "@waitSeconds"})", R"({"files!": ["text"]})", Effect::kNone, ListFiles},
     {"get_clipboard", "Read FileMaker's clipboard",
      "Reads the FileMaker objects that the user has copied (script steps, scripts, fields, tables, layout objects, "
-     "custom "
-     "functions, value lists) as fmxmlsnippet XML. It is also the surest way to learn how FileMaker writes a step or "
-     "an "
-     "object: ask the user to copy a similar one. Long content comes in pieces: repeat with command and offset.",
+     "custom functions, value lists) as fmxmlsnippet XML. It is also the surest way to learn how FileMaker writes a "
+     "step or an object: ask the user to copy a similar one. Long content comes in pieces: repeat with command and "
+     "offset.",
      R"({"xmlType": "@xmlType",
          "command": {"type": "string", "description":
            "command of an earlier answer: go on with the content that was read then, without asking FileMaker"},
@@ -130,16 +129,12 @@ constexpr Tool kFileMakerTools[] = {
      Effect::kNone, GetClipboard},
     {"set_clipboard", "Put objects on FileMaker's clipboard",
      "Replaces what is on the clipboard with FileMaker objects, given as fmxmlsnippet XML. FileMaker itself is not "
-     "changed: "
-     "the user then pastes with Cmd-V at the place that fits xmlType and sees what was inserted. Use it only when the "
-     "user "
-     "wants to have something pasted, and say where to paste it: XMSS steps into an open script in the Script "
-     "Workspace; "
-     "XMSC whole scripts into its list of scripts; XMFD fields and XMTB tables into Manage Database; XMFN custom "
-     "functions "
-     "into Manage Custom Functions; XMVL value lists into Manage Value Lists; XML2 layout objects into a layout in "
-     "Layout "
-     "mode. The XML is checked for its form, not for whether FileMaker knows the names in it.",
+     "changed: the user then pastes with Cmd-V at the place that fits xmlType and sees what was inserted. Use it only "
+     "when the user wants to have something pasted, and say where to paste it: XMSS steps into an open script in the "
+     "Script Workspace; XMSC whole scripts into its list of scripts; XMFD fields and XMTB tables into Manage "
+     "Database; XMFN custom functions into Manage Custom Functions; XMVL value lists into Manage Value Lists; XML2 "
+     "layout objects into a layout in Layout mode. The XML is checked for its form, not for whether FileMaker knows "
+     "the names in it.",
      R"({"xmlType!": "@xmlType",
          "xml!": {"type": "string", "description": "<fmxmlsnippet type=\"FMObjectList\"> with Step elements for XMSS, Script or Group for XMSC, Field for XMFD, BaseTable for XMTB, CustomFunction for XMFN, ValueList for XMVL; type=\"LayoutObjectList\" with Layout for XML2"},
          "waitSeconds": "@waitSeconds"})",
@@ -148,22 +143,18 @@ constexpr Tool kFileMakerTools[] = {
      Effect::kReplacesClipboard, SetClipboard},
     {"clipboard_formats", "List the clipboard's formats",
      "Lists the names of all formats that are on the clipboard, FileMaker's and others. Useful when get_clipboard "
-     "finds "
-     "nothing.",
+     "finds nothing.",
      R"({"waitSeconds": "@waitSeconds"})", R"({"formats!": ["text"]})", Effect::kNone, ClipboardFormats},
     {"debug_context", "Report FileMaker's context",
      "Reports in which context FileMaker is at this moment: the frontmost file, its window, layout, account, "
-     "privileges and "
-     "version. With file, how that file can be reached from there.",
+     "privileges and version. With file, also whether that file is visible from there and which scripts it has.",
      R"({"file": {"type": "string", "description": "name of an open file"}, "waitSeconds": "@waitSeconds"})",
      R"({"context!": {"type": "object"}})", Effect::kNone, DebugContext},
     {"get_design", "Fetch a file's present design",
-     "Has FileMaker export the complete schema of an open file, stores it as a design and returns its id for elements, "
-     "element, search, references and changes. Takes from seconds to minutes, and needs the script \"Varnix Live "
-     "Push\" in "
-     "the file and the file at the front; progress says what FileMaker waits for. Not needed when a design in designs "
-     "is "
-     "recent enough. isNew is false when nothing has changed since the newest design.",
+     "Has FileMaker export the complete schema of an open file, stores it as a design and returns its id for "
+     "elements, element, search, references and changes. Takes from seconds to minutes, and needs the script \"Varnix "
+     "Live Push\" in the file and the file at the front; progress says what FileMaker waits for. Not needed when a "
+     "design in designs is recent enough. isNew is false when nothing has changed since the newest design.",
      R"({"file": {"type": "string", "description": "name of an open file; by default the one that signed in"},
          "waitSeconds": "@waitSeconds"})",
      R"({"isNew!": "boolean",

@@ -19,7 +19,8 @@ std::size_t EndOfPiece(const std::string& text, std::size_t begin, std::size_t b
 
 void SetPiece(Json& json, const char* name, const std::string& text, const Value& arguments) {
   const auto begin = static_cast<std::size_t>(Number(arguments, "offset", 0));
-  if (begin > text.size()) throw ToolError("it has " + std::to_string(text.size()) + " bytes only");
+  if (begin > text.size())
+    throw ToolError("offset is beyond the end: the text has " + std::to_string(text.size()) + " bytes");
   const auto end = EndOfPiece(text, begin, static_cast<std::size_t>(Number(arguments, "maxBytes", kPieceBytes)));
   json["bytes"] = text.size();
   if (end < text.size()) json["nextOffset"] = end;

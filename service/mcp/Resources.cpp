@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "Agents.h"
-#include "Http.h"
-#include "Parameters.h"
 #include "canonical/Properties.h"
 #include "designs/OpenDesign.h"
+#include "http/Agents.h"
+#include "http/Http.h"
+#include "http/Parameters.h"
 #include "mcp/StoredDesigns.h"
 
 namespace service::mcp {

@@ -9,7 +9,7 @@ namespace service::mcp {
 /// when the store cannot be read.
 Json ListResources(Call& call, const Value& params);
 
-/// The result of resources/read, likewise.
+/// The result of resources/read; throws the same.
 Json ReadResource(Call& call, const Value& params);
 
 const Json& ResourceTemplates();

@@ -1,6 +1,6 @@
 #include "mcp/Session.h"
 
-#include "Agents.h"
+#include "http/Agents.h"
 #include "mcp/Limits.h"
 #include "mcp/Methods.h"
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
-#include "Agents.h"
+#include "http/Agents.h"
 #include "mcp/Arguments.h"
 #include "mcp/Schema.h"
 

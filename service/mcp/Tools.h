@@ -28,7 +28,7 @@ struct Tool {
   const char* title;
   const char* description;
   const char* input;   ///< the arguments, in the form that SchemaOf expects
-  const char* output;  ///< the structured result, likewise
+  const char* output;  ///< the structured result, in the same form
   Effect effect;
   /// `arguments` conform to the schema. Called on any thread; throws ToolError, Cancelled or any std::exception.
   ToolResult (*run)(Call& call, const Value& arguments);

@@ -3,8 +3,8 @@
 #include <filesystem>
 #include <sstream>
 
-#include "Server.h"
 #include "fuzz/Fuzz.h"
+#include "http/Server.h"
 #include "support/RawConnection.h"
 
 namespace {

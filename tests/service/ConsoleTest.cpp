@@ -9,11 +9,11 @@
 #include <map>
 #include <optional>
 
-#include "Store.h"
 #include "console/Sessions.h"
 #include "net/Json.h"
 #include "service/RequestRows.h"
 #include "service/RunningService.h"
+#include "store/Store.h"
 #include "support/FolderTest.h"
 #include "support/Process.h"
 #include "support/RawConnection.h"

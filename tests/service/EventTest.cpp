@@ -5,8 +5,8 @@
 #include <csignal>
 #include <list>
 
-#include "Server.h"
 #include "console/Watch.h"
+#include "http/Server.h"
 #include "net/Json.h"
 #include "service/RunningService.h"
 #include "support/FolderTest.h"
@@ -87,7 +87,7 @@ TEST_F(Events, AreForThePageWithASession) {
       Page(service.url(), "Host: localhost\r\nSec-Fetch-Site: cross-site\r\n").Begin().starts_with("HTTP/1.1 403 "));
 }
 
-TEST_F(Events, OfPagesThatHangDisturbNobody) {
+TEST_F(Events, ToHungPagesDoNotDelayOthers) {
   RunningService service(data_);
   std::list<Page> pages;
   for (std::size_t i = 0; i < kMost; ++i) EXPECT_EQ(pages.emplace_back(service.url()).Begin(), kHead);

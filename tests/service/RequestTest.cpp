@@ -4,7 +4,7 @@
 #include <csignal>
 #include <list>
 
-#include "Server.h"
+#include "http/Server.h"
 #include "net/Json.h"
 #include "service/RequestRows.h"
 #include "service/RunningService.h"
@@ -70,7 +70,7 @@ TEST_F(Requests, AreBoundedInTheirBodiesOneByOneAndTogether) {
   while (service.Post(path, std::string(kLimit, 'x')).status != 200) continue;
 }
 
-TEST_F(Requests, ThatNeverEndKeepNobodyFromBeingServed) {
+TEST_F(Requests, ThatNeverEndDoNotBlockOthers) {
   RunningService service(folder_ + "/data", {"--key=K"});
   std::list<RawConnection> dripping;
   for (int i = 0; i < 700; ++i) dripping.emplace_back(service.url()).Send("GET / HT");

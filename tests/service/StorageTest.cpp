@@ -7,11 +7,11 @@
 #include <fstream>
 #include <thread>
 
-#include "Store.h"
 #include "console/Watch.h"
 #include "net/Json.h"
 #include "service/RequestRows.h"
 #include "service/RunningService.h"
+#include "store/Store.h"
 #include "support/FolderTest.h"
 
 namespace {
@@ -42,7 +42,7 @@ class Storage : public FolderTest {
   const std::string data_ = folder_ + "/data";
 };
 
-TEST_F(Storage, DoesWhatItIsAskedForOrSaysWhyNot) {
+TEST_F(Storage, CarriesOutRequestsOrReportsWhyNot) {
   const RunningService service(data_);
   service.Post("/api/bridge/push", R"({"licenseKey":"K","xmlType":"XMSS","xmlContent":"12345"})");
   const std::string queued = service.Queue(R"("type":"LIST_FILES")"), done = service.Queue(R"("type":"LIST_FILES")");

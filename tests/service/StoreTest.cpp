@@ -9,7 +9,7 @@
 #include <thread>
 #include <vector>
 
-#include "Store.h"
+#include "store/Store.h"
 #include "support/FolderTest.h"
 
 namespace {
@@ -117,7 +117,7 @@ TEST_F(StoreOverTime, CancelsAndExpiresOnlyWhatIsQueued) {
   EXPECT_EQ(Deliver(), long_);
 }
 
-TEST_F(StoreOverTime, GivesAForgottenCommandWhatComesLateAndNobodyElse) {
+TEST_F(StoreOverTime, GivesALateResultToTheForgottenCommandOnly) {
   const auto forgotten = Queue("LIST_FILES"), next = Queue("LIST_FILES");
   EXPECT_EQ(Deliver(), forgotten);
   EXPECT_EQ(store_->Forget(forgotten), Cancellation::kCancelled);

@@ -82,8 +82,8 @@ TEST_F(Subcommands, ShowWithdrawAndDeleteCommandsAndRecords) {
   const RunningService service(data_);
   setenv("VARNIX_SERVICE", service.url().c_str(), 1);
   EXPECT_EQ(Run({"status"}).output,
-            "plug-in: none has asked for commands since the service started\n"
-            "commands: 0, of these 0 queued and 0 delivered\nreceived: 0 records, 0 bytes\n");
+            "plug-in: has not asked for commands since the service started\n"
+            "commands: 0 (0 queued, 0 delivered)\nreceived: 0 records, 0 bytes\n");
   const std::string queued = Run({"send", "LIST_FILES", "--wait", "0"}).output;
   const auto late = Run({"send", "debug-context", "--wait", "1", "--expires=2h"});
   EXPECT_EQ(late.status, 3);
