@@ -90,20 +90,20 @@ class Pool {
   bool stopping_ = false;
 };
 
-Pool& ThePool() {
+Pool& SharedPool() {
   static const OfThisProcess<Pool> pool;
   return *pool;
 }
 
 }  // namespace
 
-int EndOfJobs() { return ThePool().end(); }
+int EndOfJobs() { return SharedPool().end(); }
 
 void PrepareForUnload() {}
 
 void bg(std::function<void()> job) noexcept {
   try {
-    ThePool().Add(std::move(job));
+    SharedPool().Add(std::move(job));
   } catch (...) {  // no memory: the job is dropped
   }
 }

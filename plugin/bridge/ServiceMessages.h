@@ -1,5 +1,5 @@
 // What the bridge reports to the service. Each call blocks until the request has ended, at most 120 seconds, so it
-// belongs into a background job. Safe on any thread. Texts are UTF-8. They are sent as JSON strings, except for command
+// belongs in a background job. Safe on any thread. Texts are UTF-8. They are sent as JSON strings, except for command
 // ids, which become part of the URL's path verbatim. Throws only std::bad_alloc.
 #pragma once
 
@@ -15,7 +15,8 @@ struct PushRecord {
   std::optional<std::string> label;  ///< a title for people; left out of the message when there is none
 };
 
-/// Posts `record`. Returns false, with the reason in `error`, when the service did not accept it.
+/// Posts `record`. Returns false, with the reason in `error`, when the service did not accept it;
+/// otherwise `error` stays unchanged.
 bool PostPushRecord(const Account& account, const PushRecord& record, std::string& error);
 
 /// Posts the progress of a schema request: `code` names the step, `status` is "received" or "error", `message` is for
@@ -28,5 +29,5 @@ void PostDiagnostic(const Account& account, const std::string& code, const std::
 void SendComplete(const std::string& baseUrl, const std::string& licenseKey, const std::string& cmdId,
                   const std::string& status, const std::string& error);
 
-/// Posts the same: without `error` the command is completed; otherwise it has failed, with that text.
+/// Calls SendComplete: with status "completed" if there is no `error`, otherwise with "failed" and that text.
 void EndCommand(const Account& account, const std::string& cmdId, const std::optional<std::string>& error);

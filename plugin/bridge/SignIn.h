@@ -1,4 +1,5 @@
-// Signing the installation in to the service, and the account in use. FileMaker's main thread only.
+// Signing the installation in to the service, and the account in use. FileMaker's main thread only. See
+// core/FunctionTable.h for the contract of all handlers.
 #pragma once
 
 #include <FMWrapper/FMXExtern.h>

@@ -11,7 +11,6 @@
 
 namespace {
 
-constexpr char kPlainText[] = "public.utf8-plain-text";
 constexpr char kStringRefused[] = "ERROR: NSPasteboard setString failed";
 constexpr char kDataRefused[] = "ERROR: NSPasteboard setData failed for type: ";
 constexpr std::size_t kHeaderBytes = 4;
@@ -24,7 +23,7 @@ bool WriteItems(Pasteboard& pasteboard, const Names& candidates, const std::stri
   for (const auto& type : candidates) {
     if (!pasteboard.PutFlavor(type, xml)) return false;
   }
-  if (!pasteboard.PutFlavor(kPlainText, xml)) return false;
+  if (!pasteboard.PutFlavor(kPlainTextType, xml)) return false;
   pasteboard.SynchronizeItems();
   return true;
 }

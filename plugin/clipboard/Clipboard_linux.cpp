@@ -24,7 +24,7 @@ class LinuxPasteboard : public Pasteboard {
   std::optional<std::uint64_t> ChangeCount() override { return clipboard_.ChangeCount(); }
 
   void DeclareTypes(bool text, const std::vector<std::string>& types) override {
-    auto draft = std::make_shared<PasteboardContent>(text, types);  // while nobody waits for it to be published yet
+    auto draft = std::make_shared<PasteboardContent>(text, types);  // before Acquire: requests wait from then on
     draft_ = clipboard_.Acquire() ? std::move(draft) : nullptr;
   }
   bool SetData(const std::string& type, const std::string& bytes) override {

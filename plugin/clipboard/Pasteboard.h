@@ -8,6 +8,9 @@
 #include <string>
 #include <vector>
 
+/// The type of the general view's text.
+inline constexpr char kPlainTextType[] = "public.utf8-plain-text";
+
 /// One operation's access, created at its start and destroyed at its end (on macOS it is also the operation's
 /// autorelease pool). Two views show the same pasteboard: the older one has items with flavours, the general one has
 /// types. Type names and texts are UTF-8; data is raw bytes. Methods that return bool return false on failure and then
@@ -37,7 +40,7 @@ class Pasteboard {
   /// `item` counts from 1.
   virtual bool CopyFlavor(std::size_t /*item*/, const std::string& /*type*/, std::string& /*bytes*/) { return false; }
 
-  // The general view. "public.utf8-plain-text" is the type of its text.
+  // The general view, whose text has the type kPlainTextType.
 
   /// Empties the pasteboard and announces the types whose data will follow: plain text, if `text`, then `types`.
   virtual void DeclareTypes(bool text, const std::vector<std::string>& types) = 0;

@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "clipboard/ClipboardTypes.h"
+#include "clipboard/Pasteboard.h"
 
 PasteboardContent::PasteboardContent(bool text, const std::vector<std::string>& types) {
   if (text) types_.push_back(kPlainTextType);

@@ -5,9 +5,6 @@
 #include <string>
 #include <vector>
 
-/// The type of the pasteboard's text.
-inline constexpr char kPlainTextType[] = "public.utf8-plain-text";
-
 class PasteboardContent {
  public:
   using Bytes = std::shared_ptr<const std::string>;

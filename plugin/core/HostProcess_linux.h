@@ -19,8 +19,8 @@ class SignalsBlocked {
 };
 
 /// The calling thread keeps its priority but no longer interrupts the one that wakes it, which may be the host's main
-/// thread. Measured on two busy processors with idle_bench: the 99th percentile of idle calls of which every thirtieth
-/// wakes threads is about 30 microseconds with this and 60 to 80 without.
+/// thread. Measured with idle_bench on two busy processors, where one idle call in thirty wakes threads: the 99th
+/// percentile is about 30 microseconds with this, 60 to 80 without.
 void ScheduleAsBatch();
 
 /// A static object that has threads. It is destroyed at the end of the process that created it, but not at the end of a

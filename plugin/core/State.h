@@ -1,5 +1,5 @@
-// The plug-in's state: one set of variables for the process, each group with the one unit that writes it; the other
-// units only read. Times are steady milliseconds; all start at 0.
+// The state that units of the plug-in share: one set of variables for the process, each group with the one unit that
+// writes it; the other units only read. Times are steady milliseconds; all start at 0.
 //
 // FileMaker's main thread only, unless marked otherwise.
 #pragma once
@@ -37,7 +37,8 @@ extern std::int64_t g_lastPollMs;                 ///< when the last poll was st
 extern std::atomic<bool> g_versionCheckInFlight;  ///< at most one check runs at a time; any thread
 extern std::int64_t g_lastVersionCheckMs;         ///< when the last check was started
 
-// The newest version, as the service reported it, "" until a check has succeeded: net/VersionCheck, which guards it
+// The newest version, as the service reported it, "" until a check has succeeded: only net/VersionCheck uses it, under
+// its mutex
 extern std::string g_latestVersion;
 
 // The clipboard's upkeep: bridge/ClipboardUpkeep

@@ -23,7 +23,7 @@ bool GetFrontDocumentName(std::string& name, std::string& error);
 /// Saves FileMaker's front document as XML at `posixPath`. AppleScript treats backslashes in the path as escapes.
 bool SaveFrontDocumentAsXML(const std::string& posixPath, std::string& error);
 
-/// Saves it likewise, then reads the file into `xml` and deletes it. The file stays if it cannot be read.
+/// Saves it in the same way, then reads the file into `xml` and deletes it. The file stays if it cannot be read.
 bool ExportFrontDocumentAsXML(const std::string& posixPath, std::string& xml, std::string& error);
 
 }  // namespace AppleScript

@@ -1,4 +1,5 @@
 // The schema of an open FileMaker file as JSON, obtained by evaluating calculations. FileMaker's main thread only.
+// See core/FunctionTable.h for the contract of all handlers.
 #pragma once
 
 #include <string>
@@ -10,5 +11,5 @@
 /// when no table is found at all, the result is "{}". `env` may be null.
 std::string BuildSchema(const fmx::ExprEnv* env, const std::string& fileName);
 
-/// Varnix.GetSchema( { fileName } ): BuildSchema.
+/// Varnix.GetSchema( { fileName } ): the line that BuildSchema returns.
 fmx::errcode Do_GetSchema(short funcId, const fmx::ExprEnv& env, const fmx::DataVect& args, fmx::Data& result);

@@ -47,11 +47,11 @@ class Number {
   std::optional<Number> DividedBy(const Number& divisor, int places = kDivisionPlaces) const;
   /// The next lower integer of the exact quotient. nullopt when `divisor` is zero.
   std::optional<Number> FloorDividedBy(const Number& divisor) const;
-  /// Correct to 16 digits after the point, or to more if it takes more to have 16 digits. nullopt where `function` is
+  /// Correct to 16 decimal places, or to 16 significant digits if those are more. nullopt where `function` is
   /// not defined or infinite; the result may be out of range.
   std::optional<Number> Apply(RealFunction function) const;
-  /// As correct as Apply, or exact for integer exponents from 0 on. nullopt when the power does not exist (zero to a
-  /// negative power, a root of a negative number) or is too large.
+  /// With the accuracy of Apply, or exact for integer exponents from 0 on. nullopt when the power does not exist (zero
+  /// to a negative power, a root of a negative number) or is too large.
   std::optional<Number> Power(const Number& exponent) const;
 
   /// Rounds halves away from zero; negative places round to tens, hundreds...

@@ -95,7 +95,7 @@ constexpr Command kCommands[] = {
     {".plugin", "FILE", "load a plug-in", [](Session& session, const std::string& path) { session.LoadPlugin(path); }},
     {".plugins", "", "show name, description and options of the plug-ins", ListPlugins},
     {".functions", "", "list the functions of the plug-ins", ListFunctions},
-    {".idle", "[SECONDS]", "send idle messages for so long, by default one message", Idle},
+    {".idle", "[SECONDS]", "send idle messages for this many seconds, by default one message", Idle},
     {".check", "CALC", "fail unless a calculation is true",
      [](Session& session, const std::string& formula) { session.Check(formula); }},
     {".say", "[TEXT]", "print a line", [](Session&, const std::string& text) { std::cout << text << '\n'; }},

@@ -70,7 +70,7 @@ const Option kOptions[] = {
      }},
     {"--activate", "FILE", "bring an open file to the front",
      [](const std::string& value) -> Action { return [=](Session& session) { return session.Activate(value); }; }},
-    {"--idle", "SECONDS", "send idle messages for so long",
+    {"--idle", "SECONDS", "send idle messages for this many seconds",
      [](const std::string& value) -> Action {
        const auto duration = ParseSeconds(value);
        if (!duration) return {};

@@ -10,7 +10,7 @@ namespace sim {
 /// Thrown inside the SQL units when a query is refused; ExecuteSql turns it into "?".
 struct SqlRefused {};
 
-/// Thrown likewise for SQL that FileMaker supports but the simulator does not: "GROUP".
+/// Thrown for SQL that FileMaker supports but the simulator does not: "GROUP".
 struct SqlUnknown {
   std::u16string part;
 };

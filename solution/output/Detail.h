@@ -15,7 +15,7 @@ std::string ParentPath(const Element& element);
 /// of a layout. Empty when there is nothing to say.
 std::string DetailOf(const Design& design, const Element& element);
 
-/// True for a script that runs with full access whoever starts it.
+/// True for a script that runs with full access, no matter who starts it.
 bool HasFullAccess(const Element& script);
 
 }  // namespace solution

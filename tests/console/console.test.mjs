@@ -70,7 +70,7 @@ step('From sign-in to the first design', async () => {
   await startFileMaker(service.signInLine, ['Timesheets', 'Workshop']);
   await sees(page, 'FileMaker connected', 'banner');
   await click(page, 'button', 'Check the open files');
-  await sees(page, 'The files are checked', 'status');
+  await sees(page, 'All files checked', 'status');
   await sees(page, 'Workshop found [Full Access] account Admin none yet');
   await sees(page, 'Timesheets missing');
   await click(page, 'button', "Put Varnix Live Push on FileMaker's clipboard");
@@ -156,7 +156,7 @@ step('The relationships can be searched, enlarged and opened', async () => {
   await sees(page, 'Table occurrence');
 });
 
-step('Search finds scripts, formulas and names as one types', async () => {
+step('Search finds scripts, formulas and names while you type', async () => {
   await visit(page, service, '/files', 'Files');
   await page.keyboard.press('/');
   await find(page, 'heading', 'Search');
@@ -174,7 +174,7 @@ const commands = [
   ['Set the clipboard', {'FileMaker XML': kSnippet}, 'are on FileMaker'],
   ['Get the clipboard', {}, 'Buy violin strings'],
   ['List clipboard formats', {}, 'Mac-XMSS'],
-  ['Report the context', {File: 'Workshop'}, 'livePushVisible'],
+  ['Get a context report', {File: 'Workshop'}, 'livePushVisible'],
   ['Get a design', {File: 'Workshop'}, 'The design'],
 ];
 

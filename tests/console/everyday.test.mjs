@@ -111,7 +111,7 @@ step('A command that FileMaker has taken is forgotten, and what comes late is sh
   await confirm(page, 'Forget the command');
   await sees(page, 'FileMaker may still carry it out', 'status');
   await sees(page, 'In progress Nothing in progress.');
-  await sees(page, 'Nobody waits for it any longer. FileMaker may still carry it out.');
+  await sees(page, 'Varnix no longer waits for this command. FileMaker may still carry it out.');
   await visit(page, service, `/commands/${id}`, 'List open files');
   await click(page, 'button', 'Delete');
   isDown = true; // the browser reports the refusal
@@ -136,8 +136,8 @@ step('A script shows what it performs in turn, with cycles and within bounds', a
   await sees(page, 'Performs in turn 12');
   assert.doesNotMatch(await page.$eval('aside', (aside) => aside.innerText), /Made 1/, 'it is folded');
   await page.click('aside section:last-child summary');
-  await sees(page, 'Reset Log Made 1 Made 2 Made 3 Made 4 Made 5 Made 6 performs more: open it Made 9 Made 10 Start');
-  await sees(page, 'Start is being performed already: a cycle');
+  await sees(page, 'Reset Log Made 1 Made 2 Made 3 Made 4 Made 5 Made 6 performs others; open it to see them Made 9 Made 10 Start');
+  await sees(page, 'Start already in this chain of calls (cycle)');
   assert.deepEqual(await accessibilityFaults(page), []);
   await click(page, 'link', 'Made 6');
   await find(page, 'heading', 'Made 6');

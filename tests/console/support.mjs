@@ -171,7 +171,7 @@ export async function visit(page, service, fragment, heading) {
   if (heading) await find(page, 'heading', heading);
 }
 
-// Whoever speaks to the computer says what is visible, so that must be how the accessible name begins.
+// Voice control uses the visible text, so the accessible name must begin with it.
 const misnamed = (page) =>
   page.$$eval(':is(a, button, summary)[aria-label]:not(svg *)', (controls) =>
     controls

@@ -150,7 +150,7 @@ test('a tool reports its failure in its result', async () => {
     ['element', {design: 'Orders', name: 'Nobody'}, /no element named Nobody/],
     ['get_clipboard', {command: '../x'}, /is not the ID/],
     ['get_clipboard', {command: '0123456789abcdef'}, /no such command/],
-    ['get_design', {file: 'Nowhere'}, /Nowhere|Not in time/],
+    ['get_design', {file: 'Nowhere'}, /Nowhere|did not answer in time/],
   ]) {
     assert.match(await refusal(name, name === 'get_design' ? {...args, waitSeconds: 2} : args), reason);
   }
@@ -170,7 +170,7 @@ test('50 MB come in pieces that clients accept', async () => {
   const {command, bytes} = piece;
   const rest = await call('get_clipboard', {command, offset: bytes - 30});
   assert.equal(rest.xml.slice(-16), '</fmxmlsnippet>\n'.trim().padStart(16, '\n'));
-  assert.match(await refusal('get_clipboard', {command, offset: bytes + 1}), /bytes only/);
+  assert.match(await refusal('get_clipboard', {command, offset: bytes + 1}), /offset is beyond the end/);
 });
 
 test('two clients at once each get their own answers', async () => {

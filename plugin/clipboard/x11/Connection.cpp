@@ -8,6 +8,7 @@
 #include <climits>
 #include <utility>
 
+#include "clipboard/Pasteboard.h"
 #include "core/Clock.h"
 
 namespace x11 {
@@ -24,7 +25,7 @@ constexpr std::pair<xcb_atom_t Atoms::*, const char*> kAtomNames[] = {
     {&Atoms::utf8String, "UTF8_STRING"},
     {&Atoms::utf8Mime, "text/plain;charset=utf-8"},
     {&Atoms::text, "TEXT"},
-    {&Atoms::plainText, "public.utf8-plain-text"},
+    {&Atoms::plainText, kPlainTextType},
     {&Atoms::atomPair, "ATOM_PAIR"},
     {&Atoms::incremental, "INCR"},
     {&Atoms::null, "NULL"},

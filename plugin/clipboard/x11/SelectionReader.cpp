@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "Utf8.h"
+#include "clipboard/Pasteboard.h"
 #include "clipboard/PasteboardContent.h"
 #include "clipboard/ReadingLimit.h"
 #include "core/Clock.h"

@@ -34,7 +34,7 @@ export function setServiceState(next) {
   for (const watcher of watchers) watcher(state);
 }
 
-// What an answer shows about the service, whatever it answers.
+// Updates the state of the service from an answer, whatever its status.
 function noteAnswer(path, {ok, status}) {
   if (status === 401 && path.startsWith('/operator/')) setServiceState('signedOut');
   else if (ok || state === 'gone') setServiceState('ok');

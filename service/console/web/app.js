@@ -19,7 +19,6 @@ import * as result from './pages/result.js';
 import * as search from './pages/search.js';
 import * as setup from './pages/setup.js';
 import * as storage from './pages/storage.js';
-import {isConnected} from './work.js';
 
 // Address, page, and the entry of the navigation that it belongs to.
 const kRoutes = [
@@ -76,7 +75,7 @@ function markNavigation(section) {
 
 async function firstPage() {
   try {
-    return isConnected(await get('status')) ? '/files' : '/setup';
+    return (await get('status')).connected ? '/files' : '/setup';
   } catch {
     return '/setup';
   }
@@ -153,9 +152,9 @@ async function showConnection() {
   const link = document.getElementById('connection');
   try {
     const status = await get('status');
-    const {secondsSincePoll, pluginVersion} = status;
-    link.dataset.state = isConnected(status) ? 'on' : 'off';
-    link.textContent = isConnected(status)
+    const {connected, secondsSincePoll, pluginVersion} = status;
+    link.dataset.state = connected ? 'on' : 'off';
+    link.textContent = connected
       ? `FileMaker connected${pluginVersion ? ` · ${pluginVersion}` : ''}`
       : secondsSincePoll === null
         ? 'FileMaker not connected'
@@ -190,7 +189,7 @@ function onTrouble(state) {
     return;
   }
   link.dataset.state = 'gone';
-  link.textContent = state === 'gone' ? 'Service not reached' : 'Signed out';
+  link.textContent = state === 'gone' ? 'Service unreachable' : 'Signed out';
 }
 
 addEventListener('hashchange', () => {

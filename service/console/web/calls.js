@@ -19,7 +19,7 @@ function callsByScript(calls, script) {
   return callsOf;
 }
 
-// Lists within lists. What a script performs is shown once, where there is room for it first.
+// Lists within lists. The calls of a script are listed once, at the first place that is not nested too deeply.
 function tree(calls, script, design) {
   const callsOf = callsByScript(calls, script);
   const shown = new Set();
@@ -32,10 +32,10 @@ function tree(calls, script, design) {
   const entry = (call, performers) => {
     const link = h('a', {href: elementAddress(design, call.key)}, named(call.name));
     const place = (text) => h('li', {}, link, h('span', {class: 'place'}, text));
-    if (performers.includes(call.key)) return place('is being performed already: a cycle');
+    if (performers.includes(call.key)) return place('already in this chain of calls (cycle)');
     if (!callsOf.has(call.key)) return h('li', {}, link);
     if (shown.has(call.key)) return place('see above');
-    if (performers.length === kDeepest) return place('performs more: open it');
+    if (performers.length === kDeepest) return place('performs others; open it to see them');
     shown.add(call.key);
     return h('li', {}, link, branch([...performers, call.key]));
   };

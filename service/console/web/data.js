@@ -5,7 +5,7 @@ import {byKind} from './kinds.js';
 const kKept = 4; // designs
 const elements = new Map();
 
-/** {elements, byKey, kinds} of a design; `kinds` are [kind, count] in the order of their worth. */
+/** {elements, byKey, kinds} of a design; `kinds` are [kind, count] in the order of kinds.js. */
 export function designElements(id) {
   if (!elements.has(id)) {
     const loading = get(`designs/${segment(id)}/elements`).then(index);
@@ -29,7 +29,7 @@ function index({elements: all}) {
 /** All designs, oldest first. */
 export const designs = async (signal) => (await get('designs', signal)).designs;
 
-/** One design of the list; refused like one that the service does not know. */
+/** One design of the list; without it, throws the same Refusal as the service. */
 export async function findDesign(id, signal) {
   const found = (await designs(signal)).find((design) => String(design.id) === id);
   if (!found) throw new Refusal(404, `There is no design ${id}. It may have been deleted.`);

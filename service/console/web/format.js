@@ -52,7 +52,7 @@ export const number = (value) => numbers.format(value);
 export const count = (value, singular, plural = `${singular}s`) =>
   `${number(value)} ${value === 1 ? singular : plural}`;
 
-/** A name, or what stands for one that nobody could see. */
+/** A name, or "(no name)" if it has no visible character. */
 export const named = (name) => (/[^\s\p{C}]/u.test(name) ? name : '(no name)');
 
 /** FileMaker's name of a file, without the ending of the file on the disk. */

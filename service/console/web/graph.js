@@ -167,7 +167,7 @@ export class Graph {
       box(occurrence, fieldsOf(occurrence, relationships), hrefOf(occurrence.key)),
     );
     const lines = relationships.map((relationship) => line(relationship, boxes, hrefOf(relationship.key)));
-    const attributes = {class: 'graph', role: 'group', tabindex: '0', 'aria-label': 'Relationships picture'};
+    const attributes = {class: 'graph', role: 'group', tabindex: '0', 'aria-label': 'Relationships graph'};
     this.element = svg('svg', attributes, notes.map(note), lines.filter(Boolean), this.nodes);
     this.all = extent([...this.occurrences, ...notes]);
     this.found = -1;

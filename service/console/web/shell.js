@@ -32,7 +32,7 @@ function sideNavigation(design, kinds, current) {
     h(
       'ul',
       {},
-      entry('Relationships picture', `#/designs/${design.id}/relationships`, false),
+      entry('Relationships graph', `#/designs/${design.id}/relationships`, false),
       entry('Report', `#/designs/${design.id}/report`, current === 'report'),
     ),
   );

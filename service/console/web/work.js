@@ -3,7 +3,6 @@ import {get, getText, post, segment} from './api.js';
 import {announce, announceWork} from './dom.js';
 import {subscribe} from './live.js';
 
-const kPolling = 10; // seconds after the last poll in which the plug-in counts as connected
 const kLook = 2000; // ms between looks when no event arrives
 
 /** Seconds that the plug-in waits for a file to be active. */
@@ -15,12 +14,9 @@ export const kCommands = {
   GET_CLIPBOARD: 'Get the clipboard',
   GET_CLIPBOARD_FORMATS: 'List clipboard formats',
   SET_CLIPBOARD: 'Set the clipboard',
-  DEBUG_CONTEXT: 'Report the context',
+  DEBUG_CONTEXT: 'Get a context report',
   GET_SCHEMA: 'Get a design',
 };
-
-/** Whether the plug-in is connected, by the status of the service. */
-export const isConnected = ({secondsSincePoll}) => secondsSincePoll !== null && secondsSincePoll <= kPolling;
 
 export const commandName = (type) => kCommands[type] ?? type;
 export const isOpen = (command) => command.state === 'queued' || command.state === 'delivered';
@@ -82,7 +78,7 @@ export function reasonOf(command) {
     if (command.error) return `It was forgotten, and FileMaker could not carry it out. ${reported(command)}`;
     return command.result
       ? 'It was forgotten, but FileMaker has carried it out.'
-      : 'Nobody waits for it any longer. FileMaker may still carry it out.';
+      : 'Varnix no longer waits for this command. FileMaker may still carry it out.';
   }
   if (command.state === 'cancelled') return 'The command was cancelled.';
   return '';

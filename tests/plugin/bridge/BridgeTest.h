@@ -17,7 +17,7 @@
 
 using Texts = std::vector<std::string>;
 
-/// Each of `texts` with a line end, as rows of tables have them.
+/// Each of `texts` with a line ending, as rows of tables have them.
 inline std::string Lines(const Texts& texts) {
   std::string lines;
   for (const auto& text : texts) lines += text + '\n';
@@ -72,7 +72,7 @@ class BridgeTest : public FolderTest {
   Texts Step(int level = 0);
   /// Lets a poll become due, and takes a step in which it receives the command `id` with further JSON `members`.
   void Poll(const std::string& type, const std::string& members = "", const std::string& id = "c1");
-  /// Polls likewise, then takes the step that carries out the command; returns its effects.
+  /// Polls in the same way, then takes the step that carries out the command; returns its effects.
   Texts CarryOut(const std::string& type, const std::string& members = "", const std::string& id = "c1");
 
   /// The pending schema request: "c1 Sales armed", "c1 Sales started", or "".

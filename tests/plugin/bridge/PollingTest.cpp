@@ -76,7 +76,7 @@ TEST_F(Polling, ACommandThatArrivesDuringAnIdleCallIsNeitherLostNorOverwritten) 
   }
 }
 
-TEST_F(Polling, TheStepsOfACallComeInOrderAndAHandledOneEndsIt) {
+TEST_F(Polling, TakesTheStepsInOrderAndEndsAfterTheFirstThatActs) {
   g_registeredFileName.clear();
   CarryOut("GET_SCHEMA", R"(,"fileName":"Sales")");
   Poll("T", "", "c2");

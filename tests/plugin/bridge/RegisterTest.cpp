@@ -56,7 +56,7 @@ TEST_F(Register, ASuccessSignsInAndIsStoredAndAFailureLeavesTheEarlierInForce) {
   EXPECT_TRUE(g_registered && jobs.empty());
 }
 
-TEST_F(Register, OneWithinAnEvaluationIsNotUndoneByItsResult) {
+TEST_F(Register, AnEvaluationDoesNotUndoASignInThatItLetIn) {
   Activate("Contacts");
   SignInMeanwhile();
   Call({"E1", "K1", "M1", "http://s"});

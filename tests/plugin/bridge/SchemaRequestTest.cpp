@@ -20,7 +20,7 @@ class SchemaRequest : public BridgeTest {
   }
 };
 
-TEST_F(SchemaRequest, IsForTheNamedFileElseTheRegisteredOneElseItFails) {
+TEST_F(SchemaRequest, IsForTheNamedFileOrTheRegisteredOneOrFails) {
   Ask("Sales");
   Ask("", "c2");
   EXPECT_EQ(SchemaRequestState(), "c2 Registered armed") << "the later request replaces the earlier one";

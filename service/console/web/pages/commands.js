@@ -91,18 +91,18 @@ export function openState(command) {
 
 async function cancel(command) {
   await post(`commands/${segment(command.id)}/cancel`);
-  announce('The command is cancelled');
+  announce('Command cancelled');
 }
 
 async function forget(command) {
   const isSure = await confirmed(
     'Forget this command?',
-    'Nobody waits for it any longer. FileMaker may still carry it out, because what it has taken cannot be called back.',
+    'Varnix will stop waiting for it. FileMaker may still carry it out: a fetched command cannot be recalled.',
     'Forget the command',
   );
   if (!isSure) return;
   await post(`commands/${segment(command.id)}/forget`);
-  announce('The command is forgotten. FileMaker may still carry it out.');
+  announce('Command forgotten. FileMaker may still carry it out.');
 }
 
 /** The button that withdraws an open command. */

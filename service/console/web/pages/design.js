@@ -46,10 +46,7 @@ export function show(page) {
       page.heading.textContent = fileTitle(design.fileName);
       const elements = index.elements.filter((element) => element.kind === kind);
       if (!elements.length)
-        return empty(
-          'There is nothing of this kind',
-          h('p', {}, `This design has no ${kindPlural(kind).toLowerCase()}.`),
-        );
+        return empty(`This design has no ${kindPlural(kind).toLowerCase()}`);
       const table = list({
         page,
         label: kindPlural(kind),

@@ -1,4 +1,4 @@
-// The relationships of a design as a picture, and as a list for those who prefer one.
+// The relationships graph of a design, and the same as a list.
 import {get, segment} from '../api.js';
 import {elementAddress, findDesign} from '../data.js';
 import {button, empty, h} from '../dom.js';

@@ -100,7 +100,7 @@ export function show(page) {
         ),
         section(
           'Scripts with full access',
-          'They run with all privileges, whoever starts them.',
+          'They run with all privileges, no matter who starts them.',
           elementTable(
             page,
             'full-',

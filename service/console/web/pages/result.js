@@ -33,7 +33,7 @@ const asList = (label) => (text) =>
         {class: 'plain-list', 'aria-label': label},
         lines(text).map((line) => h('li', {}, line)),
       )
-    : h('p', {class: 'hint'}, 'Nothing there.');
+    : h('p', {class: 'hint'}, 'The list is empty.');
 
 function asTable(text) {
   let values;

@@ -1,4 +1,4 @@
-// One box over all designs and clips, with results as one types.
+// One box over all designs and clips, with results while you type.
 import {get, query, segment} from '../api.js';
 import {designs, elementAddress, groupBy} from '../data.js';
 import {amount, empty, field, h, select, settled} from '../dom.js';

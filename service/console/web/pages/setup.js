@@ -4,7 +4,7 @@ import {announce, button, copy, field, h, table} from '../dom.js';
 import {designs} from '../data.js';
 import {duration, fileTitle, when} from '../format.js';
 import {keepingFocus} from '../page.js';
-import {isConnected, placed, requestDesign, resultOf} from '../work.js';
+import {placed, requestDesign, resultOf} from '../work.js';
 
 const kLook = 5000; // ms
 
@@ -33,7 +33,7 @@ function connection(setup, status) {
     {class: 'facts-list', 'aria-label': 'Connection'},
     row(
       'Plug-in',
-      isConnected(status)
+      status.connected
         ? [h('span', {class: 'state completed'}, 'connected'), status.pluginVersion && ` ${status.pluginVersion}`]
         : h('span', {class: 'state queued'}, status.secondsSincePoll === null ? 'never connected' : 'not connected'),
     ),
@@ -55,7 +55,7 @@ function signIn(setup, status) {
     class: 'mono',
     onfocus: (event) => event.target.select(),
   });
-  const isDone = isConnected(status);
+  const isDone = status.connected;
   return step(
     '1',
     'Connect FileMaker',
@@ -109,7 +109,7 @@ async function check(page, update) {
       });
       update();
     }
-    announce(files.length ? 'The files are checked' : 'No file is open in FileMaker');
+    announce(files.length ? 'All files checked' : 'No file is open in FileMaker');
   } finally {
     isChecking = false;
     for (const [name, state] of checks) if (state.isPending) checks.delete(name);
@@ -199,11 +199,11 @@ export function show(page) {
     const newest = new Map(data.newest);
     facts.replaceChildren(connection(setup, status));
     // Buttons at work stay as long as nothing that the steps show has changed.
-    const print = JSON.stringify([setup, isConnected(status), isChecking, [...checks], [...newest]]);
+    const print = JSON.stringify([setup, status.connected, isChecking, [...checks], [...newest]]);
     if (print === shown) return;
     shown = print;
     keepingFocus(steps, () =>
-      steps.replaceChildren(signIn(setup, status), livePush(), fileCheck(page, newest, update, isConnected(status))),
+      steps.replaceChildren(signIn(setup, status), livePush(), fileCheck(page, newest, update, status.connected)),
     );
   };
   const refresh = page.watch({
