@@ -63,11 +63,21 @@ Found Mirror() {
   return Found::kNothingToDo;
 }
 
-Found Prepare(const std::string& text, bool isDue) {
+// True if the clipboard holds `text` as FileMaker objects, too.
+bool IsPasteable(const std::string& text, const std::vector<std::string>& types) {
+  std::string type, xml, error;
+  return IncludeFileMakerType(types) && ProbeFileMakerClipboardXML(type, xml, error) && xml == text;
+}
+
+Found Prepare(const std::string& text, const std::vector<std::string>& types, bool isDue) {
   const std::size_t hash = HashOf(text);
   if (hash == g_lastPreparedClipboardHash) return Found::kNothingToDo;
+  if (!isDue) return Found::kUnprepared;
+  // Objects that were written as a certain kind, such as a script with its steps, would become those of the guessed
+  // kind.
+  if (IsPasteable(text, types)) return Found::kNothingToDo;
   std::string error;
-  if (!isDue || !Clipboard::SetXML(DetectXmlClipboardType(text), text, error)) return Found::kUnprepared;
+  if (!Clipboard::SetXML(DetectXmlClipboardType(text), text, error)) return Found::kUnprepared;
   g_lastPreparedClipboardHash = hash;
   return Found::kNothingToDo;
 }
@@ -77,7 +87,7 @@ Found Look(const std::vector<std::string>& types, bool prepareIsDue) {
   if (std::find(types.begin(), types.end(), kRemoteClipboard) != types.end()) return Found::kNothingToDo;
   std::string text, error;
   Clipboard::GetText(text, error);
-  if (HoldsSnippet(text)) return Prepare(text, prepareIsDue);
+  if (HoldsSnippet(text)) return Prepare(text, types, prepareIsDue);
   // A probe asks every item for every name, and each file copied in the Finder is an item.
   if (IncludeFileMakerType(types)) return Mirror();
   return text.empty() ? Found::kIncomplete : Found::kNothingToDo;

@@ -195,6 +195,15 @@ TEST_F(ClipboardTest, IdlePreparesEachTextOnceAtMostEveryHalfSecond) {
   ExpectXml("XMFD", "<fmxmlsnippet><Field/></fmxmlsnippet>");
 }
 
+TEST_F(ClipboardTest, IdleLeavesObjectsTheKindThatTheyWereWrittenAs) {
+  EXPECT_EQ(CallHandler(Do_SetXMLClipboard, {"XMSC", kSnippet}), "OK");
+  Idle(20);
+  ExpectXml("XMSC", kSnippet);
+  EXPECT_EQ(fake.writes, 1);
+  IdleAfter(kCopiedText);
+  ExpectXml("XMSS", kSnippet);
+}
+
 TEST_F(ClipboardTest, IdleMirrorsFileMakersOwnFlavourUnderEveryName) {
   now = 100;  // preparation is not due
   IdleAfter({{"Mac-XMTB", "\x40\0\0\0<fmxmlsnippet><BaseTable/></fmxmlsnippet>"s}, {"picture", "p"}});
