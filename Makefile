@@ -33,7 +33,7 @@ test-sanitizers:
 	ctest --test-dir $(BUILD)/thread --output-on-failure -L thread
 
 ## check            format, lint, include directions, file and function length, and the units for macOS; LINT=no skips
-##                  clang-tidy, which takes minutes; LINT=daily has it check a quarter of the units, another one each day
+##                  clang-tidy, which takes minutes
 check:
 	scripts/install-packages.sh plugin service simulator test check
 	cmake --preset release -B $(BUILD)/check -DCMAKE_UNITY_BUILD=OFF > /dev/null

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # check.sh BUILD [LINT]: checks what compiler and tests do not. BUILD is a build directory, configured to compile each
-# source on its own. LINT "no" skips clang-tidy, which takes longer than all the rest; "daily" has it check a quarter of
-# the units, another one each day. Prints the findings, and fails if there are any.
+# source on its own. LINT "no" skips clang-tidy, which takes longer than all the rest. Prints the findings, and fails if
+# there are any.
 set -uo pipefail
 cd "$(dirname "$0")/.." || exit
 git ls-files --error-unmatch Makefile > /dev/null || exit  # without git nothing would be found
@@ -67,10 +67,8 @@ units_to_lint() {
     grep -E "^$PWD/(plugin|sim|service|solution|text)/" | grep -v '_mac\.cpp$'
 }
 
-one_in_four() { awk -v day=$(($(date -u +%s) / 86400)) '(NR + day) % 4 == 0'; }
-
 tidy_findings() {
-  units_to_lint | if [ "$lint" = daily ]; then one_in_four; else cat; fi |
+  units_to_lint |
     xargs -P "$(getconf _NPROCESSORS_ONLN)" -I '{}' clang-tidy -p "$build" --quiet '{}' 2>/dev/null
 }
 
@@ -114,7 +112,6 @@ report "units for macOS" < <(mac_findings)
 if [ "$lint" = no ]; then
   echo "NOT CHECKED: clang-tidy's rules, because of LINT=no"
 else
-  [ "$lint" != daily ] || echo "NOT CHECKED: clang-tidy's rules for three quarters of the units, because of LINT=daily"
   report "clang-tidy" < <(tidy_findings)
 fi
 exit $failed
