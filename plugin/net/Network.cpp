@@ -64,13 +64,13 @@ bool SendRequest(Request request, std::string& response, std::string& error) {
   return outcome->status < 400;
 }
 
-bool PostBody(const std::string& url, std::string contentType, std::string body, std::string& response,
-              std::string& error) {
+bool PostBody(const std::string& url, std::string contentType, std::string body, std::size_t answerLimit,
+              std::string& response, std::string& error) {
   return SendRequest({.url = url,
                       .method = "POST",
                       .headers = {{"Content-Type", std::move(contentType)}},
                       .body = std::move(body),
-                      .answerLimit = kLongAnswer},
+                      .answerLimit = answerLimit},
                      response, error);
 }
 
@@ -110,7 +110,7 @@ bool Get(const std::string& url, std::string& response, std::string& error, std:
 bool PostFile(const std::string& url, const std::string& filePath, std::string& response, std::string& error) {
   std::string body;
   if (!CheckURL(url, error) || !ReadAppending(filePath, body, error)) return false;
-  return PostBody(url, "application/octet-stream", std::move(body), response, error);
+  return PostBody(url, "application/octet-stream", std::move(body), kShortAnswer, response, error);
 }
 
 bool PostMultipart(const std::string& url, const std::string& accountKey, const std::string& filename,
@@ -122,7 +122,7 @@ bool PostMultipart(const std::string& url, const std::string& accountKey, const 
           "\"\r\nContent-Type: application/xml\r\n\r\n";
   if (!ReadAppending(filePath, body, error)) return false;
   body += "\r\n--" + boundary + "--\r\n";
-  return PostBody(url, "multipart/form-data; boundary=" + boundary, std::move(body), response, error);
+  return PostBody(url, "multipart/form-data; boundary=" + boundary, std::move(body), kLongAnswer, response, error);
 }
 
 }  // namespace Network

@@ -62,7 +62,7 @@ bool Network::IsURL(const std::string& text) { return text.find(' ') == text.npo
 void Network::StartTransfer(Request request, std::function<void(Outcome)> completion) {
   BridgeTest& test = *BridgeTest::current;
   const std::string path = request.url.substr(request.url.find('/', 8));
-  const bool isLong = path.starts_with(kPoll) || path.starts_with("/api/live/") || path.find("/api/") == path.npos;
+  const bool isLong = path.starts_with(kPoll) || path.find("/api/") == path.npos;
   EXPECT_EQ(request.answerLimit, isLong ? 512u << 20 : 1u << 20) << request.url;
   test.requests.push_back(request);
   if (!path.starts_with(kPoll)) test.effects.push_back(request.method + (" " + request.url + " ") + request.body);
