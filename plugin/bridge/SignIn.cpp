@@ -24,10 +24,16 @@ void Use(Account account) {
   g_registered = true;
 }
 
+// At no point is a key stored with the URL of another service: FileMaker may be killed between two writes.
+void Store(const Account& account) {
+  if (OrDefault(Prefs::LoadBaseUrl()) != account.baseUrl) Prefs::SaveLicenseKey("");
+  Prefs::SaveBaseUrl(account.baseUrl);
+  Prefs::SaveLicenseKey(account.licenseKey);
+}
+
 void SignIn(const Account& account, const fmx::ExprEnv& env) {
   Use(account);
-  Prefs::SaveLicenseKey(g_licenseKey);
-  Prefs::SaveBaseUrl(g_baseUrl);
+  Store(account);
   const std::string fileName = EvalCalc(&env, "Get(FileName)");
   // During the evaluation there may have been another sign-in, from another file.
   if (!fileName.empty() && CurrentAccount() == account) g_registeredFileName = fileName;

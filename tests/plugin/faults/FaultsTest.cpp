@@ -7,6 +7,7 @@
 
 #include "core/FunctionTable.h"
 #include "core/HostText.h"
+#include "core/Prefs.h"
 #include "net/VersionCheck.h"
 #include "plugin/bridge/BridgeTest.h"
 #include "plugin/faults/Allocations.h"
@@ -40,8 +41,8 @@ class Surroundings : public BridgeTest {
     for (int call = 0; call < 5; ++call, now += 40'000) Step();
     const Texts sent = CarryOut("other", "", "c2");
     ASSERT_EQ(sent.size(), 1u);
-    const std::string account = g_licenseKey + " at " + g_baseUrl;
-    EXPECT_TRUE(account == "K1 at http://s" || account == kNewKey + " at " + kNewUrl) << account;
+    ExpectKeyOfItsService(g_licenseKey, g_baseUrl);
+    if (!Prefs::LoadLicenseKey().empty()) ExpectKeyOfItsService(Prefs::LoadLicenseKey(), Prefs::LoadBaseUrl());
     EXPECT_TRUE(sent[0].starts_with("POST " + g_baseUrl + "/api/bridge/command/c2/complete ")) << sent[0];
     EXPECT_FALSE(g_pollInFlight || g_versionCheckInFlight || g_hasPendingCmd);
     EXPECT_EQ(wrapper::LiveObjects(), Texts());
@@ -56,6 +57,10 @@ class Surroundings : public BridgeTest {
   bool isHandedOver = false;  ///< the file was passed to a live push
 
  private:
+  static void ExpectKeyOfItsService(const std::string& key, const std::string& url) {
+    const std::string account = key + " at " + url;
+    EXPECT_TRUE(account == "K1 at http://s" || account == kNewKey + " at " + kNewUrl) << account;
+  }
   void TestBody() override {}
 };
 
@@ -91,6 +96,11 @@ const std::map<std::string, void (*)(Surroundings& surroundings)> kPreparations 
      [](Surroundings& s) {
        s.CarryOut("GET_SCHEMA", R"(,"fileName":"Contacts")");
        s.now += 30'001;
+     }},
+    {"Varnix.Register",
+     [](Surroundings&) {
+       Prefs::SaveLicenseKey("K1");
+       Prefs::SaveBaseUrl("http://s");
      }},
     {"Varnix.PushScript",
      [](Surroundings& s) {
