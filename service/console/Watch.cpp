@@ -1,8 +1,6 @@
 #include "console/Watch.h"
 
-#include <system_error>
-
-#include "designs/DesignStore.h"
+#include <exception>
 
 namespace service {
 namespace {
@@ -39,17 +37,8 @@ void Watch::Look() {
   if (hasPlugin != hasPlugin_) context_.events.Fire(Topic::kStatus);
   hasPlugin_ = hasPlugin;
   context_.store.Expire();
-  LookAtIndex();
+  if (context_.store.OthersHaveWritten()) context_.events.Fire(Topic::kDesigns);  // a label
   DeleteWhatIsOld();
-}
-
-// The last connection to close moves the write-ahead log into this file.
-void Watch::LookAtIndex() {
-  std::error_code missing;
-  const auto time = std::filesystem::last_write_time(DesignStore::PathIn(context_.store.Folder()), missing);
-  if (missing || time == indexTime_) return;
-  indexTime_ = time;
-  context_.events.Fire(Topic::kDesigns);
 }
 
 void Watch::DeleteWhatIsOld() {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <condition_variable>
-#include <filesystem>
 #include <mutex>
 #include <thread>
 
@@ -22,12 +21,10 @@ class Watch {
  private:
   void Run();
   void Look();
-  void LookAtIndex();
   void DeleteWhatIsOld();
 
   Context& context_;
   bool hasPlugin_ = false;
-  std::filesystem::file_time_type indexTime_;
   std::int64_t nextDeletion_ = 0;  ///< by the store's clock
   std::mutex mutex_;
   std::condition_variable ended_;

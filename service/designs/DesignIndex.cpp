@@ -1,6 +1,8 @@
 // Adds received designs to the index.
 #include <algorithm>
+#include <iterator>
 #include <mutex>
+#include <tuple>
 
 #include "design/DesignReader.h"
 #include "design/Names.h"
@@ -50,8 +52,11 @@ void RemoveUnusedTexts(Database& index) {
   index.Execute("DELETE FROM texts WHERE number NOT IN (SELECT text FROM elements)");
 }
 
-bool Exists(Database& database, const char* sql, std::int64_t number) {
-  return Statement(database, sql, number).Step();
+template <class Origin>
+std::vector<Origin> Without(const std::vector<Origin>& all, const std::vector<Origin>& others) {
+  std::vector<Origin> left;
+  std::set_difference(all.begin(), all.end(), others.begin(), others.end(), std::back_inserter(left));
+  return left;
 }
 
 }  // namespace
@@ -62,8 +67,18 @@ bool LooksLikeExport(std::string_view content) {
   return head.find("<FMSaveAsXML") != std::string::npos;
 }
 
+// What identifies a record, even in a database that was replaced by an older copy, in which numbers are given again.
+struct DesignStore::Origin {
+  std::int64_t number = 0, time = 0, content = 0;
+  std::string hash;
+
+  bool operator<(const Origin& other) const {
+    return std::tie(number, time, content, hash) < std::tie(other.number, other.time, other.content, other.hash);
+  }
+};
+
 struct DesignStore::Received {
-  std::int64_t number = 0, content = 0, time = 0;
+  Origin origin;
   std::string kind, name, bytes;
 };
 
@@ -76,18 +91,35 @@ struct DesignStore::Entry {
   std::vector<IndexedElement> elements;
 };
 
-std::optional<DesignStore::Received> DesignStore::Next() {
-  std::int64_t last = 0;
-  Statement progress(index_, "SELECT record FROM progress");
-  if (progress.Step()) progress.Read(last);
+std::vector<DesignStore::Origin> DesignStore::Origins(Database& database, const char* sql) {
+  std::vector<Origin> origins;
+  Statement rows(database, sql);
+  while (rows.Step()) {
+    Origin& origin = origins.emplace_back();
+    rows.Read(origin.number, origin.time, origin.content, origin.hash);
+  }
+  return origins;
+}
+
+std::vector<DesignStore::Origin> DesignStore::Seen() {
+  return Origins(index_, "SELECT record, received, content, hash FROM seen ORDER BY record");
+}
+
+std::vector<DesignStore::Origin> DesignStore::Present() {
+  return Origins(
+      received_,
+      "SELECT records.number, received, content, hash FROM records JOIN contents ON contents.number = content"
+      " WHERE kind IN ('ingest', 'snapshot', 'upload') ORDER BY records.number");
+}
+
+std::optional<DesignStore::Received> DesignStore::Load(const Origin& origin) {
   Statement row(received_,
-                "SELECT records.number, content, received, kind, name, bytes FROM records JOIN contents"
-                " ON contents.number = content WHERE records.number > ?1 AND kind IN ('ingest', 'snapshot', 'upload')"
-                " ORDER BY records.number LIMIT 1",
-                last);
+                "SELECT kind, name, bytes FROM records JOIN contents ON contents.number = content"
+                " WHERE records.number = ?1",
+                origin.number);
   if (!row.Step()) return std::nullopt;
-  Received received;
-  row.Read(received.number, received.content, received.time, received.kind, received.name, received.bytes);
+  Received received{origin, {}, {}, {}};
+  row.Read(received.kind, received.name, received.bytes);
   return received;
 }
 
@@ -96,7 +128,7 @@ DesignStore::Entry DesignStore::Examine(Received& received, const Begin& begin, 
   entry.isDesign = received.kind != "upload" || LooksLikeExport(received.bytes);
   if (!entry.isDesign) return entry;
   Statement known(index_, "SELECT file_uuid, file_name, version, problem FROM designs WHERE content = ?1 LIMIT 1",
-                  received.content);
+                  received.origin.content);
   entry.isKnown = known.Step();
   if (entry.isKnown) {
     known.Read(entry.fileUuid, entry.fileName, entry.version, entry.problem);
@@ -120,27 +152,30 @@ DesignStore::Entry DesignStore::Examine(Received& received, const Begin& begin, 
 
 void DesignStore::Keep(const Received& received, std::int64_t bytes, const Entry& entry) {
   Transaction transaction(index_);
-  Statement(index_, "UPDATE progress SET record = ?1 WHERE record < ?1", received.number).Step();
+  Statement(index_, "INSERT OR IGNORE INTO seen (record, received, content, hash) VALUES (?1, ?2, ?3, ?4)",
+            received.origin.number, received.origin.time, received.origin.content, Blob{received.origin.hash})
+      .Step();
   if (sqlite3_changes(index_.handle()) == 0) return;  // another program was faster
   // A design that was received again without a change in between is not new.
   const bool isNews =
       entry.isDesign && !Statement(index_,
                                    "SELECT 1 FROM (SELECT content FROM designs WHERE file_uuid = ?1 AND file_name = ?2"
-                                   " ORDER BY id DESC LIMIT 1) WHERE content = ?3",
-                                   entry.fileUuid, entry.fileName, received.content)
+                                   " AND id < ?4 ORDER BY id DESC LIMIT 1) WHERE content = ?3",
+                                   entry.fileUuid, entry.fileName, received.origin.content, received.origin.number)
                              .Step();
   if (isNews) {
-    const bool isIndexed = Exists(index_, "SELECT 1 FROM designs WHERE content = ?1", received.content);
+    const bool isIndexed =
+        Statement(index_, "SELECT 1 FROM designs WHERE content = ?1", received.origin.content).Step();
     Statement(index_,
               "INSERT INTO designs (id, content, received, file_uuid, file_name, folded_name, version, bytes, problem)"
               " VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)",
-              received.number, received.content, received.time, entry.fileUuid, entry.fileName,
+              received.origin.number, received.origin.content, received.origin.time, entry.fileUuid, entry.fileName,
               FoldedName(entry.fileName), entry.version, bytes, entry.problem)
         .Step();
     for (const auto& element : entry.elements) {
       if (isIndexed) break;
       Statement(index_, "INSERT INTO elements (content, text, kind, uuid, name) VALUES (?1, ?2, ?3, ?4, ?5)",
-                received.content, KeepText(index_, element.text), element.kind, element.uuid, element.name)
+                received.origin.content, KeepText(index_, element.text), element.kind, element.uuid, element.name)
           .Step();
     }
   }
@@ -151,29 +186,33 @@ void DesignStore::CatchUp(const std::atomic<bool>& stop, const Begin& begin) {
   // One thread at a time. Otherwise several threads would read and index the same export.
   static std::mutex turn;
   const std::lock_guard lock(turn);
-  ForgetPruned();
-  while (!stop) {
-    auto next = Next();
-    if (!next) return;
-    const auto bytes = static_cast<std::int64_t>(next->bytes.size());
-    const Entry entry = Examine(*next, begin, stop);
-    if (!stop) Keep(*next, bytes, entry);
+  for (;;) {
+    const auto seen = Seen();  // first: what another program adds meanwhile is not gone
+    const auto present = Present();
+    Forget(Without(seen, present));
+    const auto pending = Without(present, Seen());
+    if (pending.empty()) return;
+    for (const Origin& origin : pending) {
+      auto received = Load(origin);
+      if (!received) continue;
+      const auto bytes = static_cast<std::int64_t>(received->bytes.size());
+      const Entry entry = Examine(*received, begin, stop);
+      if (stop) return;
+      Keep(*received, bytes, entry);
+    }
   }
 }
 
-void DesignStore::ForgetPruned() {
-  std::vector<std::int64_t> gone;
-  {
-    Statement rows(index_, "SELECT id FROM designs");
-    while (rows.Step()) {
-      std::int64_t id = 0;
-      rows.Read(id);
-      if (!Exists(received_, "SELECT 1 FROM records WHERE number = ?1", id)) gone.push_back(id);
-    }
-  }
+void DesignStore::Forget(const std::vector<Origin>& gone) {
   if (gone.empty()) return;
   Transaction transaction(index_);
-  for (const std::int64_t id : gone) Statement(index_, "DELETE FROM designs WHERE id = ?1", id).Step();
+  for (const Origin& origin : gone) {
+    Statement(index_, "DELETE FROM seen WHERE record = ?1", origin.number).Step();
+    Statement(index_, "DELETE FROM designs WHERE id = ?1", origin.number).Step();
+    // The first of its repetitions may take its place.
+    Statement(index_, "DELETE FROM seen WHERE content = ?1 AND record NOT IN (SELECT id FROM designs)", origin.content)
+        .Step();
+  }
   index_.Execute("DELETE FROM elements WHERE content NOT IN (SELECT content FROM designs)");
   RemoveUnusedTexts(index_);
   transaction.Commit();

@@ -1,53 +1,21 @@
 #include "designs/DesignStore.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <stdexcept>
 
 #include "design/Names.h"
+#include "designs/IndexLayout.h"
 #include "designs/StoredText.h"
 #include "output/Search.h"
+#include "store/FolderLock.h"
+#include "store/Layout.h"
 #include "store/Store.h"
 
 namespace service {
 namespace {
 
-constexpr std::int64_t kVersion = 1;
 constexpr std::size_t kShortestIndexed = 3;  // characters
-
-constexpr char kTables[] = R"(
-  CREATE TABLE designs (
-    id INTEGER PRIMARY KEY,      -- the number of its record in the store
-    content INTEGER NOT NULL,    -- in the store
-    received INTEGER NOT NULL,   -- milliseconds since 1970
-    file_uuid TEXT NOT NULL,
-    file_name TEXT NOT NULL,
-    folded_name TEXT NOT NULL,   -- without ".fmp12"
-    version TEXT NOT NULL,
-    bytes INTEGER NOT NULL,
-    label TEXT,
-    note TEXT,
-    problem TEXT);
-  CREATE INDEX designs_by_content ON designs (content);
-  CREATE TABLE texts (           -- of elements; most are the same in many designs
-    number INTEGER PRIMARY KEY,
-    hash BLOB NOT NULL UNIQUE,
-    body BLOB NOT NULL);
-  CREATE TABLE elements (
-    content INTEGER NOT NULL,
-    text INTEGER NOT NULL REFERENCES texts (number),
-    kind TEXT NOT NULL,
-    uuid TEXT NOT NULL,
-    name TEXT NOT NULL);
-  CREATE INDEX elements_by_content ON elements (content);
-  CREATE INDEX elements_by_text ON elements (text);
-  CREATE VIRTUAL TABLE words USING fts5(body, content = '', tokenize = 'trigram');
-  CREATE TABLE progress (record INTEGER NOT NULL);
-  INSERT INTO progress VALUES (0);
-  PRAGMA user_version = 1)";
 
 std::size_t Characters(const std::string& text) {
   return static_cast<std::size_t>(
@@ -61,46 +29,36 @@ std::string AsPhrase(const std::string& text) {
   return phrase + '"';
 }
 
-std::string OpenedIn(const std::string& folder) {
+Database OpenReceived(const std::string& folder) {
   const std::string path = Store::PathIn(folder);
   if (!std::filesystem::exists(path)) throw std::runtime_error(folder + " has no designs: no service has used it yet");
-  return path;
-}
-
-std::int64_t VersionOf(Database& index) {
-  std::int64_t version = 0;
-  Statement row(index, "PRAGMA user_version");
-  if (row.Step()) row.Read(version);
-  return version;
-}
-
-Database OpenIndex(const std::string& folder) {
-  const std::string path = DesignStore::PathIn(folder);
-  const int descriptor = open(path.c_str(), O_CREAT | O_RDWR | O_CLOEXEC, 0600);  // for its owner only
-  if (descriptor >= 0) close(descriptor);
   Database database(path);
-  if (VersionOf(database) == kVersion) return database;  // without waiting for a writer
-  Transaction transaction(database);
-  const std::int64_t version = VersionOf(database);
-  if (version > kVersion) throw std::runtime_error(path + " was written by a newer version of this service");
-  if (version == 0) database.Execute(kTables);
-  transaction.Commit();
+  if (HasPresentLayout(database)) return database;
+  try {  // after an update, before the service was started again
+    const FolderLock lock(folder);
+    PrepareLayout(database);
+  } catch (const DatabaseInUse&) {
+    throw std::runtime_error(folder + " is in use by another version of the service: restart the service");
+  }
   return database;
 }
 
 constexpr char kSelect[] =
     "SELECT id, file_uuid, file_name, strftime('%Y-%m-%dT%H:%M:%fZ', received / 1000.0, 'unixepoch'), version, bytes,"
-    " label, note, problem FROM designs";
+    " problem FROM designs";
 
-StoredDesign ReadStored(const Statement& row) {
+StoredDesign ReadStored(const Statement& row, Database& received) {
   StoredDesign d;
-  row.Read(d.id, d.fileUuid, d.fileName, d.receivedAt, d.version, d.bytes, d.label, d.note, d.problem);
+  row.Read(d.id, d.fileUuid, d.fileName, d.receivedAt, d.version, d.bytes, d.problem);
+  Statement labels(received, "SELECT label, note FROM labels WHERE record = ?1", d.id);
+  if (labels.Step()) labels.Read(d.label, d.note);
   return d;
 }
 
 }  // namespace
 
-DesignStore::DesignStore(const std::string& folder) : received_(OpenedIn(folder)), index_(OpenIndex(folder)) {}
+DesignStore::DesignStore(const std::string& folder)
+    : received_(OpenReceived(folder)), index_(OpenIndex(PathIn(folder), received_)) {}
 
 std::string DesignStore::PathIn(const std::string& folder) {
   return (std::filesystem::path(folder) / "varnix-designs.db").string();
@@ -111,7 +69,7 @@ std::vector<StoredDesign> DesignStore::List(const std::string& file) {
   const std::string foldedName = FoldedName(file);
   Statement rows(index_, sql.c_str(), file, foldedName);
   std::vector<StoredDesign> designs;
-  while (rows.Step()) designs.push_back(ReadStored(rows));
+  while (rows.Step()) designs.push_back(ReadStored(rows, received_));
   return designs;
 }
 
@@ -119,7 +77,7 @@ std::optional<StoredDesign> DesignStore::Find(std::int64_t id) {
   const std::string sql = std::string(kSelect) + " WHERE id = ?1";
   Statement row(index_, sql.c_str(), id);
   if (!row.Step()) return std::nullopt;
-  return ReadStored(row);
+  return ReadStored(row, received_);
 }
 
 std::string DesignStore::Content(std::int64_t id) {
@@ -132,12 +90,17 @@ std::string DesignStore::Content(std::int64_t id) {
 
 bool DesignStore::Describe(std::int64_t id, const std::optional<std::string>& label,
                            const std::optional<std::string>& note) {
-  Statement(index_,
-            "UPDATE designs SET label = nullif(coalesce(?2, label), ''), note = nullif(coalesce(?3, note), '')"
-            " WHERE id = ?1",
+  if (!Find(id)) return false;
+  Transaction transaction(received_);
+  Statement(received_, "INSERT OR IGNORE INTO labels (record) SELECT number FROM records WHERE number = ?1", id).Step();
+  Statement(received_,
+            "UPDATE labels SET label = nullif(coalesce(?2, label), ''), note = nullif(coalesce(?3, note), '')"
+            " WHERE record = ?1",
             id, label, note)
       .Step();
-  return sqlite3_changes(index_.handle()) == 1;
+  const bool isKnown = sqlite3_changes(received_.handle()) == 1;
+  transaction.Commit();
+  return isKnown;
 }
 
 std::string DesignStore::TextOf(std::int64_t number) {

@@ -50,7 +50,8 @@ class DesignStore {
   /// Called with the name of a design before it is indexed.
   using Begin = std::function<void(const std::string& name)>;
 
-  /// Indexes the records received since the last call, oldest first, and removes designs that the store no longer has.
+  /// Indexes the records that the index does not know yet, oldest first, and removes designs that the store no longer
+  /// has. The numbers of records may now belong to others, because the database was replaced by an older copy.
   /// A design whose indexing was interrupted, by `stop` or by the end of the process, is indexed by the next call.
   void CatchUp(const std::atomic<bool>& stop, const Begin& begin = nullptr);
 
@@ -61,7 +62,8 @@ class DesignStore {
   /// The export verbatim. Empty when the store no longer has it.
   std::string Content(std::int64_t id);
 
-  /// Sets label and note where given; an empty text removes them. False when there is no such design.
+  /// Sets label and note where given; an empty text removes them. They are stored with the record, not in the index.
+  /// False when there is no such design.
   bool Describe(std::int64_t id, const std::optional<std::string>& label, const std::optional<std::string>& note);
 
   /// Calls `found` for every line that contains `text`, in any case, in all designs or in those of one file. Gives up
@@ -71,12 +73,16 @@ class DesignStore {
       const std::function<bool()>& isWanted = [] { return true; });
 
  private:
+  struct Origin;
+  static std::vector<Origin> Origins(Database& database, const char* sql);
+  std::vector<Origin> Seen();
+  std::vector<Origin> Present();
   struct Received;
-  std::optional<Received> Next();
+  std::optional<Received> Load(const Origin& origin);
   struct Entry;
   Entry Examine(Received& received, const Begin& begin, const std::atomic<bool>& stop);
   void Keep(const Received& received, std::int64_t bytes, const Entry& entry);
-  void ForgetPruned();
+  void Forget(const std::vector<Origin>& gone);
   std::string TextOf(std::int64_t number);
 
   Database received_;

@@ -6,7 +6,7 @@
 namespace service {
 namespace {
 
-constexpr std::int64_t kVersion = 3;
+constexpr std::int64_t kVersion = 4;
 
 constexpr char kTables[] = R"(
   CREATE TABLE commands (
@@ -52,6 +52,12 @@ constexpr char kLaterTables[] = R"(
     name TEXT PRIMARY KEY,
     value INTEGER NOT NULL))";
 
+constexpr char kLabels[] = R"(
+  CREATE TABLE labels (         -- of designs
+    record INTEGER PRIMARY KEY REFERENCES records (number) ON DELETE CASCADE,
+    label TEXT,
+    note TEXT))";
+
 // In version 1 each record had its own content, and commands could not be cancelled and did not expire.
 constexpr char kSetVersion1Aside[] = R"(
   DROP INDEX commands_by_state;
@@ -88,6 +94,8 @@ void CopyRecords(Database& database) {
 
 }  // namespace
 
+bool HasPresentLayout(Database& database) { return Version(database) == kVersion; }
+
 void PrepareLayout(Database& database) {
   const std::int64_t version = Version(database);
   if (version == kVersion) return;
@@ -96,14 +104,15 @@ void PrepareLayout(Database& database) {
   Transaction transaction(database);
   if (version == 1) database.Execute(kSetVersion1Aside);
   if (version < 2) database.Execute(kTables);
-  database.Execute(kLaterTables);
+  if (version < 3) database.Execute(kLaterTables);
   if (version == 1) {
     database.Execute(kCopyCommands);
     CopyRecords(database);
     database.Execute("DROP TABLE old_records; DROP TABLE old_commands");
   }
-  CreateClips(database);
-  database.Execute("PRAGMA user_version = 3");
+  if (version < 3) CreateClips(database);
+  database.Execute(kLabels);
+  database.Execute("PRAGMA user_version = 4");
   transaction.Commit();
 }
 

@@ -144,7 +144,9 @@ Store::Store(const std::string& folder, Clock clock)
       path_(PathIn(folder)),
       lock_(OpenIn(folder, [&] { return LockFolder(folder); })),
       database_(OpenIn(folder, [&] { return OpenDatabase(path_); })),
-      inode_(InodeOf(path_)) {}
+      inode_(InodeOf(path_)) {
+  OthersHaveWritten();
+}
 
 std::string Store::PathIn(const std::string& folder) { return (std::filesystem::path(folder) / kFileName).string(); }
 
@@ -152,6 +154,14 @@ std::string Store::Folder() const { return std::filesystem::path(path_).parent_p
 
 void Store::CheckFile() const {
   if (InodeOf(path_) != inode_) throw StoreGone(path_ + " was removed or replaced: start the service again");
+}
+
+bool Store::OthersHaveWritten() {
+  const std::lock_guard lock(mutex_);
+  Statement row(database_, "PRAGMA data_version");
+  const std::int64_t before = othersWrites_;
+  if (row.Step()) row.Read(othersWrites_);
+  return othersWrites_ != before;
 }
 
 void Store::ExpireCommands() {

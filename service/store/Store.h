@@ -208,6 +208,9 @@ class Store {
   /// Stores a session, and deletes all but the newest `most`.
   void KeepSession(const ConsoleSession& session, std::size_t most);
 
+  /// Whether something was written since the last call that was not written through this object: the label of a design.
+  bool OthersHaveWritten();
+
   /// The current time of the store's clock.
   std::int64_t Now() const { return clock_(); }
 
@@ -226,6 +229,7 @@ class Store {
   FolderLock lock_;
   Database database_;
   std::uint64_t inode_ = 0;
+  std::int64_t othersWrites_ = 0;  // changes when they do
 };
 
 }  // namespace service
