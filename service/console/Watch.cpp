@@ -2,6 +2,8 @@
 
 #include <exception>
 
+#include "store/Elapsed.h"
+
 namespace service {
 namespace {
 
@@ -43,8 +45,8 @@ void Watch::Look() {
 
 void Watch::DeleteWhatIsOld() {
   const std::int64_t now = context_.store.Now();
-  if (now < nextDeletion_) return;
-  nextDeletion_ = now + std::chrono::milliseconds(kDay).count();
+  if (IsWithin(lastDeletion_, std::chrono::milliseconds(kDay).count(), now)) return;
+  lastDeletion_ = now;
   const Retention retention = context_.store.GetRetention();
   if (!retention.days) return;
   const Pruned pruned = context_.store.Prune(*retention.days * kDay, retention.keep.value_or(0));

@@ -25,7 +25,7 @@ class Watch {
 
   Context& context_;
   bool hasPlugin_ = false;
-  std::int64_t nextDeletion_ = 0;  ///< by the store's clock
+  std::int64_t lastDeletion_ = 0;  ///< by the store's clock
   std::mutex mutex_;
   std::condition_variable ended_;
   bool end_ = false;

@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "store/Contents.h"
+#include "store/Elapsed.h"
 #include "store/Layout.h"
 #include "system/PrivateFile.h"
 
@@ -94,7 +95,7 @@ std::vector<const CommandType*> TypesAtWork(Database& database, std::int64_t now
     std::int64_t delivered = 0;
     rows.Read(name, delivered);
     const CommandType* type = FindCommandType(name);
-    if (type != nullptr && now - delivered < Milliseconds(type->takes)) types.push_back(type);
+    if (type != nullptr && IsWithin(delivered, Milliseconds(type->takes), now)) types.push_back(type);
   }
   return types;
 }

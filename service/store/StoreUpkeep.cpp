@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <thread>
 
+#include "store/Elapsed.h"
 #include "store/Layout.h"
 #include "store/Store.h"
 
@@ -41,8 +42,8 @@ Pruned Store::Prune(std::chrono::seconds age, std::int64_t keep) {
     Statement(database_,
               "DELETE FROM commands WHERE finished < ?1 AND id NOT IN (SELECT command FROM records"
               " WHERE command IS NOT NULL)"
-              " AND NOT (state = 'cancelled' AND records_before IS NOT NULL AND delivered > ?2)",
-              before, now - kLongestWork)
+              " AND NOT (state = 'cancelled' AND records_before IS NOT NULL AND delivered > ?2 AND delivered <= ?3)",
+              before, now - kLongestWork, now)
         .Step();
     pruned.commands = sqlite3_changes(database_.handle());
     transaction.Commit();
@@ -129,7 +130,7 @@ Deletion Store::DeleteCommand(const std::string& id) {
     }
     if (state == "queued" || state == "delivered") return Deletion::kNotFinished;
     const bool isForgotten = state == "cancelled" && recordsBefore;
-    if (isForgotten && clock_() - delivered < kLongestWork) return Deletion::kAnswerMayCome;
+    if (isForgotten && IsWithin(delivered, kLongestWork, clock_())) return Deletion::kAnswerMayCome;
     Statement(database_, "DELETE FROM records WHERE command = ?1 AND kind = 'diagnostic'", id).Step();
     Statement(database_, "UPDATE records SET command = NULL WHERE command = ?1", id).Step();
     Statement(database_, "DELETE FROM commands WHERE id = ?1", id).Step();

@@ -174,6 +174,11 @@ TEST_F(Storage, DeletesDailyWhatIsOlderThanItIsKept) {
   awaitLooks();
   EXPECT_EQ(store.Records({}, {}, 9).size(), 1u) << "the newest is kept";
   EXPECT_EQ(changes, 2);
+  store.SetRetention({2, {}});
+  awaitLooks();
+  EXPECT_EQ(store.Records({}, {}, 9).size(), 1u) << "a day has not passed";
+  now -= 5 * kDay;
+  await(0);
 }
 
 }  // namespace

@@ -95,6 +95,28 @@ TEST_F(StoreOverTime, DeliversOneCommandOfAKindAtATime) {
   EXPECT_EQ(Deliver(), second) << "it has no result";
 }
 
+TEST_F(StoreOverTime, TakesTimesInTheFutureForPastWhenTheClockIsSetBack) {
+  const auto lost = Queue("LIST_FILES"), next = Queue("LIST_FILES"), forgotten = Queue("GET_CLIPBOARD");
+  const auto another = Queue("GET_SCHEMA", {}, 1h);
+  EXPECT_EQ(Deliver(), lost);
+  EXPECT_EQ(Deliver(), forgotten);
+  EXPECT_EQ(Deliver(), another);
+  store_->Forget(forgotten);
+  store_->Forget(another);
+  EXPECT_EQ(Deliver(), "");
+  now_ -= 3'600'000;
+  EXPECT_EQ(Deliver(), next);
+  EXPECT_EQ(store_->DeleteCommand(forgotten), Deletion::kDeleted);
+  EXPECT_EQ(store_->DeleteCommand(another), Deletion::kDeleted);
+  const auto old = Queue("GET_SCHEMA");
+  now_ += 1;
+  EXPECT_EQ(Deliver(), old);
+  now_ -= 3'600'000;
+  store_->Forget(old);
+  now_ += 1;
+  EXPECT_EQ(store_->Prune(0s, 0).commands, 1) << "though the clock says that its answer may come";
+}
+
 TEST_F(StoreOverTime, CancelsAndExpiresOnlyWhatIsQueued) {
   const auto cancelled = Queue("LIST_FILES"), brief = Queue("GET_SCHEMA", {}, 5s), clipboard = Queue("GET_CLIPBOARD");
   const auto delivered = Queue("DEBUG_CONTEXT"), long_ = Queue("GET_CLIPBOARD_FORMATS", {}, 1h);
