@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "http/HttpError.h"
+#include "system/PrivateFile.h"
 
 namespace service {
 namespace {
@@ -39,11 +40,7 @@ AgentMode AgentModeNamed(const std::string& name) {
 void KeepAgentMode(const std::string& folder, AgentMode mode) {
   const auto* named =
       std::find_if(std::begin(kModes), std::end(kModes), [mode](auto& row) { return row.mode == mode; });
-  const std::string path = PathIn(folder), next = path + ".new";
-  std::ofstream file(next, std::ios::trunc);
-  file << named->name << '\n' << std::flush;
-  if (!file) throw std::runtime_error(next + " cannot be written");
-  std::filesystem::rename(next, path);
+  ReplaceFile(PathIn(folder), std::string(named->name) + '\n');
 }
 
 AgentMode KeptAgentMode(const std::string& folder) {

@@ -10,6 +10,10 @@ namespace service {
 /// FileMaker run commands. Accepts a path that does not exist yet.
 void CheckPrivate(const std::string& path);
 
+/// Writes the file, readable by this user only. However this ends, even by a kill or a power failure, the file then has
+/// its former content or all of `text`. One process at a time. Throws std::runtime_error.
+void ReplaceFile(const std::string& path, const std::string& text);
+
 /// The account key that is kept in the data folder; nothing when there is none.
 std::optional<std::string> ReadKey(const std::string& folder);
 
