@@ -18,7 +18,8 @@ const solution::ReferenceIndex& OpenedDesign::references() const {
 
 std::shared_ptr<DesignCache::Slot> DesignCache::Touch(std::int64_t id, std::int64_t bytes) {
   const std::lock_guard lock(mutex_);
-  const auto found = std::find_if(slots_.begin(), slots_.end(), [id](const auto& slot) { return slot->id == id; });
+  const auto isThis = [&](const auto& slot) { return slot->id == id && slot->bytes == bytes; };
+  const auto found = std::find_if(slots_.begin(), slots_.end(), isThis);
   if (found != slots_.end()) {
     slots_.splice(slots_.begin(), slots_, found);
     return slots_.front();
@@ -29,7 +30,10 @@ std::shared_ptr<DesignCache::Slot> DesignCache::Touch(std::int64_t id, std::int6
   slots_.push_front(slot);
   std::size_t count = 0;
   std::int64_t total = 0;
-  slots_.remove_if([&](const auto& kept) { return (total += kept->bytes) > kMostBytes || ++count > kMostDesigns; });
+  slots_.remove_if([&](const auto& kept) {
+    total += kept->bytes;
+    return ++count > 1 && (count > kMostDesigns || total > kMostBytes);
+  });
   return slot;
 }
 

@@ -29,7 +29,8 @@ class OpenedDesign {
   mutable std::optional<solution::ReferenceIndex> references_;
 };
 
-/// The most recently used designs by id, limited in number and in total size. Safe on any thread.
+/// The most recently used designs by id, limited in number and in total size; the last one is kept whatever its size.
+/// Safe on any thread.
 class DesignCache {
  public:
   using Read = std::function<std::unique_ptr<const solution::Design>()>;

@@ -54,9 +54,18 @@ TEST_F(DesignCacheTest, KeepsTheMostRecentlyUsedDesigns) {
   EXPECT_TRUE(IsRead(2));
 }
 
-TEST_F(DesignCacheTest, KeepsNoDesignThatTakesTooMuchMemory) {
-  EXPECT_TRUE(IsRead(1, kHuge));
-  EXPECT_TRUE(IsRead(1, kHuge));
+TEST_F(DesignCacheTest, KeepsOnlyTheNewestWhenItTakesAllTheMemory) {
+  EXPECT_TRUE(IsRead(1));
+  EXPECT_TRUE(IsRead(2, kHuge));
+  EXPECT_FALSE(IsRead(2, kHuge));
+  EXPECT_TRUE(IsRead(1));
+  EXPECT_TRUE(IsRead(2, kHuge));
+}
+
+TEST_F(DesignCacheTest, ReadsAnotherDesignWithTheSameId) {
+  EXPECT_TRUE(IsRead(1, kSmall));
+  EXPECT_TRUE(IsRead(1, kSmall + 1)) << "of a database that was replaced";
+  EXPECT_FALSE(IsRead(1, kSmall + 1));
 }
 
 TEST_F(DesignCacheTest, KeepsForgottenDesignsWhileTheyAreInUse) {
