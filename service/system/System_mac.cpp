@@ -65,7 +65,8 @@ Autostart DescribeAutostart(const std::vector<std::string>& command) {
           "<plist version=\"1.0\">\n<dict>\n  <key>Label</key>\n  " +
               Element(kLabel) + "  <key>ProgramArguments</key>\n  <array>\n" + words +
               "  </array>\n  <key>RunAtLoad</key>\n  <true/>\n  <key>KeepAlive</key>\n  <dict>\n"
-              "    <key>SuccessfulExit</key>\n    <false/>\n  </dict>\n  <key>StandardOutPath</key>\n  " +
+              "    <key>SuccessfulExit</key>\n    <false/>\n  </dict>\n  <key>ThrottleInterval</key>\n"
+              "  <integer>60</integer>\n  <key>StandardOutPath</key>\n  " +
               Element("/dev/null") + "  <key>StandardErrorPath</key>\n  " + Element(Library() + "Logs/Varnix.log") +
               "</dict>\n</plist>\n",
           {{"launchctl", "bootstrap", domain, path}},
