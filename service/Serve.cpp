@@ -102,9 +102,10 @@ ExitStatus RunServe(const Options& options) {
 
 // With the wrong key, or for a service that is not running, the line would be of no use.
 ExitStatus RunSignIn(const Options& options) {
-  Client(options).Get("/operator/status");
+  Client client(options);
+  client.Get("/operator/status");
   const Access access(options.key.empty() ? ReadKey(options.Folder()).value_or("") : options.key);
-  std::cout << access.SignInLine(options.url) << '\n';
+  std::cout << access.SignInLine(client.url()) << '\n';
   return kDone;
 }
 

@@ -29,6 +29,9 @@ class Client {
   /// Uses the given key; without one, for a service on this machine, the key in the data folder.
   explicit Client(const Options& options);
 
+  /// The service's address, without a slash at its end.
+  const std::string& url() const { return url_; }
+
   nlohmann::json Get(const std::string& path);
   nlohmann::json Post(const std::string& path, const nlohmann::json& message);
 

@@ -127,6 +127,8 @@ TEST_F(Subcommands, UseTheKeyInTheDataFolderThatServeMade) {
   EXPECT_EQ(service.Get("/operator/status").status, 401);
   const std::string atService = "--service=" + service.url();
   EXPECT_EQ(Run({"status", atService}).status, 0);
+  EXPECT_EQ("To sign in, evaluate in FileMaker:  " + Run({"sign-in", atService + '/'}).output,
+            service.signInLine() + '\n');
   EXPECT_EQ(Run({"status", atService, "--key=other"}).errors, "varnix-service: the account key is wrong\n");
   unsetenv("VARNIX_DATA");
   setenv("XDG_DATA_HOME", folder_.c_str(), 1);
