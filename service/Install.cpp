@@ -32,12 +32,19 @@ Words ServeCommand(const Options& options) {
   return command;
 }
 
+bool IsLoaded(const Autostart& autostart) {
+  return !autostart.isLoaded.empty() && RunProgram(autostart.isLoaded, Output::kDiscard).empty();
+}
+
+// launchd keeps a loaded service whose file is gone.
+bool IsInstalled(const Autostart& autostart) { return std::filesystem::exists(autostart.path) || IsLoaded(autostart); }
+
 // Returns why the service may still run; "" when it has ended. launchd ends it in the background, and refuses to load
 // it again before that.
 std::string Stop(const Autostart& autostart) {
   if (autostart.isLoaded.empty()) return RunProgram(autostart.stop);
   const auto limit = std::chrono::steady_clock::now() + kStopLimit;
-  while (RunProgram(autostart.isLoaded, Output::kDiscard).empty()) {
+  while (IsLoaded(autostart)) {
     if (std::chrono::steady_clock::now() > limit) return "the system did not stop the service within 30 seconds";
     RunProgram(autostart.stop, Output::kDiscard);
     std::this_thread::sleep_for(kStopPause);
@@ -49,7 +56,7 @@ std::string Stop(const Autostart& autostart) {
 
 ExitStatus RunInstall(const Options& options) {
   const Autostart autostart = DescribeAutostart(ServeCommand(options));
-  if (std::filesystem::exists(autostart.path)) Stop(autostart);
+  if (IsInstalled(autostart)) Stop(autostart);
   Write(autostart.path, autostart.text);
   for (const Words& command : autostart.load) {
     if (const std::string failure = RunProgram(command); !failure.empty()) {
@@ -65,8 +72,10 @@ ExitStatus RunInstall(const Options& options) {
 
 ExitStatus RunUninstall(const Options& options) {
   const Autostart autostart = DescribeAutostart({});
-  if (!std::filesystem::exists(autostart.path)) throw std::runtime_error("the service is not installed");
-  if (const std::string failure = Stop(autostart); !failure.empty()) std::cerr << "varnix-service: " << failure << '\n';
+  if (!IsInstalled(autostart)) throw std::runtime_error("the service is not installed");
+  if (const std::string failure = Stop(autostart); !failure.empty()) {
+    throw std::runtime_error(failure + "; nothing was removed, so try again");
+  }
   std::filesystem::remove(autostart.path);
   std::cout << "The service no longer starts at login. Its data is kept in " << options.Folder() << ".\n";
   return kDone;

@@ -17,6 +17,10 @@ TEST_F(InstallTest, MakesTheSystemStartTheService) {
   MakeTool("systemctl", "exit 1");
   EXPECT_EQ(Run({"install"}).errors,
             "varnix-service: systemctl --user daemon-reload failed; " + unit + " stays for the next login\n");
+  EXPECT_EQ(Run({"uninstall"}).errors,
+            "varnix-service: systemctl --user disable --now varnix-service.service failed; nothing was removed, so try "
+            "again\n");
+  EXPECT_TRUE(std::filesystem::exists(unit));
 }
 
 }  // namespace

@@ -39,7 +39,13 @@ TEST_F(AgentTest, MakesTheSystemStartTheService) {
   const std::string target = domain + "/com.varnix.service\n";
   const std::string stop =
       "print " + target + "bootout " + target + "print " + target + "bootout " + target + "print " + target;
-  EXPECT_EQ(Calls(), load + stop + load + stop);
+  const std::string isLoaded = "print " + target;
+  EXPECT_EQ(Calls(), isLoaded + load + stop + load + stop + isLoaded);
+
+  EXPECT_EQ(Run({"install"}).status, 0);
+  std::filesystem::remove(agent);
+  EXPECT_EQ(Run({"uninstall"}).status, 0) << "launchd still has it";
+  EXPECT_FALSE(std::filesystem::exists(folder_ + "/loaded"));
   MakeTool("launchctl", "exit 1");
   EXPECT_EQ(Run({"install"}).errors, "varnix-service: launchctl bootstrap " + domain + ' ' + agent + " failed; " +
                                          agent + " stays for the next login\n");
