@@ -5,6 +5,7 @@
 #include <iostream>
 #include <thread>
 
+#include "ServeOptions.h"
 #include "Subcommands.h"
 #include "system/PrivateFile.h"
 #include "system/Program.h"
@@ -21,6 +22,17 @@ void Write(const std::string& path, const std::string& text) {
   std::ofstream file(path, std::ios::binary | std::ios::trunc);
   file << text << std::flush;
   if (!file) throw std::runtime_error(path + " cannot be written");
+}
+
+// Before anything is changed: the system would restart a service that cannot start again and again.
+void Check(const Options& options) {
+  CheckServeOptions(options);
+  const auto kept = ReadKey(options.Folder());
+  if (!options.key.empty() && options.key != kept) {
+    throw UsageError("the installed service does not see $VARNIX_KEY: write the key to " + options.Folder() +
+                     "/key, or unset the variable");
+  }
+  if (kept && !options.noKey) CheckSendable(*kept);
 }
 
 Words ServeCommand(const Options& options) {
@@ -55,6 +67,7 @@ std::string Stop(const Autostart& autostart) {
 }  // namespace
 
 ExitStatus RunInstall(const Options& options) {
+  Check(options);
   const Autostart autostart = DescribeAutostart(ServeCommand(options));
   if (IsInstalled(autostart)) Stop(autostart);
   Write(autostart.path, autostart.text);

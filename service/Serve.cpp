@@ -2,11 +2,11 @@
 #include <sys/stat.h>
 
 #include <csignal>
-#include <cstdlib>
 #include <ctime>
 #include <iostream>
 #include <mutex>
 
+#include "ServeOptions.h"
 #include "Subcommands.h"
 #include "client/Client.h"
 #include "console/Backup.h"
@@ -19,32 +19,11 @@
 namespace service {
 namespace {
 
-ListenAddress ParseListenAddress(const std::string& text) {
-  const auto colon = text.rfind(':');
-  const auto digits = text.find_first_not_of("0123456789", colon + 1);
-  if (colon == std::string::npos || colon == 0 || colon + 1 == text.size() || digits != std::string::npos ||
-      text.size() - colon > 6) {
-    throw UsageError("--listen takes ADDR:PORT, not " + text);
-  }
-  ListenAddress address{text.substr(0, colon), std::atoi(text.c_str() + colon + 1)};
-  if (address.host.front() == '[' && address.host.back() == ']') {
-    address.host = address.host.substr(1, address.host.size() - 2);
-  }
-  if (address.port > 65535) throw UsageError(std::to_string(address.port) + " is not a valid port: use 0 to 65535");
-  return address;
-}
-
 // Empty when the service needs none.
-std::string AccountKey(const Options& options, const ListenAddress& address) {
-  if (options.noKey) {
-    if (!options.key.empty()) throw UsageError("--no-key and a key cannot be combined");
-    if (!IsLoopback(address.host)) throw UsageError("to be reached from other machines, the service needs a key");
-    return {};
-  }
-  const std::string key = options.key.empty() ? ReadOrMakeKey(options.Folder()) : options.key;
-  if (!IsSendableKey(key)) {
-    throw UsageError("a key consists of letters, digits and - . _ ~, because it is sent in addresses unescaped");
-  }
+std::string AccountKey(const Options& options) {
+  if (options.noKey) return {};
+  std::string key = options.key.empty() ? ReadOrMakeKey(options.Folder()) : options.key;
+  CheckSendable(key);
   return key;
 }
 
@@ -71,13 +50,12 @@ void LogLine(const std::string& line) {
 }  // namespace
 
 ExitStatus RunServe(const Options& options) {
-  const auto address = ParseListenAddress(options.listen);
+  const auto address = CheckServeOptions(options);
   umask(077);  // what FileMaker sends is for its user only
   const sigset_t signals = BlockEndSignals();
-  if (options.noKey) AccountKey(options, address);  // refuses before a folder is created
   Store store(options.Folder());
   RemoveBackups(options.Folder());
-  const std::string key = AccountKey(options, address);
+  const std::string key = AccountKey(options);
   Context context{store, Access(key, address.host), BodyLimit(static_cast<std::size_t>(options.maxBody) << 20),
                   options.latestVersion.empty() ? VARNIX_VERSION : options.latestVersion, LogLine};
   store.Observe([&context](Topic topic) { context.events.Fire(topic); });

@@ -23,4 +23,31 @@ TEST_F(InstallTest, MakesTheSystemStartTheService) {
   EXPECT_TRUE(std::filesystem::exists(unit));
 }
 
+TEST_F(InstallTest, RefusesAServiceThatCouldNotStartOrHadAnotherKey) {
+  MakeTool("systemctl");
+  const std::string key = folder_ + "/key";
+  const auto install = [&](const std::vector<std::string>& options) {
+    std::vector<std::string> arguments{"install", "--data", folder_};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    const std::string errors = Run(arguments).errors;
+    return errors.substr(0, errors.find('\n'));
+  };
+  const std::string name = "varnix-service: ";
+  EXPECT_EQ(install({"--listen=nonsense"}), name + "--listen takes ADDR:PORT, not nonsense");
+  EXPECT_EQ(install({"--no-key", "--listen=0.0.0.0:0"}),
+            name + "to be reached from other machines, the service needs a key");
+  setenv("VARNIX_KEY", "K1", 1);
+  EXPECT_EQ(install({"--no-key"}), name + "--no-key and a key cannot be combined");
+  EXPECT_EQ(install({}), name + "the installed service does not see $VARNIX_KEY: write the key to " + key +
+                             ", or unset the variable");
+  EXPECT_EQ(Calls(), "");
+  EXPECT_FALSE(std::filesystem::exists(folder_ + "/systemd"));
+  std::ofstream(key) << "K1\n";
+  EXPECT_EQ(install({}), "");
+  unsetenv("VARNIX_KEY");
+  std::ofstream(key) << "a b\n";
+  EXPECT_EQ(install({}),
+            name + "a key consists of letters, digits and - . _ ~, because it is sent in addresses unescaped");
+}
+
 }  // namespace

@@ -14,7 +14,10 @@
 
 class InstallTest : public FolderTest {
  protected:
-  InstallTest() { setenv("PATH", (folder_ + ':' + path_).c_str(), 1); }
+  InstallTest() {
+    setenv("PATH", (folder_ + ':' + path_).c_str(), 1);
+    unsetenv("VARNIX_KEY");
+  }
   ~InstallTest() override { setenv("PATH", path_.c_str(), 1); }
 
   /// Replaces the system's tool `name` with one that records its arguments for Calls() and then runs `commands`.
