@@ -1,6 +1,7 @@
 // varnix-service serve.
 #include <sys/stat.h>
 
+#include <chrono>
 #include <csignal>
 #include <ctime>
 #include <iostream>
@@ -68,6 +69,7 @@ ExitStatus RunServe(const Options& options) {
     context.designs.Forget([&context](std::int64_t id) { return !context.store.FindRecord(id); });
     indexer.Wake();
   };
+  context.awaitIndex = [&indexer](std::chrono::milliseconds longest) { return indexer.Await(longest); };
   const Watch watch(context);
   const Server server(address, context);
   std::cout << context.url << "\nTo sign in, evaluate in FileMaker:  " << context.access.SignInLine(context.url)
@@ -75,6 +77,8 @@ ExitStatus RunServe(const Options& options) {
   int signal = 0;
   sigwait(&signals, &signal);
   pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);  // a second one does not wait for running requests
+  store.EndUpkeep();
+  indexer.Stop();
   return kDone;
 }
 

@@ -1,8 +1,9 @@
 // What is stored and for how long, single deletions, and backups.
+#include <chrono>
 #include <filesystem>
 
 #include "console/Backup.h"
-#include "designs/OpenDesign.h"
+#include "designs/DesignStore.h"
 #include "http/HttpError.h"
 #include "http/Message.h"
 #include "http/Parameters.h"
@@ -12,6 +13,7 @@ namespace service {
 namespace {
 
 constexpr std::int64_t kMostDays = 36500;
+constexpr std::chrono::minutes kLongestIndexing{1};
 constexpr char kDatabase[] = "varnix-service.db";  // these and the files that SQLite keeps next to them
 constexpr char kIndex[] = "varnix-designs.db";
 
@@ -70,7 +72,9 @@ Response DeleteDesign(Context& context, const Request& request) {
   constexpr char kUnknown[] = "no such design";
   const std::int64_t id = NumberIn(request, kUnknown);
   const auto repetitions = context.store.Repetitions(id);
-  DesignStore history = OpenHistory(context.store.Folder());  // has indexed all of them now
+  context.storeChanged();
+  if (!context.awaitIndex(kLongestIndexing)) throw HttpError(503, "designs are being indexed: try again later");
+  DesignStore history(context.store.Folder());
   if (!history.Find(id)) throw HttpError(404, kUnknown);
   for (const std::int64_t record : repetitions) {
     if (record != id && history.Find(record)) break;

@@ -47,6 +47,7 @@ void Watch::DeleteWhatIsOld() {
   const std::int64_t now = context_.store.Now();
   if (IsWithin(lastDeletion_, std::chrono::milliseconds(kDay).count(), now)) return;
   lastDeletion_ = now;
+  context_.store.GiveSpaceBack();
   const Retention retention = context_.store.GetRetention();
   if (!retention.days) return;
   const Pruned pruned = context_.store.Prune(*retention.days * kDay, retention.keep.value_or(0));

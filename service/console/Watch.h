@@ -11,7 +11,7 @@ namespace service {
 
 /// From construction to destruction, checks once a second, on its own thread, whether commands have expired, whether
 /// the plug-in has stopped or resumed asking for commands, and whether another program has labelled a design. At the
-/// start, and then once a day, deletes old data.
+/// start, and then once a day, deletes old data and returns the space of what was deleted to the disk.
 class Watch {
  public:
   /// `context` must outlive this.

@@ -78,8 +78,11 @@ struct DesignStore::Origin {
 };
 
 struct DesignStore::Received {
-  Origin origin;
   std::string kind, name, bytes;
+
+  bool IsDesign() const {
+    return kind == "ingest" || kind == "snapshot" || (kind == "upload" && LooksLikeExport(bytes));
+  }
 };
 
 // What is stored about one record, computed before anything is locked.
@@ -112,23 +115,31 @@ std::vector<DesignStore::Origin> DesignStore::Present() {
       " WHERE kind IN ('ingest', 'snapshot', 'upload') ORDER BY records.number");
 }
 
-std::optional<DesignStore::Received> DesignStore::Load(const Origin& origin) {
+std::optional<DesignStore::Received> DesignStore::Load(std::int64_t number) {
   Statement row(received_,
                 "SELECT kind, name, bytes FROM records JOIN contents ON contents.number = content"
                 " WHERE records.number = ?1",
-                origin.number);
+                number);
   if (!row.Step()) return std::nullopt;
-  Received received{origin, {}, {}, {}};
+  Received received;
   row.Read(received.kind, received.name, received.bytes);
   return received;
 }
 
-DesignStore::Entry DesignStore::Examine(Received& received, const Begin& begin, const std::atomic<bool>& stop) {
+bool DesignStore::Has(std::int64_t id) {
+  if (Find(id)) return true;
+  if (Statement(index_, "SELECT 1 FROM seen WHERE record = ?1", id).Step()) return false;
+  const auto received = Load(id);
+  return received && received->IsDesign();
+}
+
+DesignStore::Entry DesignStore::Examine(const Origin& origin, Received& received, const Begin& begin,
+                                        const std::atomic<bool>& stop) {
   Entry entry;
-  entry.isDesign = received.kind != "upload" || LooksLikeExport(received.bytes);
+  entry.isDesign = received.IsDesign();
   if (!entry.isDesign) return entry;
   Statement known(index_, "SELECT file_uuid, file_name, version, problem FROM designs WHERE content = ?1 LIMIT 1",
-                  received.origin.content);
+                  origin.content);
   entry.isKnown = known.Step();
   if (entry.isKnown) {
     known.Read(entry.fileUuid, entry.fileName, entry.version, entry.problem);
@@ -150,10 +161,10 @@ DesignStore::Entry DesignStore::Examine(Received& received, const Begin& begin, 
   return entry;
 }
 
-void DesignStore::Keep(const Received& received, std::int64_t bytes, const Entry& entry) {
+void DesignStore::Keep(const Origin& origin, std::int64_t bytes, const Entry& entry) {
   Transaction transaction(index_);
   Statement(index_, "INSERT OR IGNORE INTO seen (record, received, content, hash) VALUES (?1, ?2, ?3, ?4)",
-            received.origin.number, received.origin.time, received.origin.content, Blob{received.origin.hash})
+            origin.number, origin.time, origin.content, Blob{origin.hash})
       .Step();
   if (sqlite3_changes(index_.handle()) == 0) return;  // another program was faster
   // A design that was received again without a change in between is not new.
@@ -161,21 +172,20 @@ void DesignStore::Keep(const Received& received, std::int64_t bytes, const Entry
       entry.isDesign && !Statement(index_,
                                    "SELECT 1 FROM (SELECT content FROM designs WHERE file_uuid = ?1 AND file_name = ?2"
                                    " AND id < ?4 ORDER BY id DESC LIMIT 1) WHERE content = ?3",
-                                   entry.fileUuid, entry.fileName, received.origin.content, received.origin.number)
+                                   entry.fileUuid, entry.fileName, origin.content, origin.number)
                              .Step();
   if (isNews) {
-    const bool isIndexed =
-        Statement(index_, "SELECT 1 FROM designs WHERE content = ?1", received.origin.content).Step();
+    const bool isIndexed = Statement(index_, "SELECT 1 FROM designs WHERE content = ?1", origin.content).Step();
     Statement(index_,
               "INSERT INTO designs (id, content, received, file_uuid, file_name, folded_name, version, bytes, problem)"
               " VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)",
-              received.origin.number, received.origin.content, received.origin.time, entry.fileUuid, entry.fileName,
-              FoldedName(entry.fileName), entry.version, bytes, entry.problem)
+              origin.number, origin.content, origin.time, entry.fileUuid, entry.fileName, FoldedName(entry.fileName),
+              entry.version, bytes, entry.problem)
         .Step();
     for (const auto& element : entry.elements) {
       if (isIndexed) break;
       Statement(index_, "INSERT INTO elements (content, text, kind, uuid, name) VALUES (?1, ?2, ?3, ?4, ?5)",
-                received.origin.content, KeepText(index_, element.text), element.kind, element.uuid, element.name)
+                origin.content, KeepText(index_, element.text), element.kind, element.uuid, element.name)
           .Step();
     }
   }
@@ -193,12 +203,13 @@ void DesignStore::CatchUp(const std::atomic<bool>& stop, const Begin& begin) {
     const auto pending = Without(present, Seen());
     if (pending.empty()) return;
     for (const Origin& origin : pending) {
-      auto received = Load(origin);
+      if (stop) return;
+      auto received = Load(origin.number);
       if (!received) continue;
       const auto bytes = static_cast<std::int64_t>(received->bytes.size());
-      const Entry entry = Examine(*received, begin, stop);
+      const Entry entry = Examine(origin, *received, begin, stop);
       if (stop) return;
-      Keep(*received, bytes, entry);
+      Keep(origin, bytes, entry);
     }
   }
 }

@@ -11,8 +11,7 @@ DesignIndexer::DesignIndexer(std::string folder, std::function<void(const std::s
     : folder_(std::move(folder)), log_(std::move(log)), changed_(std::move(changed)), thread_([this] { Run(); }) {}
 
 DesignIndexer::~DesignIndexer() {
-  stop_ = true;
-  Wake();
+  Stop();
   thread_.join();
 }
 
@@ -22,25 +21,49 @@ void DesignIndexer::Wake() {
   woken_.notify_one();
 }
 
+bool DesignIndexer::Await(std::chrono::milliseconds longest) {
+  std::unique_lock lock(mutex_);
+  const auto rests = [this] { return !isWoken_ && !isAtWork_; };
+  rested_.wait_for(lock, longest, [&] { return stop_ || rests(); });
+  return rests() && !hasFailed_;
+}
+
+void DesignIndexer::Stop() {
+  const std::lock_guard lock(mutex_);
+  stop_ = true;
+  woken_.notify_one();
+  rested_.notify_all();
+}
+
 void DesignIndexer::Run() {
-  while (!stop_) {
-    {
-      std::unique_lock lock(mutex_);
-      woken_.wait(lock, [this] { return isWoken_; });
-      isWoken_ = false;
-    }
-    try {
-      bool isBusy = false;
-      DesignStore(folder_).CatchUp(stop_, [&](const std::string& name) {
-        isBusy = true;
-        log_("indexing " + name);
-      });
-      if (isBusy) log_("designs are indexed");
-      changed_();
-    } catch (const std::exception& error) {  // the next call of Wake tries again
-      log_(std::string("designs are not indexed: ") + error.what());
-    }
+  std::unique_lock lock(mutex_);
+  for (;;) {
+    woken_.wait(lock, [this] { return stop_ || isWoken_; });
+    if (stop_) return;
+    isWoken_ = false;
+    isAtWork_ = true;
+    lock.unlock();
+    const bool isDone = CatchUp();
+    lock.lock();
+    isAtWork_ = false;
+    hasFailed_ = !isDone;
+    rested_.notify_all();
   }
+}
+
+// False when it fails; the next call of Wake tries again.
+bool DesignIndexer::CatchUp() try {
+  bool isBusy = false;
+  DesignStore(folder_).CatchUp(stop_, [&](const std::string& name) {
+    isBusy = true;
+    log_("indexing " + name);
+  });
+  if (isBusy && !stop_) log_("designs are indexed");
+  changed_();
+  return !stop_;
+} catch (const std::exception& error) {
+  log_(std::string("designs are not indexed: ") + error.what());
+  return false;
 }
 
 }  // namespace service

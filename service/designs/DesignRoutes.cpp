@@ -5,7 +5,7 @@
 #include "canonical/Steps.h"
 #include "design/DesignReader.h"
 #include "designs/DesignJson.h"
-#include "designs/OpenDesign.h"
+#include "designs/DesignStore.h"
 #include "designs/Overview.h"
 #include "http/HttpError.h"
 #include "http/Message.h"
@@ -39,8 +39,7 @@ Json DescribeReferences(const Design& design, const std::vector<const solution::
 
 std::unique_ptr<const Design> ReadStored(Context& context, std::int64_t id) {
   DesignStore history(context.store.Folder());
-  if (!history.Find(id)) history.CatchUp(false);
-  if (!history.Find(id)) throw HttpError(404, "no such design");
+  if (!history.Has(id)) throw HttpError(404, "no such design");
   std::string error;
   auto design = solution::ReadDesignBytes(history.Content(id), "design " + std::to_string(id), error);
   if (design == nullptr) throw HttpError(409, error);
@@ -61,8 +60,14 @@ std::vector<const Element*> Named(const Design& design, const std::string& name)
   return elements;
 }
 
+// The designs as far as they are indexed. If indexing took all threads, no poll would be answered.
+DesignStore IndexedDesigns(Context& context) {
+  context.awaitIndex(context.times.index);
+  return DesignStore(context.store.Folder());
+}
+
 Response ListDesigns(Context& context, const Request& request) {
-  const auto designs = OpenHistory(context.store.Folder()).List(request.Parameter("file"));
+  const auto designs = IndexedDesigns(context).List(request.Parameter("file"));
   return JsonAnswer({{"designs", DescribeAll(designs, DescribeDesign)}});
 }
 
@@ -70,7 +75,7 @@ Response LabelDesign(Context& context, const Request& request) {
   const Message message = ReadMessage(request.body, {{"label", false}, {"note", false}});
   if (message.empty()) throw HttpError(400, "label or note is missing");
   const auto id = WholeNumber(request.captures[0]);
-  DesignStore history = OpenHistory(context.store.Folder());
+  DesignStore history = IndexedDesigns(context);
   if (!id || !history.Describe(*id, Find(message, "label"), Find(message, "note"))) {
     throw HttpError(404, "no such design");
   }
@@ -87,8 +92,7 @@ Response SearchDesigns(Context& context, const Request& request) {
   const auto found = [&](const StoredHit& hit) {
     if (++total <= rows) hits.push_back(DescribeHit(hit));
   };
-  const bool isWhole =
-      OpenHistory(context.store.Folder()).Search(text, request.Parameter("file"), found, request.isWanted);
+  const bool isWhole = IndexedDesigns(context).Search(text, request.Parameter("file"), found, request.isWanted);
   if (!isWhole) throw HttpError(kClientGone, "the search was given up, because the connection was closed");
   return JsonAnswer({{"total", total}, {"hits", std::move(hits)}});
 }

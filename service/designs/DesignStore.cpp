@@ -90,7 +90,7 @@ std::string DesignStore::Content(std::int64_t id) {
 
 bool DesignStore::Describe(std::int64_t id, const std::optional<std::string>& label,
                            const std::optional<std::string>& note) {
-  if (!Find(id)) return false;
+  if (!Has(id)) return false;
   Transaction transaction(received_);
   Statement(received_, "INSERT OR IGNORE INTO labels (record) SELECT number FROM records WHERE number = ?1", id).Step();
   Statement(received_,

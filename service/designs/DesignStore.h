@@ -59,6 +59,9 @@ class DesignStore {
   std::vector<StoredDesign> List(const std::string& file);
   std::optional<StoredDesign> Find(std::int64_t id);
 
+  /// Whether the record `id` is a design that is listed, or will be as far as can be told before it is indexed.
+  bool Has(std::int64_t id);
+
   /// The export verbatim. Empty when the store no longer has it.
   std::string Content(std::int64_t id);
 
@@ -78,10 +81,10 @@ class DesignStore {
   std::vector<Origin> Seen();
   std::vector<Origin> Present();
   struct Received;
-  std::optional<Received> Load(const Origin& origin);
+  std::optional<Received> Load(std::int64_t number);
   struct Entry;
-  Entry Examine(Received& received, const Begin& begin, const std::atomic<bool>& stop);
-  void Keep(const Received& received, std::int64_t bytes, const Entry& entry);
+  Entry Examine(const Origin& origin, Received& received, const Begin& begin, const std::atomic<bool>& stop);
+  void Keep(const Origin& origin, std::int64_t bytes, const Entry& entry);
   void Forget(const std::vector<Origin>& gone);
   std::string TextOf(std::int64_t number);
 

@@ -25,6 +25,7 @@ struct Times {
   std::chrono::milliseconds comment = std::chrono::seconds(15);   ///< of silence in a stream of events before a comment
   std::chrono::milliseconds poll = std::chrono::seconds(10);      ///< without a poll before the plug-in counts as gone
   std::chrono::milliseconds patience = std::chrono::seconds(1);   ///< with a search whose client seems to be gone
+  std::chrono::milliseconds index = std::chrono::seconds(1);      ///< that a request waits for designs being indexed
   std::chrono::milliseconds watch = std::chrono::seconds(1);      ///< between two checks of what only time changes
 };
 

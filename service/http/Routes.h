@@ -53,6 +53,9 @@ struct Context {
   std::string url = {};  ///< of the service, "http://127.0.0.1:8765"; set by the server
   DesignCache designs = {};
   AgentMode agents = AgentMode::kFull;
+  /// Waits for the index of designs, for the given time at most; false when it is not complete then. Safe on any
+  /// thread.
+  std::function<bool(std::chrono::milliseconds)> awaitIndex = [](std::chrono::milliseconds) { return true; };
   std::function<void()> storeChanged = [] {};  ///< a file was received or old data deleted; safe on any thread
 
   /// Logs what happened, on one line and without the key. Safe on any thread if `log` is.

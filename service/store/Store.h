@@ -1,6 +1,7 @@
 // What the service stores: the commands, and everything that the plug-in sent.
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <functional>
@@ -171,6 +172,13 @@ class Store {
   /// Returns the freed space to the disk.
   Pruned Prune(std::chrono::seconds age, std::int64_t keep);
 
+  /// Returns the space of what was deleted to the disk, in small steps. Deletions do this, too; this also continues the
+  /// work of a process that ended meanwhile.
+  void GiveSpaceBack();
+
+  /// Ends all returning of space to the disk, now and later, so that the process can end soon.
+  void EndUpkeep() { isEnding_ = true; }
+
   /// Deletes one record. A command whose result it was no longer has one. False when there is no such record.
   bool DeleteRecord(std::int64_t number);
 
@@ -218,7 +226,6 @@ class Store {
   void ExpireCommands();
   Cancellation Withdraw(const std::string& id, bool alsoDelivered);
   void ReportDeletion();
-  void GiveSpaceBack();
   bool DropContents();  // deletes one step of contents without a record; false when there are none
   bool Shrink();        // makes the file one step shorter; false when it has no unused pages
 
@@ -229,6 +236,7 @@ class Store {
   FolderLock lock_;
   Database database_;
   std::uint64_t inode_ = 0;
+  std::atomic<bool> isEnding_ = false;
   std::int64_t othersWrites_ = 0;  // changes when they do
 };
 

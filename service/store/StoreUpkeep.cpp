@@ -53,10 +53,9 @@ Pruned Store::Prune(std::chrono::seconds age, std::int64_t keep) {
   return pruned;
 }
 
-// Also continues the work of a process that was killed. A failure is not reported, because the deletion itself has
-// succeeded: the space is reused, or released the next time.
+// A failure is not reported, because the deletion itself has succeeded: the space is reused, or released the next time.
 void Store::GiveSpaceBack() try {
-  while (DropContents() || Shrink()) std::this_thread::sleep_for(kPauseBetweenSteps);
+  while (!isEnding_ && (DropContents() || Shrink())) std::this_thread::sleep_for(kPauseBetweenSteps);
 } catch (const std::runtime_error&) {
 }
 

@@ -1,10 +1,13 @@
 // Whether the index of designs belongs to the records, and what the database keeps about designs.
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <filesystem>
+#include <future>
 #include <optional>
 
 #include "console/Backup.h"
+#include "designs/DesignIndexer.h"
 #include "designs/DesignStore.h"
 #include "store/Store.h"
 #include "support/FolderTest.h"
@@ -124,6 +127,32 @@ TEST_F(DesignIndexTest, CarriesLabelsOverFromTheEarlierVersion) {
   EXPECT_EQ(service::DesignStore(data_).Find(1)->note, "as sold");
   EXPECT_EQ(Label(data_, 2), "none") << "the label of another record with this number";
   EXPECT_EQ(Found(data_, "second"), "2-2");
+}
+
+TEST_F(DesignIndexTest, StopsBetweenTwoDesignsAndContinuesLater) {
+  for (const char* word : {"first", "second", "third"}) Add(data_, word);
+  std::promise<void> begun, stopped;
+  int designs = 0;
+  {
+    service::DesignIndexer indexer(
+        data_,
+        [&](const std::string&) {
+          if (++designs > 1) return;
+          begun.set_value();
+          stopped.get_future().wait();
+        },
+        [] {});
+    begun.get_future().wait();
+    EXPECT_FALSE(indexer.Await(std::chrono::milliseconds(1)));
+    indexer.Stop();
+    EXPECT_FALSE(indexer.Await(std::chrono::hours(1))) << "nothing waits any more";
+    stopped.set_value();
+  }
+  EXPECT_EQ(designs, 1);
+  service::DesignIndexer indexer(
+      data_, [](const std::string&) {}, [] {});
+  EXPECT_TRUE(indexer.Await(std::chrono::hours(1)));
+  EXPECT_EQ(service::DesignStore(data_).List("").size(), 3u);
 }
 
 }  // namespace

@@ -215,6 +215,19 @@ TEST_F(StoreOverTime, DeliversWhileMuchIsDeleted) {
   EXPECT_LT(std::filesystem::file_size(folder_ + "/data/varnix-service.db"), 200'000u);
 }
 
+TEST_F(StoreOverTime, LeavesSpaceToTheNextProcessWhenItEnds) {
+  Upload("A.fmp12.xml", std::string(20 << 20, 'a').c_str());
+  store_->EndUpkeep();
+  EXPECT_TRUE(store_->DeleteRecord(1));
+  store_.reset();
+  const std::string database = folder_ + "/data/varnix-service.db";
+  EXPECT_GT(std::filesystem::file_size(database), 20u << 20);
+  Open();
+  store_->GiveSpaceBack();
+  store_.reset();
+  EXPECT_LT(std::filesystem::file_size(database), 200'000u);
+}
+
 TEST_F(StoreOverTime, ReportsAChangeOnce) {
   using service::Topic;
   std::vector<Topic> changes;
