@@ -3,7 +3,10 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cstdint>
+#include <optional>
 #include <stdexcept>
+#include <string>
 
 namespace service {
 namespace {
