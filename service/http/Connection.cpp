@@ -151,7 +151,6 @@ void Connection::AnswerRequest() {
   Try([&] {
     atWork_ = true;
     request_.body = body_->bytes();
-    request_.isConnected = [this] { return IsOpen(stream_.socket()); };
     request_.isWanted = [this, start = std::chrono::steady_clock::now()] {
       return std::chrono::steady_clock::now() - start < context_.times.patience || IsOpen(stream_.socket());
     };

@@ -17,10 +17,8 @@ struct Request {
   std::map<std::string, std::string> headers;  ///< names in lower case; of a header given twice, the first
   std::vector<std::string> captures;           ///< decoded: what the route leaves open in the path
   std::string_view body;
-  /// False once the client has closed the connection, or only its own direction of it: the two look the same. For the
-  /// thread that answers.
-  std::function<bool()> isConnected = [] { return true; };
-  /// False when this takes long and the client is no longer connected. For the thread that answers.
+  /// False when this takes long and the client has closed the connection, or only its own direction of it: the two look
+  /// the same. For the thread that answers.
   std::function<bool()> isWanted = [] { return true; };
 
   /// The header's value; "" without it. `name` is in lower case.

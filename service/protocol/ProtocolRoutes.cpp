@@ -67,8 +67,7 @@ Response Complete(Context& context, const Request& request) {
 // The plug-in uses the first "id" and "type" in the text, so they must come first.
 Response Poll(Context& context, const Request& request) {
   context.lastPoll.Note(request.Parameter("version"));
-  // A poll may have waited for a thread while its plug-in gave up. A command delivered to it would be lost.
-  const auto command = request.isConnected() ? context.store.Deliver() : std::nullopt;
+  const auto command = context.store.Deliver();
   if (!command) return JsonAnswer({{"command", nullptr}});
   context.Log("command " + command->id + " delivered: " + PublicName(command->type));
   Json json{{"id", command->id}, {"type", command->type}};

@@ -1,6 +1,5 @@
 // The bridge protocol as the plug-in sends and reads it, and what the service stores.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <csignal>
 #include <mutex>
@@ -13,7 +12,6 @@
 #include "net/Json.h"
 #include "service/RunningService.h"
 #include "support/FolderTest.h"
-#include "support/RawConnection.h"
 
 namespace {
 
@@ -142,16 +140,6 @@ TEST_F(Protocol, DeliversEachCommandOnceToPollsAtTheSameTime) {
   }
   for (auto& plugin : plugins) plugin.join();
   EXPECT_EQ(delivered, queued);
-}
-
-TEST_F(Protocol, KeepsTheCommandWhenThePlugInIsGoneBeforeItsPollIsRead) {
-  const std::string id = service_->Queue(kListFiles);
-  kill(service_->pid(), SIGSTOP);
-  waitpid(service_->pid(), nullptr, WUNTRACED);
-  RawConnection(service_->url()).Send("GET /api/bridge/command/next?version=0 HTTP/1.1\r\nHost: localhost\r\n\r\n");
-  kill(service_->pid(), SIGCONT);
-  while (JsonGetString(service_->Get("/operator/status").body, "pluginVersion") != "0") std::this_thread::yield();
-  EXPECT_EQ(JsonGetString(service_->Poll(), "id"), id);
 }
 
 TEST_F(Protocol, DeliversNoCommandTwiceAlthoughTheServiceIsKilled) {

@@ -18,7 +18,6 @@ class RunningService {
   /// Ends the process and returns its exit status, or 128 and the signal that ended it.
   int End(int signal) { return process_.End(signal); }
 
-  pid_t pid() const { return process_.pid(); }
   const std::string& url() const { return url_; }
   std::string port() const { return url_.substr(url_.rfind(':') + 1); }
   /// The lines that it prints after the address.
