@@ -14,6 +14,7 @@
 #include "clipboard/x11/SystemClipboard.h"
 #include "core/Clock.h"
 #include "plugin/clipboard/x11/FakeOwner.h"
+#include "plugin/clipboard/x11/XServer.h"
 #include "support/Entries.h"
 #include "support/Process.h"
 
@@ -45,21 +46,6 @@ void Idle(int calls) {
     Do_PluginIdle(&call);
   }
 }
-
-/// Xvfb on a free display. It ends when its last client disconnects, so that a crashing test leaves nothing behind.
-/// When this is destroyed, it ends at once, as in a crash.
-class XServer {
- public:
-  explicit XServer(const std::string& missingExtension = "none") : extension_(missingExtension) {}
-
-  /// Ready when constructed; ":" if the server did not start.
-  const std::string& display() const { return display_; }
-
- private:
-  const std::string extension_;
-  ChildProcess process_{{XVFB, "-displayfd", "1", "-terminate", "-extension", extension_}, "/dev/null"};
-  const std::string display_ = ":" + process_.ReadLine();
-};
 
 struct X11Clipboard : testing::Test {
   void SetUp() override {
