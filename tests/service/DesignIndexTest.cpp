@@ -9,6 +9,8 @@
 #include "console/Backup.h"
 #include "designs/DesignIndexer.h"
 #include "designs/DesignStore.h"
+#include "http/HttpError.h"
+#include "http/Routes.h"
 #include "store/Store.h"
 #include "support/FolderTest.h"
 
@@ -153,6 +155,30 @@ TEST_F(DesignIndexTest, StopsBetweenTwoDesignsAndContinuesLater) {
       data_, [](const std::string&) {}, [] {});
   EXPECT_TRUE(indexer.Await(std::chrono::hours(1)));
   EXPECT_EQ(service::DesignStore(data_).List("").size(), 3u);
+}
+
+TEST_F(DesignIndexTest, OnlyADeletionNeedsTheWholeIndex) {
+  const std::int64_t id = Add(data_, "first");
+  service::Store store(data_);
+  service::Context context{store, service::Access(""), service::BodyLimit(1 << 20), "1"};
+  context.awaitIndex = [](std::chrono::milliseconds) { return false; };
+  const auto answer = [&](const char* method, const std::string& path, const char* body = "") {
+    service::Request request;
+    request.method = method;
+    request.body = body;
+    service::SetTarget(request, "/operator/designs" + path);
+    try {
+      return service::FindRoute(request).answer(context, request).status;
+    } catch (const service::HttpError& error) {
+      return error.status();
+    }
+  };
+  const std::string design = '/' + std::to_string(id);
+  EXPECT_EQ(answer("GET", ""), 200);
+  EXPECT_EQ(answer("GET", design + "/elements"), 200);
+  EXPECT_EQ(answer("POST", design + "/label", R"({"label":"L"})"), 200);
+  EXPECT_EQ(answer("POST", design + "/delete"), 503);
+  EXPECT_TRUE(store.FindRecord(id));
 }
 
 }  // namespace

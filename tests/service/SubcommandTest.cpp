@@ -91,6 +91,8 @@ TEST_F(Subcommands, ShowWithdrawAndDeleteCommandsAndRecords) {
   EXPECT_NE(late.errors.find("No plug-in has asked"), std::string::npos) << late.errors;
   const std::string id = JsonGetString(service.Poll(), "id");
   EXPECT_EQ(queued, id + '\n');
+  EXPECT_TRUE(Run({"status"}).output.starts_with("plug-in 1.6.16: last asked for a command "));
+  EXPECT_NE(Run({"status", "--json"}).output.find(R"("connected":true)"), std::string::npos);
   EXPECT_TRUE(Run({"list"}).output.starts_with(id + "  list-files             delivered ")) << Run({"list"}).output;
   EXPECT_TRUE(Run({"show", id}).output.starts_with("list-files: delivered ")) << Run({"show", id}).output;
   EXPECT_EQ(JsonGetString(Run({"show", id, "--json"}).output, "type"), "LIST_FILES");
