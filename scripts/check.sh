@@ -62,13 +62,9 @@ shell_findings() {
 }
 
 # The programs that users run. The tests would take three times as long.
-units_to_lint() {
-  sed -n 's/^ *"file": "\(.*\)".*/\1/p' "$build/compile_commands.json" | LC_ALL=C sort -u |
-    grep -E "^$PWD/(plugin|sim|service|solution|text)/" | grep -v '_mac\.cpp$'
-}
-
 tidy_findings() {
-  units_to_lint |
+  sed -n 's/^ *"file": "\(.*\)".*/\1/p' "$build/compile_commands.json" | LC_ALL=C sort -u |
+    grep -E "^$PWD/(plugin|sim|service|solution|text)/" | grep -v '_mac\.cpp$' |
     xargs -P "$(getconf _NPROCESSORS_ONLN)" -I '{}' clang-tidy -p "$build" --quiet '{}' 2>/dev/null
 }
 

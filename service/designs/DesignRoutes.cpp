@@ -75,7 +75,7 @@ Response LabelDesign(Context& context, const Request& request) {
   const Message message = ReadMessage(request.body, {{"label", false}, {"note", false}});
   if (message.empty()) throw HttpError(400, "label or note is missing");
   const auto id = WholeNumber(request.captures[0]);
-  DesignStore history = IndexedDesigns(context);
+  DesignStore history(context.store.Folder());
   if (!id || !history.Describe(*id, Find(message, "label"), Find(message, "note"))) {
     throw HttpError(404, "no such design");
   }
