@@ -24,7 +24,7 @@ void Write(const std::string& path, const std::string& text) {
   if (!file) throw std::runtime_error(path + " cannot be written");
 }
 
-// Before anything is changed: the system would restart a service that cannot start again and again.
+// The system would restart a service that cannot start forever, so this comes before anything is changed.
 void Check(const Options& options) {
   CheckServeOptions(options);
   const auto kept = ReadKey(options.Folder());

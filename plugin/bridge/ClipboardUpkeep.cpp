@@ -73,8 +73,7 @@ Found Prepare(const std::string& text, const std::vector<std::string>& types, bo
   const std::size_t hash = HashOf(text);
   if (hash == g_lastPreparedClipboardHash) return Found::kNothingToDo;
   if (!isDue) return Found::kUnprepared;
-  // Objects that were written as a certain kind, such as a script with its steps, would become those of the guessed
-  // kind.
+  // Written again, a script with its steps would become only steps: the kind is a guess from the XML.
   if (IsPasteable(text, types)) return Found::kNothingToDo;
   std::string error;
   if (!Clipboard::SetXML(DetectXmlClipboardType(text), text, error)) return Found::kUnprepared;

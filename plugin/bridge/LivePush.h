@@ -1,5 +1,5 @@
-// The end of a schema request: the live-push script passes on the file that it has saved. See
-// core/FunctionTable.h for the contract of all handlers.
+// The end of a schema request: the live-push script passes on the file that it has saved. See core/FunctionTable.h
+// for the contract of all handlers.
 #pragma once
 
 #include "core/CalcEngine.h"

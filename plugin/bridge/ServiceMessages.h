@@ -15,8 +15,8 @@ struct PushRecord {
   std::optional<std::string> label;  ///< a title for people; left out of the message when there is none
 };
 
-/// Posts `record`. Returns false, with the reason in `error`, when the service did not accept it;
-/// otherwise `error` stays unchanged.
+/// Posts `record`. Returns false, with the reason in `error`, when the service did not accept it; otherwise `error`
+/// stays unchanged.
 bool PostPushRecord(const Account& account, const PushRecord& record, std::string& error);
 
 /// Posts the progress of a schema request: `code` names the step, `status` is "received" or "error", `message` is for

@@ -21,7 +21,7 @@ bool Post(const std::string& url, std::string body, std::string& response, std::
 
 bool Get(const std::string& url, std::string& response, std::string& error, std::size_t answerLimit = kLongAnswer);
 
-/// Posts the bytes of the regular file at `filePath`. Its answer is a short one.
+/// Posts the bytes of the regular file at `filePath`. Accepts an answer of at most kShortAnswer bytes.
 bool PostFile(const std::string& url, const std::string& filePath, std::string& response, std::string& error);
 
 /// Posts a form with the fields "licenseKey" and "filename" and the file at `filePath` as "file". `filename` is not

@@ -1,4 +1,4 @@
-// What events report as changed, so that the pages that show it read it again.
+// What an event reports as changed: pages that show it fetch it again.
 #pragma once
 
 namespace service {
